@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+// The client of the device's log service. One instance a process, owned by main and never deleted.
+class LogInterface
+{
+public:
+    // objectPath: the D-Bus object under which the log service knows this client.
+    explicit LogInterface(const QString& objectPath);
+    ~LogInterface();
+
+    LogInterface(const LogInterface&) = delete;
+    LogInterface& operator=(const LogInterface&) = delete;
+
+    // Hands one record over. level: 1 errors, 2 warnings, 4 progress, 5 details, 9 trace.
+    // text and origin are NUL-terminated; neither is kept. Never throws, never fails visibly.
+    void EmitLogString(unsigned int level, const char* text, const char* origin);
+
+private:
+    unsigned int m_maxLevel;
+};
