@@ -1,0 +1,271 @@
+#include "Action.h"
+
+#include "Clock.h"
+#include "Log.h"
+#include "StringUtils.h"
+#include "TaskTable.h"
+
+#include <algorithm>
+#include <limits>
+#include <stdexcept>
+
+namespace
+{
+
+// The fields of a line, in order; the parameters may be missing.
+enum Field : int
+{
+    FIELD_DAYS,
+    FIELD_START_TIME,
+    FIELD_DAY,
+    FIELD_MONTH,
+    FIELD_YEAR,
+    FIELD_FROM,
+    FIELD_TO,
+    FIELD_TASK,
+    FIELD_PARAMETERS,
+    FIELD_COUNT,
+};
+
+constexpr char FIELD_SEPARATOR = '|';
+constexpr char TIME_SEPARATOR = ':';
+constexpr char PARAMETER_SEPARATOR = ',';
+constexpr int TIME_PARTS = 3;
+constexpr int ANY = -1;
+constexpr int DAYS_A_WEEK = 7;
+
+// Seconds around the start, the last one included.
+constexpr int EARLY_S = 12;
+constexpr int PREPARED_AHEAD_S = 8; // how much ahead of its time a message or playlist is asked for
+constexpr int LOST_S = 4;
+constexpr int IN_TIME_S = 2;
+
+const QString VALIDITY_FORMAT = QStringLiteral("yyyyMMdd");
+const QString SUMMARY_FORMAT = QStringLiteral("dd-MM-yyyy");
+
+bool IsBetween(int value, int first, int last)
+{
+    return value >= first && value <= last;
+}
+
+int ParseSpot(const char* name, const QString& field, int first, int last)
+{
+    bool isNumber = false;
+    const int value = field.toInt(&isNumber);
+    if (isNumber && IsBetween(value, first, last))
+        return value;
+    OZNA_LOG(LEVEL_TRACE, "Found %s=%s, consider %s=all", name, qPrintable(field), name);
+    return ANY;
+}
+
+QString SpotText(int value)
+{
+    return value == ANY ? QStringLiteral("*") : QString::number(value);
+}
+
+QString ValidityText(bool given, const QDate& date)
+{
+    return given ? date.toString(SUMMARY_FORMAT) : QStringLiteral("always");
+}
+
+bool Includes(int spot, int value)
+{
+    return spot == ANY || spot == value;
+}
+
+} // namespace
+
+Action::Action(const QString& line)
+{
+    OZNA_LOG(LEVEL_TRACE, ">>> Action line: %s", qPrintable(line));
+
+    const QStringList fields = StringUtils::SplitLineIntoTokens(line, FIELD_SEPARATOR);
+    if (fields.size() <= FIELD_TASK)
+    {
+        OZNA_LOG(LEVEL_ERROR, "Wrong action fields (%d found, at least %d expected)", static_cast<int>(fields.size()),
+                 FIELD_TASK + 1);
+        throw std::invalid_argument("action fields");
+    }
+
+    ParseDays(fields[FIELD_DAYS]);
+    ParseStartTime(fields[FIELD_START_TIME]);
+    ParseSpotDate(fields);
+    ParseValidity(fields[FIELD_FROM], fields[FIELD_TO]);
+    const TaskType type = Task::NameToType(fields[FIELD_TASK]);
+    // Any other count, ten fields and more included, leaves the task without parameters.
+    const QString parameterText = fields.size() == FIELD_COUNT ? fields[FIELD_PARAMETERS] : QString();
+    LogSummary(fields, type, parameterText);
+    CreateTask(type, fields[FIELD_START_TIME], parameterText);
+}
+
+Action::~Action() = default;
+
+void Action::ParseDays(const QString& field)
+{
+    const int days = static_cast<int>(std::min<qsizetype>(field.size(), DAYS_A_WEEK));
+    for (int i = 0; i < days; ++i)
+    {
+        // The field begins with Monday, the mask with Sunday.
+        if (field[i] == QLatin1Char('1'))
+            m_dow = static_cast<std::uint8_t>(m_dow | 1U << ((i + 1) % DAYS_A_WEEK));
+    }
+}
+
+void Action::ParseStartTime(const QString& field)
+{
+    const QStringList parts = StringUtils::SplitLineIntoTokens(field, TIME_SEPARATOR);
+    if (parts.size() < TIME_PARTS)
+    {
+        OZNA_LOG(LEVEL_ERROR, "Wrong action start time (%s: hour:minute:second expected)", qPrintable(field));
+        throw std::invalid_argument("action start time");
+    }
+    m_hour = parts[0].toInt();
+    m_minute = parts[1].toInt();
+    m_second = parts[2].toInt();
+    m_startTime = QTime(m_hour, m_minute, m_second);
+}
+
+void Action::ParseSpotDate(const QStringList& fields)
+{
+    constexpr int LAST_DAY = 31;
+    constexpr int LAST_MONTH = 12;
+    m_day = ParseSpot("day", fields[FIELD_DAY], 1, LAST_DAY);
+    m_month = ParseSpot("month", fields[FIELD_MONTH], 1, LAST_MONTH);
+    m_year = ParseSpot("year", fields[FIELD_YEAR], std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+}
+
+void Action::ParseValidity(const QString& from, const QString& to)
+{
+    m_from = QDate::fromString(from, VALIDITY_FORMAT);
+    m_hasFrom = m_from.isValid();
+    m_to = QDate::fromString(to, VALIDITY_FORMAT);
+    m_hasTo = m_to.isValid();
+}
+
+void Action::LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const
+{
+    OZNA_LOG(LEVEL_DETAIL, "--------------- Action --------------");
+    OZNA_LOG(LEVEL_DETAIL, "Dow:    0x%x (%s) ", static_cast<unsigned int>(m_dow), qPrintable(fields[FIELD_DAYS]));
+    OZNA_LOG(LEVEL_DETAIL, "Start:  %02d:%02d:%02d", m_hour, m_minute, m_second);
+    OZNA_LOG(LEVEL_DETAIL, "Spot:   day=%s, month=%s, year=%s", qPrintable(SpotText(m_day)),
+             qPrintable(SpotText(m_month)), qPrintable(SpotText(m_year)));
+    OZNA_LOG(LEVEL_DETAIL, "From:   %s", qPrintable(ValidityText(m_hasFrom, m_from)));
+    OZNA_LOG(LEVEL_DETAIL, "To:     %s", qPrintable(ValidityText(m_hasTo, m_to)));
+    OZNA_LOG(LEVEL_DETAIL, "Task:   %s (type=%d)", qPrintable(fields[FIELD_TASK]), type);
+    OZNA_LOG(LEVEL_DETAIL, "Params: %s", qPrintable(parameterText));
+    OZNA_LOG(LEVEL_DETAIL, "-------------------------------------");
+}
+
+void Action::CreateTask(TaskType type, const QString& startTime, const QString& parameterText)
+{
+    const TaskKind* kind = TaskTable::Find(type);
+    if (kind == nullptr || kind->create == nullptr)
+    {
+        OZNA_LOG(LEVEL_ERROR, "Unknown task (%d)", type);
+        throw std::invalid_argument("task");
+    }
+    const QStringList parameters = StringUtils::SplitLineIntoTokens(parameterText, PARAMETER_SEPARATOR);
+    if (!kind->Accepts(parameters.size()))
+    {
+        OZNA_LOG(LEVEL_ERROR, "Wrong task parameters (%s)", kind->logName);
+        throw std::invalid_argument("task parameters");
+    }
+    m_task = kind->create({startTime, parameterText, parameters});
+}
+
+bool Action::IsDueToday() const
+{
+    const unsigned int weekDay = static_cast<unsigned int>(Clock::LocalNow().tm_wday);
+    return ((m_dow & (1U << weekDay)) != 0 || IsSpotDay()) && IsValidToday();
+}
+
+bool Action::IsSpotDay() const
+{
+    if (m_day == ANY && m_month == ANY && m_year == ANY)
+        return false;
+    // The spot date is that of UTC, unlike the day of week: schedules in the field count on it.
+    const QDate today = Clock::UtcToday();
+    return Includes(m_day, today.day()) && Includes(m_month, today.month()) && Includes(m_year, today.year());
+}
+
+bool Action::IsValidToday() const
+{
+    const QDate today = Clock::LocalToday();
+    return !(m_hasFrom && today < m_from) && !(m_hasTo && today > m_to);
+}
+
+// Whether the peer is asked ahead of the start, and keeps the second itself.
+bool Action::IsPrepared() const
+{
+    return m_task->m_type == TASK_PLAY_MESSAGE || m_task->m_type == TASK_PLAY_PLAYLIST;
+}
+
+int Action::SecondsToStart() const
+{
+    return Clock::SecondsTo(m_hour, m_minute, m_second);
+}
+
+bool Action::IsEarly() const
+{
+    if (!IsDueToday() || m_task->IsRunning())
+        return false;
+    if (m_forced)
+    {
+        OZNA_LOG(LEVEL_DETAIL, "Task %s IsEarly (forced ready)", qPrintable(m_task->GetName()));
+        return true;
+    }
+    if (IsBetween(SecondsToStart(), 1, EARLY_S))
+    {
+        OZNA_LOG(LEVEL_DETAIL, "Task %s IsEarly: active in <%d seconds", qPrintable(m_task->GetName()), EARLY_S);
+        return true;
+    }
+    const unsigned int tolerance_s = m_task->GetDelayable_s();
+    return tolerance_s != 0 && static_cast<int>(tolerance_s) >= Clock::SecondsSince(m_startTime);
+}
+
+bool Action::IsReady()
+{
+    m_delay = 0;
+    if (m_forced)
+    {
+        OZNA_LOG(LEVEL_DETAIL, "Task %s IsReady (forced ready)", qPrintable(m_task->GetName()));
+        return true;
+    }
+    const int toStart_s = SecondsToStart();
+    if (IsBetween(toStart_s, -IN_TIME_S, 0) || (IsPrepared() && IsBetween(toStart_s, 1, PREPARED_AHEAD_S)))
+    {
+        OZNA_LOG(LEVEL_DETAIL, "Task %s IsReady (in time)", qPrintable(m_task->GetName()));
+        return true;
+    }
+    const unsigned int tolerance_s = m_task->GetDelayable_s();
+    if (tolerance_s == 0)
+        return false;
+    m_delay = Clock::SecondsSince(m_startTime);
+    if (tolerance_s < static_cast<unsigned int>(m_delay))
+        return false;
+    OZNA_LOG(LEVEL_WARNING, "Task %s IsDelayed but still valid (accumulated delay: %d s, tolerated delay: %u s)",
+             qPrintable(m_task->GetName()), m_delay, tolerance_s);
+    return true;
+}
+
+bool Action::IsLost() const
+{
+    if (!IsPrepared() || !IsBetween(SecondsToStart(), 1, LOST_S))
+        return false;
+    OZNA_LOG(LEVEL_WARNING, "Task %s IsLost (ready in less than %d s)", qPrintable(m_task->GetName()), LOST_S);
+    return true;
+}
+
+void Action::Start()
+{
+    OZNA_LOG(LEVEL_DETAIL, "Action '%s' delay: %d s (0=no-delay)", qPrintable(m_task->GetName()), m_delay);
+    m_task->PrepareDelayed(static_cast<unsigned int>(std::max(m_delay, 0)));
+    OZNA_LOG(LEVEL_TRACE, "Task %s is starting !", qPrintable(m_task->GetName()));
+    m_forced = false;
+    m_task->Run();
+}
+
+void Action::OnPddActionRequest(PDD_ACTION action, bool enable)
+{
+    Q_EMIT PddActionRequested(action, enable);
+}

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Task.h"
+
+#include <QDate>
+#include <QObject>
+#include <QStringList>
+#include <QTime>
+
+#include <cstdint>
+#include <memory>
+
+// One entry of the schedule: on which days and at what time of day which task is done. Owns its task; has no parent.
+//
+// A line has fields separated by "|": days of week (seven characters, Monday to Sunday, "1" means due), start time
+// (hour:minute:second), spot day, spot month, spot year, valid from, valid to (yyyyMMdd or empty), task (name or
+// number), and optionally the task's parameters separated by ",".
+//
+// The predicates keep no history: each call decides from the clock of that moment.
+class Action final : public QObject
+{
+    Q_OBJECT
+public:
+    // Logs what it understood. Throws std::invalid_argument, with the reason logged at level 1, on a line that cannot
+    // become an action; a task's constructor may throw another standard exception.
+    explicit Action(const QString& line);
+    ~Action() override;
+
+    // Due today and starting within seconds, forced, or late but within what the task tolerates.
+    bool IsEarly() const;
+
+    // Time to start now. Sets m_delay.
+    bool IsReady();
+
+    // A message or playlist so close to its start that it can no longer be prepared.
+    bool IsLost() const;
+
+    // Prepares and runs the task; blocks while the task does.
+    void Start();
+
+    int m_hour = 0; // as the line gives it, not checked
+    int m_minute = 0;
+    int m_second = 0;
+    QTime m_startTime; // invalid when the three are out of range
+    int m_day = -1;    // -1: any
+    int m_month = -1;
+    int m_year = -1;
+    bool m_hasFrom = false;
+    QDate m_from; // inclusive
+    bool m_hasTo = false;
+    QDate m_to;             // inclusive
+    std::uint8_t m_dow = 0; // bit n: the C library's week-day number n
+    std::unique_ptr<Task> m_task;
+    int m_delay = 0;       // by how many seconds the start is late, from IsReady for the Start that follows
+    bool m_forced = false; // to be started at once; cleared by Start
+
+Q_SIGNALS:
+    void PddActionRequested(PDD_ACTION action, bool enable);
+
+public Q_SLOTS:
+    void OnPddActionRequest(PDD_ACTION action, bool enable);
+
+private:
+    void ParseDays(const QString& field);
+    void ParseStartTime(const QString& field);
+    void ParseSpotDate(const QStringList& fields);
+    void ParseValidity(const QString& from, const QString& to);
+    void LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const;
+    void CreateTask(TaskType type, const QString& startTime, const QString& parameterText);
+
+    bool IsDueToday() const;
+    bool IsSpotDay() const;
+    bool IsValidToday() const;
+    bool IsPrepared() const;
+    int SecondsToStart() const; // negative after the start
+};

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Action.h"
+
+#include <list>
+#include <memory>
+#include <vector>
+
+// An ordered list of actions that it owns. An action is in one list only; moving keeps it alive and where it is in
+// memory.
+class ActionList final
+{
+public:
+    using Entries = std::list<std::unique_ptr<Action>>;
+    // Entries noted during a visit, to be moved after it: a list never changes while it is being visited.
+    using Noted = std::vector<Entries::iterator>;
+
+    Entries::iterator begin() { return m_entries.begin(); }
+    Entries::iterator end() { return m_entries.end(); }
+    [[nodiscard]] size_t Size() const { return m_entries.size(); }
+
+    void Append(std::unique_ptr<Action> action);
+
+    // Deletes all actions, in order.
+    void Clear();
+
+    // Moves the noted entries of this list, in the order noted, to the end of target.
+    void MoveTo(ActionList& target, const Noted& noted);
+
+    // Of the actions with that type whose start time is at or before now, by time of day alone, the one that starts
+    // last; the first of several with one start time. Null when there is none.
+    [[nodiscard]] Action* FindLatestStarted(TaskType type, QTime now) const;
+
+    // The first stop of the playlist that play starts, by a non-empty identifier equal to the letter, whose start time
+    // is after that of play and before soon. Null when there is none.
+    [[nodiscard]] const Action* FindPlaylistStop(const Action& play, QTime soon) const;
+
+private:
+    Entries m_entries;
+};

@@ -1,0 +1,104 @@
+#include "Clock.h"
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
+namespace
+{
+
+constexpr std::int64_t MS_PER_S = 1000;
+constexpr int DAY_S = 86400;
+
+static_assert(sizeof(std::time_t) == 8, "calendar time must carry past 2038");
+
+std::int64_t SystemClock()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+}
+
+Clock::Source& CurrentSource()
+{
+    static Clock::Source source = SystemClock;
+    return source;
+}
+
+// Rounds down, also before 1970.
+std::time_t WholeSeconds(std::int64_t time_ms)
+{
+    const std::int64_t seconds = time_ms / MS_PER_S;
+    return time_ms % MS_PER_S < 0 ? seconds - 1 : seconds;
+}
+
+std::tm Local(std::time_t time)
+{
+    std::tm parts{};
+    // localtime_r alone may keep the time zone that it saw first.
+    ::tzset();
+    ::localtime_r(&time, &parts);
+    return parts;
+}
+
+QDate DateOf(const std::tm& parts)
+{
+    return {parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday};
+}
+
+} // namespace
+
+void Clock::SetSource(Source source)
+{
+    CurrentSource() = source ? std::move(source) : SystemClock;
+}
+
+std::time_t Clock::Now()
+{
+    return WholeSeconds(CurrentSource()());
+}
+
+std::tm Clock::LocalNow()
+{
+    return Local(Now());
+}
+
+QTime Clock::TimeOfDay()
+{
+    const std::int64_t now_ms = CurrentSource()();
+    const std::time_t now = WholeSeconds(now_ms);
+    const std::tm parts = Local(now);
+    return {parts.tm_hour, parts.tm_min, std::min(parts.tm_sec, 59), static_cast<int>(now_ms - now * MS_PER_S)};
+}
+
+QDate Clock::LocalToday()
+{
+    return DateOf(LocalNow());
+}
+
+QDate Clock::UtcToday()
+{
+    const std::time_t now = Now();
+    std::tm parts{};
+    ::gmtime_r(&now, &parts);
+    return DateOf(parts);
+}
+
+int Clock::SecondsTo(int hour, int minute, int second)
+{
+    std::tm parts = LocalNow();
+    parts.tm_hour = hour;
+    parts.tm_min = minute;
+    parts.tm_sec = second;
+    const double seconds = std::difftime(std::mktime(&parts), Now());
+    return static_cast<int>(
+        std::clamp<double>(seconds, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+}
+
+int Clock::SecondsSince(QTime time)
+{
+    if (!time.isValid())
+        return 0;
+    const QTime now = TimeOfDay();
+    const int seconds = time.msecsTo(now) / static_cast<int>(MS_PER_S);
+    return now < time ? seconds + DAY_S : seconds;
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDate>
+#include <QTime>
+
+#include <cstdint>
+#include <ctime>
+#include <functional>
+
+// The one place that reads the time. Every value is made of one reading of the C library's calendar time and its
+// time-zone rules, looked up anew at each call: clock steps and changes of time zone show at once, and
+// 64-bit calendar time carries past 2038 on a 32-bit processor too.
+// Used from the event-loop thread only.
+class Clock
+{
+public:
+    // Milliseconds since 1970-01-01 00:00:00 UTC.
+    using Source = std::function<std::int64_t()>;
+
+    // Puts a virtual clock in the system clock's place; an empty source puts the system clock back.
+    static void SetSource(Source source);
+
+    // The current calendar time, in seconds.
+    static std::time_t Now();
+
+    // The current time, broken down to local time.
+    static std::tm LocalNow();
+
+    // The current local time of day, with milliseconds.
+    static QTime TimeOfDay();
+
+    static QDate LocalToday();
+    static QDate UtcToday();
+
+    // Seconds until today's local date at the given time of day, negative when it is past. Values out of range carry
+    // over, and the daylight-saving state is that of now. Differences that no int holds are clamped.
+    static int SecondsTo(int hour, int minute, int second);
+
+    // Whole seconds since the wall clock last showed time: a time later in the day counts as yesterday's, also when it
+    // is less than a second ahead. From 0 to 86400; 0 for an invalid time.
+    static int SecondsSince(QTime time);
+};

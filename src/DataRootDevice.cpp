@@ -1,0 +1,6 @@
+#include "DataRoot.h"
+
+QString DataRoot()
+{
+    return QStringLiteral("/opt/ozna/data");
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+// How grave a record is; the numbers are the log service's.
+enum LogLevel : unsigned int
+{
+    LEVEL_ERROR = 1,   // bus or registration failures, rejected lines, caught exceptions
+    LEVEL_WARNING = 2, // something dropped, skipped or defaulted
+    LEVEL_NORMAL = 4,  // progress: start, stop, load, actions found and started
+    LEVEL_DETAIL = 5,  // parsed fields and timing decisions of one action
+    LEVEL_TRACE = 9,   // pass counters and each request to a peer
+};
+
+namespace Log
+{
+
+// Origin of every record but those that name another.
+inline constexpr const char* ORIGIN = "/com/kestrelix/ozna/scheduler/schedulerobj";
+
+// Size of a record with its prefix and its terminator, in bytes; what is longer is cut.
+inline constexpr unsigned int RECORD_SIZE = 512;
+
+// The place in the source that a record names.
+struct Site
+{
+    const char* file;
+    int line;
+};
+
+// Formats "[file:line] " and the message into one record and hands it to the process's log client.
+// A cut never leaves half a UTF-8 character. Never throws; without a log client the record is dropped.
+void Emit(LogLevel level, const char* origin, Site site, const char* format, ...) __attribute__((format(printf, 4, 5)));
+
+} // namespace Log
+
+#define OZNA_LOG_SITE (Log::Site{__FILE__, __LINE__})
+
+// The one way a line is logged. Level and format are literals, so that the compiler checks the arguments.
+#define OZNA_LOG(level, ...) Log::Emit((level), Log::ORIGIN, OZNA_LOG_SITE, __VA_ARGS__)
+
+// The same for the few records with another origin, and for code that logs on behalf of its caller.
+#define OZNA_LOG_FROM(origin, level, ...) Log::Emit((level), (origin), OZNA_LOG_SITE, __VA_ARGS__)
+#define OZNA_LOG_AT(site, level, ...) Log::Emit((level), Log::ORIGIN, (site), __VA_ARGS__)

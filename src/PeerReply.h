@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+class QDBusMessage;
+
+// What came back from a peer: the status, and the bus's error message where the call failed on the bus.
+class PeerReply final
+{
+public:
+    // Reads a reply or error message. The status is its first value: an int as it stands, anything else converted,
+    // and 0 where there is none or it cannot be converted. An error message is read by the same rule.
+    explicit PeerReply(const QDBusMessage& message);
+
+    // A peer's answer with that status; 0 means accepted.
+    explicit PeerReply(int status);
+
+    // A call that failed on the bus.
+    [[nodiscard]] static PeerReply Failed(const QString& errorMessage);
+
+    [[nodiscard]] bool IsBusError() const { return m_busError; }
+    [[nodiscard]] QString ErrorMessage() const { return m_errorMessage; }
+    [[nodiscard]] int Status() const { return m_status; }
+    [[nodiscard]] bool IsAccepted() const { return !m_busError && m_status == 0; }
+
+private:
+    bool m_busError = false;
+    QString m_errorMessage;
+    int m_status = 0;
+};

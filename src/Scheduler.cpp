@@ -1,0 +1,293 @@
+#include "Scheduler.h"
+
+#include "Action.h"
+#include "Clock.h"
+#include "DataRoot.h"
+#include "Log.h"
+#include "Peers.h"
+#include "TextFile.h"
+
+#include <UpdateManagerProxy.h>
+
+#include <stdexcept>
+
+namespace
+{
+
+constexpr int FAR_INTERVAL_MS = 3000;
+constexpr int EARLY_INTERVAL_MS = 200;
+constexpr int STOPPED_SOON_S = 10; // a playlist whose stop is nearer than this is not worth starting
+
+// The update manager's announcement that concerns the schedule.
+constexpr int UPDATE_COMPLETED = 0;
+constexpr int SCHEDULE_FILE = 2;
+
+// What every bus method answers: failures show in the log, never in the status.
+constexpr int STATUS_OK = 0;
+
+const QString LOG_TIME_FORMAT = QStringLiteral("HH:mm:ss");
+
+} // namespace
+
+Scheduler::Scheduler(const QString& fileName) : m_scheduleFile(fileName)
+{
+    Peers::CreateProxies();
+
+    // A gong is due on the second: coarse timers may come 5 % late.
+    m_farTimer.setTimerType(Qt::PreciseTimer);
+    m_earlyTimer.setTimerType(Qt::PreciseTimer);
+    m_farTimer.setInterval(FAR_INTERVAL_MS);
+    m_earlyTimer.setInterval(EARLY_INTERVAL_MS);
+    if (!connect(m_updateManProxy, &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated) ||
+        !connect(&m_farTimer, &QTimer::timeout, this, &Scheduler::CheckFarActions) ||
+        !connect(&m_earlyTimer, &QTimer::timeout, this, &Scheduler::CheckEarlyActions))
+        throw std::runtime_error("scheduler signals");
+
+    m_enabled = true;
+}
+
+Scheduler::~Scheduler()
+{
+    Stop();
+}
+
+void Scheduler::Run()
+{
+    if (m_enabled)
+        Start();
+    else
+        OZNA_LOG(LEVEL_NORMAL, "Scheduler is disabled");
+}
+
+void Scheduler::Start()
+{
+    OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");
+    LoadSchedule(m_scheduleFile);
+    FindReadyActions();
+    m_farTimer.start();
+    m_earlyTimer.start();
+    OZNA_LOG(LEVEL_NORMAL, "Schedule started");
+}
+
+void Scheduler::Stop()
+{
+    OZNA_LOG(LEVEL_NORMAL, "Stopping schedule...");
+    m_farTimer.stop();
+    m_earlyTimer.stop();
+    OZNA_LOG(LEVEL_NORMAL, "Schedule stopped");
+    CleanUp();
+}
+
+void Scheduler::CleanUp()
+{
+    OZNA_LOG(LEVEL_NORMAL, "Cleaning up schedule...");
+    m_farActions.Clear();
+    m_earlyActions.Clear();
+    OZNA_LOG(LEVEL_NORMAL, "Scheduler cleaned-up !");
+}
+
+QString Scheduler::GetSchedulePath()
+{
+    return DataRoot() + QStringLiteral("/schedule");
+}
+
+int Scheduler::IsEnabled(bool& enabled, QString& filename)
+{
+    enabled = m_enabled;
+    filename = m_scheduleFile;
+    return STATUS_OK;
+}
+
+int Scheduler::SetEnabled(bool enabled)
+{
+    OZNA_LOG(LEVEL_NORMAL, "Scheduler is %s", m_enabled ? "enabled" : "disabled");
+    if (!m_enabled && enabled)
+    {
+        m_enabled = true;
+        Start();
+        OZNA_LOG(LEVEL_NORMAL, "Scheduling enabled (%s)", qPrintable(m_scheduleFile));
+    }
+    else if (m_enabled && !enabled)
+    {
+        m_enabled = false;
+        Stop();
+        OZNA_LOG(LEVEL_NORMAL, "Scheduling disabled");
+    }
+    Q_EMIT SchedulingEnabled(m_enabled, m_scheduleFile);
+    return STATUS_OK;
+}
+
+int Scheduler::SetScheduleFile(const QString& filename)
+{
+    OZNA_LOG(LEVEL_NORMAL, "Schedule file set to %s", qPrintable(filename));
+    m_scheduleFile = filename;
+    return Reload();
+}
+
+int Scheduler::Reload()
+{
+    if (!m_enabled)
+        return STATUS_OK;
+    OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
+    Stop();
+    Start();
+    return STATUS_OK;
+}
+
+void Scheduler::OnPddActionRequested(PDD_ACTION action, bool enable)
+{
+    OZNA_LOG(LEVEL_NORMAL, ">>> Requesting PDD Action: action=%s, enable=%d",
+             action == STREAM_MIC ? "STREAM_MIC" : "UNKNOWN", enable);
+    Q_EMIT ExpectedPddAction(static_cast<uint>(action), enable);
+}
+
+void Scheduler::OnFilesUpdated(int Status, int FileType)
+{
+    if (FileType != SCHEDULE_FILE || Status != UPDATE_COMPLETED)
+        return;
+    OZNA_LOG(LEVEL_NORMAL, "Schedule file updated");
+    if (m_enabled)
+    {
+        OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
+        m_enabled = false;
+        Stop();
+        m_enabled = true;
+        Start();
+    }
+    else
+    {
+        OZNA_LOG(LEVEL_WARNING, "Scheduler is disabled: automatically re-enable it");
+        SetEnabled(true);
+    }
+}
+
+void Scheduler::LoadSchedule(const QString& fileName)
+{
+    const QString path = GetSchedulePath() + QLatin1Char('/') + fileName;
+    OZNA_LOG(LEVEL_NORMAL, "Loading schedule from %s...", qPrintable(path));
+    try
+    {
+        TextFile file(path);
+        if (!file.Open())
+        {
+            OZNA_LOG(LEVEL_NORMAL, "No schedules programmed (schedule file not found)");
+            return;
+        }
+        while (!file.AtEnd())
+        {
+            const QString line = file.ReadLine();
+            if (!TextFile::IsBlankOrComment(line))
+                AddAction(line);
+        }
+        if (!file.ReadError().isEmpty())
+            OZNA_LOG(LEVEL_WARNING, "Schedule file read error: %s", qPrintable(file.ReadError()));
+        OZNA_LOG(LEVEL_NORMAL, "Schedule loaded (%d tasks)", static_cast<int>(m_farActions.Size()));
+    }
+    catch (const std::exception&)
+    {
+        OZNA_LOG(LEVEL_ERROR, "Unexpected error while loading schedule");
+    }
+}
+
+void Scheduler::AddAction(const QString& line)
+{
+    std::unique_ptr<Action> action;
+    try
+    {
+        action = std::make_unique<Action>(line);
+    }
+    catch (const std::exception&)
+    {
+        // The action has logged its own reason.
+        OZNA_LOG(LEVEL_WARNING, "Action ignored");
+        return;
+    }
+    if (connect(action.get(), &Action::PddActionRequested, this, &Scheduler::OnPddActionRequested))
+        m_farActions.Append(std::move(action));
+    else
+        OZNA_LOG(LEVEL_WARNING, "Action creation failed");
+}
+
+void Scheduler::FindReadyActions()
+{
+    OZNA_LOG(LEVEL_NORMAL, "Finding ready actions...");
+    const QTime now = Clock::TimeOfDay();
+    Action* const light = m_farActions.FindLatestStarted(TASK_LIGHT, now);
+    if (light != nullptr)
+    {
+        OZNA_LOG(LEVEL_NORMAL, "Found Light action to start");
+        light->m_forced = true;
+    }
+    Action* const play = m_farActions.FindLatestStarted(TASK_PLAY_RADIO_FM, now);
+    const Action* const stop = m_farActions.FindLatestStarted(TASK_STOP_RADIO_FM, now);
+    if (play != nullptr && (stop == nullptr || stop->m_startTime < play->m_startTime))
+    {
+        OZNA_LOG(LEVEL_NORMAL, "Found RadioFm action to start");
+        play->m_forced = true;
+    }
+}
+
+void Scheduler::CheckFarActions()
+{
+    OZNA_LOG(LEVEL_TRACE, "Checking far actions");
+    OZNA_LOG(LEVEL_TRACE, "----------------------------");
+    OZNA_LOG(LEVEL_TRACE, "> FarActions:     %zu", m_farActions.Size());
+    OZNA_LOG(LEVEL_TRACE, "> EarlyActions:   %zu", m_earlyActions.Size());
+    OZNA_LOG(LEVEL_TRACE, "> TOTAL ACTIONS:  %zu", m_farActions.Size() + m_earlyActions.Size());
+    OZNA_LOG(LEVEL_TRACE, "----------------------------");
+
+    ActionList::Noted early;
+    for (auto action = m_farActions.begin(); action != m_farActions.end(); ++action)
+    {
+        if (!(*action)->IsEarly())
+            continue;
+        Task& task = *(*action)->m_task;
+        if (IsVirtuallyStopped(**action))
+        {
+            OZNA_LOG(LEVEL_WARNING, "VIRTUALLY STOPPED action found: %d (%s, %s), SKIPPED and marked COMPLETED",
+                     task.m_type, qPrintable(task.GetName()), qPrintable(task.m_identifier));
+            task.SetCompleted(true);
+            continue;
+        }
+        OZNA_LOG(LEVEL_NORMAL, "EARLY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+        early.push_back(action);
+    }
+    m_farActions.MoveTo(m_earlyActions, early);
+}
+
+bool Scheduler::IsVirtuallyStopped(const Action& play) const
+{
+    if (play.m_task->m_type != TASK_PLAY_PLAYLIST)
+        return false;
+    const QTime soon = Clock::TimeOfDay().addSecs(STOPPED_SOON_S);
+    const Action* const stop = m_farActions.FindPlaylistStop(play, soon);
+    if (stop == nullptr)
+        return false;
+    OZNA_LOG(LEVEL_WARNING, "TASK_STOP_PLAYLIST: %s | NOW+10s: %s",
+             qPrintable(stop->m_startTime.toString(LOG_TIME_FORMAT)), qPrintable(soon.toString(LOG_TIME_FORMAT)));
+    return true;
+}
+
+void Scheduler::CheckEarlyActions()
+{
+    ActionList::Noted started;
+    ActionList::Noted lost;
+    for (auto entry = m_earlyActions.begin(); entry != m_earlyActions.end(); ++entry)
+    {
+        Action& action = **entry;
+        const Task& task = *action.m_task;
+        if (action.IsReady())
+        {
+            OZNA_LOG(LEVEL_NORMAL, "READY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+            action.Start();
+            started.push_back(entry);
+        }
+        else if (action.IsLost())
+        {
+            OZNA_LOG(LEVEL_NORMAL, "LOST action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+            lost.push_back(entry);
+        }
+    }
+    m_earlyActions.MoveTo(m_farActions, started);
+    m_earlyActions.MoveTo(m_farActions, lost);
+}

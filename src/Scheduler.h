@@ -1,0 +1,83 @@
+#pragma once
+
+#include "ActionList.h"
+#include "Task.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+class ConfigProxy;
+class CpuFreqManagerProxy;
+class GpsManagerProxy;
+class LightManagerProxy;
+class NetworkManagerProxy;
+class PhotoManagerProxy;
+class SoundManagerProxy;
+class UpdateManagerProxy;
+
+// The engine: owns the actions of the schedule file and the two timers that pick the ones to start.
+// Everything runs on the event-loop thread. The public slots are the bus's; their result is the status 0, always.
+class Scheduler final : public QObject
+{
+    Q_OBJECT
+public:
+    // Creates the shared proxies, without contacting their services; enabled, but nothing runs before Run or Start.
+    // fileName: the schedule file in the schedule folder. Throws a standard exception when a proxy cannot be created.
+    explicit Scheduler(const QString& fileName);
+
+    // Stops the schedule.
+    ~Scheduler() override;
+
+    // Starts the schedule when enabled.
+    void Run();
+
+    // Loads the schedule file, forces the light and radio state that should be in force, and starts the timers.
+    void Start();
+
+    // Stops the timers and deletes all actions; a task that is playing stops its source.
+    void Stop();
+
+    // The folder of the schedule files, without a trailing separator.
+    static QString GetSchedulePath();
+
+    // The proxies that all tasks share; created by the constructor, never deleted.
+    static inline ConfigProxy* m_configManProxy = nullptr;
+    static inline UpdateManagerProxy* m_updateManProxy = nullptr;
+    static inline SoundManagerProxy* m_soundManProxy = nullptr;
+    static inline PhotoManagerProxy* m_photoManProxy = nullptr;
+    static inline LightManagerProxy* m_lightManProxy = nullptr;
+    static inline CpuFreqManagerProxy* m_cpuFreqManProxy = nullptr;
+    static inline GpsManagerProxy* m_gpsManProxy = nullptr;
+    static inline NetworkManagerProxy* m_networkManProxy = nullptr;
+
+Q_SIGNALS:
+    void SchedulingEnabled(bool enabled, const QString& filename);
+    void ExpectedPddAction(uint actionId, bool enable);
+
+public Q_SLOTS:
+    int IsEnabled(bool& enabled, QString& filename);
+    int SetEnabled(bool enabled);
+    int SetScheduleFile(const QString& filename);
+    int Reload();
+    void OnPddActionRequested(PDD_ACTION action, bool enable);
+
+private Q_SLOTS:
+    void OnFilesUpdated(int Status, int FileType);
+    void CheckFarActions();
+    void CheckEarlyActions();
+
+private:
+    void CleanUp();
+    void LoadSchedule(const QString& fileName);
+    void AddAction(const QString& line);
+    void FindReadyActions();
+    bool IsVirtuallyStopped(const Action& play) const;
+
+    QString m_scheduleFile;
+    bool m_enabled = false;
+    ActionList m_farActions;   // every loaded action that is not in the other list
+    ActionList m_earlyActions; // found early, watched closely
+    QTimer m_farTimer;
+    QTimer m_earlyTimer;
+};

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <cstdint>
+
+// The kinds of task. The numbers are part of the schedule format: a line may give its task by number.
+enum TaskType : std::int32_t
+{
+    TASK_LIGHT = 0,
+    TASK_PLAY_MESSAGE = 1,
+    TASK_PLAY_PLAYLIST = 2,
+    TASK_RECORD_MIC = 3,
+    TASK_RECORD_PHOTO = 4,
+    TASK_VOLUME = 5,
+    TASK_PLAY_RADIO_FM = 6,
+    TASK_RECORD_VIDEO = 7,
+    TASK_AMPLIFIERS = 8,
+    TASK_SET_CPU_FREQ = 9,
+    TASK_CAMERA = 10,
+    TASK_GPS = 11,
+    TASK_LAN = 12,
+    TASK_STOP_PLAYLIST = 13,
+    TASK_STOP_MESSAGE = 14,
+    TASK_STOP_RADIO_FM = 15,
+    TASK_PLAY_STREAM = 16,
+    TASK_STOP_STREAM = 17,
+    TASK_ENABLE_AUX = 18,
+    TASK_REQUEST_PDD_ACTION = 19,
+    TASK_UNKNOWN = 99,
+};
+
+// The actions that the PDD peer can be asked for; travels on the bus as an unsigned int.
+enum PDD_ACTION : std::int32_t
+{
+    NONE = 0,
+    STREAM_MIC = 1,
+};
+
+// The work of one action. Owned by its action, without a Qt parent; used on the event-loop thread only.
+class Task : public QObject
+{
+    Q_OBJECT
+public:
+    Task(TaskType type, const QString& identifier);
+    ~Task() override;
+
+    // By how many seconds the task may be started after its time; 0: never late.
+    virtual unsigned int GetDelayable_s() const;
+
+    // Called just before Run with the seconds by which the start is late; 0 when it is in time.
+    virtual void PrepareDelayed(unsigned int delay_s);
+
+    // Performs the work; blocks until the peers have answered. True when the request was accepted.
+    // Failures are logged, never thrown.
+    virtual bool Run() = 0;
+
+    // True while the work is in progress.
+    virtual bool IsRunning() const;
+
+    // Tells the task that it counts as played to its end, or not.
+    virtual void SetCompleted(bool completed);
+
+    // The type that a schedule line asks for by number or by name: any decimal number as it stands,
+    // a known name's type, TASK_UNKNOWN for every other text.
+    static TaskType NameToType(const QString& name);
+
+    // The name of the task's kind in log records; "unknown" for a type that has none.
+    QString GetName() const;
+
+    bool m_running = false;
+    const QString m_identifier;
+    const TaskType m_type;
+};

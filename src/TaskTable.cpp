@@ -1,0 +1,79 @@
+#include "TaskTable.h"
+
+#include "tasks/PlayMessage.h"
+#include "tasks/StopMessage.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace
+{
+
+constexpr int ANY = std::numeric_limits<int>::max();
+
+// Tells a task to leave the volume as it is.
+const QString NO_VOLUME = QStringLiteral("-1");
+
+// Makes a task that takes no parameters.
+template <typename Kind> std::unique_ptr<Task> Make(const TaskRequest&)
+{
+    return std::make_unique<Kind>();
+}
+
+std::unique_ptr<Task> MakePlayMessage(const TaskRequest& request)
+{
+    return std::make_unique<PlayMessage>(request.startTime, request.parameters[0],
+                                         request.parameters.value(1, NO_VOLUME));
+}
+
+constexpr std::array TABLE{
+    TaskKind{TASK_LIGHT, "Light", "Light", 1, ANY, nullptr},
+    TaskKind{TASK_PLAY_MESSAGE, "PlayMessage", "PlayMessage", 1, ANY, MakePlayMessage},
+    TaskKind{TASK_PLAY_PLAYLIST, "PlayPlaylist", "PlayPlaylist", 1, ANY, nullptr},
+    TaskKind{TASK_RECORD_MIC, "RecordMic", "RecordMic", 0, ANY, nullptr},
+    TaskKind{TASK_RECORD_PHOTO, "RecordPhoto", "RecordPhoto", 0, ANY, nullptr},
+    TaskKind{TASK_VOLUME, "Volume", "Volume", 1, ANY, nullptr},
+    TaskKind{TASK_PLAY_RADIO_FM, "PlayRadioFm", "PlayRadioFm", 1, ANY, nullptr},
+    TaskKind{TASK_RECORD_VIDEO, "RecordVideo", "RecordVideo", 0, ANY, nullptr},
+    TaskKind{TASK_AMPLIFIERS, "Amplifiers", "Amplifiers", 1, ANY, nullptr},
+    TaskKind{TASK_SET_CPU_FREQ, "SetCpuFreq", "SetCpuFreq", 1, ANY, nullptr},
+    TaskKind{TASK_CAMERA, "Camera", "Camera", 1, ANY, nullptr},
+    TaskKind{TASK_GPS, "Gps", "Gps", 1, ANY, nullptr},
+    TaskKind{TASK_LAN, "Lan", "Lan", 1, ANY, nullptr},
+    TaskKind{TASK_STOP_PLAYLIST, "StopPlaylist", "StopPlaylist", 0, ANY, nullptr},
+    TaskKind{TASK_STOP_MESSAGE, "StopMessage", "StopMessage", 0, ANY, Make<StopMessage>},
+    TaskKind{TASK_STOP_RADIO_FM, "StopRadioFm", "StopRadioFm", 0, ANY, nullptr},
+    TaskKind{TASK_PLAY_STREAM, "PlayStream", "PlayStream", 1, ANY, nullptr},
+    // The two spellings of the next kinds differ, and users' schedules and log readers rely on both.
+    TaskKind{TASK_STOP_STREAM, "StopStream", "Stoptream", 0, ANY, nullptr},
+    TaskKind{TASK_ENABLE_AUX, "enableAux", "EnableAux", 1, 1, nullptr},
+    TaskKind{TASK_REQUEST_PDD_ACTION, nullptr, "RequestPddAction", 2, 2, nullptr},
+};
+
+constexpr bool IsIndexedByType()
+{
+    for (size_t i = 0; i < TABLE.size(); ++i)
+    {
+        if (TABLE[i].type != static_cast<TaskType>(i))
+            return false;
+    }
+    return true;
+}
+
+static_assert(IsIndexedByType(), "a row stands at the place of its type");
+
+} // namespace
+
+const TaskKind* TaskTable::Find(TaskType type)
+{
+    return type >= 0 && static_cast<size_t>(type) < TABLE.size() ? &TABLE[static_cast<size_t>(type)] : nullptr;
+}
+
+const TaskKind* TaskTable::FindByName(const QString& name)
+{
+    const auto* row = std::ranges::find_if(TABLE, [&name](const TaskKind& kind) {
+        return kind.scheduleName != nullptr && name == QLatin1String(kind.scheduleName);
+    });
+    return row != TABLE.end() ? row : nullptr;
+}

@@ -1,0 +1,118 @@
+#include "BusWatcher.h"
+#include "Globals.h"
+#include "Log.h"
+#include "Scheduler.h"
+#include "SchedulerAdaptor.h"
+#include "SignalPipe.h"
+
+#include <LogInterface.h>
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+
+#include <csignal>
+#include <cstdio>
+
+QCoreApplication* m_app = nullptr;
+LogInterface* _logInterface = nullptr; // NOLINT(readability-identifier-naming)
+Scheduler* m_scheduler = nullptr;
+SchedulerAdaptor* m_schedulerAdaptor = nullptr;
+
+namespace
+{
+
+constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/scheduler/logobj";
+constexpr const char* SERVICE_NAME = "com.kestrelix.ozna.scheduler";
+constexpr const char* OBJECT_PATH = "/com/kestrelix/ozna/scheduler/schedulerobj";
+constexpr const char* SCHEDULE_FILE = "schedule.csv";
+constexpr int EXIT_NORMAL = 0;
+constexpr int EXIT_NO_BUS = -1;
+
+// Runs in a signal context: only wakes the event loop, which then exits with 0.
+void signals_handler(int sig)
+{
+    if (sig == SIGINT || sig == SIGTERM)
+        SignalPipe::Wake();
+}
+
+bool InstallHandler(int sig)
+{
+    struct sigaction action
+    {
+    };
+    action.sa_handler = signals_handler;
+    action.sa_flags = SA_RESTART;
+    return sigemptyset(&action.sa_mask) == 0 && sigaction(sig, &action, nullptr) == 0;
+}
+
+void InstallHandlers()
+{
+    const bool canWake = SignalPipe::Open([] { QCoreApplication::exit(EXIT_NORMAL); });
+    if (!canWake || !InstallHandler(SIGINT))
+        OZNA_LOG(LEVEL_WARNING, "Can't catch SIGINT");
+    if (!canWake || !InstallHandler(SIGTERM))
+        OZNA_LOG(LEVEL_WARNING, "Can't catch SIGTERM");
+}
+
+bool Register(QDBusConnection& bus)
+{
+    if (!bus.registerService(QString::fromLatin1(SERVICE_NAME)))
+    {
+        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't register service [%s]", SERVICE_NAME);
+        return false;
+    }
+    if (!bus.registerObject(QString::fromLatin1(OBJECT_PATH), m_scheduler))
+    {
+        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't register object [%s]", OBJECT_PATH);
+        return false;
+    }
+    return true;
+}
+
+// A daemon that nobody can reach any more ends, so that its supervisor starts it again.
+void OnBusLost()
+{
+    OZNA_LOG(LEVEL_ERROR, "DBUS: Session bus connection lost");
+    QCoreApplication::exit(EXIT_NO_BUS);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    m_app = new QCoreApplication(argc, argv);
+    _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
+    OZNA_LOG(LEVEL_NORMAL, "Creating Scheduler...");
+    InstallHandlers();
+
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+    {
+        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't connect session bus");
+        std::puts("DBUS: Can't connect session bus");
+        return EXIT_NO_BUS;
+    }
+
+    int status = EXIT_NORMAL;
+    try
+    {
+        const BusWatcher watcher(bus, OnBusLost);
+        m_scheduler = new Scheduler(QString::fromLatin1(SCHEDULE_FILE));
+        m_schedulerAdaptor = new SchedulerAdaptor(m_scheduler);
+        if (!Register(bus))
+            return EXIT_NO_BUS;
+        OZNA_LOG(LEVEL_NORMAL, "Scheduler ready");
+        OZNA_LOG(LEVEL_NORMAL, "Starting scheduler...");
+        m_scheduler->Run();
+        status = QCoreApplication::exec();
+        m_scheduler->SetEnabled(false);
+    }
+    catch (const std::exception&)
+    {
+        OZNA_LOG(LEVEL_ERROR, "Impossible to create scheduler");
+    }
+
+    delete m_scheduler;
+    OZNA_LOG(LEVEL_NORMAL, "Succesfully terminated");
+    return status;
+}

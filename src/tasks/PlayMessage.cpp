@@ -1,0 +1,52 @@
+#include "PlayMessage.h"
+
+#include "SoundManager.h"
+
+PlayMessage::PlayMessage(const QString& time, const QString& file, const QString& volume)
+    : PlayTask(TASK_PLAY_MESSAGE, SoundManager::SOURCE_FILE, {}, volume, OZNA_LOG_SITE)
+    , m_file(file)
+    , m_startTime(SoundManager::ParseTime(time))
+{
+    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayMessage: %s @ %s (vol=%d)", qPrintable(m_file),
+             qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
+}
+
+PlayMessage::~PlayMessage()
+{
+    if (!m_running)
+        return;
+    OZNA_LOG(LEVEL_NORMAL, "Scheduled Message %s running: stop it", qPrintable(m_file));
+    if (!StopPlayback())
+        OZNA_LOG(LEVEL_WARNING, "Impossible to stop scheduled file");
+}
+
+unsigned int PlayMessage::GetDelayable_s() const
+{
+    return 0;
+}
+
+bool PlayMessage::Run()
+{
+    BeginRequest();
+    const QString startTime = SoundManager::FormatTime(m_startTime);
+    const PeerReply reply = SoundManager::Call(SoundManager::PLAY_FILE, {m_file, startTime});
+    if (reply.IsBusError())
+        OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", qPrintable(reply.ErrorMessage()));
+    else if (reply.Status() != 0)
+        OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", reply.Status());
+    else
+    {
+        OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d", qPrintable(m_file),
+                 qPrintable(startTime), Volume());
+        BeginWait(&SoundManagerProxy::PlayFileCompleted, this, &PlayMessage::OnPlayFileCompleted);
+    }
+    m_running = reply.IsAccepted();
+    return m_running;
+}
+
+void PlayMessage::OnPlayFileCompleted(const QString& file)
+{
+    OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayMessage: %s", qPrintable(file));
+    EndWait(&SoundManagerProxy::PlayFileCompleted, this, &PlayMessage::OnPlayFileCompleted);
+    Q_EMIT TaskCompleted();
+}
