@@ -4,6 +4,8 @@
 #include "Log.h"
 #include "StringUtils.h"
 #include "TaskTable.h"
+#include "tasks/PlayPlaylist.h"
+#include "tasks/RequestPddAction.h"
 
 #include <algorithm>
 #include <limits>
@@ -171,6 +173,13 @@ void Action::CreateTask(TaskType type, const QString& startTime, const QString& 
         throw std::invalid_argument("task parameters");
     }
     m_task = kind->create({startTime, parameterText, parameters});
+
+    const auto* pdd = qobject_cast<const RequestPddAction*>(m_task.get());
+    if (pdd != nullptr && !connect(pdd, &RequestPddAction::PddAction, this, &Action::OnPddActionRequest))
+    {
+        OZNA_LOG(LEVEL_ERROR, "RequestPddAction task creation failed");
+        throw std::runtime_error("task signal");
+    }
 }
 
 bool Action::IsDueToday() const
@@ -220,7 +229,10 @@ bool Action::IsEarly() const
         return true;
     }
     const unsigned int tolerance_s = m_task->GetDelayable_s();
-    return tolerance_s != 0 && static_cast<int>(tolerance_s) >= Clock::SecondsSince(m_startTime);
+    const auto* playlist = qobject_cast<const PlayPlaylist*>(m_task.get());
+    if (tolerance_s == 0 || (playlist != nullptr && playlist->IsCompleted()))
+        return false;
+    return static_cast<int>(tolerance_s) >= Clock::SecondsSince(m_startTime);
 }
 
 bool Action::IsReady()

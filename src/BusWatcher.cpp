@@ -14,7 +14,8 @@ const QString DISCONNECTED = QStringLiteral("Disconnected");
 
 } // namespace
 
-BusWatcher::BusWatcher(QDBusConnection& bus, std::function<void()> onLost) : m_onLost(std::move(onLost))
+BusWatcher::BusWatcher(QDBusConnection& bus, std::function<void()> onLost)
+    : m_onLost(std::move(onLost))
 {
     if (!bus.connect(QString(), LOCAL_PATH, LOCAL_INTERFACE, DISCONNECTED, this, SLOT(OnDisconnected())))
         throw std::runtime_error("bus watcher");

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <clocale>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -41,6 +42,29 @@ size_t WholeCharacters(const char* text, size_t length)
     return start + CharacterLength(text[start]) > length ? start : length;
 }
 
+// Has the thread's numbers formatted as the C locale does while this object lives: the application object takes over
+// the user's locale, and a frequency must not turn into "98,50" on a device set up for Italy.
+class PlainNumbers
+{
+public:
+    PlainNumbers()
+        : m_earlier(::uselocale(Locale()))
+    {
+    }
+    ~PlainNumbers() { ::uselocale(m_earlier); }
+    PlainNumbers(const PlainNumbers&) = delete;
+    PlainNumbers& operator=(const PlainNumbers&) = delete;
+
+private:
+    static locale_t Locale()
+    {
+        static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+        return plain;
+    }
+
+    const locale_t m_earlier;
+};
+
 } // namespace
 
 void Log::Emit(LogLevel level, const char* origin, Site site, const char* format, ...)
@@ -54,6 +78,7 @@ void Log::Emit(LogLevel level, const char* origin, Site site, const char* format
 
     char* const message = record.data() + begin;
     const size_t room = record.size() - begin;
+    const PlainNumbers plainNumbers;
     va_list arguments;
     va_start(arguments, format);
     const int wanted = std::vsnprintf(message, room, format, arguments);

@@ -42,7 +42,10 @@ PeerReply::PeerReply(const QDBusMessage& message)
 {
 }
 
-PeerReply::PeerReply(int status) : m_status(status) {}
+PeerReply::PeerReply(int status)
+    : m_status(status)
+{
+}
 
 PeerReply PeerReply::Failed(const QString& errorMessage)
 {

@@ -23,6 +23,28 @@ public:
     [[nodiscard]] int Status() const { return m_status; }
     [[nodiscard]] bool IsAccepted() const { return !m_busError && m_status == 0; }
 
+    // Has the outcome logged by the one of the three that fits: onBusError(const char* message), onRefused(int status)
+    // or onAccepted(). True when the peer accepted.
+    template <typename OnBusError, typename OnRefused, typename OnAccepted>
+    bool Report(OnBusError onBusError, OnRefused onRefused, OnAccepted onAccepted) const
+    {
+        if (!m_busError)
+            return ReportStatus(onRefused, onAccepted);
+        onBusError(qPrintable(m_errorMessage));
+        return false;
+    }
+
+    // The same for the calls that are judged by the status alone, also when they failed on the bus.
+    template <typename OnRefused, typename OnAccepted>
+    bool ReportStatus(OnRefused onRefused, OnAccepted onAccepted) const
+    {
+        if (m_status != 0)
+            onRefused(m_status);
+        else
+            onAccepted();
+        return m_status == 0;
+    }
+
 private:
     bool m_busError = false;
     QString m_errorMessage;

@@ -1,5 +1,6 @@
 #include "PlayTask.h"
 
+#include "Parameter.h"
 #include "SoundManager.h"
 
 namespace
@@ -7,20 +8,14 @@ namespace
 
 constexpr int KEEP_VOLUME = -1;
 
-int ParseVolume(const QString& text, Log::Site site)
-{
-    bool isNumber = false;
-    const int volume = text.toInt(&isNumber);
-    if (isNumber)
-        return volume;
-    OZNA_LOG_AT(site, LEVEL_WARNING, "Invalid volume=%s, not used", qPrintable(text));
-    return KEEP_VOLUME;
-}
-
 } // namespace
 
 PlayTask::PlayTask(TaskType type, const char* source, const QString& identifier, const QString& volume, Log::Site site)
-    : Task(type, identifier), m_source(source), m_volume(ParseVolume(volume, site))
+    : Task(type, identifier)
+    , m_source(source)
+    , m_volume(Parameter::ToInt(volume, KEEP_VOLUME, [&] {
+        OZNA_LOG_AT(site, LEVEL_WARNING, "Invalid volume=%s, not used", qPrintable(volume));
+    }))
 {
 }
 

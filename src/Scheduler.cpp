@@ -29,7 +29,8 @@ const QString LOG_TIME_FORMAT = QStringLiteral("HH:mm:ss");
 
 } // namespace
 
-Scheduler::Scheduler(const QString& fileName) : m_scheduleFile(fileName)
+Scheduler::Scheduler(const QString& fileName)
+    : m_scheduleFile(fileName)
 {
     Peers::CreateProxies();
 
@@ -136,8 +137,7 @@ int Scheduler::Reload()
 
 void Scheduler::OnPddActionRequested(PDD_ACTION action, bool enable)
 {
-    OZNA_LOG(LEVEL_NORMAL, ">>> Requesting PDD Action: action=%s, enable=%d",
-             action == STREAM_MIC ? "STREAM_MIC" : "UNKNOWN", enable);
+    OZNA_LOG(LEVEL_NORMAL, ">>> Requesting PDD Action: action=%s, enable=%d", PddActionName(action), enable);
     Q_EMIT ExpectedPddAction(static_cast<uint>(action), enable);
 }
 

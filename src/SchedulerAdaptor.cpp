@@ -2,7 +2,9 @@
 
 #include "Scheduler.h"
 
-SchedulerAdaptor::SchedulerAdaptor(Scheduler* scheduler) : QDBusAbstractAdaptor(scheduler), m_scheduler(*scheduler)
+SchedulerAdaptor::SchedulerAdaptor(Scheduler* scheduler)
+    : QDBusAbstractAdaptor(scheduler)
+    , m_scheduler(*scheduler)
 {
     setAutoRelaySignals(true);
 }

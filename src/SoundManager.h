@@ -10,11 +10,19 @@
 namespace SoundManager
 {
 
+inline constexpr const char* PLAY_AUX = "PlayAux";
 inline constexpr const char* PLAY_FILE = "PlayFile";
-inline constexpr const char* STOP_PLAY = "StopPlay";
+inline constexpr const char* PLAY_PLAYLIST = "PlayPlaylist";
+inline constexpr const char* PLAY_RADIO_FM = "PlayRadioFm";
+inline constexpr const char* PLAY_STREAM = "PlayStream";
+inline constexpr const char* RADIO_FM_SET_FREQUENCY = "RadioFmSetFrequency";
+inline constexpr const char* SET_AMPLIFIERS = "SetAmplifiers";
+inline constexpr const char* SET_MASTER_VOLUME = "SetMasterVolume";
 inline constexpr const char* SET_PLAYER_VOLUME = "SetPlayerVolume";
+inline constexpr const char* STOP_PLAY = "StopPlay";
 
 // What can play and be stopped.
+inline constexpr const char* SOURCE_AUX = "aux";
 inline constexpr const char* SOURCE_FILE = "file";
 inline constexpr const char* SOURCE_PLAYLIST = "playlist";
 inline constexpr const char* SOURCE_RADIO_FM = "radiofm";

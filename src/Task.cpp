@@ -4,7 +4,16 @@
 
 #include <limits>
 
-Task::Task(TaskType type, const QString& identifier) : m_identifier(identifier), m_type(type) {}
+const char* PddActionName(PDD_ACTION action)
+{
+    return action == STREAM_MIC ? "STREAM_MIC" : "UNKNOWN";
+}
+
+Task::Task(TaskType type, const QString& identifier)
+    : m_identifier(identifier)
+    , m_type(type)
+{
+}
 
 Task::~Task() = default;
 

@@ -38,6 +38,9 @@ enum PDD_ACTION : std::int32_t
     STREAM_MIC = 1,
 };
 
+// How log records name the action: "STREAM_MIC", and "UNKNOWN" for everything else.
+const char* PddActionName(PDD_ACTION action);
+
 // The work of one action. Owned by its action, without a Qt parent; used on the event-loop thread only.
 class Task : public QObject
 {

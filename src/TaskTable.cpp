@@ -1,7 +1,23 @@
 #include "TaskTable.h"
 
+#include "tasks/Amplifiers.h"
+#include "tasks/Camera.h"
+#include "tasks/CpuFreq.h"
+#include "tasks/EnableAux.h"
+#include "tasks/Gps.h"
+#include "tasks/Lan.h"
+#include "tasks/Light.h"
+#include "tasks/Photo.h"
 #include "tasks/PlayMessage.h"
+#include "tasks/PlayPlaylist.h"
+#include "tasks/PlayRadioFm.h"
+#include "tasks/PlayStream.h"
+#include "tasks/RequestPddAction.h"
 #include "tasks/StopMessage.h"
+#include "tasks/StopPlaylist.h"
+#include "tasks/StopRadioFm.h"
+#include "tasks/StopStream.h"
+#include "tasks/Volume.h"
 
 #include <algorithm>
 #include <array>
@@ -21,6 +37,33 @@ template <typename Kind> std::unique_ptr<Task> Make(const TaskRequest&)
     return std::make_unique<Kind>();
 }
 
+// Makes a task from its first parameter, or from the empty text where the kind takes none as well.
+template <typename Kind> std::unique_ptr<Task> MakeFromFirst(const TaskRequest& request)
+{
+    return std::make_unique<Kind>(request.parameters.value(0));
+}
+
+std::unique_ptr<Task> MakePhoto(const TaskRequest& request)
+{
+    return std::make_unique<Photo>(request.parameterText);
+}
+
+std::unique_ptr<Task> MakePlayPlaylist(const TaskRequest& request)
+{
+    return std::make_unique<PlayPlaylist>(request.startTime, request.parameters[0],
+                                          request.parameters.value(1, NO_VOLUME), request.parameters.value(2));
+}
+
+std::unique_ptr<Task> MakePlayStream(const TaskRequest& request)
+{
+    return std::make_unique<PlayStream>(request.parameters[0], request.parameters.value(1, NO_VOLUME));
+}
+
+std::unique_ptr<Task> MakeRequestPddAction(const TaskRequest& request)
+{
+    return std::make_unique<RequestPddAction>(request.parameters[0], request.parameters[1]);
+}
+
 std::unique_ptr<Task> MakePlayMessage(const TaskRequest& request)
 {
     return std::make_unique<PlayMessage>(request.startTime, request.parameters[0],
@@ -28,27 +71,27 @@ std::unique_ptr<Task> MakePlayMessage(const TaskRequest& request)
 }
 
 constexpr std::array TABLE{
-    TaskKind{TASK_LIGHT, "Light", "Light", 1, ANY, nullptr},
+    TaskKind{TASK_LIGHT, "Light", "Light", 1, ANY, MakeFromFirst<Light>},
     TaskKind{TASK_PLAY_MESSAGE, "PlayMessage", "PlayMessage", 1, ANY, MakePlayMessage},
-    TaskKind{TASK_PLAY_PLAYLIST, "PlayPlaylist", "PlayPlaylist", 1, ANY, nullptr},
+    TaskKind{TASK_PLAY_PLAYLIST, "PlayPlaylist", "PlayPlaylist", 1, ANY, MakePlayPlaylist},
     TaskKind{TASK_RECORD_MIC, "RecordMic", "RecordMic", 0, ANY, nullptr},
-    TaskKind{TASK_RECORD_PHOTO, "RecordPhoto", "RecordPhoto", 0, ANY, nullptr},
-    TaskKind{TASK_VOLUME, "Volume", "Volume", 1, ANY, nullptr},
-    TaskKind{TASK_PLAY_RADIO_FM, "PlayRadioFm", "PlayRadioFm", 1, ANY, nullptr},
+    TaskKind{TASK_RECORD_PHOTO, "RecordPhoto", "RecordPhoto", 0, ANY, MakePhoto},
+    TaskKind{TASK_VOLUME, "Volume", "Volume", 1, ANY, MakeFromFirst<Volume>},
+    TaskKind{TASK_PLAY_RADIO_FM, "PlayRadioFm", "PlayRadioFm", 1, ANY, MakeFromFirst<PlayRadioFm>},
     TaskKind{TASK_RECORD_VIDEO, "RecordVideo", "RecordVideo", 0, ANY, nullptr},
-    TaskKind{TASK_AMPLIFIERS, "Amplifiers", "Amplifiers", 1, ANY, nullptr},
-    TaskKind{TASK_SET_CPU_FREQ, "SetCpuFreq", "SetCpuFreq", 1, ANY, nullptr},
-    TaskKind{TASK_CAMERA, "Camera", "Camera", 1, ANY, nullptr},
-    TaskKind{TASK_GPS, "Gps", "Gps", 1, ANY, nullptr},
-    TaskKind{TASK_LAN, "Lan", "Lan", 1, ANY, nullptr},
-    TaskKind{TASK_STOP_PLAYLIST, "StopPlaylist", "StopPlaylist", 0, ANY, nullptr},
+    TaskKind{TASK_AMPLIFIERS, "Amplifiers", "Amplifiers", 1, ANY, MakeFromFirst<Amplifiers>},
+    TaskKind{TASK_SET_CPU_FREQ, "SetCpuFreq", "SetCpuFreq", 1, ANY, MakeFromFirst<CpuFreq>},
+    TaskKind{TASK_CAMERA, "Camera", "Camera", 1, ANY, MakeFromFirst<Camera>},
+    TaskKind{TASK_GPS, "Gps", "Gps", 1, ANY, MakeFromFirst<Gps>},
+    TaskKind{TASK_LAN, "Lan", "Lan", 1, ANY, MakeFromFirst<Lan>},
+    TaskKind{TASK_STOP_PLAYLIST, "StopPlaylist", "StopPlaylist", 0, ANY, MakeFromFirst<StopPlaylist>},
     TaskKind{TASK_STOP_MESSAGE, "StopMessage", "StopMessage", 0, ANY, Make<StopMessage>},
-    TaskKind{TASK_STOP_RADIO_FM, "StopRadioFm", "StopRadioFm", 0, ANY, nullptr},
-    TaskKind{TASK_PLAY_STREAM, "PlayStream", "PlayStream", 1, ANY, nullptr},
+    TaskKind{TASK_STOP_RADIO_FM, "StopRadioFm", "StopRadioFm", 0, ANY, Make<StopRadioFm>},
+    TaskKind{TASK_PLAY_STREAM, "PlayStream", "PlayStream", 1, ANY, MakePlayStream},
     // The two spellings of the next kinds differ, and users' schedules and log readers rely on both.
-    TaskKind{TASK_STOP_STREAM, "StopStream", "Stoptream", 0, ANY, nullptr},
-    TaskKind{TASK_ENABLE_AUX, "enableAux", "EnableAux", 1, 1, nullptr},
-    TaskKind{TASK_REQUEST_PDD_ACTION, nullptr, "RequestPddAction", 2, 2, nullptr},
+    TaskKind{TASK_STOP_STREAM, "StopStream", "Stoptream", 0, ANY, Make<StopStream>},
+    TaskKind{TASK_ENABLE_AUX, "enableAux", "EnableAux", 1, 1, MakeFromFirst<EnableAux>},
+    TaskKind{TASK_REQUEST_PDD_ACTION, nullptr, "RequestPddAction", 2, 2, MakeRequestPddAction},
 };
 
 constexpr bool IsIndexedByType()

@@ -35,7 +35,10 @@ int OpenRegular(const QByteArray& name)
 
 } // namespace
 
-TextFile::TextFile(const QString& path) : m_path(path) {}
+TextFile::TextFile(const QString& path)
+    : m_path(path)
+{
+}
 
 bool TextFile::Open()
 {

@@ -69,7 +69,8 @@ void AppendPrintable(std::string& record, std::string_view text)
 
 } // namespace
 
-LogInterface::LogInterface(const QString& objectPath) : m_maxLevel(MaxLevelFromEnvironment())
+LogInterface::LogInterface(const QString& objectPath)
+    : m_maxLevel(MaxLevelFromEnvironment())
 {
     // Standard error needs no address; the path is the device library's.
     Q_UNUSED(objectPath)

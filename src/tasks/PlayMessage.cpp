@@ -29,18 +29,15 @@ bool PlayMessage::Run()
 {
     BeginRequest();
     const QString startTime = SoundManager::FormatTime(m_startTime);
-    const PeerReply reply = SoundManager::Call(SoundManager::PLAY_FILE, {m_file, startTime});
-    if (reply.IsBusError())
-        OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", qPrintable(reply.ErrorMessage()));
-    else if (reply.Status() != 0)
-        OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", reply.Status());
-    else
-    {
-        OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d", qPrintable(m_file),
-                 qPrintable(startTime), Volume());
-        BeginWait(&SoundManagerProxy::PlayFileCompleted, this, &PlayMessage::OnPlayFileCompleted);
-    }
-    m_running = reply.IsAccepted();
+    m_running =
+        SoundManager::Call(SoundManager::PLAY_FILE, {m_file, startTime})
+            .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
+                    [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
+                    [&] {
+                        OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d", qPrintable(m_file),
+                                 qPrintable(startTime), Volume());
+                        BeginWait(&SoundManagerProxy::PlayFileCompleted, this, &PlayMessage::OnPlayFileCompleted);
+                    });
     return m_running;
 }
 

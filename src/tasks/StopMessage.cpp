@@ -2,7 +2,8 @@
 
 #include "SoundManager.h"
 
-StopMessage::StopMessage() : StopTask(TASK_STOP_MESSAGE, SoundManager::SOURCE_FILE)
+StopMessage::StopMessage()
+    : StopTask(TASK_STOP_MESSAGE, SoundManager::SOURCE_FILE)
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | StopMessage");
 }

@@ -1,0 +1,8 @@
+#include "PunctualTask.h"
+
+PunctualTask::~PunctualTask() = default;
+
+unsigned int PunctualTask::GetDelayable_s() const
+{
+    return 0;
+}

@@ -1,0 +1,124 @@
+#include "Photo.h"
+
+#include "Log.h"
+#include "Parameter.h"
+#include "PeerCall.h"
+#include "Scheduler.h"
+#include "StringUtils.h"
+
+#include <PhotoManagerProxy.h>
+
+namespace
+{
+
+constexpr int DEFAULT_INTERVAL_S = 0;
+constexpr int SINGLE_PHOTO = 1;
+constexpr char SEPARATOR = ',';
+
+const QString TAKE_PHOTO = QStringLiteral("TakePhoto");
+const QString TAKE_PHOTO_STREAM = QStringLiteral("TakePhotoStream");
+const QString STOP_PHOTO_STREAM = QStringLiteral("StopPhotoStream");
+
+} // namespace
+
+Photo::Photo(const QString& parameter)
+    : PunctualTask(TASK_RECORD_PHOTO, {})
+    , m_interval_s(DEFAULT_INTERVAL_S)
+    , m_numPhoto(SINGLE_PHOTO)
+{
+    if (!parameter.isEmpty())
+        Parse(parameter);
+    if (!connect(Scheduler::m_photoManProxy, &PhotoManagerProxy::PhotoTaken, this, &Photo::OnPhotoTaken))
+        OZNA_LOG(LEVEL_WARNING, "Can't wait for the photos of %s", qPrintable(GetName()));
+    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Photo: interval=%d s, numPhoto=%d", m_interval_s, m_numPhoto);
+}
+
+void Photo::Parse(const QString& parameter)
+{
+    try
+    {
+        const QStringList fields = StringUtils::SplitLineIntoTokens(parameter, SEPARATOR);
+        m_interval_s = Parameter::ToInt(fields.value(0), DEFAULT_INTERVAL_S, [&] {
+            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo interval from parameters: '%s'. Using 0.",
+                     qPrintable(parameter));
+        });
+        m_numPhoto = Parameter::ToInt(fields.value(1), SINGLE_PHOTO, [&] {
+            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo number from parameters: '%s'. Using 1.", qPrintable(parameter));
+        });
+    }
+    catch (const std::exception&)
+    {
+        OZNA_LOG(LEVEL_WARNING, "Error parsing parameters: using defaults (interval=0 s, numPhoto=1)");
+        m_interval_s = DEFAULT_INTERVAL_S;
+        m_numPhoto = SINGLE_PHOTO;
+    }
+}
+
+bool Photo::Run()
+{
+    m_photoCount = 0;
+    m_streaming = false;
+    m_running = true;
+    return m_numPhoto == SINGLE_PHOTO ? TakeSinglePhoto() : TakeMultiplePhoto();
+}
+
+bool Photo::TakeSinglePhoto() const
+{
+    OZNA_LOG(LEVEL_TRACE, "Taking single photo");
+    return PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO)
+        .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "TakePhoto() request error: %s\n", error); },
+                [](int status) { OZNA_LOG(LEVEL_ERROR, "TakePhoto error: %d\n", status); },
+                [] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo"); });
+}
+
+bool Photo::TakeMultiplePhoto()
+{
+    OZNA_LOG(LEVEL_TRACE, "Taking multiple photo");
+    m_streaming =
+        PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO_STREAM, {m_interval_s})
+            .Report(
+                [&](const char* error) {
+                    OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error: %s\n", m_interval_s, error);
+                },
+                [&](int status) {
+                    OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error (%d)", m_interval_s, status);
+                },
+                [&] {
+                    OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo: interval=%d s, num=%d, ", m_interval_s, m_numPhoto);
+                });
+    return m_streaming;
+}
+
+void Photo::OnPhotoTaken(int status, const QString& imagePath)
+{
+    Q_UNUSED(status)
+    Q_UNUSED(imagePath)
+    OZNA_LOG(LEVEL_TRACE, ">>> Photo taken");
+    if (!m_streaming)
+    {
+        m_running = false;
+        return;
+    }
+    ++m_photoCount;
+    OZNA_LOG(LEVEL_TRACE, ">>> Total photo: %d", static_cast<int>(m_photoCount));
+    if (m_photoCount >= static_cast<unsigned int>(m_numPhoto))
+        StopSeries();
+}
+
+// A stop that fails leaves the series running: the next photo asks again.
+void Photo::StopSeries()
+{
+    const bool stopped =
+        PeerCall::Send(Scheduler::m_photoManProxy, STOP_PHOTO_STREAM)
+            .Report([](const char* error) { OZNA_LOG(LEVEL_NORMAL, "StopPhotoStream request error: %s\n", error); },
+                    [](int status) { OZNA_LOG(LEVEL_ERROR, "StopPhotoStream error: %d\n", status); },
+                    [&] {
+                        OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | Photo: interval=%d s, num=%d, ", m_interval_s,
+                                 m_numPhoto);
+                    });
+    if (stopped)
+    {
+        m_streaming = false;
+        m_running = false;
+    }
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "PunctualTask.h"
+
+// Takes one photo, or a series at a fixed interval that ends when the number of photos is reached.
+// Every Photo task sees every photo that is taken, whoever asked for it. Running means that photo work is in progress;
+// only a photo that was taken, or the end of the series, ends it, not a request that failed.
+class Photo final : public PunctualTask
+{
+    Q_OBJECT
+public:
+    // parameter: "interval,number", the interval in seconds, neither of them limited; empty: one photo.
+    // A series of 0 photos ends with its first, one of a negative number never.
+    explicit Photo(const QString& parameter);
+
+    bool Run() override;
+
+private Q_SLOTS:
+    void OnPhotoTaken(int status, const QString& imagePath);
+
+private:
+    void Parse(const QString& parameter);
+    bool TakeSinglePhoto() const;
+    bool TakeMultiplePhoto();
+    void StopSeries();
+
+    int m_interval_s;
+    int m_numPhoto;
+    unsigned int m_photoCount = 0;
+    bool m_streaming = false; // the photo manager has accepted this task's series
+};

@@ -1,0 +1,176 @@
+#include "PlayPlaylist.h"
+
+#include "DataRoot.h"
+#include "ProxyTimeout.h"
+#include "SoundManager.h"
+#include "StringUtils.h"
+#include "TextFile.h"
+
+#include <QFileInfo>
+
+#include <stdexcept>
+
+namespace
+{
+
+constexpr int REQUEST_TIMEOUT_MS = 5000;
+constexpr int GAP_S = 2; // between two tracks
+constexpr int LONGEST_IGNORED_LINE = 9;
+constexpr char SEPARATOR = ';';
+constexpr int FIELDS = 2;
+constexpr bool RESERVED = false;
+
+// Under which the device's log readers look for the records about playlist files.
+constexpr const char* FILE_ORIGIN = "/com/kestrelix/ozna/soundmanager/soundobj";
+constexpr const char* TRACK_ORIGIN = "/com/kestrelix/ozna/audiomanager/audioobj";
+constexpr const char* STOP_ORIGIN = "/com/kestrelix/ozna/updatemanager/updateobj";
+
+} // namespace
+
+PlayPlaylist::PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier)
+    : PlayTask(TASK_PLAY_PLAYLIST, SoundManager::SOURCE_PLAYLIST, identifier, volume, OZNA_LOG_SITE)
+    , m_name(name)
+    , m_startTime(SoundManager::ParseTime(time))
+{
+    if (!LoadPlaylistInfo())
+    {
+        OZNA_LOG(LEVEL_ERROR, "TASK CREATION FAILED");
+        throw std::runtime_error("playlist");
+    }
+    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayPlaylist: %s at %s (%d s, vol=%d)", qPrintable(m_name),
+             qPrintable(SoundManager::FormatTime(m_startTime)), static_cast<int>(m_total_s), Volume());
+}
+
+PlayPlaylist::~PlayPlaylist()
+{
+    if (!m_running)
+        return;
+    OZNA_LOG_FROM(STOP_ORIGIN, LEVEL_NORMAL, "Scheduled Playlist %s running: stop it", qPrintable(m_name));
+    if (!StopPlayback())
+        OZNA_LOG(LEVEL_WARNING, "Impossible to stop scheduled playlist");
+}
+
+QString PlayPlaylist::GetPlaylistsPath()
+{
+    return DataRoot() + QStringLiteral("/playlists");
+}
+
+unsigned int PlayPlaylist::GetDelayable_s() const
+{
+    return m_delayable_s;
+}
+
+void PlayPlaylist::SetCompleted(bool completed)
+{
+    m_completed = completed;
+}
+
+bool PlayPlaylist::LoadPlaylistInfo()
+{
+    if (m_name.isEmpty())
+    {
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist name not specified");
+        return false;
+    }
+    const QString path = GetPlaylistsPath() + QLatin1Char('/') + m_name;
+    OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Loading playlist from %s", qPrintable(path));
+    TextFile file(path);
+    if (!file.Open())
+    {
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file open failed (path=%s)", qPrintable(path));
+        if (QFileInfo::exists(path))
+            OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file (path=%s) exists: why I couldn't open it ?",
+                          qPrintable(path));
+        return false;
+    }
+    while (!file.AtEnd())
+        LoadLine(file.ReadLine());
+    if (!file.ReadError().isEmpty())
+        OZNA_LOG(LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError()));
+    if (m_items.empty())
+    {
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist is empty");
+        return false;
+    }
+    m_total_s -= GAP_S;
+    m_delayable_s = m_total_s - static_cast<unsigned int>(m_items.back().duration_s);
+    OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist loaded (%d tracks)", static_cast<int>(m_items.size()));
+    return true;
+}
+
+void PlayPlaylist::LoadLine(const QString& line)
+{
+    if (line.size() <= LONGEST_IGNORED_LINE || TextFile::IsBlankOrComment(line))
+    {
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(line));
+        return;
+    }
+    const QStringList fields = StringUtils::SplitLineIntoTokens(line, SEPARATOR);
+    if (fields.size() < FIELDS)
+    {
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(line));
+        return;
+    }
+    const PlaylistItem item{fields[0], fields[1].toInt()};
+    OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", qPrintable(item.file), item.duration_s);
+    m_total_s += static_cast<unsigned int>(item.duration_s) + GAP_S;
+    m_items.push_back(item);
+}
+
+void PlayPlaylist::PrepareDelayed(unsigned int delay_s)
+{
+    const auto delay = static_cast<int>(delay_s);
+    if (delay <= 0)
+    {
+        m_firstTrack = 1;
+        OZNA_LOG(LEVEL_DETAIL, "PlayPlaylist NOT delayed: will start from track %d", m_firstTrack);
+        return;
+    }
+    if (delay_s >= m_total_s)
+    {
+        OZNA_LOG(LEVEL_WARNING, "PlayPlaylist can't be prepared as delayed: delay (%d s) >= duration (%d s))", delay,
+                 static_cast<int>(m_total_s));
+        return;
+    }
+    m_firstTrack = 1;
+    qint64 remaining_s = delay;
+    for (const PlaylistItem& item : m_items)
+    {
+        ++m_firstTrack;
+        remaining_s -= qint64{item.duration_s} + GAP_S;
+        if (remaining_s < 0)
+            break;
+    }
+    OZNA_LOG(LEVEL_DETAIL, "PlayPlaylist prepared as delayed (%s, file %d)",
+             qPrintable(SoundManager::FormatTime(m_startTime)), m_firstTrack);
+}
+
+bool PlayPlaylist::Run()
+{
+    m_completed = false;
+    BeginRequest();
+    OZNA_LOG(LEVEL_NORMAL, "Requesting PlayPlaylist...");
+    const ProxyTimeout patience(Scheduler::m_soundManProxy, REQUEST_TIMEOUT_MS);
+    const QString startTime = SoundManager::FormatTime(m_startTime);
+    m_running = SoundManager::Call(SoundManager::PLAY_PLAYLIST,
+                                   {m_name, m_identifier, static_cast<uint>(m_firstTrack), startTime, RESERVED})
+                    .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist request error: %s", error); },
+                            [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist error: %d", status); },
+                            [&] {
+                                OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
+                                         qPrintable(m_name), m_firstTrack, qPrintable(startTime), Volume());
+                                BeginWait(&SoundManagerProxy::PlayPlaylistCompleted, this,
+                                          &PlayPlaylist::OnPlayPlaylistCompleted);
+                            });
+    m_completed = !m_running;
+    return m_running;
+}
+
+void PlayPlaylist::OnPlayPlaylistCompleted(const QString& name)
+{
+    Q_UNUSED(name)
+    OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayPlaylist: %s", qPrintable(m_name));
+    EndWait(&SoundManagerProxy::PlayPlaylistCompleted, this, &PlayPlaylist::OnPlayPlaylistCompleted);
+    m_completed = true;
+    Q_EMIT TaskCompleted();
+}

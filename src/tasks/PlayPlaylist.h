@@ -1,0 +1,58 @@
+#pragma once
+
+#include "PlayTask.h"
+#include "PlaylistItem.h"
+
+#include <QTime>
+
+#include <vector>
+
+// Plays a playlist at a given time of day, joined at a later track when it is started late, and runs until the sound
+// manager reports a playlist's end.
+//
+// A playlist file has a line a track: file name, ";", duration in whole seconds. Lines of 9 characters or fewer, blank
+// lines and comments (see TextFile) are ignored.
+class PlayPlaylist final : public PlayTask
+{
+    Q_OBJECT
+public:
+    // time: "hh:mm:ss", anything else is sent as an empty time. name: the file in the playlist folder.
+    // volume: see PlayTask. Throws std::runtime_error, with the reason logged, when no track can be loaded.
+    PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier);
+
+    // Stops the playlist when it is still running.
+    ~PlayPlaylist() override;
+
+    // The start of the last track: later than that there is nothing left to join.
+    unsigned int GetDelayable_s() const override;
+
+    // Chooses the first track to play: the one after the track that would be playing after delay_s seconds, as a track
+    // is never entered midway. Counts from the first track each time.
+    void PrepareDelayed(unsigned int delay_s) override;
+
+    bool Run() override;
+    void SetCompleted(bool completed) override;
+    bool IsCompleted() const { return m_completed; }
+
+    // The folder of the playlist files, without a trailing separator.
+    static QString GetPlaylistsPath();
+
+Q_SIGNALS:
+    void TaskCompleted();
+
+private Q_SLOTS:
+    // name: what the signal names; whatever playlist it is, the task has ended.
+    void OnPlayPlaylistCompleted(const QString& name);
+
+private:
+    bool LoadPlaylistInfo();
+    void LoadLine(const QString& line);
+
+    const QString m_name;
+    const QTime m_startTime;
+    std::vector<PlaylistItem> m_items;
+    unsigned int m_total_s = 0; // with the gaps between the tracks
+    unsigned int m_delayable_s = 0;
+    int m_firstTrack = 1; // counted from 1
+    bool m_completed = false;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "StopTask.h"
+
+// Stops the stream that is playing.
+class StopStream final : public StopTask
+{
+    Q_OBJECT
+public:
+    StopStream();
+    bool Run() override;
+};
