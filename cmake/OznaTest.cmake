@@ -1,0 +1,52 @@
+# Every time zone is a file of the system's: a test under one that is missing would silently run in UTC.
+set(OZNA_ZONEINFO_DIR /usr/share/zoneinfo CACHE PATH "Folder of the time-zone files that tests are run under")
+
+# ozna_add_test(<name> LABEL <label> SOURCES <file>...
+#               [LIBRARIES <library>...] [LINK_OPTIONS <option>...] [DEFINITIONS <definition>...]
+#               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [TIMEOUT <seconds>])
+#
+# Makes the test program tst_<name> in the folder tests of the build tree and registers it as "<label>.<name>", or,
+# with TIME_ZONES, once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". No test reaches the session
+# bus of who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
+function(ozna_add_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 test ""
+        "LABEL;TIMEOUT" "SOURCES;LIBRARIES;LINK_OPTIONS;DEFINITIONS;ENVIRONMENT;TIME_ZONES")
+    if(NOT test_LABEL OR NOT test_SOURCES OR test_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "ozna_add_test(${name}): LABEL and SOURCES are needed; ${test_UNPARSED_ARGUMENTS}")
+    endif()
+    if(NOT test_TIMEOUT)
+        set(test_TIMEOUT 60)
+    endif()
+
+    set(program tst_${name})
+    add_executable(${program} ${test_SOURCES})
+    target_link_libraries(${program} PRIVATE Qt6::Test ozna_options ${test_LIBRARIES})
+    target_link_options(${program} PRIVATE ${test_LINK_OPTIONS})
+    target_compile_definitions(${program} PRIVATE ${test_DEFINITIONS})
+    set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+
+    set(registered)
+    foreach(zone IN LISTS test_TIME_ZONES)
+        if(NOT EXISTS ${OZNA_ZONEINFO_DIR}/${zone})
+            message(FATAL_ERROR "ozna_add_test(${name}): no time zone ${zone} in ${OZNA_ZONEINFO_DIR}")
+        endif()
+        string(REPLACE "/" "_" suffix ${zone})
+        set(case ${test_LABEL}.${name}.${suffix})
+        add_test(NAME ${case} COMMAND ${program})
+        set_property(TEST ${case} APPEND PROPERTY ENVIRONMENT TZ=${zone})
+        list(APPEND registered ${case})
+    endforeach()
+    if(NOT test_TIME_ZONES)
+        set(registered ${test_LABEL}.${name})
+        add_test(NAME ${registered} COMMAND ${program})
+    endif()
+
+    set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT
+        DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+        LC_ALL=C.UTF-8
+        ${test_ENVIRONMENT})
+    set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT_MODIFICATION
+        OZNA_CONFIG_FILE=unset: OZNA_DATA_DIR=unset: OZNA_LOG_LEVEL=unset:
+        QT_LOGGING_CONF=unset: QT_LOGGING_RULES=unset: QT_MESSAGE_PATTERN=unset: QTEST_FUNCTION_TIMEOUT=unset:)
+    set_tests_properties(${registered} PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT})
+endfunction()

@@ -1,0 +1,50 @@
+#include "FakeTask.h"
+
+namespace
+{
+
+QList<FakeTask*>& LivingTasks()
+{
+    static QList<FakeTask*> tasks;
+    return tasks;
+}
+
+} // namespace
+
+FakeTask::FakeTask(TaskType type, const QString& identifier) : Task(type, identifier)
+{
+    LivingTasks().append(this);
+}
+
+FakeTask::~FakeTask()
+{
+    LivingTasks().removeOne(this);
+}
+
+unsigned int FakeTask::GetDelayable_s() const
+{
+    return m_tolerance_s;
+}
+
+void FakeTask::PrepareDelayed(unsigned int delay_s)
+{
+    m_calls.append(QStringLiteral("PrepareDelayed %1").arg(delay_s));
+}
+
+bool FakeTask::Run()
+{
+    m_calls.append(QStringLiteral("Run"));
+    if (m_onRun)
+        m_onRun();
+    return m_runResult;
+}
+
+void FakeTask::SetCompleted(bool completed)
+{
+    m_calls.append(QStringLiteral("SetCompleted %1").arg(completed ? 1 : 0));
+}
+
+const QList<FakeTask*>& FakeTask::Living()
+{
+    return LivingTasks();
+}

@@ -1,0 +1,97 @@
+#include "LogRecorder.h"
+
+#include "Globals.h"
+#include "Log.h"
+#include "TextDiff.h"
+
+#include <LogInterface.h>
+
+#include <QRegularExpression>
+
+#include <limits>
+
+namespace
+{
+
+QList<LogRecord>& AllRecords()
+{
+    static QList<LogRecord> records;
+    return records;
+}
+
+QString Shown(unsigned int level, const QString& text, const QByteArray& origin)
+{
+    QString shown = QStringLiteral("%1 %2").arg(level).arg(text);
+    if (origin != Log::ORIGIN)
+        shown += QStringLiteral(" (from %1)").arg(QString::fromUtf8(origin));
+    return shown;
+}
+
+// Leaves the line number out of the prefix; a prefix of another form stays as it is, and equals nothing expected.
+QString ShownRecord(const LogRecord& record)
+{
+    static const QRegularExpression prefix(QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.cpp):[1-9][0-9]*\\] "));
+    QString text = QString::fromUtf8(record.text);
+    text.replace(prefix, QStringLiteral("[\\1] "));
+    return Shown(record.level, text, record.origin);
+}
+
+} // namespace
+
+LogLine::LogLine(unsigned int level, const char* text, const char* origin) : LogLine(level, QByteArray(text), origin) {}
+
+LogLine::LogLine(unsigned int level, const QByteArray& text, const char* origin)
+    : shown(Shown(level, QString::fromUtf8(text), origin != nullptr ? origin : Log::ORIGIN))
+{
+}
+
+LogInterface::LogInterface(const QString& objectPath) : m_maxLevel(std::numeric_limits<unsigned int>::max())
+{
+    Q_UNUSED(objectPath)
+}
+
+LogInterface::~LogInterface() = default;
+
+void LogInterface::EmitLogString(unsigned int level, const char* text, const char* origin)
+{
+    if (level <= m_maxLevel)
+        AllRecords().append({level, text, origin});
+}
+
+void LogRecorder::Install()
+{
+    static LogInterface recorder{QString()};
+    _logInterface = &recorder;
+}
+
+QList<LogRecord> LogRecorder::Records(unsigned int maxLevel)
+{
+    QList<LogRecord> records = AllRecords();
+    records.removeIf([maxLevel](const LogRecord& record) { return record.level > maxLevel; });
+    return records;
+}
+
+QStringList LogRecorder::Messages(unsigned int maxLevel)
+{
+    QStringList messages;
+    for (const LogRecord& record : Records(maxLevel))
+        messages.append(QString::fromUtf8(record.text.mid(record.text.indexOf("] ") + 2)));
+    return messages;
+}
+
+void LogRecorder::Clear()
+{
+    AllRecords().clear();
+}
+
+QByteArray LogRecorder::Compare(unsigned int maxLevel, const LogLines& expected)
+{
+    QStringList wanted;
+    for (const LogLine& line : expected)
+        wanted.append(line.shown);
+    QStringList found;
+    for (const LogRecord& record : Records(maxLevel))
+        found.append(ShownRecord(record));
+    Clear();
+    return TextDiff(wanted, found, "log record");
+}

@@ -1,0 +1,70 @@
+#include "PeerRecorder.h"
+
+#include "PeerCall.h"
+#include "TextDiff.h"
+
+#include <QDBusAbstractInterface>
+#include <QDBusMetaType>
+
+QString PeerRequest::Shown() const
+{
+    QStringList texts;
+    for (const QVariant& argument : arguments)
+    {
+        const char* const signature = QDBusMetaType::typeToSignature(argument.metaType());
+        texts.append(
+            QStringLiteral("%1:%2").arg(QLatin1String(signature != nullptr ? signature : "?"), argument.toString()));
+    }
+    return QStringLiteral("%1 %2(%3)").arg(service.section(u'.', -1), method, texts.join(QStringLiteral(", ")));
+}
+
+PeerRecorder::PeerRecorder()
+{
+    PeerCall::SetTransport([this](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
+        PeerRequest request{{}, {}, {}, method, arguments, 0};
+        if (proxy != nullptr)
+        {
+            request.service = proxy->service();
+            request.path = proxy->path();
+            request.interface = proxy->interface();
+            request.timeout_ms = proxy->timeout();
+        }
+        return Record(request);
+    });
+}
+
+PeerRecorder::~PeerRecorder()
+{
+    PeerCall::SetTransport({});
+}
+
+void PeerRecorder::Answer(const char* method, int status)
+{
+    Answer(method, [status](const PeerRequest&) { return PeerReply(status); });
+}
+
+void PeerRecorder::AnswerBusError(const char* method, const QString& message)
+{
+    Answer(method, [message](const PeerRequest&) { return PeerReply::Failed(message); });
+}
+
+void PeerRecorder::Answer(const char* method, Answerer answerer)
+{
+    m_answerers.insert(QLatin1String(method), std::move(answerer));
+}
+
+QByteArray PeerRecorder::Compare(const QStringList& expected)
+{
+    QStringList found;
+    for (const PeerRequest& request : m_requests)
+        found.append(request.Shown());
+    Clear();
+    return TextDiff(expected, found, "request");
+}
+
+PeerReply PeerRecorder::Record(const PeerRequest& request)
+{
+    m_requests.append(request);
+    const Answerer answerer = m_answerers.value(request.method);
+    return answerer ? answerer(request) : PeerReply(0);
+}
