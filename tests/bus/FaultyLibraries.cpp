@@ -1,0 +1,70 @@
+// Library functions that fail when the environment says so; the linker puts them in the place of the real ones.
+
+#include <QDBusConnection>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <string_view>
+#include <sys/eventfd.h>
+
+namespace
+{
+
+bool IsFault(std::string_view name)
+{
+    const char* fault = std::getenv("OZNA_FAULT");
+    return fault != nullptr && fault == name;
+}
+
+int Fail()
+{
+    errno = EINVAL;
+    return -1;
+}
+
+} // namespace
+
+// The linker makes these names.
+// NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
+extern "C"
+{
+    int __real_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
+    int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
+    int __real_eventfd(unsigned int count, int flags);
+    int __wrap_eventfd(unsigned int count, int flags);
+    bool __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+        QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
+    bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+        QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
+    void __real__ZN5Peers13CreateProxiesEv();
+    void __wrap__ZN5Peers13CreateProxiesEv();
+}
+
+int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier)
+{
+    if ((sig == SIGINT && IsFault("SIGINT")) || (sig == SIGTERM && IsFault("SIGTERM")))
+        return Fail();
+    return __real_sigaction(sig, action, earlier);
+}
+
+int __wrap_eventfd(unsigned int count, int flags)
+{
+    return IsFault("eventfd") ? Fail() : __real_eventfd(count, flags);
+}
+
+bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+    QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options)
+{
+    return !IsFault("object")
+           && __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+               bus, path, object, options);
+}
+
+void __wrap__ZN5Peers13CreateProxiesEv()
+{
+    if (IsFault("scheduler"))
+        throw std::bad_alloc();
+    __real__ZN5Peers13CreateProxiesEv();
+}
+// NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)

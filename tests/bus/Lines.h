@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QStringList>
+
+// Records that many bus tests expect, in the form of DaemonProcess::Log.
+namespace Lines
+{
+
+inline QStringList Concat(std::initializer_list<QStringList> lists)
+{
+    QStringList all;
+    for (const QStringList& list : lists)
+        all += list;
+    return all;
+}
+
+inline const QStringList CREATED{QStringLiteral("4 [main.cpp] Creating Scheduler...")};
+
+inline const QStringList READY{QStringLiteral("4 [main.cpp] Scheduler ready"),
+                               QStringLiteral("4 [main.cpp] Starting scheduler...")};
+
+// Up to the point where the schedule file has been looked for.
+inline QStringList Loading(const QString& path)
+{
+    return {QStringLiteral("4 [Scheduler.cpp] Starting schedule..."),
+            QStringLiteral("4 [Scheduler.cpp] Loading schedule from %1...").arg(path)};
+}
+
+inline const QStringList NOT_FOUND{
+    QStringLiteral("4 [Scheduler.cpp] No schedules programmed (schedule file not found)")};
+
+inline QStringList Loaded(int tasks)
+{
+    return {QStringLiteral("4 [Scheduler.cpp] Schedule loaded (%1 tasks)").arg(tasks)};
+}
+
+inline const QStringList STARTED{QStringLiteral("4 [Scheduler.cpp] Finding ready actions..."),
+                                 QStringLiteral("4 [Scheduler.cpp] Schedule started")};
+
+inline const QStringList STOPPING{QStringLiteral("4 [Scheduler.cpp] Stopping schedule..."),
+                                  QStringLiteral("4 [Scheduler.cpp] Schedule stopped"),
+                                  QStringLiteral("4 [Scheduler.cpp] Cleaning up schedule...")};
+
+inline const QStringList CLEANED{QStringLiteral("4 [Scheduler.cpp] Scheduler cleaned-up !")};
+
+inline const QStringList STOPPED = STOPPING + CLEANED;
+
+inline const QStringList RESTARTING{QStringLiteral("4 [Scheduler.cpp] Restarting Schedule...")};
+
+inline const QStringList WAS_ENABLED{QStringLiteral("4 [Scheduler.cpp] Scheduler is enabled")};
+inline const QStringList WAS_DISABLED{QStringLiteral("4 [Scheduler.cpp] Scheduler is disabled")};
+inline const QStringList DISABLED{QStringLiteral("4 [Scheduler.cpp] Scheduling disabled")};
+inline const QStringList TERMINATED{QStringLiteral("4 [main.cpp] Succesfully terminated")};
+
+// The end on SIGTERM of a daemon that is enabled, with what its tasks log as they are deleted.
+inline QStringList Ended(const QStringList& byTasks = {})
+{
+    return WAS_ENABLED + STOPPING + byTasks + CLEANED + DISABLED + STOPPED + TERMINATED;
+}
+
+} // namespace Lines

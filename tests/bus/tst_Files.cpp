@@ -1,0 +1,133 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+#include <QDir>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Lines;
+
+// A schedule file that is not what it should be leaves the daemon running and reachable.
+class Files : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void WhatIsNoRegularFileCountsAsNotFound_data();
+    void WhatIsNoRegularFileCountsAsNotFound();
+    void WhatCanBeReadIsScheduled_data();
+    void WhatCanBeReadIsScheduled();
+    void ABadLineCostsItselfOnly();
+    void AHugeFileIsLoaded();
+};
+
+namespace
+{
+
+const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
+
+void Symlink(const QString& target, const QString& link)
+{
+    if (::symlink(qPrintable(target), qPrintable(link)) != 0)
+        qFatal("cannot link %s", qPrintable(link));
+}
+
+} // namespace
+
+void Files::WhatIsNoRegularFileCountsAsNotFound_data()
+{
+    QTest::addColumn<QString>("kind");
+    QTest::newRow("missing") << QStringLiteral("missing");
+    QTest::newRow("a folder") << QStringLiteral("folder");
+    QTest::newRow("a pipe without a writer") << QStringLiteral("pipe");
+    QTest::newRow("an endless device") << QStringLiteral("/dev/zero");
+    QTest::newRow("an empty device") << QStringLiteral("/dev/null");
+    QTest::newRow("a terminal") << QStringLiteral("/dev/tty");
+    QTest::newRow("a link to itself") << QStringLiteral("loop");
+    QTest::newRow("a link to nothing") << QStringLiteral("dangling");
+    // The super-user reads what nobody may.
+    if (::geteuid() != 0)
+        QTest::newRow("no permission") << QStringLiteral("forbidden");
+}
+
+void Files::WhatIsNoRegularFileCountsAsNotFound()
+{
+    QFETCH(QString, kind);
+    const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
+    if (kind == QStringLiteral("folder"))
+        QVERIFY(QDir().mkdir(path));
+    else if (kind == QStringLiteral("pipe"))
+        QCOMPARE(::mkfifo(qPrintable(path), 0600), 0);
+    else if (kind == QStringLiteral("loop"))
+        Symlink(path, path);
+    else if (kind == QStringLiteral("dangling"))
+        Symlink(path + QStringLiteral(".gone"), path);
+    else if (kind == QStringLiteral("forbidden"))
+    {
+        WriteSchedule(ONE_LINE);
+        QCOMPARE(::chmod(qPrintable(path), 0), 0);
+    }
+    else if (kind.startsWith(QLatin1Char('/')))
+        Symlink(kind, path);
+
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(4), CREATED + READY + Loading(path) + NOT_FOUND + STARTED);
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+void Files::WhatCanBeReadIsScheduled_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("tasks");
+    QTest::addColumn<int>("rejected");
+    QTest::newRow("empty") << QByteArray() << 0 << 0;
+    QTest::newRow("blank lines and comments") << QByteArray("\n \t \n# a comment\n1|2#3\n\r\n") << 0 << 0;
+    QTest::newRow("a lone #") << QByteArray("#\n") + ONE_LINE << 1 << 1;
+    QTest::newRow("a last line without its end") << ONE_LINE + ONE_LINE.chopped(1) << 2 << 0;
+    QTest::newRow("lines of another system") << QByteArray(ONE_LINE + ONE_LINE).replace("\n", "\r\n") << 2 << 0;
+    QTest::newRow("a byte-order mark") << QByteArray("\xef\xbb\xbf") + ONE_LINE << 1 << 0;
+    QTest::newRow("bytes that are no text") << QByteArray("\xff\xfe\xfd\x80|\xc0\n") + ONE_LINE << 1 << 1;
+    QTest::newRow("a block of NUL bytes") << QByteArray(100000, '\0') + '\n' + ONE_LINE << 1 << 1;
+    QTest::newRow("a line of a megabyte") << QByteArray(1 << 20, '|') + '\n' + ONE_LINE << 1 << 1;
+}
+
+void Files::WhatCanBeReadIsScheduled()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, tasks);
+    QFETCH(int, rejected);
+    WriteSchedule(content);
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().Log().contains(Loaded(tasks).first()));
+    const QStringList ignored = Daemon().Take(2).filter(QStringLiteral("2 [Scheduler.cpp] Action ignored"));
+    QCOMPARE(ignored.size(), rejected);
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+void Files::ABadLineCostsItselfOnly()
+{
+    WriteSchedule(ONE_LINE + "1111111|12:00|*|*|*|||StopMessage\n1111111|12:00:00|*|*|*|||EnableAux|1\n"
+                  + "1111111|12:00:00|*|*|*|||PlayMessage\n1|2|3\n" + ONE_LINE);
+    QVERIFY(StartDaemon());
+    const QString ignored = QStringLiteral("2 [Scheduler.cpp] Action ignored");
+    COMPARE_LINES(Daemon().Take(2),
+                  {QStringLiteral("1 [Action.cpp] Wrong action start time (12:00: hour:minute:second expected)"), ignored,
+                   QStringLiteral("1 [Action.cpp] Unknown task (99)"), ignored,
+                   QStringLiteral("1 [Action.cpp] Wrong task parameters (PlayMessage)"), ignored,
+                   QStringLiteral("1 [Action.cpp] Wrong action fields (3 found, at least 8 expected)"), ignored});
+    QVERIFY(Daemon().Log().contains(Loaded(2).first()));
+}
+
+void Files::AHugeFileIsLoaded()
+{
+    constexpr int LINES = 20000;
+    WriteSchedule(ONE_LINE.repeated(LINES));
+    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().Log().contains(Loaded(LINES).first()));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+QTEST_GUILESS_MAIN(Files)
+#include "tst_Files.moc"

@@ -1,0 +1,214 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+#include <csignal>
+
+using namespace Lines;
+
+// Start-up in its order with every failure exit, and the ways to end.
+class StartAndStop : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void StartsInTheOrderOfItsParts();
+    void EndsCleanlyOnASignal_data();
+    void EndsCleanlyOnASignal();
+    void EndsOnASignalWhileDisabled();
+    void TellsTheBusThatItStops();
+    void IgnoresOtherSignals();
+    void EndsOnceForManySignals();
+    void ASecondInstanceGivesUp();
+    void WithoutABusOnlyStandardOutputTells_data();
+    void WithoutABusOnlyStandardOutputTells();
+    void EndsWhenTheBusIsLost();
+    void AHandlerThatCannotBeInstalledIsReported_data();
+    void AHandlerThatCannotBeInstalledIsReported();
+    void WithoutADescriptorNeitherSignalIsCaught();
+    void AnObjectThatIsRefusedEndsTheStart();
+    void AnExceptionEndsTheStartNormally();
+    void ReadsTheDeviceFolderWhenInstalled();
+
+private:
+    QStringList StartUp() const;
+    void UseFaultyDaemon(const QString& fault);
+};
+
+QStringList StartAndStop::StartUp() const
+{
+    return CREATED + READY + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + NOT_FOUND + STARTED;
+}
+
+// The daemon, linked once more with some library functions replaced by ones that can fail.
+void StartAndStop::UseFaultyDaemon(const QString& fault)
+{
+    UseDaemon(QStringLiteral("tests/ozna-scheduler-faulty"));
+    Daemon().Environment().insert(QStringLiteral("OZNA_FAULT"), fault);
+}
+
+void StartAndStop::StartsInTheOrderOfItsParts()
+{
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(5), StartUp());
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Device().Calls(), QStringList());
+    QCOMPARE(Daemon().Output(), QByteArray());
+}
+
+void StartAndStop::EndsCleanlyOnASignal_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGTERM") << SIGTERM;
+}
+
+void StartAndStop::EndsCleanlyOnASignal()
+{
+    QFETCH(int, signal);
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(5), StartUp());
+    Daemon().Signal(signal);
+    QCOMPARE(Daemon().WaitForExit(), 0);
+    COMPARE_LINES(Daemon().Take(5), Ended());
+    QCOMPARE(Daemon().Output(), QByteArray());
+}
+
+void StartAndStop::EndsOnASignalWhileDisabled()
+{
+    QVERIFY(StartDaemon());
+    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    static_cast<void>(Daemon().Take());
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(5), WAS_DISABLED + STOPPED + TERMINATED);
+    COMPARE_LINES(Client().WaitForSignals(2), QStringList(2, QStringLiteral("SchedulingEnabled(false,schedule.csv)")));
+}
+
+void StartAndStop::TellsTheBusThatItStops()
+{
+    QVERIFY(StartDaemon());
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(false,schedule.csv)")});
+}
+
+void StartAndStop::IgnoresOtherSignals()
+{
+    QVERIFY(StartDaemon());
+    Daemon().Signal(SIGWINCH);
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(StopDaemon(), 0);
+}
+
+void StartAndStop::EndsOnceForManySignals()
+{
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    for (int i = 0; i < 20; ++i)
+        Daemon().Signal(i % 2 == 0 ? SIGTERM : SIGINT);
+    QCOMPARE(Daemon().WaitForExit(), 0);
+    COMPARE_LINES(Daemon().Take(5), Ended());
+}
+
+void StartAndStop::ASecondInstanceGivesUp()
+{
+    QVERIFY(StartDaemon());
+    const std::unique_ptr<DaemonProcess> first = UseDaemon(QStringLiteral("ozna-scheduler-local"));
+    Daemon().Start();
+    QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
+    COMPARE_LINES(Daemon().Take(),
+                  CREATED + QStringList{QStringLiteral(
+                                "1 [main.cpp] DBUS: Can't register service [com.kestrelix.ozna.scheduler]")});
+    QCOMPARE(Daemon().Output(), QByteArray());
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QVERIFY(first->IsRunning());
+}
+
+void StartAndStop::WithoutABusOnlyStandardOutputTells_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::newRow("no socket at the address") << QStringLiteral("unix:path=/nonexistent");
+    QTest::newRow("an address of no form") << QStringLiteral("nonsense");
+}
+
+void StartAndStop::WithoutABusOnlyStandardOutputTells()
+{
+    QFETCH(QString, address);
+    Daemon().Environment().insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address);
+    Daemon().Start();
+    QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
+    QCOMPARE(Daemon().Output(), QByteArray("DBUS: Can't connect session bus\n"));
+    COMPARE_LINES(Daemon().Take(),
+                  CREATED + QStringList{QStringLiteral("1 [main.cpp] DBUS: Can't connect session bus")});
+}
+
+void StartAndStop::EndsWhenTheBusIsLost()
+{
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    Bus().Kill();
+    QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
+    COMPARE_LINES(Daemon().Take(5),
+                  QStringList{QStringLiteral("1 [main.cpp] DBUS: Session bus connection lost")} + Ended());
+}
+
+void StartAndStop::AHandlerThatCannotBeInstalledIsReported_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("other");
+    QTest::newRow("SIGINT") << QStringLiteral("SIGINT") << SIGTERM;
+    QTest::newRow("SIGTERM") << QStringLiteral("SIGTERM") << SIGINT;
+}
+
+void StartAndStop::AHandlerThatCannotBeInstalledIsReported()
+{
+    QFETCH(QString, name);
+    QFETCH(int, other);
+    UseFaultyDaemon(name);
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(5),
+                  CREATED + QStringList{QStringLiteral("2 [main.cpp] Can't catch %1").arg(name)} + StartUp().mid(1));
+    Daemon().Signal(other);
+    QCOMPARE(Daemon().WaitForExit(), 0);
+    COMPARE_LINES(Daemon().Take(5), Ended());
+}
+
+void StartAndStop::WithoutADescriptorNeitherSignalIsCaught()
+{
+    UseFaultyDaemon(QStringLiteral("eventfd"));
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(5), CREATED
+                                        + QStringList{QStringLiteral("2 [main.cpp] Can't catch SIGINT"),
+                                                      QStringLiteral("2 [main.cpp] Can't catch SIGTERM")}
+                                        + StartUp().mid(1));
+}
+
+void StartAndStop::AnObjectThatIsRefusedEndsTheStart()
+{
+    UseFaultyDaemon(QStringLiteral("object"));
+    Daemon().Start();
+    QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
+    COMPARE_LINES(Daemon().Take(),
+                  CREATED + QStringList{QStringLiteral(
+                                "1 [main.cpp] DBUS: Can't register object [/com/kestrelix/ozna/scheduler/schedulerobj]")});
+    QCOMPARE(Daemon().Output(), QByteArray());
+}
+
+void StartAndStop::AnExceptionEndsTheStartNormally()
+{
+    UseFaultyDaemon(QStringLiteral("scheduler"));
+    Daemon().Start();
+    QCOMPARE(Daemon().WaitForExit(), 0);
+    COMPARE_LINES(Daemon().Take(),
+                  CREATED + QStringList{QStringLiteral("1 [main.cpp] Impossible to create scheduler")} + TERMINATED);
+}
+
+void StartAndStop::ReadsTheDeviceFolderWhenInstalled()
+{
+    WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
+    UseDaemon(QStringLiteral("ozna-scheduler"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().Log().contains(
+        QStringLiteral("4 [Scheduler.cpp] Loading schedule from /opt/ozna/data/schedule/schedule.csv...")));
+}
+
+QTEST_GUILESS_MAIN(StartAndStop)
+#include "tst_StartAndStop.moc"

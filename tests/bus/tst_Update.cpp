@@ -1,0 +1,122 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+using namespace Lines;
+
+// What the daemon makes of the update manager's announcements.
+class Update : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void AnInstalledScheduleIsLoaded();
+    void AnInstalledScheduleEnablesADisabledScheduler();
+    void OtherAnnouncementsAreIgnored_data();
+    void OtherAnnouncementsAreIgnored();
+    void AStrangersAnnouncementIsIgnored();
+    void AnUpdateManagerThatComesLaterIsHeard();
+};
+
+namespace
+{
+
+const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
+const QStringList CREATED_STOP{QStringLiteral("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage")};
+const QStringList UPDATED{QStringLiteral("4 [Scheduler.cpp] Schedule file updated")};
+constexpr const char* FILES_UPDATED = "update.FilesUpdated";
+
+} // namespace
+
+void Update::AnInstalledScheduleIsLoaded()
+{
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    WriteSchedule(ONE_LINE);
+    Device().Emit(FILES_UPDATED, {0, 2});
+    QVERIFY(Daemon().WaitForLog(STARTED.last()));
+    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED
+                                        + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP
+                                        + Loaded(1) + STARTED);
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Client().TakeSignals(), QStringList());
+}
+
+void Update::AnInstalledScheduleEnablesADisabledScheduler()
+{
+    QVERIFY(StartDaemon());
+    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    static_cast<void>(Client().WaitForSignals(1));
+    static_cast<void>(Daemon().Take());
+    WriteSchedule(ONE_LINE);
+    Device().Emit(FILES_UPDATED, {0, 2});
+    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(true,schedule.csv)")});
+    COMPARE_LINES(
+        Daemon().Take(4),
+        UPDATED
+            + QStringList{QStringLiteral("2 [Scheduler.cpp] Scheduler is disabled: automatically re-enable it")}
+            + WAS_DISABLED + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP + Loaded(1)
+            + STARTED + QStringList{QStringLiteral("4 [Scheduler.cpp] Scheduling enabled (schedule.csv)")});
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+void Update::OtherAnnouncementsAreIgnored_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<QVariantList>("values");
+    const auto row = [](const char* name, const char* signal, const QVariantList& values) {
+        QTest::newRow(name) << QByteArray(signal) << values;
+    };
+    row("an update that has not completed", FILES_UPDATED, {1, 2});
+    row("an update that has failed", FILES_UPDATED, {-1, 2});
+    row("another kind of file", FILES_UPDATED, {0, 1});
+    row("another kind of file, above", FILES_UPDATED, {0, 3});
+    row("the two values in the wrong order", FILES_UPDATED, {2, 0});
+    row("the beginning of an update", "update.FilesUpdateStarted", {0, 2});
+    row("without values", FILES_UPDATED, {});
+    row("with texts", FILES_UPDATED, {QStringLiteral("0"), QStringLiteral("2")});
+    row("with one value", FILES_UPDATED, {0});
+}
+
+void Update::OtherAnnouncementsAreIgnored()
+{
+    QFETCH(QByteArray, signal);
+    QFETCH(QVariantList, values);
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    Device().Emit(signal.constData(), values);
+    // What is heard in the end shows that the announcement before it has been heard, too.
+    Device().Emit(FILES_UPDATED, {0, 2});
+    QVERIFY(Daemon().WaitForLog(STARTED.last()));
+    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED
+                                        + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + NOT_FOUND
+                                        + STARTED);
+}
+
+void Update::AStrangersAnnouncementIsIgnored()
+{
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/com/kestrelix/ozna/updatemanager/updateobj"),
+                                                     QStringLiteral("com.kestrelix.ozna.updateinterface"),
+                                                     QStringLiteral("FilesUpdated"));
+    signal.setArguments({0, 2});
+    QVERIFY(Bus().Connection().send(signal));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Daemon().Take(4), QStringList());
+}
+
+void Update::AnUpdateManagerThatComesLaterIsHeard()
+{
+    Device().SetPresent("update", false);
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    Device().SetPresent("update", true);
+    // The daemon hears of the new owner on its own way.
+    QVERIFY(WaitUntil([this] {
+        Device().Emit(FILES_UPDATED, {0, 2});
+        return Daemon().Log().contains(UPDATED.first());
+    }));
+}
+
+QTEST_GUILESS_MAIN(Update)
+#include "tst_Update.moc"

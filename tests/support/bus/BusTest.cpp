@@ -1,0 +1,80 @@
+#include "BusTest.h"
+
+#include <QDir>
+
+#include <csignal>
+
+namespace
+{
+
+void WriteFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("cannot write %s: %s", qPrintable(path), qPrintable(file.errorString()));
+}
+
+} // namespace
+
+void BusTest::init()
+{
+    m_data.emplace();
+    if (!QDir(m_data->path()).mkdir(QStringLiteral("schedule")) || !QDir(m_data->path()).mkdir(QStringLiteral("playlists")))
+        qFatal("cannot make the data folder");
+    m_bus.emplace();
+    m_device.emplace(*m_bus);
+    m_device->Start();
+    m_time.emplace();
+    m_time->Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 49), Qt::UTC));
+    m_client.emplace(m_bus->Connection());
+    UseDaemon(QStringLiteral("ozna-scheduler-local"));
+}
+
+void BusTest::cleanup()
+{
+    const QStringList unexpected = m_daemon->Take(2);
+    m_client.reset();
+    m_daemon.reset();
+    m_device.reset();
+    m_bus.reset();
+    m_data.reset();
+    COMPARE_LINES(unexpected, QStringList());
+}
+
+std::unique_ptr<DaemonProcess> BusTest::UseDaemon(const QString& program)
+{
+    std::unique_ptr<DaemonProcess> earlier = std::exchange(m_daemon, std::make_unique<DaemonProcess>(program));
+    QProcessEnvironment& environment = m_daemon->Environment();
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus->Address());
+    environment.insert(QStringLiteral("OZNA_DATA_DIR"), m_data->path());
+    environment.insert(QStringLiteral("OZNA_CONFIG_FILE"), DataPath(QStringLiteral("ozna.ini")));
+    m_time->Apply(environment);
+    return earlier;
+}
+
+QString BusTest::DataPath(const QString& name) const
+{
+    return m_data->filePath(name);
+}
+
+void BusTest::WriteSchedule(const QByteArray& content, const QString& name) const
+{
+    WriteFile(DataPath(QStringLiteral("schedule/") + name), content);
+}
+
+void BusTest::WritePlaylist(const QByteArray& content, const QString& name) const
+{
+    WriteFile(DataPath(QStringLiteral("playlists/") + name), content);
+}
+
+bool BusTest::StartDaemon()
+{
+    m_daemon->Start();
+    return m_daemon->WaitForLog(QStringLiteral("4 [Scheduler.cpp] Schedule started"));
+}
+
+int BusTest::StopDaemon()
+{
+    m_daemon->Signal(SIGTERM);
+    return m_daemon->WaitForExit();
+}

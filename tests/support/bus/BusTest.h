@@ -1,0 +1,68 @@
+#pragma once
+
+#include "DaemonProcess.h"
+#include "FakeTime.h"
+#include "PrivateBus.h"
+#include "SchedulerClient.h"
+#include "SimulatorProcess.h"
+#include "TextDiff.h"
+#include "Wait.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+#include <optional>
+
+// What a test of the whole process stands on: each test function, and each row, gets a private bus, a simulated device,
+// a data folder and a daemon that is not started yet, whose clock stands at 2024-01-15 08:29:49 UTC, a Monday.
+// A test fails at its end when the daemon has written an error or a warning that it did not take.
+class BusTest : public QObject
+{
+    Q_OBJECT
+protected:
+    static constexpr int EXIT_FAILED = 255; // how a shell shows -1
+
+    PrivateBus& Bus() { return *m_bus; }
+    SimulatorProcess& Device() { return *m_device; }
+    DaemonProcess& Daemon() { return *m_daemon; }
+    SchedulerClient& Client() { return *m_client; }
+    FakeTime& Time() { return *m_time; }
+
+    // Puts another program in the daemon's place, with the same environment. The one that was there before.
+    std::unique_ptr<DaemonProcess> UseDaemon(const QString& program);
+
+    [[nodiscard]] QString DataPath(const QString& name) const;
+    void WriteSchedule(const QByteArray& content, const QString& name = QStringLiteral("schedule.csv")) const;
+    void WritePlaylist(const QByteArray& content, const QString& name) const;
+
+    // Starts the daemon and waits until its schedule runs.
+    [[nodiscard]] bool StartDaemon();
+
+    // Ends the daemon with SIGTERM; its exit status.
+    [[nodiscard]] int StopDaemon();
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+private:
+    std::optional<QTemporaryDir> m_data;
+    std::optional<PrivateBus> m_bus;
+    std::optional<SimulatorProcess> m_device;
+    std::optional<FakeTime> m_time;
+    std::unique_ptr<DaemonProcess> m_daemon;
+    std::optional<SchedulerClient> m_client;
+};
+
+// Fails the test, and leaves the test function, unless the two lists of lines are equal.
+#define COMPARE_LINES(found, ...)                                                                                      \
+    do                                                                                                                 \
+    {                                                                                                                  \
+        const QByteArray difference = TextDiff(__VA_ARGS__, (found), "line");                                          \
+        if (!difference.isEmpty())                                                                                     \
+        {                                                                                                              \
+            QTest::qFail(difference.constData(), __FILE__, __LINE__);                                                  \
+            return;                                                                                                    \
+        }                                                                                                              \
+    } while (false)

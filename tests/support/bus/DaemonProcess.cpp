@@ -1,0 +1,115 @@
+#include "DaemonProcess.h"
+
+#include "Wait.h"
+
+#include <QRegularExpression>
+
+#include <csignal>
+#include <sys/types.h>
+
+namespace
+{
+
+QString Shown(const QByteArray& record)
+{
+    static const QRegularExpression form(
+        QStringLiteral("\\A([0-9]) (\\S+) \\[([A-Za-z]+(?:/[A-Za-z]+)*\\.cpp):[1-9][0-9]*\\] (.*)\\z"));
+    const QString line = QString::fromUtf8(record);
+    const QRegularExpressionMatch match = form.match(line);
+    if (!match.hasMatch())
+        return line;
+    QString shown = QStringLiteral("%1 [%2] %3").arg(match.captured(1), match.captured(3), match.captured(4));
+    if (match.captured(2) != QStringLiteral("/com/kestrelix/ozna/scheduler/schedulerobj"))
+        shown += QStringLiteral(" (from %1)").arg(match.captured(2));
+    return shown;
+}
+
+QStringList UpTo(const QStringList& lines, unsigned int maxLevel)
+{
+    QStringList kept;
+    for (const QString& line : lines)
+    {
+        if (!line.isEmpty() && (!line[0].isDigit() || static_cast<unsigned int>(line[0].digitValue()) <= maxLevel))
+            kept.append(line);
+    }
+    return kept;
+}
+
+} // namespace
+
+DaemonProcess::DaemonProcess(const QString& program)
+    : m_environment(QProcessEnvironment::systemEnvironment())
+{
+    m_process.setProgram(QStringLiteral(OZNA_BUILD_DIR "/") + program);
+    m_environment.insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("9"));
+    m_environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
+}
+
+DaemonProcess::~DaemonProcess()
+{
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void DaemonProcess::Start()
+{
+    m_process.setProcessEnvironment(m_environment);
+    m_process.start(QIODevice::ReadOnly);
+    if (!m_process.waitForStarted())
+        qFatal("cannot start %s: %s", qPrintable(m_process.program()), qPrintable(m_process.errorString()));
+}
+
+void DaemonProcess::Signal(int signal) const
+{
+    if (::kill(static_cast<pid_t>(m_process.processId()), signal) != 0)
+        qFatal("cannot signal the daemon");
+}
+
+int DaemonProcess::WaitForExit()
+{
+    if (!WaitUntil([this] {
+            Read();
+            return m_process.state() == QProcess::NotRunning;
+        }))
+        return -1;
+    return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+QStringList DaemonProcess::Log(unsigned int maxLevel)
+{
+    Read();
+    return UpTo(m_log, maxLevel);
+}
+
+QStringList DaemonProcess::Take(unsigned int maxLevel)
+{
+    Read();
+    const QStringList lines = UpTo(m_log.mid(m_taken), maxLevel);
+    m_taken = m_log.size();
+    return lines;
+}
+
+bool DaemonProcess::WaitForLog(const QString& shown)
+{
+    return WaitUntil([&] {
+        Read();
+        return m_log.indexOf(shown, m_taken) >= 0;
+    });
+}
+
+QByteArray DaemonProcess::Output()
+{
+    m_output += m_process.readAllStandardOutput();
+    return m_output;
+}
+
+void DaemonProcess::Read()
+{
+    m_unread += m_process.readAllStandardError();
+    qsizetype end = 0;
+    while ((end = m_unread.indexOf('\n')) >= 0)
+    {
+        m_log.append(Shown(m_unread.left(end)));
+        m_unread.remove(0, end + 1);
+    }
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QStringList>
+
+// The daemon under test, a process of its own.
+class DaemonProcess final
+{
+public:
+    // program: the name of an executable of the build folder.
+    explicit DaemonProcess(const QString& program = QStringLiteral("ozna-scheduler-local"));
+    ~DaemonProcess();
+
+    DaemonProcess(const DaemonProcess&) = delete;
+    DaemonProcess& operator=(const DaemonProcess&) = delete;
+
+    QProcessEnvironment& Environment() { return m_environment; }
+
+    void Start();
+
+    // Sends a signal to the process.
+    void Signal(int signal) const;
+
+    // Waits for the end. The exit status, as the shell shows it; -1 when it does not end or crashes.
+    [[nodiscard]] int WaitForExit();
+
+    [[nodiscard]] bool IsRunning() const { return m_process.state() == QProcess::Running; }
+    [[nodiscard]] qint64 Pid() const { return m_process.processId(); }
+
+    // All records written so far, up to that level: "4 [main.cpp] Creating Scheduler...", without the line number, and
+    // with " (from <origin>)" behind where the origin is another than the scheduler's. What is no record stands as it is.
+    [[nodiscard]] QStringList Log(unsigned int maxLevel = 9);
+
+    // The records since the last Take or Skip, up to that level.
+    [[nodiscard]] QStringList Take(unsigned int maxLevel = 9);
+
+    // Waits until a record of that text, as Log shows it, has come since the last Take or Skip.
+    [[nodiscard]] bool WaitForLog(const QString& shown);
+
+    // The whole of standard output so far.
+    [[nodiscard]] QByteArray Output();
+
+private:
+    void Read();
+
+    QProcess m_process;
+    QProcessEnvironment m_environment;
+    QByteArray m_unread;
+    QByteArray m_output;
+    QStringList m_log;
+    qsizetype m_taken = 0;
+};

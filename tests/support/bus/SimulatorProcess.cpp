@@ -1,0 +1,158 @@
+#include "SimulatorProcess.h"
+
+#include "Wait.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+
+namespace
+{
+
+const QString SERVICE = QStringLiteral("com.kestrelix.ozna.simulator");
+const QString PATH = QStringLiteral("/com/kestrelix/ozna/simulator/controlobj");
+const QString CONTROL_INTERFACE = QStringLiteral("com.kestrelix.ozna.simulatorinterface");
+
+QString InterfaceName(const QByteArray& peer)
+{
+    return QStringLiteral("com.kestrelix.ozna.%1interface").arg(QString::fromLatin1(peer));
+}
+
+QString PeerName(const QString& interface)
+{
+    return interface.section(QLatin1Char('.'), -1).chopped(static_cast<qsizetype>(strlen("interface")));
+}
+
+QByteArray PeerOf(const char* member)
+{
+    return QByteArray(member).split('.').at(0);
+}
+
+QString NameOf(const char* member)
+{
+    return QString::fromLatin1(QByteArray(member).split('.').at(1));
+}
+
+QString ShownCall(const QVariantMap& call)
+{
+    const QString signature = call.value(QStringLiteral("signature")).toString();
+    QString shown = QStringLiteral("%1.%2 %3")
+                        .arg(PeerName(call.value(QStringLiteral("interface")).toString()),
+                             call.value(QStringLiteral("method")).toString(),
+                             signature.isEmpty() ? QStringLiteral("-") : signature);
+    for (const QVariant& value : qdbus_cast<QVariantList>(call.value(QStringLiteral("arguments"))))
+        shown += QLatin1Char(' ') + value.toString();
+    return shown;
+}
+
+} // namespace
+
+SimulatorProcess::SimulatorProcess(const PrivateBus& bus)
+    : m_bus(bus)
+{
+    m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+}
+
+SimulatorProcess::~SimulatorProcess()
+{
+    m_process.kill();
+    m_process.waitForFinished();
+}
+
+void SimulatorProcess::Start(const QStringList& arguments)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus.Address());
+    m_process.setProcessEnvironment(environment);
+    m_process.start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"), arguments);
+    if (!m_bus.WaitForService(SERVICE))
+        qFatal("the simulator does not come up: %s", qPrintable(m_process.errorString()));
+}
+
+QVariantList SimulatorProcess::Control(const char* method, const QVariantList& arguments) const
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(SERVICE, PATH, CONTROL_INTERFACE, QString::fromLatin1(method));
+    call.setArguments(arguments);
+    const QDBusMessage reply = m_bus.Connection().call(call);
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        qFatal("the simulator refuses %s: %s", method, qPrintable(reply.errorMessage()));
+    return reply.arguments();
+}
+
+void SimulatorProcess::SetAnswer(const char* method, const char* kind, const QVariantList& values, int delay_ms,
+                                 int times) const
+{
+    Control("SetAnswer", {InterfaceName(PeerOf(method)), NameOf(method), QString::fromLatin1(kind),
+                          QVariant::fromValue(values), delay_ms, times});
+}
+
+void SimulatorProcess::AnswerStatus(const char* method, int status, int delay_ms, int times) const
+{
+    SetAnswer(method, "reply", {status}, delay_ms, times);
+}
+
+void SimulatorProcess::AnswerValues(const char* method, const QVariantList& values, int delay_ms, int times) const
+{
+    SetAnswer(method, "reply", values, delay_ms, times);
+}
+
+void SimulatorProcess::AnswerError(const char* method, const char* message, int times) const
+{
+    SetAnswer(method, "error", {QStringLiteral("com.kestrelix.ozna.Error.Failed"), QString::fromUtf8(message)}, 0,
+              times);
+}
+
+void SimulatorProcess::AnswerNever(const char* method, int times) const
+{
+    SetAnswer(method, "silence", {}, 0, times);
+}
+
+void SimulatorProcess::AnswerByExit(const char* method) const
+{
+    SetAnswer(method, "exit", {}, 0, 1);
+}
+
+void SimulatorProcess::ClearAnswers() const
+{
+    Control("ClearAnswers");
+}
+
+void SimulatorProcess::SetPresent(const char* peer, bool present) const
+{
+    Control("SetPresent", {InterfaceName(peer), present});
+}
+
+void SimulatorProcess::Emit(const char* signal, const QVariantList& values, int times) const
+{
+    Control("EmitSignal", {InterfaceName(PeerOf(signal)), NameOf(signal), QVariant::fromValue(values), times});
+}
+
+QList<QVariantMap> SimulatorProcess::CallRecords() const
+{
+    return qdbus_cast<QList<QVariantMap>>(Control("Calls").value(0));
+}
+
+QStringList SimulatorProcess::Calls() const
+{
+    QStringList calls;
+    for (const QVariantMap& call : CallRecords())
+        calls.append(ShownCall(call));
+    return calls;
+}
+
+QList<qint64> SimulatorProcess::CallTimes() const
+{
+    QList<qint64> times;
+    for (const QVariantMap& call : CallRecords())
+        times.append(call.value(QStringLiteral("time_ms")).toLongLong());
+    return times;
+}
+
+void SimulatorProcess::Forget() const
+{
+    Control("ForgetCalls");
+}
+
+bool SimulatorProcess::WaitForCalls(qsizetype count) const
+{
+    return WaitUntil([&] { return CallRecords().size() >= count; });
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "PrivateBus.h"
+
+#include <QProcess>
+#include <QStringList>
+#include <QVariantList>
+
+// The simulated device, a process of its own, steered over its control interface.
+class SimulatorProcess final
+{
+public:
+    // Ends the process with the object. bus outlives this object.
+    explicit SimulatorProcess(const PrivateBus& bus);
+    ~SimulatorProcess();
+
+    SimulatorProcess(const SimulatorProcess&) = delete;
+    SimulatorProcess& operator=(const SimulatorProcess&) = delete;
+
+    // Returns when all peers are there.
+    void Start(const QStringList& arguments = {QStringLiteral("--quiet")});
+
+    // Answers of a method, given as "interface.method" with the interface's last word before "interface":
+    // "sound.PlayFile". times: for how many calls; 0: for all that follow.
+    void AnswerStatus(const char* method, int status, int delay_ms = 0, int times = 0) const;
+    void AnswerValues(const char* method, const QVariantList& values, int delay_ms = 0, int times = 0) const;
+    void AnswerError(const char* method, const char* message, int times = 0) const;
+    void AnswerNever(const char* method, int times = 0) const;
+    void AnswerByExit(const char* method) const;
+    void ClearAnswers() const;
+
+    // Whether the peer with that interface, "sound", owns its service name.
+    void SetPresent(const char* peer, bool present) const;
+
+    // signal: "sound.PlayFileCompleted".
+    void Emit(const char* signal, const QVariantList& values, int times = 1) const;
+
+    // The calls since the last Forget: "sound.PlayFile ss gong.mp3 08:30:00", values separated by blanks, and the signature
+    // "-" where there are no values.
+    [[nodiscard]] QStringList Calls() const;
+
+    // When each of those calls came, in milliseconds since 1970 of the real clock.
+    [[nodiscard]] QList<qint64> CallTimes() const;
+    void Forget() const;
+
+    // Waits until that many calls have come since the last Forget.
+    [[nodiscard]] bool WaitForCalls(qsizetype count) const;
+
+    [[nodiscard]] bool IsRunning() const { return m_process.state() == QProcess::Running; }
+
+private:
+    QVariantList Control(const char* method, const QVariantList& arguments = {}) const;
+    QList<QVariantMap> CallRecords() const;
+    void SetAnswer(const char* method, const char* kind, const QVariantList& values, int delay_ms, int times) const;
+
+    const PrivateBus& m_bus;
+    QProcess m_process;
+};
