@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QHash>
+#include <QString>
+#include <QVariantList>
+
+#include <deque>
+#include <utility>
+
+enum AnswerKind : int
+{
+    ANSWER_REPLY,   // a method return with the values
+    ANSWER_ERROR,   // a bus error; values: its name, its message
+    ANSWER_SILENCE, // none, ever
+    ANSWER_EXIT,    // the process ends in the middle of the call
+};
+
+struct Answer
+{
+    AnswerKind kind = ANSWER_REPLY;
+    QVariantList values; // sent as they are typed
+    int delay_ms = 0;
+
+    // Whether the peer takes the request on: a reply whose first value is the status 0.
+    [[nodiscard]] bool IsAcceptance() const;
+};
+
+// What the simulated peers answer instead of status 0 and neutral values.
+class AnswerScript final
+{
+public:
+    // Answers times calls of the method so, after what has been scripted for it before; times 0: all calls that follow,
+    // until another answer is added, which takes over at once.
+    void Add(const QString& interface, const QString& method, const Answer& answer, int times);
+
+    // The answer to the next call; fallback where none is scripted.
+    [[nodiscard]] Answer Take(const QString& interface, const QString& method, const Answer& fallback);
+
+    void Clear();
+
+private:
+    struct Entry
+    {
+        Answer answer;
+        int times;
+    };
+
+    using Key = std::pair<QString, QString>; // interface and method
+
+    QHash<Key, std::deque<Entry>> m_entries;
+};

@@ -1,0 +1,55 @@
+#include "Options.h"
+
+#include "Console.h"
+#include "PeerTable.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace
+{
+
+bool IsPeerInterface(const QString& interface)
+{
+    return std::ranges::any_of(
+        PEER_TABLE, [&interface](const PeerAddress& peer) { return interface == QLatin1String(peer.interface); });
+}
+
+[[noreturn]] void Refuse(const QString& complaint)
+{
+    Console::Error(complaint);
+    std::exit(EXIT_FAILURE);
+}
+
+} // namespace
+
+Options Options::Parse(const QCoreApplication& app)
+{
+    const QCommandLineOption absent(
+        QStringLiteral("absent"), QStringLiteral("Do not take the name of the peer with that interface (repeatable)."),
+        QStringLiteral("INTERFACE"));
+    const QCommandLineOption quiet(QStringLiteral("quiet"), QStringLiteral("Write nothing to standard output."));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        QStringLiteral("Takes the place of the device's managers on the bus named by DBUS_SESSION_BUS_ADDRESS."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addOptions({absent, quiet});
+    parser.process(app);
+
+    if (!parser.positionalArguments().isEmpty())
+        Refuse(QStringLiteral("no argument expected: ") + parser.positionalArguments().constFirst());
+    Options options;
+    options.quiet = parser.isSet(quiet);
+    options.absentInterfaces = parser.values(absent);
+    for (const QString& interface : std::as_const(options.absentInterfaces))
+    {
+        if (!IsPeerInterface(interface))
+            Refuse(QStringLiteral("no peer with interface ") + interface);
+    }
+    return options;
+}

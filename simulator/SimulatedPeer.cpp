@@ -1,0 +1,129 @@
+#include "SimulatedPeer.h"
+
+#include "Console.h"
+
+#include <QDBusError>
+#include <QTimer>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace
+{
+
+// How a process ends that a script has made fall in the middle of a call.
+constexpr int EXIT_SCRIPTED = 70;
+
+const QString STANDARD_INTERFACES = QStringLiteral("org.freedesktop.DBus.");
+
+[[noreturn]] void Fail(const QString& what)
+{
+    throw std::runtime_error(qPrintable(what));
+}
+
+QDBusMessage ErrorFrom(const QDBusMessage& request, const QVariantList& values)
+{
+    return request.createErrorReply(values.value(0).toString(), values.value(1).toString());
+}
+
+} // namespace
+
+SimulatedPeer::SimulatedPeer(const PeerAddress& address, const QDBusConnection& bus, AnswerScript& script)
+    : m_address(address), m_description(QString::fromLatin1(address.interface)), m_bus(bus), m_script(script)
+{
+}
+
+SimulatedPeer::~SimulatedPeer() = default;
+
+void SimulatedPeer::Register()
+{
+    if (!m_bus.registerVirtualObject(QString::fromLatin1(m_address.path), this))
+        Fail(QStringLiteral("can't register object %1").arg(QLatin1String(m_address.path)));
+}
+
+void SimulatedPeer::SetPresent(bool present)
+{
+    if (present == m_present)
+        return;
+    const QString service = QString::fromLatin1(m_address.service);
+    if (present && !m_bus.registerService(service))
+        Fail(QStringLiteral("can't register service %1, or it has an owner already").arg(service));
+    if (!present && !m_bus.unregisterService(service))
+        Fail(QStringLiteral("can't give up service %1").arg(service));
+    m_present = present;
+}
+
+bool SimulatedPeer::SendSignal(const QString& signal, const QVariantList& values)
+{
+    QDBusMessage message =
+        QDBusMessage::createSignal(QString::fromLatin1(m_address.path), m_description.Name(), signal);
+    message.setArguments(values);
+    return m_bus.send(message);
+}
+
+QString SimulatedPeer::introspect(const QString& path) const
+{
+    Q_UNUSED(path)
+    return m_description.Xml();
+}
+
+bool SimulatedPeer::handleMessage(const QDBusMessage& message, const QDBusConnection& connection)
+{
+    Q_UNUSED(connection)
+    if (message.interface().startsWith(STANDARD_INTERFACES))
+        return false; // the bus library's business
+    // A call may leave the interface out.
+    if (!message.interface().isEmpty() && message.interface() != m_description.Name())
+    {
+        Reply(
+            message,
+            message.createErrorReply(
+                QDBusError::UnknownInterface,
+                QStringLiteral("No such interface '%1' at object path '%2'").arg(message.interface(), message.path())));
+        return true;
+    }
+    const InterfaceDescription::Method* const method = m_description.FindMethod(message.member());
+    if (method != nullptr && method->signature == message.signature())
+        HandleCall(message, *method);
+    else
+        Reply(message, message.createErrorReply(
+                           QDBusError::UnknownMethod,
+                           QStringLiteral("No such method '%1' in interface '%2' at object path '%3' (signature '%4')")
+                               .arg(message.member(), m_description.Name(), message.path(), message.signature())));
+    return true;
+}
+
+void SimulatedPeer::HandleCall(const QDBusMessage& message, const InterfaceDescription::Method& method)
+{
+    const Call call{m_description.Name(), message.member(), message.signature(), message.arguments(),
+                    QDateTime::currentDateTime()};
+    Q_EMIT Received(call);
+
+    const Answer neutral{ANSWER_REPLY, method.neutralReply, 0};
+    const Answer answer = m_script.Take(call.interface, call.method, neutral);
+    if (answer.delay_ms == 0)
+        Send(message, call, answer);
+    else
+        QTimer::singleShot(answer.delay_ms, Qt::PreciseTimer, this,
+                           [this, message, call, answer] { Send(message, call, answer); });
+}
+
+void SimulatedPeer::Send(const QDBusMessage& request, const Call& call, const Answer& answer)
+{
+    switch (answer.kind)
+    {
+    case ANSWER_REPLY: Reply(request, request.createReply(answer.values)); break;
+    case ANSWER_ERROR: Reply(request, ErrorFrom(request, answer.values)); break;
+    case ANSWER_SILENCE: break;
+    case ANSWER_EXIT: std::_Exit(EXIT_SCRIPTED); // no farewell: as a service that crashes
+    }
+    if (answer.IsAcceptance())
+        Q_EMIT Accepted(call);
+}
+
+void SimulatedPeer::Reply(const QDBusMessage& request, const QDBusMessage& reply)
+{
+    if (request.isReplyRequired() && !m_bus.send(reply))
+        Console::Error(QStringLiteral("can't answer %1.%2: ").arg(m_description.Name(), request.member()) +
+                       m_bus.lastError().message());
+}

@@ -1,0 +1,84 @@
+#include "BusWatcher.h"
+#include "Console.h"
+#include "ControlObject.h"
+#include "Options.h"
+#include "SignalPipe.h"
+#include "Simulator.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusError>
+
+#include <csignal>
+#include <cstdlib>
+#include <stdexcept>
+
+namespace
+{
+
+constexpr const char* BUS_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
+
+void OnSignal(int /*sig*/)
+{
+    SignalPipe::Wake();
+}
+
+void InstallHandlers()
+{
+    struct sigaction action
+    {
+    };
+    action.sa_handler = OnSignal;
+    action.sa_flags = SA_RESTART;
+    if (!SignalPipe::Open([] { QCoreApplication::exit(EXIT_SUCCESS); }) || sigemptyset(&action.sa_mask) != 0 ||
+        sigaction(SIGINT, &action, nullptr) != 0 || sigaction(SIGTERM, &action, nullptr) != 0)
+        throw std::runtime_error("can't catch SIGINT and SIGTERM");
+}
+
+QDBusConnection ConnectToBus()
+{
+    // Without an address the bus library would look for the user's own bus, or start one.
+    if (qEnvironmentVariableIsEmpty(BUS_VARIABLE))
+        throw std::runtime_error(std::string(BUS_VARIABLE) + " names no bus");
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        throw std::runtime_error("can't connect to the bus: " + bus.lastError().message().toStdString());
+    return bus;
+}
+
+void OnBusLost()
+{
+    Console::Error(QStringLiteral("the bus is gone"));
+    QCoreApplication::exit(EXIT_FAILURE);
+}
+
+int Run(const Options& options)
+{
+    InstallHandlers();
+    QDBusConnection bus = ConnectToBus();
+    const BusWatcher watcher(bus, OnBusLost);
+    Simulator simulator(bus);
+    ControlObject control(simulator);
+    simulator.Register(options.absentInterfaces);
+    // Last, so that who waits for this name finds every peer there.
+    control.Register(bus);
+    return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ozna-simulator"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(OZNA_VERSION));
+    try
+    {
+        return Run(Options::Parse(app));
+    }
+    catch (const std::exception& error)
+    {
+        Console::Error(QString::fromLocal8Bit(error.what()));
+        return EXIT_FAILURE;
+    }
+}
