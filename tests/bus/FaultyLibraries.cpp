@@ -27,18 +27,17 @@ int Fail()
 
 // The linker makes these names.
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
-extern "C"
-{
-    int __real_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
-    int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
-    int __real_eventfd(unsigned int count, int flags);
-    int __wrap_eventfd(unsigned int count, int flags);
-    bool __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
-        QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
-    bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
-        QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
-    void __real__ZN5Peers13CreateProxiesEv();
-    void __wrap__ZN5Peers13CreateProxiesEv();
+extern "C" {
+int __real_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
+int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
+int __real_eventfd(unsigned int count, int flags);
+int __wrap_eventfd(unsigned int count, int flags);
+bool __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+    QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
+bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+    QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
+void __real__ZN5Peers13CreateProxiesEv();
+void __wrap__ZN5Peers13CreateProxiesEv();
 }
 
 int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier)
@@ -56,8 +55,8 @@ int __wrap_eventfd(unsigned int count, int flags)
 bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
     QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options)
 {
-    return !IsFault("object")
-           && __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
+    return !IsFault("object") &&
+           __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
                bus, path, object, options);
 }
 

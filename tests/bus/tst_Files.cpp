@@ -27,6 +27,14 @@ namespace
 
 const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
 
+QByteArray Utf16(const QByteArray& text)
+{
+    QByteArray bytes("\xff\xfe");
+    for (const char character : text)
+        bytes.append(character).append('\0');
+    return bytes;
+}
+
 void Symlink(const QString& target, const QString& link)
 {
     if (::symlink(qPrintable(target), qPrintable(link)) != 0)
@@ -87,7 +95,8 @@ void Files::WhatCanBeReadIsScheduled_data()
     QTest::newRow("a last line without its end") << ONE_LINE + ONE_LINE.chopped(1) << 2 << 0;
     QTest::newRow("lines of another system") << QByteArray(ONE_LINE + ONE_LINE).replace("\n", "\r\n") << 2 << 0;
     QTest::newRow("a byte-order mark") << QByteArray("\xef\xbb\xbf") + ONE_LINE << 1 << 0;
-    QTest::newRow("bytes that are no text") << QByteArray("\xff\xfe\xfd\x80|\xc0\n") + ONE_LINE << 1 << 1;
+    QTest::newRow("UTF-16 with its mark, as a spreadsheet saves it") << Utf16(ONE_LINE + ONE_LINE) << 2 << 0;
+    QTest::newRow("bytes that are no text") << QByteArray("\xfd\x80|\xc0\xff\n") + ONE_LINE << 1 << 1;
     QTest::newRow("a block of NUL bytes") << QByteArray(100000, '\0') + '\n' + ONE_LINE << 1 << 1;
     QTest::newRow("a line of a megabyte") << QByteArray(1 << 20, '|') + '\n' + ONE_LINE << 1 << 1;
 }
@@ -102,18 +111,20 @@ void Files::WhatCanBeReadIsScheduled()
     QVERIFY(Daemon().Log().contains(Loaded(tasks).first()));
     const QStringList ignored = Daemon().Take(2).filter(QStringLiteral("2 [Scheduler.cpp] Action ignored"));
     QCOMPARE(ignored.size(), rejected);
+    // No byte in front of the first line shifts its days.
+    QCOMPARE(Daemon().Log().filter(QStringLiteral("5 [Action.cpp] Dow:    0x7f (1111111) ")).size(), tasks);
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
 }
 
 void Files::ABadLineCostsItselfOnly()
 {
-    WriteSchedule(ONE_LINE + "1111111|12:00|*|*|*|||StopMessage\n1111111|12:00:00|*|*|*|||EnableAux|1\n"
-                  + "1111111|12:00:00|*|*|*|||PlayMessage\n1|2|3\n" + ONE_LINE);
+    WriteSchedule(ONE_LINE + "1111111|12:00|*|*|*|||StopMessage\n1111111|12:00:00|*|*|*|||EnableAux|1\n" +
+                  "1111111|12:00:00|*|*|*|||PlayMessage\n1|2|3\n" + ONE_LINE);
     QVERIFY(StartDaemon());
     const QString ignored = QStringLiteral("2 [Scheduler.cpp] Action ignored");
     COMPARE_LINES(Daemon().Take(2),
-                  {QStringLiteral("1 [Action.cpp] Wrong action start time (12:00: hour:minute:second expected)"), ignored,
-                   QStringLiteral("1 [Action.cpp] Unknown task (99)"), ignored,
+                  {QStringLiteral("1 [Action.cpp] Wrong action start time (12:00: hour:minute:second expected)"),
+                   ignored, QStringLiteral("1 [Action.cpp] Unknown task (99)"), ignored,
                    QStringLiteral("1 [Action.cpp] Wrong task parameters (PlayMessage)"), ignored,
                    QStringLiteral("1 [Action.cpp] Wrong action fields (3 found, at least 8 expected)"), ignored});
     QVERIFY(Daemon().Log().contains(Loaded(2).first()));

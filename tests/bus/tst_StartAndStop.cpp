@@ -175,10 +175,10 @@ void StartAndStop::WithoutADescriptorNeitherSignalIsCaught()
 {
     UseFaultyDaemon(QStringLiteral("eventfd"));
     QVERIFY(StartDaemon());
-    COMPARE_LINES(Daemon().Take(5), CREATED
-                                        + QStringList{QStringLiteral("2 [main.cpp] Can't catch SIGINT"),
-                                                      QStringLiteral("2 [main.cpp] Can't catch SIGTERM")}
-                                        + StartUp().mid(1));
+    COMPARE_LINES(Daemon().Take(5), CREATED +
+                                        QStringList{QStringLiteral("2 [main.cpp] Can't catch SIGINT"),
+                                                    QStringLiteral("2 [main.cpp] Can't catch SIGTERM")} +
+                                        StartUp().mid(1));
 }
 
 void StartAndStop::AnObjectThatIsRefusedEndsTheStart()
@@ -187,8 +187,9 @@ void StartAndStop::AnObjectThatIsRefusedEndsTheStart()
     Daemon().Start();
     QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
     COMPARE_LINES(Daemon().Take(),
-                  CREATED + QStringList{QStringLiteral(
-                                "1 [main.cpp] DBUS: Can't register object [/com/kestrelix/ozna/scheduler/schedulerobj]")});
+                  CREATED +
+                      QStringList{QStringLiteral(
+                          "1 [main.cpp] DBUS: Can't register object [/com/kestrelix/ozna/scheduler/schedulerobj]")});
     QCOMPARE(Daemon().Output(), QByteArray());
 }
 

@@ -34,9 +34,9 @@ void Update::AnInstalledScheduleIsLoaded()
     WriteSchedule(ONE_LINE);
     Device().Emit(FILES_UPDATED, {0, 2});
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
-    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED
-                                        + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP
-                                        + Loaded(1) + STARTED);
+    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED +
+                                        Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP +
+                                        Loaded(1) + STARTED);
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
     COMPARE_LINES(Client().TakeSignals(), QStringList());
 }
@@ -52,10 +52,9 @@ void Update::AnInstalledScheduleEnablesADisabledScheduler()
     COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(true,schedule.csv)")});
     COMPARE_LINES(
         Daemon().Take(4),
-        UPDATED
-            + QStringList{QStringLiteral("2 [Scheduler.cpp] Scheduler is disabled: automatically re-enable it")}
-            + WAS_DISABLED + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP + Loaded(1)
-            + STARTED + QStringList{QStringLiteral("4 [Scheduler.cpp] Scheduling enabled (schedule.csv)")});
+        UPDATED + QStringList{QStringLiteral("2 [Scheduler.cpp] Scheduler is disabled: automatically re-enable it")} +
+            WAS_DISABLED + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP + Loaded(1) +
+            STARTED + QStringList{QStringLiteral("4 [Scheduler.cpp] Scheduling enabled (schedule.csv)")});
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
 }
 
@@ -87,9 +86,9 @@ void Update::OtherAnnouncementsAreIgnored()
     // What is heard in the end shows that the announcement before it has been heard, too.
     Device().Emit(FILES_UPDATED, {0, 2});
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
-    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED
-                                        + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + NOT_FOUND
-                                        + STARTED);
+    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED +
+                                        Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + NOT_FOUND +
+                                        STARTED);
 }
 
 void Update::AStrangersAnnouncementIsIgnored()

@@ -19,7 +19,8 @@ void WriteFile(const QString& path, const QByteArray& content)
 void BusTest::init()
 {
     m_data.emplace();
-    if (!QDir(m_data->path()).mkdir(QStringLiteral("schedule")) || !QDir(m_data->path()).mkdir(QStringLiteral("playlists")))
+    if (!QDir(m_data->path()).mkdir(QStringLiteral("schedule")) ||
+        !QDir(m_data->path()).mkdir(QStringLiteral("playlists")))
         qFatal("cannot make the data folder");
     m_bus.emplace();
     m_device.emplace(*m_bus);
@@ -50,6 +51,11 @@ std::unique_ptr<DaemonProcess> BusTest::UseDaemon(const QString& program)
     environment.insert(QStringLiteral("OZNA_CONFIG_FILE"), DataPath(QStringLiteral("ozna.ini")));
     m_time->Apply(environment);
     return earlier;
+}
+
+bool BusTest::IsSanitized()
+{
+    return OZNA_SANITIZED;
 }
 
 QString BusTest::DataPath(const QString& name) const

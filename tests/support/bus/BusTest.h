@@ -32,6 +32,11 @@ protected:
     // Puts another program in the daemon's place, with the same environment. The one that was there before.
     std::unique_ptr<DaemonProcess> UseDaemon(const QString& program);
 
+    [[nodiscard]] qint64 DaemonPid() const { return m_daemon->Pid(); }
+
+    // Whether the programs under test are built with a sanitizer.
+    [[nodiscard]] static bool IsSanitized();
+
     [[nodiscard]] QString DataPath(const QString& name) const;
     void WriteSchedule(const QByteArray& content, const QString& name = QStringLiteral("schedule.csv")) const;
     void WritePlaylist(const QByteArray& content, const QString& name) const;

@@ -39,7 +39,10 @@ QStringList UpTo(const QStringList& lines, unsigned int maxLevel)
 
 DaemonProcess::DaemonProcess(const QString& program)
     : m_environment(QProcessEnvironment::systemEnvironment())
+    , m_logFile(m_folder.filePath(QStringLiteral("stderr")))
 {
+    m_process.setStandardErrorFile(m_logFile.fileName());
+    m_process.setStandardOutputFile(OutputFile());
     m_process.setProgram(QStringLiteral(OZNA_BUILD_DIR "/") + program);
     m_environment.insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("9"));
     m_environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
@@ -57,6 +60,8 @@ void DaemonProcess::Start()
     m_process.start(QIODevice::ReadOnly);
     if (!m_process.waitForStarted())
         qFatal("cannot start %s: %s", qPrintable(m_process.program()), qPrintable(m_process.errorString()));
+    if (!m_logFile.open(QIODevice::ReadOnly))
+        qFatal("cannot read the daemon's log: %s", qPrintable(m_logFile.errorString()));
 }
 
 void DaemonProcess::Signal(int signal) const
@@ -97,15 +102,20 @@ bool DaemonProcess::WaitForLog(const QString& shown)
     });
 }
 
-QByteArray DaemonProcess::Output()
+QByteArray DaemonProcess::Output() const
 {
-    m_output += m_process.readAllStandardOutput();
-    return m_output;
+    QFile file(OutputFile());
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(unreadable)");
+}
+
+QString DaemonProcess::OutputFile() const
+{
+    return m_folder.filePath(QStringLiteral("stdout"));
 }
 
 void DaemonProcess::Read()
 {
-    m_unread += m_process.readAllStandardError();
+    m_unread += m_logFile.readAll();
     qsizetype end = 0;
     while ((end = m_unread.indexOf('\n')) >= 0)
     {

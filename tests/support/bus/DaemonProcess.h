@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFile>
 #include <QProcess>
 #include <QStringList>
+#include <QTemporaryDir>
 
 // The daemon under test, a process of its own.
 class DaemonProcess final
@@ -29,7 +31,8 @@ public:
     [[nodiscard]] qint64 Pid() const { return m_process.processId(); }
 
     // All records written so far, up to that level: "4 [main.cpp] Creating Scheduler...", without the line number, and
-    // with " (from <origin>)" behind where the origin is another than the scheduler's. What is no record stands as it is.
+    // with " (from <origin>)" behind where the origin is another than the scheduler's. What is no record stands as it
+    // is.
     [[nodiscard]] QStringList Log(unsigned int maxLevel = 9);
 
     // The records since the last Take or Skip, up to that level.
@@ -39,15 +42,18 @@ public:
     [[nodiscard]] bool WaitForLog(const QString& shown);
 
     // The whole of standard output so far.
-    [[nodiscard]] QByteArray Output();
+    [[nodiscard]] QByteArray Output() const;
 
 private:
+    [[nodiscard]] QString OutputFile() const;
     void Read();
 
+    QTemporaryDir m_folder;
     QProcess m_process;
     QProcessEnvironment m_environment;
+    // A file, not a pipe: what the process has written before it answers a call can be read once the answer is there.
+    QFile m_logFile;
     QByteArray m_unread;
-    QByteArray m_output;
     QStringList m_log;
     qsizetype m_taken = 0;
 };

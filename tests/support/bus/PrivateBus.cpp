@@ -11,10 +11,9 @@ PrivateBus::PrivateBus()
     : m_connection(QString())
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral("dbus-daemon"),
-                    {QStringLiteral("--nofork"), QStringLiteral("--print-address=1"),
-                     QStringLiteral("--config-file=" OZNA_BUS_CONFIG),
-                     QStringLiteral("--address=unix:path=%1/bus").arg(m_folder.path())});
+    m_process.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--print-address=1"),
+                                                    QStringLiteral("--config-file=" OZNA_BUS_CONFIG),
+                                                    QStringLiteral("--address=unix:path=%1/bus").arg(m_folder.path())});
     const bool printed = WaitUntil([this] {
         m_process.waitForReadyRead(WAIT_SLICE_MS);
         return m_process.canReadLine();

@@ -23,9 +23,9 @@ SchedulerClient::SchedulerClient(QDBusConnection bus)
     : m_bus(std::move(bus))
 {
     if (!m_bus.connect(SERVICE, PATH, INTERFACE, QStringLiteral("SchedulingEnabled"), this,
-                       SLOT(OnSchedulingEnabled(bool, QString)))
-        || !m_bus.connect(SERVICE, PATH, INTERFACE, QStringLiteral("ExpectedPddAction"), this,
-                          SLOT(OnExpectedPddAction(uint, bool))))
+                       SLOT(OnSchedulingEnabled(bool, QString))) ||
+        !m_bus.connect(SERVICE, PATH, INTERFACE, QStringLiteral("ExpectedPddAction"), this,
+                       SLOT(OnExpectedPddAction(uint, bool))))
         qFatal("cannot listen to the daemon's signals");
 }
 

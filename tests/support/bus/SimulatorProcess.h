@@ -35,7 +35,8 @@ public:
     // signal: "sound.PlayFileCompleted".
     void Emit(const char* signal, const QVariantList& values, int times = 1) const;
 
-    // The calls since the last Forget: "sound.PlayFile ss gong.mp3 08:30:00", values separated by blanks, and the signature
+    // The calls since the last Forget: "sound.PlayFile ss gong.mp3 08:30:00", values separated by blanks, and the
+    // signature
     // "-" where there are no values.
     [[nodiscard]] QStringList Calls() const;
 

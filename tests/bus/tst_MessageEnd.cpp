@@ -1,0 +1,118 @@
+#include "MessageTest.h"
+
+#include <csignal>
+
+using namespace Lines;
+
+// How a message ends, by its completion or with its action.
+class MessageEnd : public MessageTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ACompletionBeforeTheReplyIsNotHeard();
+    void ACompletionOfAnotherFileCompletes();
+    void AMessageThatIsStillRunningIsStopped_data();
+    void AMessageThatIsStillRunningIsStopped();
+    void AStopThatFailsIsLogged_data();
+    void AStopThatFailsIsLogged();
+    void AnEndIsBoundedWhenTheSoundManagerHangs();
+};
+
+void MessageEnd::ACompletionBeforeTheReplyIsNotHeard()
+{
+    Device().AnswerStatus(PLAY_FILE, 0, 1000, 1);
+    WriteSchedule(MessageLine("gong.mp3"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Device().WaitForCalls(1));
+    static_cast<void>(Daemon().Take());
+    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    QVERIFY(Daemon().WaitForLog(Requested()));
+    // The task waits for a completion that came too early: it is stopped with its action.
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(4), Ended({RUNNING}));
+    COMPARE_LINES(Device().Calls(), {PLAY, STOP});
+}
+
+void MessageEnd::ACompletionOfAnotherFileCompletes()
+{
+    QVERIFY(StartAndWaitForRequest());
+    static_cast<void>(Daemon().Take());
+    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("other.mp3")});
+    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: other.mp3")));
+    // Nobody waits any more.
+    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(4),
+                  QStringList{QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: other.mp3")} +
+                      Ended());
+    COMPARE_LINES(Device().Calls(), {PLAY});
+}
+
+void MessageEnd::AMessageThatIsStillRunningIsStopped_data()
+{
+    QTest::addColumn<QString>("by");
+    for (const char* by : {"SetEnabled", "Reload", "FilesUpdated", "SetScheduleFile", "SIGTERM", "SIGINT"})
+        QTest::newRow(by) << QString::fromLatin1(by);
+}
+
+void MessageEnd::AMessageThatIsStillRunningIsStopped()
+{
+    QFETCH(QString, by);
+    QVERIFY(StartAndWaitForRequest());
+    Device().Forget();
+    // Past its time, a message that is loaded again is not asked for again.
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 31), Qt::UTC));
+    if (by == QStringLiteral("SetEnabled"))
+        QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    else if (by == QStringLiteral("Reload"))
+        QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    else if (by == QStringLiteral("SetScheduleFile"))
+        QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("none.csv")}), QStringLiteral("0"));
+    else if (by == QStringLiteral("FilesUpdated"))
+        Device().Emit("update.FilesUpdated", {0, 2});
+    else
+    {
+        Daemon().Signal(by == QStringLiteral("SIGINT") ? SIGINT : SIGTERM);
+        QCOMPARE(Daemon().WaitForExit(), 0);
+    }
+    QVERIFY(Daemon().WaitForLog(RUNNING));
+    QVERIFY(Device().WaitForCalls(1));
+    COMPARE_LINES(Device().Calls(), {STOP});
+}
+
+void MessageEnd::AStopThatFailsIsLogged_data()
+{
+    QTest::addColumn<bool>("onTheBus");
+    QTest::newRow("refused") << false;
+    QTest::newRow("failed on the bus") << true;
+}
+
+void MessageEnd::AStopThatFailsIsLogged()
+{
+    QFETCH(bool, onTheBus);
+    if (onTheBus)
+        Device().AnswerError(STOP_PLAY, "nothing plays");
+    else
+        Device().AnswerStatus(STOP_PLAY, 2);
+    QVERIFY(StartAndWaitForRequest());
+    static_cast<void>(Daemon().Take());
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(4), Ended({RUNNING, NOT_STOPPED}));
+    COMPARE_LINES(Device().Calls(), {PLAY, STOP});
+}
+
+void MessageEnd::AnEndIsBoundedWhenTheSoundManagerHangs()
+{
+    Device().AnswerNever(STOP_PLAY);
+    QVERIFY(StartAndWaitForRequest());
+    static_cast<void>(Daemon().Take());
+    const qint64 asked_ms = QDateTime::currentMSecsSinceEpoch();
+    QCOMPARE(StopDaemon(), 0);
+    const qint64 waited_ms = QDateTime::currentMSecsSinceEpoch() - asked_ms;
+    QVERIFY2(waited_ms >= 2900 && waited_ms < 5000, qPrintable(QString::number(waited_ms)));
+    COMPARE_LINES(Daemon().Take(4), Ended({RUNNING, NOT_STOPPED}));
+}
+
+QTEST_GUILESS_MAIN(MessageEnd)
+#include "tst_MessageEnd.moc"

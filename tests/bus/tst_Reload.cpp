@@ -1,0 +1,71 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+using namespace Lines;
+
+// Two thousand reloads, as years of installed schedules bring them, leave the process as it was.
+class Reload : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ThousandsOfTimesTakesNoMemory();
+
+private:
+    [[nodiscard]] bool ReloadTimes(int times);
+    [[nodiscard]] long ResidentKilobytes() const;
+};
+
+namespace
+{
+
+constexpr int WARM_UP = 200;
+constexpr int RELOADS = 2000;
+constexpr long TOLERATED_KB = 512;
+constexpr int LINES = 40;
+
+} // namespace
+
+bool Reload::ReloadTimes(int times)
+{
+    for (int i = 0; i < times; ++i)
+    {
+        if (Client().Call("Reload") != QStringLiteral("0"))
+            return false;
+    }
+    return true;
+}
+
+long Reload::ResidentKilobytes() const
+{
+    QFile file(QStringLiteral("/proc/%1/status").arg(DaemonPid()));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray& line : file.readAll().split('\n'))
+    {
+        if (line.startsWith("VmRSS:"))
+            return line.simplified().split(' ').value(1).toLong();
+    }
+    return -1;
+}
+
+void Reload::ThousandsOfTimesTakesNoMemory()
+{
+    WriteSchedule(QByteArray("1111111|12:00:00|*|*|*|20240101|20301231|PlayMessage|gong.mp3,70\n").repeated(LINES));
+    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    QVERIFY(StartDaemon());
+    QVERIFY(ReloadTimes(WARM_UP));
+    const long before_kB = ResidentKilobytes();
+    QVERIFY(before_kB > 0);
+    QVERIFY(ReloadTimes(RELOADS));
+    const long grown_kB = ResidentKilobytes() - before_kB;
+    qInfo("resident after %d reloads: %ld kB; after %d more: %+ld kB", WARM_UP, before_kB, RELOADS, grown_kB);
+    // A sanitizer keeps freed memory back on purpose; it looks for leaks itself when the daemon ends.
+    if (!IsSanitized())
+        QVERIFY2(grown_kB <= TOLERATED_KB, qPrintable(QString::number(grown_kB)));
+    QCOMPARE(StopDaemon(), 0);
+    QCOMPARE(Daemon().Log().count(RESTARTING.first()), WARM_UP + RELOADS);
+}
+
+QTEST_GUILESS_MAIN(Reload)
+#include "tst_Reload.moc"
