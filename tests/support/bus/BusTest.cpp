@@ -29,6 +29,7 @@ void BusTest::init()
     m_time->Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 49), Qt::UTC));
     m_client.emplace(m_bus->Connection());
     UseDaemon(QStringLiteral("ozna-scheduler-local"));
+    m_time->Apply(m_daemon->Environment());
 }
 
 void BusTest::cleanup()
@@ -49,7 +50,6 @@ std::unique_ptr<DaemonProcess> BusTest::UseDaemon(const QString& program)
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus->Address());
     environment.insert(QStringLiteral("OZNA_DATA_DIR"), m_data->path());
     environment.insert(QStringLiteral("OZNA_CONFIG_FILE"), DataPath(QStringLiteral("ozna.ini")));
-    m_time->Apply(environment);
     return earlier;
 }
 

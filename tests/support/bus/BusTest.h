@@ -29,7 +29,8 @@ protected:
     SchedulerClient& Client() { return *m_client; }
     FakeTime& Time() { return *m_time; }
 
-    // Puts another program in the daemon's place, with the same environment. The one that was there before.
+    // Puts another program in the daemon's place, with the same environment but on the real clock. The one
+    // that was there before.
     std::unique_ptr<DaemonProcess> UseDaemon(const QString& program);
 
     [[nodiscard]] qint64 DaemonPid() const { return m_daemon->Pid(); }
