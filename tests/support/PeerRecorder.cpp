@@ -6,15 +6,25 @@
 #include <QDBusAbstractInterface>
 #include <QDBusMetaType>
 
+namespace
+{
+
+QString Shown(const QVariant& argument)
+{
+    const char* const signature = QDBusMetaType::typeToSignature(argument.metaType());
+    // A byte is a number on the bus, and a character to the library.
+    const bool isByte = argument.metaType() == QMetaType::fromType<uchar>();
+    return QStringLiteral("%1:%2").arg(QLatin1String(signature != nullptr ? signature : "?"),
+                                       isByte ? QString::number(argument.toUInt()) : argument.toString());
+}
+
+} // namespace
+
 QString PeerRequest::Shown() const
 {
     QStringList texts;
     for (const QVariant& argument : arguments)
-    {
-        const char* const signature = QDBusMetaType::typeToSignature(argument.metaType());
-        texts.append(
-            QStringLiteral("%1:%2").arg(QLatin1String(signature != nullptr ? signature : "?"), argument.toString()));
-    }
+        texts.append(::Shown(argument));
     return QStringLiteral("%1 %2(%3)").arg(service.section(u'.', -1), method, texts.join(QStringLiteral(", ")));
 }
 
