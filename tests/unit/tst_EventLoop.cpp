@@ -1,0 +1,49 @@
+#include "BusWatcher.h"
+#include "SignalPipe.h"
+#include "UnitTest.h"
+
+#include <QDBusConnection>
+
+#include <cerrno>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+class EventLoopTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AWakeReachesTheEventLoop();
+    void AWatcherNeedsABus();
+};
+
+void EventLoopTest::AWakeReachesTheEventLoop()
+{
+    int woken = 0;
+    QVERIFY(SignalPipe::Open([&woken] { ++woken; }));
+    QCoreApplication::processEvents();
+    QCOMPARE(woken, 0);
+
+    // As from a signal handler: the interrupted code's errno is its own.
+    errno = EDOM;
+    SignalPipe::Wake();
+    QCOMPARE(errno, EDOM);
+    QCOMPARE(woken, 0);
+    QTRY_COMPARE(woken, 1);
+
+    // Several before the loop turns are one.
+    SignalPipe::Wake();
+    SignalPipe::Wake();
+    QTRY_COMPARE(woken, 2);
+    QCoreApplication::processEvents();
+    QCOMPARE(woken, 2);
+}
+
+void EventLoopTest::AWatcherNeedsABus()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    QVERIFY_THROWS_EXCEPTION(std::runtime_error, BusWatcher(bus, [] {}));
+}
+
+QTEST_GUILESS_MAIN(EventLoopTest)
+#include "tst_EventLoop.moc"

@@ -1,0 +1,100 @@
+#include "PeerCall.h"
+#include "Scheduler.h"
+#include "UnitTest.h"
+
+#include <ConfigProxy.h>
+#include <CpuFreqManagerProxy.h>
+#include <GpsManagerProxy.h>
+#include <LightManagerProxy.h>
+#include <NetworkManagerProxy.h>
+#include <PhotoManagerProxy.h>
+#include <SoundManagerProxy.h>
+#include <UpdateManagerProxy.h>
+
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(QDBusAbstractInterface*)
+
+class PeersTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void TheSharedProxiesAreAddressed_data();
+    void TheSharedProxiesAreAddressed();
+    void CreatingThemLogsNothing();
+    void ACallWithoutABusFailsAtOnce();
+    void ARecorderTakesTheBusesPlace();
+};
+
+void PeersTest::TheSharedProxiesAreAddressed_data()
+{
+    QTest::addColumn<QDBusAbstractInterface*>("proxy");
+    QTest::addColumn<QString>("manager");
+    QTest::addColumn<QString>("object");
+    QTest::addColumn<QString>("interface");
+    QTest::addColumn<int>("timeout_ms"); // -1: the bus library's own
+    const auto row = [](const char* name, QDBusAbstractInterface* proxy, const char* manager, const char* object,
+                        const char* interface, int timeout_ms) {
+        QTest::newRow(name) << proxy << QString::fromLatin1(manager) << QString::fromLatin1(object)
+                            << QString::fromLatin1(interface) << timeout_ms;
+    };
+    row("configuration", Scheduler::m_configManProxy, "configmanager", "configobj", "configinterface", 2000);
+    row("update", Scheduler::m_updateManProxy, "updatemanager", "updateobj", "updateinterface", 2000);
+    row("sound", Scheduler::m_soundManProxy, "soundmanager", "soundobj", "soundinterface", 3000);
+    row("photo", Scheduler::m_photoManProxy, "photomanager", "photoobj", "photointerface", 5000);
+    row("light", Scheduler::m_lightManProxy, "lightmanager", "lightobj", "lightinterface", -1);
+    row("processor frequency", Scheduler::m_cpuFreqManProxy, "freqmanager", "freqobj", "freqinterface", 2000);
+    row("GPS", Scheduler::m_gpsManProxy, "gpsmanager", "gpsobj", "gpsinterface", 5000);
+    row("network", Scheduler::m_networkManProxy, "networkmanager", "netobj", "networkinterface", -1);
+}
+
+void PeersTest::TheSharedProxiesAreAddressed()
+{
+    QFETCH(QDBusAbstractInterface*, proxy);
+    QFETCH(QString, manager);
+    QFETCH(QString, object);
+    QFETCH(QString, interface);
+    QFETCH(int, timeout_ms);
+    QVERIFY(proxy != nullptr);
+    QCOMPARE(proxy->service(), u"com.kestrelix.ozna."_s + manager);
+    QCOMPARE(proxy->path(), u"/com/kestrelix/ozna/%1/%2"_s.arg(manager, object));
+    QCOMPARE(proxy->interface(), u"com.kestrelix.ozna."_s + interface);
+    QCOMPARE(proxy->timeout(), timeout_ms);
+    QCOMPARE(proxy->parent(), nullptr);
+    QCOMPARE(proxy->connection().name(), QDBusConnection::sessionBus().name());
+}
+
+void PeersTest::CreatingThemLogsNothing()
+{
+    SoundManagerProxy* const before = Scheduler::m_soundManProxy;
+    const Scheduler scheduler(u"schedule.csv"_s);
+    QVERIFY(Scheduler::m_soundManProxy != before);
+    EXPECT_LOG(9, {});
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+void PeersTest::ACallWithoutABusFailsAtOnce()
+{
+    PeerCall::SetTransport({});
+    const PeerReply reply = PeerCall::Send(Scheduler::m_soundManProxy, u"PlayFile"_s, {u"gong.mp3"_s, u"08:30:00"_s});
+    QVERIFY(reply.IsBusError());
+    QVERIFY(!reply.IsAccepted());
+    QVERIFY(!reply.ErrorMessage().isEmpty());
+    EXPECT_REQUESTS(Bus(), {});
+    EXPECT_LOG(9, {});
+}
+
+void PeersTest::ARecorderTakesTheBusesPlace()
+{
+    Bus().Answer("PlayFile", 7);
+    Bus().AnswerBusError("StopPlay", u"gone"_s);
+    QCOMPARE(PeerCall::Send(Scheduler::m_soundManProxy, u"PlayFile"_s, {u"gong.mp3"_s, 70.0, 1U, true}).Status(), 7);
+    QCOMPARE(PeerCall::Send(nullptr, u"StopPlay"_s).ErrorMessage(), u"gone"_s);
+    QVERIFY(PeerCall::Send(Scheduler::m_lightManProxy, u"Switch"_s, {QVariant::fromValue(uchar(3))}).IsAccepted());
+    QCOMPARE(Bus().Requests()[0].timeout_ms, 3000);
+    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayFile(s:gong.mp3, d:70, u:1, b:true)"_s, u" StopPlay()"_s,
+                            u"lightmanager Switch(y:3)"_s});
+}
+
+QTEST_GUILESS_MAIN(PeersTest)
+#include "tst_Peers.moc"

@@ -1,0 +1,146 @@
+#include "TextDiff.h"
+#include "UnitTest.h"
+
+#include <ConfigProxy.h>
+#include <CpuFreqManagerProxy.h>
+#include <GpsManagerProxy.h>
+#include <LightManagerProxy.h>
+#include <NetworkManagerProxy.h>
+#include <PhotoManagerProxy.h>
+#include <SoundManagerProxy.h>
+#include <UpdateManagerProxy.h>
+
+#include <QMetaMethod>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// "slot SetFreq(int) [FreqMHz] QDBusPendingReply<int>"
+QString Shown(const QMetaMethod& method)
+{
+    const bool isSignal = method.methodType() == QMetaMethod::Signal;
+    return u"%1 %2 [%3] %4"_s.arg(isSignal ? "signal"_L1 : "slot"_L1, QString::fromLatin1(method.methodSignature()),
+                                  QString::fromLatin1(method.parameterNames().join(", ")),
+                                  QString::fromLatin1(method.typeName()));
+}
+
+QStringList Members(const QMetaObject& metaObject)
+{
+    QStringList members;
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i)
+        members.append(Shown(metaObject.method(i)));
+    return members;
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(const QMetaObject*)
+
+class ProxiesTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AProxyHasTheMembersOfItsInterfaceInOrder_data();
+    void AProxyHasTheMembersOfItsInterfaceInOrder();
+    void AProxySpeaksItsInterface_data();
+    void AProxySpeaksItsInterface();
+};
+
+void ProxiesTest::AProxyHasTheMembersOfItsInterfaceInOrder_data()
+{
+    QTest::addColumn<const QMetaObject*>("metaObject");
+    QTest::addColumn<QStringList>("members");
+    QTest::newRow("update manager") << &UpdateManagerProxy::staticMetaObject
+                                    << QStringList{u"signal FilesUpdateStarted(int,int) [Status, FileType] void"_s,
+                                                   u"signal FilesUpdated(int,int) [Status, FileType] void"_s,
+                                                   u"slot UpdateFiles(int,QString) [FileType, FileName] "
+                                                   "QDBusPendingReply<int>"_s};
+    QTest::newRow("configuration manager")
+        << &ConfigProxy::staticMetaObject
+        << QStringList{
+               u"signal ConfigChanged(QString,QString,QString) [KeyGroup, KeyName, StringValue] void"_s,
+               u"slot GetStringValue(QString,QString) [KeyGroup, Keyname] QDBusPendingReply<int,QString>"_s,
+               u"slot GetStringValue(QString,QString,QString&) [KeyGroup, Keyname, StringValue] QDBusReply<int>"_s,
+               u"slot SetStringValue(QString,QString,QString) [KeyGroup, Keyname, StringValue] "
+               "QDBusPendingReply<int>"_s};
+    QTest::newRow("processor-frequency manager")
+        << &CpuFreqManagerProxy::staticMetaObject
+        << QStringList{u"signal FreqChanged(int) [NewFreqMHz] void"_s,
+                       u"slot GetFreq() [] QDBusPendingReply<int,int>"_s,
+                       u"slot GetFreq(int&) [FreqMHz] QDBusReply<int>"_s,
+                       u"slot Reboot() [] QDBusPendingReply<int>"_s,
+                       u"slot SetFreq(int) [FreqMHz] QDBusPendingReply<int>"_s,
+                       u"slot SetWakeup(uchar,QString) [ModeMask, WakeupTime] QDBusPendingReply<int>"_s,
+                       u"slot Shutdown() [] QDBusPendingReply<int>"_s,
+                       u"slot Suspend() [] QDBusPendingReply<int>"_s};
+    QTest::newRow("GPS manager")
+        << &GpsManagerProxy::staticMetaObject
+        << QStringList{u"signal FixChanged(int,double,double,double,int,int) [NewFixMode, Latitude, Longitude, "
+                       "Altitude, SatellitesVisible, SatellitesUsed] void"_s,
+                       u"slot GetFix() [] QDBusPendingReply<int,bool,int,int,int,double,double,double>"_s,
+                       u"slot GetFix(bool&,int&,int&,int&,double&,double&,double&) [GpsOnline, SatellitesVisible, "
+                       "SatellitesUsed, FixMode, Latitude, Longitude, Altitude] QDBusReply<int>"_s,
+                       u"slot SetEnabled(bool) [Enabled] QDBusPendingReply<int>"_s,
+                       u"slot UpdateFix() [] QDBusPendingReply<int>"_s};
+    QTest::newRow("light manager") << &LightManagerProxy::staticMetaObject
+                                   << QStringList{u"signal LedStatus(uint) [Intensity] void"_s,
+                                                  u"signal LedSwitch(bool) [On] void"_s,
+                                                  u"slot GetIntensity() [] QDBusPendingReply<int,uint>"_s,
+                                                  u"slot GetIntensity(uint&) [Intensity] QDBusReply<int>"_s,
+                                                  u"slot GetSwitch() [] QDBusPendingReply<int,bool>"_s,
+                                                  u"slot GetSwitch(bool&) [On] QDBusReply<int>"_s,
+                                                  u"slot SetIntensity(uint) [Intensity] QDBusPendingReply<int>"_s,
+                                                  u"slot Switch(bool) [On] QDBusPendingReply<int>"_s};
+    QTest::newRow("photo manager") << &PhotoManagerProxy::staticMetaObject
+                                   << QStringList{u"signal CameraEnabled(bool) [Enabled] void"_s,
+                                                  u"signal PhotoStreamStopped(int) [ImagesNum] void"_s,
+                                                  u"signal PhotoTaken(int,QString) [Status, ImagePath] void"_s,
+                                                  u"slot EnableCamera(bool) [Enable] QDBusPendingReply<int>"_s,
+                                                  u"slot StopPhotoStream() [] QDBusPendingReply<int>"_s,
+                                                  u"slot TakePhoto() [] QDBusPendingReply<int>"_s,
+                                                  u"slot TakePhotoStream(int) [Interval_s] QDBusPendingReply<int>"_s};
+    QTest::newRow("sound manager, as the stand-in has it")
+        << &SoundManagerProxy::staticMetaObject
+        << QStringList{u"signal PlayFileCompleted(QString) [file] void"_s,
+                       u"signal PlayPlaylistCompleted(QString) [playlist] void"_s,
+                       u"signal StreamEnabled(bool) [enabled] void"_s};
+    QTest::newRow("network manager, as the stand-in has it") << &NetworkManagerProxy::staticMetaObject << QStringList();
+}
+
+void ProxiesTest::AProxyHasTheMembersOfItsInterfaceInOrder()
+{
+    QFETCH(const QMetaObject*, metaObject);
+    QFETCH(QStringList, members);
+    const QByteArray difference = TextDiff(members, Members(*metaObject), "member");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+    QCOMPARE(metaObject->superClass(), &QDBusAbstractInterface::staticMetaObject);
+}
+
+void ProxiesTest::AProxySpeaksItsInterface_data()
+{
+    QTest::addColumn<QString>("interface");
+    QTest::addColumn<QString>("name");
+    const auto row = [](const char* name, const char* interface) {
+        QTest::newRow(name) << QString::fromLatin1(interface) << u"com.kestrelix.ozna.%1"_s.arg(QLatin1String(name));
+    };
+    row("updateinterface", UpdateManagerProxy::staticInterfaceName());
+    row("configinterface", ConfigProxy::staticInterfaceName());
+    row("freqinterface", CpuFreqManagerProxy::staticInterfaceName());
+    row("gpsinterface", GpsManagerProxy::staticInterfaceName());
+    row("lightinterface", LightManagerProxy::staticInterfaceName());
+    row("photointerface", PhotoManagerProxy::staticInterfaceName());
+    row("soundinterface", SoundManagerProxy::staticInterfaceName());
+    row("networkinterface", NetworkManagerProxy::staticInterfaceName());
+}
+
+void ProxiesTest::AProxySpeaksItsInterface()
+{
+    QFETCH(QString, interface);
+    QFETCH(QString, name);
+    QCOMPARE(interface, name);
+}
+
+QTEST_GUILESS_MAIN(ProxiesTest)
+#include "tst_Proxies.moc"
