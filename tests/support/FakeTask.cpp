@@ -23,6 +23,8 @@ FakeTask::~FakeTask()
 
 unsigned int FakeTask::GetDelayable_s() const
 {
+    if (m_onAskTolerance)
+        m_onAskTolerance();
     return m_tolerance_s;
 }
 

@@ -23,6 +23,7 @@ public:
     static const QList<FakeTask*>& Living();
 
     unsigned int m_tolerance_s = 0;
+    std::function<void()> m_onAskTolerance; // called by GetDelayable_s, may be empty
     bool m_runResult = true;
     std::function<void()> m_onRun; // called by Run, may be empty
     // What was asked: "PrepareDelayed 60", "Run", "SetCompleted 1".
