@@ -3,14 +3,17 @@ set(OZNA_ZONEINFO_DIR /usr/share/zoneinfo CACHE PATH "Folder of the time-zone fi
 
 # ozna_add_test(<name> LABEL <label> SOURCES <file>...
 #               [LIBRARIES <library>...] [LINK_OPTIONS <option>...] [DEFINITIONS <definition>...]
-#               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [TIMEOUT <seconds>])
+#               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [ROWS <function> <row>...]
+#               [TIMEOUT <seconds>])
 #
 # Makes the test program tst_<name> in the folder tests of the build tree and registers it as "<label>.<name>", or,
-# with TIME_ZONES, once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". No test reaches the session
+# with TIME_ZONES, once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". With ROWS, each row of that test
+# function, which has to be the program's only one, is registered by itself as "<label>.<name>.<row>", so that rows
+# which wait for long wait side by side. No test reaches the session
 # bus of who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
 function(ozna_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 test ""
-        "LABEL;TIMEOUT" "SOURCES;LIBRARIES;LINK_OPTIONS;DEFINITIONS;ENVIRONMENT;TIME_ZONES")
+        "LABEL;TIMEOUT" "SOURCES;LIBRARIES;LINK_OPTIONS;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS")
     if(NOT test_LABEL OR NOT test_SOURCES OR test_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "ozna_add_test(${name}): LABEL and SOURCES are needed; ${test_UNPARSED_ARGUMENTS}")
     endif()
@@ -36,7 +39,13 @@ function(ozna_add_test name)
         set_property(TEST ${case} APPEND PROPERTY ENVIRONMENT TZ=${zone})
         list(APPEND registered ${case})
     endforeach()
-    if(NOT test_TIME_ZONES)
+    list(POP_FRONT test_ROWS function)
+    foreach(row IN LISTS test_ROWS)
+        set(case ${test_LABEL}.${name}.${row})
+        add_test(NAME ${case} COMMAND ${program} ${function}:${row})
+        list(APPEND registered ${case})
+    endforeach()
+    if(NOT registered)
         set(registered ${test_LABEL}.${name})
         add_test(NAME ${registered} COMMAND ${program})
     endif()

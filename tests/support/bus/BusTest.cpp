@@ -4,17 +4,12 @@
 
 #include <csignal>
 
-namespace
-{
-
-void WriteFile(const QString& path, const QByteArray& content)
+void BusTest::WriteFile(const QString& path, const QByteArray& content)
 {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("cannot write %s: %s", qPrintable(path), qPrintable(file.errorString()));
 }
-
-} // namespace
 
 void BusTest::init()
 {

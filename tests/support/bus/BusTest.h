@@ -39,6 +39,7 @@ protected:
     [[nodiscard]] static bool IsSanitized();
 
     [[nodiscard]] QString DataPath(const QString& name) const;
+    static void WriteFile(const QString& path, const QByteArray& content);
     void WriteSchedule(const QByteArray& content, const QString& name = QStringLiteral("schedule.csv")) const;
     void WritePlaylist(const QByteArray& content, const QString& name) const;
 

@@ -32,6 +32,12 @@ QString NameOf(const char* member)
     return QString::fromLatin1(QByteArray(member).split('.').at(1));
 }
 
+QString ShownValue(const QVariant& value)
+{
+    // A byte is a number here, not a character.
+    return value.metaType() == QMetaType::fromType<uchar>() ? QString::number(value.toUInt()) : value.toString();
+}
+
 QString ShownCall(const QVariantMap& call)
 {
     const QString signature = call.value(QStringLiteral("signature")).toString();
@@ -40,7 +46,7 @@ QString ShownCall(const QVariantMap& call)
                              call.value(QStringLiteral("method")).toString(),
                              signature.isEmpty() ? QStringLiteral("-") : signature);
     for (const QVariant& value : qdbus_cast<QVariantList>(call.value(QStringLiteral("arguments"))))
-        shown += QLatin1Char(' ') + value.toString();
+        shown += QLatin1Char(' ') + ShownValue(value);
     return shown;
 }
 

@@ -1,0 +1,65 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+using namespace Lines;
+
+// The light and radio state that should be in force is brought about when a schedule starts.
+class Forced : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void TheLatestStateIsBroughtAbout_data();
+    void TheLatestStateIsBroughtAbout();
+};
+
+namespace
+{
+const QByteArray RADIO = "1111111|08:00:00|*|*|*|||PlayRadioFm|98.5\n";
+const QByteArray RADIO_OFF = "1111111|12:00:00|*|*|*|||StopRadioFm\n";
+const QByteArray LIGHTS = "1111111|08:00:00|*|*|*|||Light|30\n1111111|09:00:00|*|*|*|||Light|0\n";
+const QStringList RADIO_CALLS{QStringLiteral("sound.PlayRadioFm -"),
+                              QStringLiteral("sound.RadioFmSetFrequency d 98.5")};
+const QString FOUND_LIGHT = QStringLiteral("4 [Scheduler.cpp] Found Light action to start");
+const QString FOUND_RADIO = QStringLiteral("4 [Scheduler.cpp] Found RadioFm action to start");
+} // namespace
+
+void Forced::TheLatestStateIsBroughtAbout_data()
+{
+    QTest::addColumn<QByteArray>("schedule");
+    QTest::addColumn<QTime>("start");
+    QTest::addColumn<QStringList>("found");
+    QTest::addColumn<QStringList>("calls");
+    QTest::newRow("the light of 09:00 at 10:00")
+        << LIGHTS << QTime(10, 0) << QStringList{FOUND_LIGHT} << QStringList{QStringLiteral("light.Switch b false")};
+    QTest::newRow("the light of 08:00 at 08:30")
+        << LIGHTS << QTime(8, 30) << QStringList{FOUND_LIGHT}
+        << QStringList{QStringLiteral("light.SetIntensity u 30"), QStringLiteral("light.Switch b true")};
+    QTest::newRow("no light at 07:00") << LIGHTS << QTime(7, 0) << QStringList() << QStringList();
+    QTest::newRow("the radio at 10:00") << RADIO + RADIO_OFF << QTime(10, 0) << QStringList{FOUND_RADIO} << RADIO_CALLS;
+    QTest::newRow("no radio after its stop") << RADIO + RADIO_OFF << QTime(13, 0) << QStringList() << QStringList();
+    QTest::newRow("no radio with a stop at its time") << RADIO + "1111111|08:00:00|*|*|*|||StopRadioFm\n"
+                                                      << QTime(10, 0) << QStringList() << QStringList();
+    QTest::newRow("both") << LIGHTS + RADIO << QTime(10, 0) << QStringList{FOUND_LIGHT, FOUND_RADIO}
+                          << QStringList{QStringLiteral("light.Switch b false")} + RADIO_CALLS;
+}
+
+void Forced::TheLatestStateIsBroughtAbout()
+{
+    QFETCH(QByteArray, schedule);
+    QFETCH(QTime, start);
+    QFETCH(QStringList, found);
+    QFETCH(QStringList, calls);
+    WriteSchedule(schedule);
+    Time().Set(QDateTime(QDate(2024, 1, 15), start, Qt::UTC));
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take().filter(QStringLiteral("[Scheduler.cpp] Found ")), found);
+    // Two far passes: what was to be forced has been, and what was not would have been seen.
+    QVERIFY(WaitUntil(
+        [this] { return Daemon().Log().count(QStringLiteral("9 [Scheduler.cpp] Checking far actions")) >= 2; }));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Device().Calls(), calls);
+}
+
+QTEST_GUILESS_MAIN(Forced)
+#include "tst_Forced.moc"

@@ -1,0 +1,101 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+using namespace Lines;
+
+// Photos, from the request to the last signal of a series.
+class Photos : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ASeriesEndsWithItsLastPhoto();
+    void ASinglePhotoIsAskedForAgainTheNextDay();
+    void EveryTaskSeesEveryPhoto();
+    void ASeriesWhoseStopFailsAsksAgain();
+
+private:
+    [[nodiscard]] bool StartAt(const QByteArray& schedule, int calls);
+    void TakePhotos(int count);
+};
+
+namespace
+{
+const QString TAKEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken");
+const QString COMPLETED = QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=10 s, num=3, ");
+
+QString Total(int count)
+{
+    return QStringLiteral("9 [tasks/Photo.cpp] >>> Total photo: %1").arg(count);
+}
+} // namespace
+
+bool Photos::StartAt(const QByteArray& schedule, int calls)
+{
+    WriteSchedule(schedule);
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
+    return StartDaemon() && Device().WaitForCalls(calls) &&
+           Client().Call("IsEnabled") == QStringLiteral("0,true,schedule.csv") && !Daemon().Take().isEmpty();
+}
+
+void Photos::TakePhotos(int count)
+{
+    Device().Emit("photo.PhotoTaken", {0, QStringLiteral("/photos/1.jpg")}, count);
+}
+
+void Photos::ASeriesEndsWithItsLastPhoto()
+{
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
+    TakePhotos(3);
+    QVERIFY(Daemon().WaitForLog(COMPLETED));
+    TakePhotos(1);
+    QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 4; }));
+    QStringList lines = Daemon().Take();
+    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("[tasks/")); });
+    COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), COMPLETED, TAKEN});
+    COMPARE_LINES(Device().Calls(),
+                  {QStringLiteral("photo.TakePhotoStream i 10"), QStringLiteral("photo.StopPhotoStream -")});
+}
+
+void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
+{
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto\n", 1));
+    TakePhotos(1);
+    QVERIFY(Daemon().WaitForLog(TAKEN));
+    Time().Set(QDateTime(QDate(2024, 1, 16), QTime(8, 29, 54), Qt::UTC));
+    QVERIFY(Device().WaitForCalls(2));
+    COMPARE_LINES(Device().Calls(), {QStringLiteral("photo.TakePhoto -"), QStringLiteral("photo.TakePhoto -")});
+}
+
+void Photos::EveryTaskSeesEveryPhoto()
+{
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:00|*|*|*|||RecordPhoto|5,2\n"
+                    "1111111|12:00:00|*|*|*|||RecordPhoto\n",
+                    2));
+    TakePhotos(2);
+    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, ")));
+    QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 6; }));
+    QStringList lines = Daemon().Take();
+    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("[tasks/")); });
+    // Each photo reaches the tasks in the order in which they were created.
+    COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(1), TAKEN, TAKEN, Total(2), TAKEN, Total(2),
+                          QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "), TAKEN});
+}
+
+void Photos::ASeriesWhoseStopFailsAsksAgain()
+{
+    Device().AnswerStatus("photo.StopPhotoStream", 4, 0, 1);
+    Device().AnswerError("photo.StopPhotoStream", "busy", 1);
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
+    TakePhotos(5);
+    QVERIFY(Daemon().WaitForLog(COMPLETED));
+    QStringList lines = Daemon().Take();
+    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("[tasks/")); });
+    COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3),
+                          QStringLiteral("1 [tasks/Photo.cpp] StopPhotoStream error: 4"), TAKEN, Total(4),
+                          QStringLiteral("4 [tasks/Photo.cpp] StopPhotoStream request error: busy"), TAKEN, Total(5),
+                          COMPLETED});
+}
+
+QTEST_GUILESS_MAIN(Photos)
+#include "tst_Photos.moc"
