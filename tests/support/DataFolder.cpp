@@ -27,7 +27,8 @@ QString DataRoot()
     return m_current != nullptr ? m_current->Path() : QStringLiteral("/nonexistent");
 }
 
-DataFolder::DataFolder() : m_before(m_current)
+DataFolder::DataFolder()
+    : m_before(m_current)
 {
     const QDir folder(m_folder.path());
     if (!m_folder.isValid() || !folder.mkdir(QStringLiteral("schedule")) || !folder.mkdir(QStringLiteral("playlists")))

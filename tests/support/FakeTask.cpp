@@ -11,7 +11,8 @@ QList<FakeTask*>& LivingTasks()
 
 } // namespace
 
-FakeTask::FakeTask(TaskType type, const QString& identifier) : Task(type, identifier)
+FakeTask::FakeTask(TaskType type, const QString& identifier)
+    : Task(type, identifier)
 {
     LivingTasks().append(this);
 }

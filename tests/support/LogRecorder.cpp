@@ -30,7 +30,7 @@ QString Shown(unsigned int level, const QString& text, const QByteArray& origin)
 // Leaves the line number out of the prefix; a prefix of another form stays as it is, and equals nothing expected.
 QString ShownRecord(const LogRecord& record)
 {
-    static const QRegularExpression prefix(QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.cpp):[1-9][0-9]*\\] "));
+    static const QRegularExpression prefix(QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.(?:cpp|h)):[1-9][0-9]*\\] "));
     QString text = QString::fromUtf8(record.text);
     text.replace(prefix, QStringLiteral("[\\1] "));
     return Shown(record.level, text, record.origin);
@@ -38,14 +38,18 @@ QString ShownRecord(const LogRecord& record)
 
 } // namespace
 
-LogLine::LogLine(unsigned int level, const char* text, const char* origin) : LogLine(level, QByteArray(text), origin) {}
+LogLine::LogLine(unsigned int level, const char* text, const char* origin)
+    : LogLine(level, QByteArray(text), origin)
+{
+}
 
 LogLine::LogLine(unsigned int level, const QByteArray& text, const char* origin)
     : shown(Shown(level, QString::fromUtf8(text), origin != nullptr ? origin : Log::ORIGIN))
 {
 }
 
-LogInterface::LogInterface(const QString& objectPath) : m_maxLevel(std::numeric_limits<unsigned int>::max())
+LogInterface::LogInterface(const QString& objectPath)
+    : m_maxLevel(std::numeric_limits<unsigned int>::max())
 {
     Q_UNUSED(objectPath)
 }

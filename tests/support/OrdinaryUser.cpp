@@ -11,7 +11,8 @@ constexpr uid_t NOBODY = 65534;
 
 } // namespace
 
-OrdinaryUser::OrdinaryUser() : m_isRoot(::geteuid() == ROOT)
+OrdinaryUser::OrdinaryUser()
+    : m_isRoot(::geteuid() == ROOT)
 {
     if (m_isRoot && ::setresuid(NOBODY, NOBODY, ROOT) != 0)
         throw std::runtime_error("user");

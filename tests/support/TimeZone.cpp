@@ -8,7 +8,8 @@ constexpr const char* ZONE_VARIABLE = "TZ";
 }
 
 TimeZone::TimeZone(const QByteArray& zone)
-    : m_wasSet(qEnvironmentVariableIsSet(ZONE_VARIABLE)), m_before(qgetenv(ZONE_VARIABLE))
+    : m_wasSet(qEnvironmentVariableIsSet(ZONE_VARIABLE))
+    , m_before(qgetenv(ZONE_VARIABLE))
 {
     qputenv(ZONE_VARIABLE, zone);
     ::tzset();

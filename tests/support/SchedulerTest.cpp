@@ -1,0 +1,59 @@
+#include "SchedulerTest.h"
+
+#include "SchedulerAccess.h"
+
+namespace
+{
+
+QStringList Shown(ActionList& list)
+{
+    QStringList names;
+    for (const auto& action : list)
+        names.append(action->m_task->GetName() + u' ' + action->m_startTime.toString(QStringLiteral("HH:mm:ss")));
+    return names;
+}
+
+} // namespace
+
+SchedulerTest::SchedulerTest() = default;
+
+SchedulerTest::~SchedulerTest() = default;
+
+void SchedulerTest::Create()
+{
+    m_scheduler = std::make_unique<Scheduler>(QStringLiteral("schedule.csv"));
+    LogRecorder::Clear();
+}
+
+void SchedulerTest::StartWith(const QByteArrayList& lines)
+{
+    Data().WriteSchedule(lines.join('\n'));
+    Create();
+    m_scheduler->Start();
+    LogRecorder::Clear();
+}
+
+void SchedulerTest::End()
+{
+    m_scheduler.reset();
+}
+
+void SchedulerTest::CheckFar()
+{
+    QVERIFY(QMetaObject::invokeMethod(m_scheduler.get(), "CheckFarActions", Qt::DirectConnection));
+}
+
+void SchedulerTest::CheckEarly()
+{
+    QVERIFY(QMetaObject::invokeMethod(m_scheduler.get(), "CheckEarlyActions", Qt::DirectConnection));
+}
+
+QStringList SchedulerTest::FarList()
+{
+    return Shown(SchedulerAccess::FarActions(*m_scheduler));
+}
+
+QStringList SchedulerTest::EarlyList()
+{
+    return Shown(SchedulerAccess::EarlyActions(*m_scheduler));
+}
