@@ -23,7 +23,11 @@ constexpr const char* ORIGIN = "/origin";
 class StandardError final
 {
 public:
-    explicit StandardError(int descriptor) : m_saved(::dup(STDERR_FILENO)) { ::dup2(descriptor, STDERR_FILENO); }
+    explicit StandardError(int descriptor)
+        : m_saved(::dup(STDERR_FILENO))
+    {
+        ::dup2(descriptor, STDERR_FILENO);
+    }
     ~StandardError()
     {
         ::dup2(m_saved, STDERR_FILENO);

@@ -11,7 +11,10 @@ namespace
 class BareTask final : public Task
 {
 public:
-    BareTask() : Task(TASK_VOLUME, u"identifier"_s) {}
+    BareTask()
+        : Task(TASK_VOLUME, u"identifier"_s)
+    {
+    }
     bool Run() override { return true; }
 };
 
