@@ -1,0 +1,200 @@
+#include "SchedulerAccess.h"
+#include "SchedulerLines.h"
+#include "SchedulerTest.h"
+
+#include <QFile>
+#include <QSignalSpy>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QByteArray STOP = QByteArrayLiteral("1111111|08:30:00|*|*|*|||StopMessage");
+const QByteArray PLAY = QByteArrayLiteral("1111111|09:00:00|*|*|*|||PlayMessage|gong.mp3,70");
+
+const LogLine STOP_CREATED(4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage");
+const LogLine PLAY_CREATED(4, "[tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ 09:00:00 (vol=70)");
+const LogLine IGNORED(2, "[Scheduler.cpp] Action ignored");
+
+LogLine Loaded(int tasks)
+{
+    return {4, "[Scheduler.cpp] Schedule loaded (" + QByteArray::number(tasks) + " tasks)"};
+}
+
+LogLine Rejected(const char* reason)
+{
+    return {1, QByteArray("[Action.cpp] ") + reason};
+}
+
+} // namespace
+
+class ScheduleFileTest final : public SchedulerTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AFileIsLoadedLineByLine_data();
+    void AFileIsLoadedLineByLine();
+    void ALineReachesItsActionUntrimmed();
+    void AFileThatCannotBeOpenedIsNone_data();
+    void AFileThatCannotBeOpenedIsNone();
+    void AnyNameIsTakenAsItStands_data();
+    void AnyNameIsTakenAsItStands();
+    void ALongFileIsLoadedWhole();
+    void AnActionsPddRequestReachesTheScheduler();
+};
+
+void ScheduleFileTest::AFileIsLoadedLineByLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<LogLines>("loading");
+    QTest::addColumn<QStringList>("actions");
+    const auto row = [](const char* name, const QByteArray& content, const LogLines& loading,
+                        const QStringList& actions) { QTest::newRow(name) << content << loading << actions; };
+    const QString stop = u"StopMessage 08:30:00"_s;
+    const QString play = u"PlayMessage 09:00:00"_s;
+    const LogLine fields = Rejected("Wrong action fields (1 found, at least 8 expected)");
+    row("an empty file", "", {Loaded(0)}, {});
+    row("a file of blanks", " \n\t\n\r\n\n \t \n", {Loaded(0)}, {});
+    row("one line", STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop});
+    row("one line without terminator", STOP, {STOP_CREATED, Loaded(1)}, {stop});
+    row("two lines", STOP + '\n' + PLAY + '\n', {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
+    row("file order is kept, not time order", PLAY + '\n' + STOP, {PLAY_CREATED, STOP_CREATED, Loaded(2)},
+        {play, stop});
+    row("carriage returns", STOP + "\r\n" + PLAY + "\r\n", {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
+    row("the same line twice is two actions", STOP + '\n' + STOP, {STOP_CREATED, STOP_CREATED, Loaded(2)},
+        {stop, stop});
+    row("blank lines between", "\n" + STOP + "\n \n\n" + PLAY, {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
+    row("a comment", "# the morning\n" + STOP, {STOP_CREATED, Loaded(1)}, {stop});
+    row("a line commented out", '#' + STOP + '\n' + PLAY, {PLAY_CREATED, Loaded(1)}, {play});
+    row("a comment behind a line takes the line with it", STOP + " # stop\n" + PLAY, {PLAY_CREATED, Loaded(1)}, {play});
+    row("a number sign after the first field", "1111111|#" + STOP.mid(8), {Loaded(0)}, {});
+    row("a lone number sign is rejected", "#\n" + STOP, {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop});
+    row("a number sign at the end stays with the line", STOP + "#\n",
+        {Rejected("Unknown task (99)"), IGNORED, Loaded(0)}, {});
+    row("a header is rejected", "Days|Start|Day\n" + STOP,
+        {Rejected("Wrong action fields (3 found, at least 8 expected)"), IGNORED, STOP_CREATED, Loaded(1)}, {stop});
+    row("rejected lines between good ones", STOP + "\nx\n" + PLAY + "\n1111111|08:30|*|*|*|||StopMessage\n",
+        {STOP_CREATED, fields, IGNORED, PLAY_CREATED,
+         Rejected("Wrong action start time (08:30: hour:minute:second expected)"), IGNORED, Loaded(2)},
+        {stop, play});
+    row("every reason to reject", "1111111|08:30:00|*|*|*|||PlayMessage\n1111111|08:30:00|*|*|*|||3\n",
+        {Rejected("Wrong task parameters (PlayMessage)"), IGNORED, Rejected("Unknown task (3)"), IGNORED, Loaded(0)},
+        {});
+    row("a NUL makes a line of its own kind", QByteArray("\0\n", 2) + STOP, {fields, IGNORED, STOP_CREATED, Loaded(1)},
+        {stop});
+}
+
+void ScheduleFileTest::AFileIsLoadedLineByLine()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(LogLines, loading);
+    QFETCH(QStringList, actions);
+    Data().WriteSchedule(content);
+    Create();
+    Engine().Start();
+    EXPECT_LOG(4, (SchedulerLines::Started(Data(), u"schedule.csv"_s, loading)));
+    QCOMPARE(FarList(), actions);
+    QCOMPARE(EarlyList(), QStringList());
+}
+
+void ScheduleFileTest::ALineReachesItsActionUntrimmed()
+{
+    Data().WriteSchedule(" \t" + STOP + " \t\n");
+    Create();
+    Engine().Start();
+    QCOMPARE(LogRecorder::Messages(9).filter(u">>>"_s),
+             QStringList(u">>> Action line:  \t"_s + QString::fromUtf8(STOP) + u" \t"_s));
+}
+
+void ScheduleFileTest::AFileThatCannotBeOpenedIsNone_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("a missing file") << u"missing.csv"_s;
+    QTest::newRow("an empty name") << u""_s;
+    QTest::newRow("a folder") << u"folder"_s;
+    QTest::newRow("a pipe") << u"pipe"_s;
+    QTest::newRow("a device") << u"device"_s;
+    QTest::newRow("the folder itself") << u"."_s;
+    QTest::newRow("the folder above") << u".."_s;
+    QTest::newRow("a path into a file") << u"schedule.csv/x"_s;
+    QTest::newRow("a very long name") << QString(100'000, u'x');
+}
+
+void ScheduleFileTest::AFileThatCannotBeOpenedIsNone()
+{
+    QFETCH(QString, name);
+    Data().WriteSchedule(STOP);
+    QVERIFY(::mkdir(QFile::encodeName(Data().SchedulePath(u"folder"_s)).constData(), 0700) == 0);
+    QVERIFY(::mkfifo(QFile::encodeName(Data().SchedulePath(u"pipe"_s)).constData(), 0600) == 0);
+    QVERIFY(QFile::link(u"/dev/null"_s, Data().SchedulePath(u"device"_s)));
+    Create();
+    Engine().Start();
+    QCOMPARE(FarList().size(), 1);
+    LogRecorder::Clear();
+
+    QCOMPARE(Engine().SetScheduleFile(name), 0);
+    const QStringList messages = LogRecorder::Messages(4);
+    QCOMPARE(messages.size(), 11);
+    QCOMPARE(messages[8], u"No schedules programmed (schedule file not found)"_s);
+    QCOMPARE(messages[9], u"Finding ready actions..."_s);
+    QCOMPARE(LogRecorder::Records(2).size(), 0);
+    QCOMPARE(FarList(), QStringList());
+    bool enabled = false;
+    QString current;
+    QCOMPARE(Engine().IsEnabled(enabled, current), 0);
+    QCOMPARE(enabled, true);
+    QCOMPARE(current, name);
+    QVERIFY(SchedulerAccess::FarTimer(Engine()).isActive());
+}
+
+void ScheduleFileTest::AnyNameIsTakenAsItStands_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("another file") << u"other.csv"_s;
+    QTest::newRow("no extension") << u"other"_s;
+    QTest::newRow("blanks in the name") << u" a file .csv "_s;
+    QTest::newRow("UTF-8 in the name") << u"m\u00e4rz.csv"_s;
+    QTest::newRow("percent signs in the name") << u"100%s%n.csv"_s;
+    QTest::newRow("a file of the folder above") << u"../schedule/other.csv"_s;
+}
+
+void ScheduleFileTest::AnyNameIsTakenAsItStands()
+{
+    QFETCH(QString, name);
+    Data().WriteSchedule(STOP, name);
+    Create();
+    Engine().SetScheduleFile(name);
+    const LogLines set{{4, "[Scheduler.cpp] Schedule file set to " + name.toUtf8()}};
+    EXPECT_LOG(4, (set + SchedulerLines::RESTARTING + SchedulerLines::STOPPED +
+                   SchedulerLines::Started(Data(), name, {STOP_CREATED, Loaded(1)})));
+}
+
+void ScheduleFileTest::ALongFileIsLoadedWhole()
+{
+    constexpr int COUNT = 5000;
+    Data().WriteSchedule((STOP + "\n\n# comment\nx\n").repeated(COUNT));
+    Create();
+    Engine().Start();
+    QVERIFY(LogRecorder::Messages(4).contains(u"Schedule loaded (5000 tasks)"_s));
+    QCOMPARE(LogRecorder::Messages(2).count(u"Action ignored"_s), COUNT);
+    QCOMPARE(FarList().size(), COUNT);
+    LogRecorder::Clear();
+}
+
+void ScheduleFileTest::AnActionsPddRequestReachesTheScheduler()
+{
+    StartWith({STOP, PLAY});
+    const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
+    for (const auto& action : SchedulerAccess::FarActions(Engine()))
+        action->OnPddActionRequest(STREAM_MIC, true);
+    EXPECT_LOG(9, {{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"},
+                   {4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"}});
+    QCOMPARE(expected.size(), 2);
+    QCOMPARE(expected[0], (QVariantList{1U, true}));
+}
+
+QTEST_GUILESS_MAIN(ScheduleFileTest)
+#include "tst_ScheduleFile.moc"
