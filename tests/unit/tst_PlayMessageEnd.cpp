@@ -1,0 +1,167 @@
+#include "Scheduler.h"
+#include "UnitTest.h"
+#include "tasks/PlayMessage.h"
+
+#include <SoundManagerProxy.h>
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+class PlayMessageEndTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AnyFilesEndCompletesIt_data();
+    void AnyFilesEndCompletesIt();
+    void OtherSignalsDoNotCompleteIt();
+    void OnlyOneEndCounts();
+    void AFailedRequestDoesNotListen();
+    void ACompletedMessageRunsAgain();
+    void AMessageThatDoesNotRunIsJustDeleted();
+    void ARunningMessageIsStopped_data();
+    void ARunningMessageIsStopped();
+    void AMessageDeletedByItsOwnEndIsFine();
+
+private:
+    static std::unique_ptr<PlayMessage> Gong()
+    {
+        auto message = std::make_unique<PlayMessage>(u"08:30:00"_s, u"gong.mp3"_s, u"70"_s);
+        LogRecorder::Clear();
+        return message;
+    }
+
+    static void EndFile(const QString& file)
+    {
+        QVERIFY(QMetaObject::invokeMethod(Scheduler::m_soundManProxy, "PlayFileCompleted", Q_ARG(QString, file)));
+    }
+};
+
+void PlayMessageEndTest::AnyFilesEndCompletesIt_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("its own file") << u"gong.mp3"_s;
+    QTest::newRow("another file") << u"other.mp3"_s;
+    QTest::newRow("no file") << u""_s;
+}
+
+void PlayMessageEndTest::AnyFilesEndCompletesIt()
+{
+    QFETCH(QString, file);
+    const auto message = Gong();
+    message->Run();
+    LogRecorder::Clear();
+    const QSignalSpy completed(message.get(), &PlayMessage::TaskCompleted);
+    bool runningWhenTold = true;
+    connect(message.get(), &PlayMessage::TaskCompleted, this, [&] { runningWhenTold = message->IsRunning(); });
+    EndFile(file);
+    EXPECT_LOG(9, {{4, "[tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: " + file.toUtf8()}});
+    QCOMPARE(message->IsRunning(), false);
+    QCOMPARE(completed.size(), 1);
+    QVERIFY(!runningWhenTold);
+}
+
+void PlayMessageEndTest::OtherSignalsDoNotCompleteIt()
+{
+    const auto message = Gong();
+    message->Run();
+    LogRecorder::Clear();
+    Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted(u"gong.mp3"_s);
+    Q_EMIT Scheduler::m_soundManProxy->StreamEnabled(false);
+    EXPECT_LOG(9, {});
+    QCOMPARE(message->IsRunning(), true);
+}
+
+void PlayMessageEndTest::OnlyOneEndCounts()
+{
+    const auto message = Gong();
+    message->Run();
+    const QSignalSpy completed(message.get(), &PlayMessage::TaskCompleted);
+    EndFile(u"gong.mp3"_s);
+    LogRecorder::Clear();
+    EndFile(u"gong.mp3"_s);
+    EXPECT_LOG(9, {});
+    QCOMPARE(completed.size(), 1);
+}
+
+void PlayMessageEndTest::AFailedRequestDoesNotListen()
+{
+    Bus().Answer("PlayFile", 3);
+    const auto message = Gong();
+    message->Run();
+    LogRecorder::Clear();
+    const QSignalSpy completed(message.get(), &PlayMessage::TaskCompleted);
+    EndFile(u"gong.mp3"_s);
+    EXPECT_LOG(9, {});
+    QCOMPARE(completed.size(), 0);
+}
+
+void PlayMessageEndTest::ACompletedMessageRunsAgain()
+{
+    const auto message = Gong();
+    const QSignalSpy completed(message.get(), &PlayMessage::TaskCompleted);
+    for (int day = 1; day <= 3; ++day)
+    {
+        QCOMPARE(message->Run(), true);
+        EndFile(u"gong.mp3"_s);
+        QCOMPARE(completed.size(), day);
+    }
+    QCOMPARE(Bus().Requests().size(), 6);
+}
+
+void PlayMessageEndTest::AMessageThatDoesNotRunIsJustDeleted()
+{
+    auto message = Gong();
+    message->Run();
+    EndFile(u"gong.mp3"_s);
+    Bus().Clear();
+    LogRecorder::Clear();
+    message.reset();
+    EXPECT_LOG(9, {});
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+void PlayMessageEndTest::ARunningMessageIsStopped_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("busError");
+    QTest::addColumn<bool>("warned");
+    QTest::newRow("accepted") << 0 << false << false;
+    QTest::newRow("refused") << 4 << false << true;
+    QTest::newRow("refused with a negative status") << -4 << false << true;
+    QTest::newRow("failed on the bus") << 0 << true << true;
+}
+
+void PlayMessageEndTest::ARunningMessageIsStopped()
+{
+    QFETCH(int, status);
+    QFETCH(bool, busError);
+    QFETCH(bool, warned);
+    auto message = Gong();
+    message->Run();
+    Bus().Clear();
+    LogRecorder::Clear();
+    Bus().Answer("StopPlay", status);
+    if (busError)
+        Bus().AnswerBusError("StopPlay", u"gone"_s);
+    message.reset();
+    LogLines lines{{4, "[tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"}};
+    if (warned)
+        lines.append({2, "[tasks/PlayMessage.cpp] Impossible to stop scheduled file"});
+    EXPECT_LOG(9, (lines));
+    EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:file, s:)"_s});
+}
+
+void PlayMessageEndTest::AMessageDeletedByItsOwnEndIsFine()
+{
+    auto message = Gong();
+    message->Run();
+    connect(message.get(), &PlayMessage::TaskCompleted, this, [&message] { message.reset(); });
+    Bus().Clear();
+    EndFile(u"gong.mp3"_s);
+    QVERIFY(message == nullptr);
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+QTEST_GUILESS_MAIN(PlayMessageEndTest)
+#include "tst_PlayMessageEnd.moc"
