@@ -6,6 +6,16 @@
 namespace Console
 {
 
+enum Colour : int
+{
+    RED = 31,
+    GREEN = 32,
+    CYAN = 36,
+};
+
+// The text in that colour, where standard output is a terminal and the environment does not ask for NO_COLOR.
+[[nodiscard]] QString Paint(const QString& text, Colour colour);
+
 // Writes a line to standard output, at once.
 void Line(const QString& text);
 

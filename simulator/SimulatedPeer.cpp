@@ -58,7 +58,10 @@ bool SimulatedPeer::SendSignal(const QString& signal, const QVariantList& values
     QDBusMessage message =
         QDBusMessage::createSignal(QString::fromLatin1(m_address.path), m_description.Name(), signal);
     message.setArguments(values);
-    return m_bus.send(message);
+    if (!m_bus.send(message))
+        return false;
+    Q_EMIT SignalSent(m_description.Name(), signal, values);
+    return true;
 }
 
 QString SimulatedPeer::introspect(const QString& path) const

@@ -40,6 +40,8 @@ Q_SIGNALS:
     // A call has been answered with status 0.
     void Accepted(const Call& call);
 
+    void SignalSent(const QString& interface, const QString& signal, const QVariantList& values);
+
 private:
     void HandleCall(const QDBusMessage& message, const InterfaceDescription::Method& method);
     void Send(const QDBusMessage& request, const Call& call, const Answer& answer);

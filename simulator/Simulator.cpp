@@ -13,6 +13,7 @@ Simulator::Simulator(const QDBusConnection& bus)
         connect(peer, &SimulatedPeer::Received, this, [this](const Call& call) { m_log.Add(call); });
         connect(peer, &SimulatedPeer::Received, this, &Simulator::Received);
         connect(peer, &SimulatedPeer::Accepted, this, &Simulator::Accepted);
+        connect(peer, &SimulatedPeer::SignalSent, this, &Simulator::SignalSent);
     }
 }
 

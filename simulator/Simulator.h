@@ -33,6 +33,7 @@ Q_SIGNALS:
     // See SimulatedPeer.
     void Received(const Call& call);
     void Accepted(const Call& call);
+    void SignalSent(const QString& interface, const QString& signal, const QVariantList& values);
 
 private:
     AnswerScript m_script;

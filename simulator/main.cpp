@@ -4,6 +4,7 @@
 #include "Options.h"
 #include "SignalPipe.h"
 #include "Simulator.h"
+#include "Transcript.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -11,6 +12,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <optional>
 #include <stdexcept>
 
 namespace
@@ -55,14 +57,22 @@ void OnBusLost()
 int Run(const Options& options)
 {
     InstallHandlers();
+    std::optional<Expectations> expectations;
+    if (!options.expectFile.isEmpty())
+        expectations.emplace(options.expectFile);
+    Transcript transcript(std::move(expectations), options.quiet);
+
     QDBusConnection bus = ConnectToBus();
     const BusWatcher watcher(bus, OnBusLost);
     Simulator simulator(bus);
+    transcript.Follow(simulator);
     ControlObject control(simulator);
     simulator.Register(options.absentInterfaces);
     // Last, so that who waits for this name finds every peer there.
     control.Register(bus);
-    return QCoreApplication::exec();
+    const int status = QCoreApplication::exec();
+    transcript.ShowReport();
+    return status == EXIT_SUCCESS && !transcript.IsGood() ? EXIT_FAILURE : status;
 }
 
 } // namespace
