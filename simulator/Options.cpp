@@ -32,6 +32,9 @@ Options Options::Parse(const QCoreApplication& app)
         QStringLiteral("absent"), QStringLiteral("Do not take the name of the peer with that interface (repeatable)."),
         QStringLiteral("INTERFACE"));
     const QCommandLineOption quiet(QStringLiteral("quiet"), QStringLiteral("Write nothing to standard output."));
+    const QCommandLineOption play(
+        QStringLiteral("play"),
+        QStringLiteral("Play the device's part: what is asked for happens, and ends after a while, with its signals."));
     const QCommandLineOption expect(
         QStringLiteral("expect"),
         QStringLiteral("Compare the requests with those in FILE, one a line: hh:mm:ss, method and arguments, with tabs "
@@ -43,13 +46,14 @@ Options Options::Parse(const QCoreApplication& app)
         QStringLiteral("Takes the place of the device's managers on the bus named by DBUS_SESSION_BUS_ADDRESS."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({absent, quiet, expect});
+    parser.addOptions({absent, quiet, play, expect});
     parser.process(app);
 
     if (!parser.positionalArguments().isEmpty())
         Refuse(QStringLiteral("no argument expected: ") + parser.positionalArguments().constFirst());
     Options options;
     options.quiet = parser.isSet(quiet);
+    options.play = parser.isSet(play);
     options.expectFile = parser.value(expect);
     options.absentInterfaces = parser.values(absent);
     for (const QString& interface : std::as_const(options.absentInterfaces))

@@ -1,6 +1,7 @@
 #include "BusWatcher.h"
 #include "Console.h"
 #include "ControlObject.h"
+#include "DeviceBehaviour.h"
 #include "Options.h"
 #include "SignalPipe.h"
 #include "Simulator.h"
@@ -66,6 +67,9 @@ int Run(const Options& options)
     const BusWatcher watcher(bus, OnBusLost);
     Simulator simulator(bus);
     transcript.Follow(simulator);
+    std::optional<DeviceBehaviour> behaviour;
+    if (options.play)
+        behaviour.emplace(simulator);
     ControlObject control(simulator);
     simulator.Register(options.absentInterfaces);
     // Last, so that who waits for this name finds every peer there.
