@@ -68,13 +68,13 @@ void Transcript::Follow(const Simulator& simulator)
 
 void Transcript::ShowCall(const Call& call)
 {
-    const QString lateness = m_expectations ? LatenessColumn(m_expectations->Note(call)) : QString();
+    const QString lateness = m_expectations ? LatenessColumn(m_expectations->Note(call)) : QStringLiteral("  ");
     ShowEvent(call.time.time(), lateness, call.interface, CallText::Of(call.method, call.arguments));
 }
 
 void Transcript::ShowSignal(const QString& interface, const QString& signal, const QVariantList& values) const
 {
-    const QString lateness = m_expectations ? QString(LATENESS_WIDTH + 2, QLatin1Char(' ')) : QString();
+    const QString lateness = m_expectations ? QString(LATENESS_WIDTH + 2, QLatin1Char(' ')) : QStringLiteral("  ");
     ShowEvent(QTime::currentTime(), lateness, interface,
               Console::Paint(QStringLiteral("-> ") + CallText::Of(signal, values), Console::CYAN));
 }
@@ -83,8 +83,8 @@ void Transcript::ShowEvent(const QTime& time, const QString& lateness, const QSt
                            const QString& text) const
 {
     if (!m_quiet)
-        Console::Line(PREFIX + time.toString(TIME_FORMAT) + lateness + QStringLiteral("  ") +
-                      ShortName(interface).leftJustified(PEER_WIDTH) + text);
+        Console::Line(PREFIX + time.toString(TIME_FORMAT) + lateness + ShortName(interface).leftJustified(PEER_WIDTH) +
+                      text);
 }
 
 void Transcript::ShowReport() const
