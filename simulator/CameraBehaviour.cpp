@@ -17,7 +17,8 @@ const QString IMAGE_PATH = QStringLiteral("/opt/ozna/data/photo-%1.jpg");
 
 } // namespace
 
-CameraBehaviour::CameraBehaviour(Send send) : m_send(std::move(send))
+CameraBehaviour::CameraBehaviour(Send send)
+    : m_send(std::move(send))
 {
     m_series.setTimerType(Qt::PreciseTimer);
     connect(&m_series, &QTimer::timeout, this, [this] {

@@ -43,7 +43,8 @@ bool IsError(const QVariantList& values)
 
 } // namespace
 
-ControlObject::ControlObject(Simulator& simulator) : m_simulator(simulator)
+ControlObject::ControlObject(Simulator& simulator)
+    : m_simulator(simulator)
 {
     qDBusRegisterMetaType<QList<QVariantMap>>();
     new SimulatorAdaptor(this);

@@ -48,7 +48,8 @@ QString InterfaceElement(const QString& document)
 
 } // namespace
 
-InterfaceDescription::InterfaceDescription(const QString& interface) : m_name(interface)
+InterfaceDescription::InterfaceDescription(const QString& interface)
+    : m_name(interface)
 {
     QFile file(RESOURCE.arg(interface));
     if (!file.open(QIODevice::ReadOnly))

@@ -44,7 +44,10 @@ int MillisecondsUntil(const QString& startTime)
 
 } // namespace
 
-PlayerBehaviour::PlayerBehaviour(Send send) : m_send(std::move(send)) {}
+PlayerBehaviour::PlayerBehaviour(Send send)
+    : m_send(std::move(send))
+{
+}
 
 PlayerBehaviour::~PlayerBehaviour() = default;
 

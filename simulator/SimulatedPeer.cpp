@@ -29,7 +29,10 @@ QDBusMessage ErrorFrom(const QDBusMessage& request, const QVariantList& values)
 } // namespace
 
 SimulatedPeer::SimulatedPeer(const PeerAddress& address, const QDBusConnection& bus, AnswerScript& script)
-    : m_address(address), m_description(QString::fromLatin1(address.interface)), m_bus(bus), m_script(script)
+    : m_address(address)
+    , m_description(QString::fromLatin1(address.interface))
+    , m_bus(bus)
+    , m_script(script)
 {
 }
 

@@ -53,7 +53,8 @@ QString LatenessColumn(const Expectations::Request& request)
 } // namespace
 
 Transcript::Transcript(std::optional<Expectations> expectations, bool quiet)
-    : m_expectations(std::move(expectations)), m_quiet(quiet)
+    : m_expectations(std::move(expectations))
+    , m_quiet(quiet)
 {
 }
 
