@@ -1,0 +1,85 @@
+#include "SimulatorTest.h"
+
+#include <algorithm>
+
+namespace
+{
+const QString PREFIX = QStringLiteral("com.kestrelix.ozna.");
+}
+
+const QString SimulatorTest::CONTROL_SERVICE = PREFIX + QStringLiteral("simulator");
+const QString SimulatorTest::SOUND_INTERFACE = PREFIX + QStringLiteral("soundinterface");
+const QString SimulatorTest::PLAY_AUX = QStringLiteral("PlayAux");
+const QString SimulatorTest::PLAY_FILE = QStringLiteral("PlayFile");
+
+QString SimulatorTest::Service(const QString& peer)
+{
+    return PREFIX + peer + QStringLiteral("manager");
+}
+
+QString SimulatorTest::Interface(const QString& peer)
+{
+    return PREFIX + peer + QStringLiteral("interface");
+}
+
+QString SimulatorTest::ObjectPath(const QString& peer)
+{
+    const auto* const row =
+        std::ranges::find_if(PEERS, [&peer](const Peer& known) { return peer == QLatin1String(known.name); });
+    return QStringLiteral("/com/kestrelix/ozna/%1manager/%2").arg(peer, QLatin1String(row->object));
+}
+
+void SimulatorTest::init()
+{
+    m_bus = std::make_unique<PrivateBus>();
+}
+
+void SimulatorTest::cleanup()
+{
+    if (m_process)
+    {
+        m_process->kill();
+        m_process->waitForFinished();
+    }
+    m_process.reset();
+    m_bus.reset();
+}
+
+std::unique_ptr<QProcess> SimulatorTest::Launch(const QStringList& arguments) const
+{
+    auto process = std::make_unique<QProcess>();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus->Address());
+    process->setProcessEnvironment(environment);
+    process->start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"), arguments);
+    return process;
+}
+
+void SimulatorTest::Start(const QStringList& arguments)
+{
+    m_process = Launch(arguments);
+    QVERIFY(m_bus->WaitForService(CONTROL_SERVICE));
+}
+
+int SimulatorTest::ExitCode(QProcess& process)
+{
+    const bool ended = process.state() == QProcess::NotRunning || process.waitForFinished(WAIT_MS);
+    return ended && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+}
+
+QDBusMessage SimulatorTest::Call(const char* peer, const QString& member, const QVariantList& arguments, int timeout_ms)
+{
+    const QString name = QString::fromLatin1(peer);
+    QDBusMessage call = QDBusMessage::createMethodCall(Service(name), ObjectPath(name), Interface(name), member);
+    call.setArguments(arguments);
+    return m_bus->Connection().call(call, QDBus::Block, timeout_ms);
+}
+
+QDBusMessage SimulatorTest::Control(const char* method, const QVariantList& arguments)
+{
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(CONTROL_SERVICE, QStringLiteral("/com/kestrelix/ozna/simulator/controlobj"),
+                                       PREFIX + QStringLiteral("simulatorinterface"), QString::fromLatin1(method));
+    call.setArguments(arguments);
+    return m_bus->Connection().call(call);
+}

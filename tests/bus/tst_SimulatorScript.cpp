@@ -1,0 +1,174 @@
+#include "SimulatorTest.h"
+
+#include <QDBusMetaType>
+#include <QElapsedTimer>
+#include <QPoint>
+
+// The control interface of the simulated device: a test of the daemon can only be as right as its peers are.
+class SimulatorScript : public SimulatorTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ScriptedValuesKeepTheirTypes();
+    void ScriptedAnswersComeInTheirOrder();
+    void ASilentMethodNeverAnswers();
+    void AnAnswerCanBeHeldBack();
+    void AScriptedExitEndsItInTheMiddleOfTheCall();
+    void RecordsEachCallAsItIsTyped();
+    void ASlipInAScriptIsAnError_data();
+    void ASlipInAScriptIsAnError();
+
+private:
+    // Of the sound manager's PlayAux.
+    void SetAnswer(const char* kind, const QVariantList& values, int delay_ms, int times);
+    QList<QVariantMap> Calls();
+};
+
+void SimulatorScript::SetAnswer(const char* kind, const QVariantList& values, int delay_ms, int times)
+{
+    const QDBusMessage reply =
+        Control("SetAnswer", {SOUND_INTERFACE, PLAY_AUX, QString::fromLatin1(kind), QVariant(values), delay_ms, times});
+    QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+}
+
+QList<QVariantMap> SimulatorScript::Calls()
+{
+    return qdbus_cast<QList<QVariantMap>>(Control("Calls").arguments().value(0));
+}
+
+void SimulatorScript::ScriptedValuesKeepTheirTypes()
+{
+    Start();
+    const QVariantList values{QVariant::fromValue(uchar(7)),
+                              QVariant::fromValue(short(-2)),
+                              qlonglong(-5),
+                              2.5,
+                              QStringLiteral("text"),
+                              QStringList{QStringLiteral("a"), QStringLiteral("b")},
+                              QVariantMap{{QStringLiteral("key"), 1U}},
+                              QPoint(3, 4),
+                              QVariantList{},
+                              QVariant::fromValue(QDBusVariant(QStringLiteral("nested")))};
+    SetAnswer("reply", values, 0, 0);
+    // Twice: what was sent once has not been used up.
+    for (int i = 0; i < 2; ++i)
+    {
+        const QDBusMessage reply = Call("sound", PLAY_AUX);
+        QCOMPARE(reply.signature(), QStringLiteral("ynxdsasa{sv}(ii)avv"));
+        QCOMPARE(reply.arguments().value(5).toStringList(), values.value(5).toStringList());
+        QCOMPARE(qdbus_cast<QVariantMap>(reply.arguments().value(6)), values.value(6).toMap());
+        QCOMPARE(qdbus_cast<QPoint>(reply.arguments().value(7)), QPoint(3, 4));
+    }
+}
+
+void SimulatorScript::ScriptedAnswersComeInTheirOrder()
+{
+    Start();
+    SetAnswer("reply", {1}, 0, 2);
+    SetAnswer("error", {QStringLiteral("com.example.Error"), QStringLiteral("broken")}, 0, 1);
+    SetAnswer("reply", {2}, 0, 0);
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{1});
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{1});
+    const QDBusMessage error = Call("sound", PLAY_AUX);
+    QCOMPARE(error.errorName(), QStringLiteral("com.example.Error"));
+    QCOMPARE(error.errorMessage(), QStringLiteral("broken"));
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{2});
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{2});
+    SetAnswer("reply", {3}, 0, 1);
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{3});
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
+    SetAnswer("reply", {4}, 0, 0);
+    QCOMPARE(Control("ClearAnswers").type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
+}
+
+void SimulatorScript::ASilentMethodNeverAnswers()
+{
+    constexpr int SHORT_MS = 300;
+    Start();
+    SetAnswer("silence", {}, 0, 1);
+    QCOMPARE(Call("sound", PLAY_AUX, {}, SHORT_MS).errorName(), QStringLiteral("org.freedesktop.DBus.Error.NoReply"));
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
+}
+
+void SimulatorScript::AnAnswerCanBeHeldBack()
+{
+    constexpr int DELAY_MS = 400;
+    Start();
+    SetAnswer("reply", {9}, DELAY_MS, 1);
+    QElapsedTimer timer;
+    timer.start();
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{9});
+    QVERIFY2(timer.elapsed() >= DELAY_MS, qPrintable(QString::number(timer.elapsed())));
+}
+
+void SimulatorScript::AScriptedExitEndsItInTheMiddleOfTheCall()
+{
+    Start();
+    SetAnswer("exit", {}, 0, 1);
+    QCOMPARE(Call("sound", PLAY_AUX).errorName(), QStringLiteral("org.freedesktop.DBus.Error.NoReply"));
+    QVERIFY(ExitCode(Process()) > 0);
+}
+
+void SimulatorScript::RecordsEachCallAsItIsTyped()
+{
+    Start();
+    const qint64 before_ms = QDateTime::currentMSecsSinceEpoch();
+    static_cast<void>(Call("sound", QStringLiteral("SetAmplifiers"), {QVariant::fromValue(uchar(44))}));
+    static_cast<void>(Call("light", QStringLiteral("Switch"), {true}));
+    const qint64 after_ms = QDateTime::currentMSecsSinceEpoch();
+
+    const QList<QVariantMap> calls = Calls();
+    QCOMPARE(calls.size(), 2);
+    QCOMPARE(calls[0].value(QStringLiteral("interface")).toString(), SOUND_INTERFACE);
+    QCOMPARE(calls[0].value(QStringLiteral("method")).toString(), QStringLiteral("SetAmplifiers"));
+    QCOMPARE(calls[0].value(QStringLiteral("signature")).toString(), QStringLiteral("y"));
+    QCOMPARE(qdbus_cast<QVariantList>(calls[0].value(QStringLiteral("arguments"))),
+             QVariantList{QVariant::fromValue(uchar(44))});
+    QCOMPARE(calls[1].value(QStringLiteral("method")).toString(), QStringLiteral("Switch"));
+    for (const QVariantMap& call : calls)
+    {
+        const qint64 time_ms = call.value(QStringLiteral("time_ms")).toLongLong();
+        QVERIFY(time_ms >= before_ms && time_ms <= after_ms);
+    }
+    QCOMPARE(Control("ForgetCalls").type(), QDBusMessage::ReplyMessage);
+    QVERIFY(Calls().isEmpty());
+}
+
+void SimulatorScript::ASlipInAScriptIsAnError_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QVariantList>("arguments");
+    const auto answer = [](const char* name, const QString& interface, const QString& method, const char* kind,
+                           const QVariantList& values, int delay_ms, int times) {
+        QTest::newRow(name) << QByteArray("SetAnswer")
+                            << QVariantList{interface,        method,   QString::fromLatin1(kind),
+                                            QVariant(values), delay_ms, times};
+    };
+    answer("a method of an unknown interface", QStringLiteral("com.example"), PLAY_AUX, "reply", {}, 0, 0);
+    answer("an unknown method", SOUND_INTERFACE, QStringLiteral("PlayDrum"), "reply", {}, 0, 0);
+    answer("an unknown kind", SOUND_INTERFACE, PLAY_AUX, "applause", {}, 0, 0);
+    answer("a negative delay", SOUND_INTERFACE, PLAY_AUX, "reply", {}, -1, 0);
+    answer("a negative count", SOUND_INTERFACE, PLAY_AUX, "reply", {}, 0, -1);
+    answer("an error without a message", SOUND_INTERFACE, PLAY_AUX, "error", {QStringLiteral("com.example.E")}, 0, 0);
+    answer("an error with a name that no bus takes", SOUND_INTERFACE, PLAY_AUX, "error",
+           {QStringLiteral("Error"), QString()}, 0, 0);
+    QTest::newRow("an unknown peer") << QByteArray("SetPresent") << QVariantList{QStringLiteral("com.example"), true};
+    QTest::newRow("an unknown signal") << QByteArray("EmitSignal")
+                                       << QVariantList{SOUND_INTERFACE, QStringLiteral("Applause"),
+                                                       QVariant(QVariantList()), 1};
+}
+
+void SimulatorScript::ASlipInAScriptIsAnError()
+{
+    QFETCH(QByteArray, method);
+    QFETCH(QVariantList, arguments);
+    Start();
+    QCOMPARE(Control(method.constData(), arguments).errorName(),
+             QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
+}
+
+QTEST_GUILESS_MAIN(SimulatorScript)
+#include "tst_SimulatorScript.moc"
