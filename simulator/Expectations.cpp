@@ -16,7 +16,7 @@ constexpr int HALF_DAY_MS = 12 * 60 * 60 * 1000;
 const QString TIME_FORMAT = QStringLiteral("hh:mm:ss");
 
 // Positive when received is later; the clock may pass midnight in between.
-int Lateness_ms(QTime due, QTime received)
+int MillisecondsLate(QTime due, QTime received)
 {
     const int difference = due.msecsTo(received);
     if (difference > HALF_DAY_MS)
@@ -28,7 +28,7 @@ int Lateness_ms(QTime due, QTime received)
 
 bool Expectations::Request::IsOnTime() const
 {
-    return due && received && late_ms >= 0 && late_ms <= TOLERANCE_MS;
+    return due && received && late_ms >= 0 && late_ms <= tolerance_ms;
 }
 
 Expectations::Expectations(const QString& fileName)
@@ -46,9 +46,12 @@ void Expectations::AddLine(const QString& line, int number)
 {
     const QStringList fields = line.split(QLatin1Char('\t'));
     const QTime due = QTime::fromString(fields.constFirst(), TIME_FORMAT);
-    if (fields.size() != FIELD_COUNT || !due.isValid())
-        throw std::runtime_error("expectation " + std::to_string(number) + ": time, method and arguments expected");
-    m_requests.push_back({due, std::nullopt, CallText::Compose(fields[1], fields[2])});
+    bool isNumber = true;
+    const int tolerance_ms = fields.size() > FIELD_COUNT ? fields[FIELD_COUNT].toInt(&isNumber) : TOLERANCE_MS;
+    if (fields.size() < FIELD_COUNT || fields.size() > FIELD_COUNT + 1 || !due.isValid() || !isNumber)
+        throw std::runtime_error("expectation " + std::to_string(number)
+                                 + ": time, method, arguments and perhaps a tolerance expected");
+    m_requests.push_back({due, std::nullopt, CallText::Compose(fields[1], fields[2]), tolerance_ms});
 }
 
 const Expectations::Request& Expectations::Note(const Call& call)
@@ -59,7 +62,7 @@ const Expectations::Request& Expectations::Note(const Call& call)
     if (awaited == m_requests.end())
         return m_requests.emplace_back(Request{std::nullopt, call.time.time(), text});
     awaited->received = call.time.time();
-    awaited->late_ms = Lateness_ms(*awaited->due, *awaited->received);
+    awaited->late_ms = MillisecondsLate(*awaited->due, *awaited->received);
     return *awaited;
 }
 

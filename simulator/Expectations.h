@@ -11,21 +11,22 @@
 class Expectations final
 {
 public:
+    static constexpr int TOLERANCE_MS = 250;
+
     struct Request
     {
         std::optional<QTime> due;      // none: not expected
         std::optional<QTime> received; // none: not yet
         QString text;                  // method and arguments
+        int tolerance_ms = TOLERANCE_MS;
         int late_ms = 0;
 
-        // Whether it came when it was due, or at most TOLERANCE_MS later.
+        // Whether it came when it was due, or at most tolerance_ms later.
         [[nodiscard]] bool IsOnTime() const;
     };
 
-    static constexpr int TOLERANCE_MS = 250;
-
-    // Reads a text file with one request a line: "hh:mm:ss", method, arguments as CallText gives them, with tabs
-    // in between; local time, of the day that is near. Throws std::runtime_error, with the cause.
+    // Reads a text file with one request a line: "hh:mm:ss", method, arguments as CallText gives them, and optionally
+    // a tolerance in milliseconds, with tabs in between; local time, of the day that is near. Throws std::runtime_error, with the cause.
     explicit Expectations(const QString& fileName);
 
     // Notes that a call has arrived: the first expected request that is the same and still outstanding, or one more

@@ -87,11 +87,9 @@ void PlayerBehaviour::Stop(const Call& call)
 void PlayerBehaviour::End(int id)
 {
     // What was stopped has ended before its time.
-    const auto found = m_playing.constFind(id);
-    if (found == m_playing.cend())
+    if (!m_playing.contains(id))
         return;
-    const Playback playback = *found;
-    m_playing.erase(found);
+    const Playback playback = m_playing.take(id);
     m_send(QString::fromLatin1(playback.source->signal),
            {playback.source->isAnnounced ? QVariant(false) : QVariant(playback.name)});
 }

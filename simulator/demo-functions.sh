@@ -1,5 +1,5 @@
 # Functions of the demo: what it says, and the processes that it runs. Sourced, in the project's folder, by ./demo,
-# which sets SCHEDULE, PLAYLIST, TRACKS, SETTINGS, COMMENT and BAD_LINE.
+# which sets SCHEDULE, PLAYLIST, TRACKS, SETTINGS and COMMENT.
 # shellcheck shell=bash
 
 # These tasks are asked for ahead of their start, by this many seconds: the device keeps the second itself.
@@ -99,13 +99,12 @@ wait_for_midnight() {
 
 # Writes the schedule, and the list of requests that it should cause, each with its second.
 write_schedule() {
-    local row offset task parameters requests ahead request later
+    local row offset task parameters requests ahead request due tolerance
     mkdir -p "$TEMP/data/schedule" "$TEMP/data/playlists"
     echo "$TRACKS" >"$TEMP/data/playlists/$PLAYLIST"
     echo "$SETTINGS" >"$TEMP/ozna.ini"
     {
         echo "$COMMENT"
-        echo "$BAD_LINE"
         for row in "${SCHEDULE[@]}"; do
             IFS='|' read -r offset task parameters requests <<<"$row"
             echo "1111111|$(time_at "$offset")|*|*|*|||$task|$parameters"
@@ -120,13 +119,15 @@ write_schedule() {
             IFS= read -r request <<<"${requests%%;*}"
             [[ $requests == *';'* ]] && requests=${requests#*;} || requests=''
             request=${request#"${request%%[! ]*}"}
-            later=0
+            due=$((offset - ahead)) tolerance=''
             if [[ $request =~ ^\+([0-9]+)\ (.*)$ ]]; then
-                later=${BASH_REMATCH[1]} request=${BASH_REMATCH[2]}
+                due=$((offset + BASH_REMATCH[1])) request=${BASH_REMATCH[2]}
+            elif [[ $request =~ ^=([0-9]+)~([0-9]+)\ (.*)$ ]]; then
+                due=${BASH_REMATCH[1]} tolerance=${BASH_REMATCH[2]} request=${BASH_REMATCH[3]}
             fi
             request=${request//@/$(time_at "$offset")}
             [[ $request == *' '* ]] || request+=' '
-            printf '%s\t%s\t%s\n' "$(time_at $((offset - ahead + later)))" "${request%% *}" "${request#* }"
+            printf '%s\t%s\t%s%s\n' "$(time_at "$due")" "${request%% *}" "${request#* }" "${tolerance:+$'\t'$tolerance}"
         done
     done | sort --stable --key=1,1 >"$TEMP/expected"
 }

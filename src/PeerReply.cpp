@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 
+#include <cmath>
 #include <limits>
 
 namespace
@@ -18,19 +19,23 @@ int IntOf(const QDBusArgument& argument)
     return argument.asVariant().toInt();
 }
 
-bool FitsInt(double number)
+// What no int holds cannot be converted either, and converting it is undefined for some types.
+template <typename Number> int IntOf(Number number)
 {
-    return number > std::numeric_limits<int>::min() && number < std::numeric_limits<int>::max();
+    constexpr Number LOWEST = std::numeric_limits<int>::min();
+    constexpr Number HIGHEST = std::numeric_limits<int>::max();
+    return number >= LOWEST && number <= HIGHEST ? static_cast<int>(number) : NOT_CONVERTIBLE;
 }
 
 int StatusOf(const QVariant& value)
 {
     if (value.metaType() == QMetaType::fromType<QDBusArgument>())
         return IntOf(value.value<QDBusArgument>());
-    // Converting a number that no int holds is undefined.
-    if (value.metaType() == QMetaType::fromType<double>() && !FitsInt(value.toDouble()))
-        return NOT_CONVERTIBLE;
-    return value.toInt();
+    if (value.metaType() == QMetaType::fromType<double>())
+        return IntOf(std::round(value.toDouble()));
+    if (value.metaType() == QMetaType::fromType<qulonglong>())
+        return value.toULongLong() <= std::numeric_limits<int>::max() ? value.toInt() : NOT_CONVERTIBLE;
+    return IntOf(value.toLongLong());
 }
 
 } // namespace

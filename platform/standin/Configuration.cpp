@@ -34,6 +34,8 @@ Configuration::Configuration(const char* objectPath)
     if (!info.isFile() || !info.isReadable())
         return;
     auto settings = std::make_unique<QSettings>(path, QSettings::IniFormat);
+    // Sections are parsed when they are asked for: only then does a malformed one show.
+    settings->allKeys();
     if (settings->status() == QSettings::NoError)
         m_settings = std::move(settings);
 }
@@ -54,7 +56,7 @@ QString Configuration::ReadConfigValue(const QString& group, const QString& key,
     if (ok != nullptr)
         *ok = found;
     if (found)
-        // A value with commas reads back as a list: it was one text in the file.
-        return m_settings->value(name).toStringList().join(QLatin1String(", "));
+        // A value with commas reads back as a list, without the blanks around them: it was one text in the file.
+        return m_settings->value(name).toStringList().join(QLatin1Char(','));
     return defaultValue;
 }

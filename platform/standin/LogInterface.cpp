@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-#include <cstdio>
+#include <csignal>
 #include <string>
 #include <string_view>
 #include <unistd.h>
@@ -74,6 +74,8 @@ LogInterface::LogInterface(const QString& objectPath)
 {
     // Standard error needs no address; the path is the device library's.
     Q_UNUSED(objectPath)
+    // A reader of the log that goes away must not end the process that writes it.
+    std::signal(SIGPIPE, SIG_IGN);
 }
 
 LogInterface::~LogInterface() = default;
@@ -95,6 +97,6 @@ void LogInterface::EmitLogString(unsigned int level, const char* text, const cha
     record += '\n';
 
     // One write a record, so that records of several processes never mix. A log that takes nothing
-    // (a full disk, a closed pipe) has nowhere to report it to.
+    // (a full disk, a pipe without a reader) has nowhere to report it to.
     [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, record.data(), record.size());
 }

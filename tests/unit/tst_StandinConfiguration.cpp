@@ -87,7 +87,7 @@ void StandinConfigurationTest::AValueIsReadFromItsGroup_data()
     address("another section before it", "[NET]\nMtu=1500\n[GENERAL]\nServerIp=h\n", u"h"_s);
     address("a number is text", "[GENERAL]\nServerIp=007\n", u"007"_s);
     address("an empty value is a value", "[GENERAL]\nServerIp=\n", u""_s);
-    address("a value with a comma and a blank is one text", "[GENERAL]\nServerIp=a, b\n", u"a, b"_s);
+    address("the blank behind a comma is kept in quotes only", "[GENERAL]\nServerIp=a, b\n", u"a,b"_s);
     address("a value with a comma is one text", "[GENERAL]\nServerIp=a,b\n", u"a,b"_s);
     address("a quoted value with a comma is one text", "[GENERAL]\nServerIp=\"a,b\"\n", u"a,b"_s);
     missing("an empty file", "");
