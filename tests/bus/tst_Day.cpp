@@ -1,0 +1,142 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+using namespace Lines;
+
+// A day of a realistic schedule with every kind of task through the real process, under a clock that is stepped from
+// one event to the next. What the device has to receive is written down by hand.
+class Day : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void SendsWhatIsDueAndNothingElse();
+
+private:
+    void Step(const QDateTime& due, const QStringList& expected);
+};
+
+namespace
+{
+
+const QByteArray SCHEDULE = "# The shop in the high street; opening hours 8 to 18.\n"
+                            "\n"
+                            "1111111|06:00:00|*|*|*|||Gps|1\n"
+                            "1111111|06:30:00|*|*|*|||Lan|1\n"
+                            "1111100|07:00:00|*|*|*|||SetCpuFreq|456\n"
+                            "1111100|07:00:00|*|*|*|||Light|80\n"
+                            "1111100|07:00:00|*|*|*|||Amplifiers|3\n"
+                            "1111100|07:00:00|*|*|*|||Volume|60\n"
+                            "1111100|07:30:00|*|*|*|||PlayRadioFm|98.5\n"
+                            "1111111|08:30:00|*|*|*|20240101|20241231|PlayMessage|gong.mp3,70\n"
+                            "0010000|08:45:00|*|*|*|||PlayMessage|wednesday.mp3\n"
+                            "1111111|08:50:00|*|*|*||20231231|PlayMessage|last-year.mp3\n"
+                            "1111100|09:00:00|*|*|*|||StopRadioFm\n"
+                            "1111100|10:00:00|*|*|*|||PlayPlaylist|morning,50,p1\n"
+                            "1111100|10:00:40|*|*|*|||StopPlaylist|p1\n"
+                            "1111100|11:00:00|*|*|*|||19|1,1\n"
+                            "1111100|12:00:00|*|*|*|||enableAux|1\n"
+                            "1111100|12:30:00|*|*|*|||enableAux|0\n"
+                            "1111100|13:00:00|*|*|*|||PlayStream|8554/live,30\n"
+                            "1111100|13:30:00|*|*|*|||StopStream\n"
+                            "1111100|14:00:00|*|*|*|||Camera|1\n"
+                            "1111100|14:01:00|*|*|*|||RecordPhoto|5,2\n"
+                            "1111100|15:00:00|*|*|*|||StopMessage\n"
+                            "0000000|16:00:00|15|1|*|||PlayMessage|anniversary.mp3\n"
+                            "0000000|16:30:00|16|1|*|||PlayMessage|a-day-late.mp3\n"
+                            "1111100|18:00:00|*|*|*|||Light|0\n"
+                            "1111100|18:00:00|*|*|*|||Lan|0\n"
+                            "1111100|18:30:00|*|*|*|||RecordMic|10\n";
+
+QDateTime Monday(int hour, int minute, int second = 0)
+{
+    return {QDate(2024, 1, 15), QTime(hour, minute, second), Qt::UTC};
+}
+
+QDateTime Tuesday(int hour, int minute)
+{
+    return Monday(hour, minute).addDays(1);
+}
+
+} // namespace
+
+// Sets the clock to shortly before due, waits until what is expected has come and that second is over.
+void Day::Step(const QDateTime& due, const QStringList& expected)
+{
+    constexpr int BEFORE_S = 5;
+    Device().Forget();
+    Time().Set(due.addSecs(-BEFORE_S));
+    QVERIFY(WaitUntil([&] { return Time().Now() >= due.addMSecs(1250); }));
+    // The answer shows that what began in that second is done.
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Device().Calls(), expected);
+}
+
+#define STEP(...)                                                                                                      \
+    do                                                                                                                 \
+    {                                                                                                                  \
+        Step(__VA_ARGS__);                                                                                             \
+        if (QTest::currentTestFailed())                                                                                \
+            return;                                                                                                    \
+    } while (false)
+
+void Day::SendsWhatIsDueAndNothingElse()
+{
+    WriteSchedule(SCHEDULE);
+    WritePlaylist("# what plays in the morning\nfirst.mp3;60\nsecond.mp3;30\n", QStringLiteral("morning"));
+    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    Time().Set(Monday(5, 59));
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(2),
+                  {QStringLiteral("2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '456'. Using 456."),
+                   QStringLiteral("1 [Action.cpp] Unknown task (3)"),
+                   QStringLiteral("2 [Scheduler.cpp] Action ignored")});
+
+    STEP(Monday(6, 0), {QStringLiteral("gps.SetEnabled b true")});
+    STEP(Monday(6, 30), {QStringLiteral("network.EnableLan bsss true   ")});
+    STEP(Monday(7, 0), {QStringLiteral("freq.SetFreq i 456"), QStringLiteral("light.SetIntensity u 80"),
+                        QStringLiteral("light.Switch b true"), QStringLiteral("sound.SetAmplifiers y 3"),
+                        QStringLiteral("sound.SetMasterVolume d 60")});
+    STEP(Monday(7, 30), {QStringLiteral("sound.PlayRadioFm -"), QStringLiteral("sound.RadioFmSetFrequency d 98.5")});
+    STEP(Monday(8, 30),
+         {QStringLiteral("sound.SetPlayerVolume sd file 70"), QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
+    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
+    STEP(Monday(8, 45), {});
+    STEP(Monday(8, 50), {});
+    STEP(Monday(9, 0), {QStringLiteral("sound.StopPlay ss radiofm ")});
+    STEP(Monday(10, 0), {QStringLiteral("sound.SetPlayerVolume sd playlist 50"),
+                         QStringLiteral("sound.PlayPlaylist ssusb morning p1 1 10:00:00 false")});
+    STEP(Monday(10, 0, 40), {QStringLiteral("sound.StopPlay ss playlist p1")});
+    Device().Emit("sound.PlayPlaylistCompleted", {QStringLiteral("morning")});
+    STEP(Monday(11, 0), {});
+    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("ExpectedPddAction(1,true)")});
+    STEP(Monday(12, 0), {QStringLiteral("sound.PlayAux -")});
+    STEP(Monday(12, 30), {QStringLiteral("sound.StopPlay ss aux ")});
+    STEP(Monday(13, 0), {QStringLiteral("sound.SetPlayerVolume sd stream 30"),
+                         QStringLiteral("sound.PlayStream su rtsp://10.0.0.5:8554/live 0")});
+    STEP(Monday(13, 30), {QStringLiteral("sound.StopPlay ss stream ")});
+    Device().Emit("sound.StreamEnabled", {false});
+    STEP(Monday(14, 0), {QStringLiteral("photo.EnableCamera b true")});
+    STEP(Monday(14, 1), {QStringLiteral("photo.TakePhotoStream i 5")});
+    Device().Emit("photo.PhotoTaken", {0, QStringLiteral("/photos/1.jpg")}, 2);
+    QVERIFY(Device().WaitForCalls(2));
+    QCOMPARE(Device().Calls().last(), QStringLiteral("photo.StopPhotoStream -"));
+    STEP(Monday(15, 0), {QStringLiteral("sound.StopPlay ss file ")});
+    STEP(Monday(16, 0), {QStringLiteral("sound.PlayFile ss anniversary.mp3 16:00:00")});
+    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("anniversary.mp3")});
+    STEP(Monday(16, 30), {});
+    STEP(Monday(18, 0), {QStringLiteral("light.Switch b false"), QStringLiteral("network.DisableLan -")});
+    STEP(Monday(18, 30), {});
+
+    // The next day begins anew, but for what belongs to one date.
+    STEP(Tuesday(8, 30),
+         {QStringLiteral("sound.SetPlayerVolume sd file 70"), QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
+    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
+    STEP(Tuesday(16, 0), {});
+    STEP(Tuesday(16, 30), {QStringLiteral("sound.PlayFile ss a-day-late.mp3 16:30:00")});
+    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("a-day-late.mp3")});
+    QCOMPARE(StopDaemon(), 0);
+}
+
+QTEST_GUILESS_MAIN(Day)
+#include "tst_Day.moc"
