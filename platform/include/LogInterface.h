@@ -8,6 +8,7 @@ class LogInterface
 public:
     // objectPath: the D-Bus object under which the log service knows this client.
     explicit LogInterface(const QString& objectPath);
+    // The device's library brings its own. NOLINTNEXTLINE(performance-trivially-destructible)
     ~LogInterface();
 
     LogInterface(const LogInterface&) = delete;
