@@ -1,6 +1,5 @@
 #include "OneRequest.h"
 #include "UnitTest.h"
-#include "tasks/StopMessage.h"
 #include "tasks/StopPlaylist.h"
 #include "tasks/StopRadioFm.h"
 #include "tasks/StopStream.h"
@@ -26,7 +25,7 @@ Maker MakePlaylistStop(const QString& identifier)
 
 } // namespace
 
-// The four tasks that stop a sound source differ in the source that they name.
+// The tasks that stop a sound source differ in the source that they name.
 class StopTasksTest final : public UnitTest
 {
     Q_OBJECT
@@ -44,8 +43,6 @@ void StopTasksTest::ACreationIsLogged_data()
     QTest::addColumn<QString>("identifier");
     QTest::addColumn<QByteArray>("created");
     const QString none = u""_s;
-    QTest::newRow("StopMessage") << Maker(Make<StopMessage>) << TASK_STOP_MESSAGE << none
-                                 << "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"_ba;
     QTest::newRow("StopRadioFm") << Maker(Make<StopRadioFm>) << TASK_STOP_RADIO_FM << none
                                  << "[tasks/StopRadioFm.cpp] TASK CREATED | StopRadioFm"_ba;
     QTest::newRow("StopStream") << Maker(Make<StopStream>) << TASK_STOP_STREAM << none
@@ -87,7 +84,6 @@ void StopTasksTest::AStopIsSentAndItsAnswerLogged_data()
                          {1, begin + call + " error: {status}\n"},
                          {9, begin + "TASK REQUESTED | " + call}});
     };
-    stop("StopMessage", "StopMessage", Make<StopMessage>, "file", u""_s);
     stop("StopRadioFm", "StopRadioFm", Make<StopRadioFm>, "radiofm", u""_s);
     stop("StopStream", "StopStream", Make<StopStream>, "stream", u""_s);
     stop("StopPlaylist", "StopPlaylist", MakePlaylistStop(u"xmas"_s), "playlist", u"xmas"_s);
