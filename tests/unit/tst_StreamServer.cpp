@@ -1,0 +1,134 @@
+#include "OrdinaryUser.h"
+#include "UnitTest.h"
+#include "tasks/PlayStream.h"
+
+#include <QFile>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+// A stream's address, with the server that the configuration file names.
+class StreamServerTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void TheServerIsThatOfTheConfiguration_data();
+    void TheServerIsThatOfTheConfiguration();
+    void WithoutAServerNothingIsAsked_data();
+    void WithoutAServerNothingIsAsked();
+    void AFileWithoutPermissionIsNotValid();
+    void EachRunReadsTheConfigurationAnew();
+
+private:
+    void Begin() override { qputenv("OZNA_CONFIG_FILE", QFile::encodeName(Path())); }
+    void End() override { qunsetenv("OZNA_CONFIG_FILE"); }
+
+    QString Path() { return Data().Path() + u"/ozna.ini"_s; }
+    void Write(const QByteArray& content);
+};
+
+void StreamServerTest::Write(const QByteArray& content)
+{
+    QFile file(Path());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+void StreamServerTest::TheServerIsThatOfTheConfiguration_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("portAndPath");
+    QTest::addColumn<QString>("uri");
+    const auto row = [](const char* name, const QByteArray& content, const QString& portAndPath, const QString& uri) {
+        QTest::newRow(name) << content << portAndPath << uri;
+    };
+    const QByteArray server = "[GENERAL]\nServerIp=10.0.0.5\n";
+    row("an address", server, u"8554/live"_s, u"rtsp://10.0.0.5:8554/live"_s);
+    row("a name", "[GENERAL]\nServerIp=radio.local\n", u"8554/live"_s, u"rtsp://radio.local:8554/live"_s);
+    row("the address that is the default", "[GENERAL]\nServerIp=127.0.0.1\n", u"8554/live"_s,
+        u"rtsp://127.0.0.1:8554/live"_s);
+    row("an empty address", "[GENERAL]\nServerIp=\n", u"8554/live"_s, u"rtsp://:8554/live"_s);
+    row("other keys and groups around", "[AUDIO]\nServerIp=1.1.1.1\n[GENERAL]\nName=x\nServerIp=10.0.0.5\n",
+        u"8554/live"_s, u"rtsp://10.0.0.5:8554/live"_s);
+    row("no port and path", server, u""_s, u"rtsp://10.0.0.5:"_s);
+    row("a path with a query", server, u"8554/a/b?c=1&d=%20"_s, u"rtsp://10.0.0.5:8554/a/b?c=1&d=%20"_s);
+    row("placeholders in the path", server, u"%1%2"_s, u"rtsp://10.0.0.5:%1%2"_s);
+    row("placeholders in the address", "[GENERAL]\nServerIp=%2%1\n", u"8554/live"_s, u"rtsp://%2%1:8554/live"_s);
+}
+
+void StreamServerTest::TheServerIsThatOfTheConfiguration()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, portAndPath);
+    QFETCH(QString, uri);
+    Write(content);
+    PlayStream task(portAndPath, u"-1"_s);
+    LogRecorder::Clear();
+    QVERIFY(task.Run());
+    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayStream(s:%1, u:0)"_s.arg(uri)});
+    EXPECT_LOG(9, {{5, "[tasks/PlayStream.cpp] PlayStream setup done: uri=" + uri.toUtf8()},
+                   {9, "[tasks/PlayStream.cpp] TASK START REQUESTED | PlayStream: " + uri.toUtf8() + "|-1"}});
+}
+
+void StreamServerTest::WithoutAServerNothingIsAsked_data()
+{
+    QTest::addColumn<bool>("exists");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QByteArray>("reason");
+    const QByteArray notValid = "config not valid";
+    const QByteArray missing = "value missing";
+    QTest::newRow("no file") << false << QByteArray() << notValid;
+    QTest::newRow("a section without its end") << true << "[GENERAL\nServerIp=10.0.0.5\n"_ba << notValid;
+    QTest::newRow("an empty file") << true << ""_ba << missing;
+    QTest::newRow("an empty group") << true << "[GENERAL]\n"_ba << missing;
+    QTest::newRow("another key") << true << "[GENERAL]\nServer=10.0.0.5\n"_ba << missing;
+    QTest::newRow("another group") << true << "[AUDIO]\nServerIp=10.0.0.5\n"_ba << missing;
+}
+
+void StreamServerTest::WithoutAServerNothingIsAsked()
+{
+    QFETCH(bool, exists);
+    QFETCH(QByteArray, content);
+    QFETCH(QByteArray, reason);
+    if (exists)
+        Write(content);
+    {
+        // Not even the volume is set.
+        PlayStream task(u"8554/live"_s, u"70"_s);
+        LogRecorder::Clear();
+        QVERIFY(!task.Run());
+        QVERIFY(!task.IsRunning());
+    }
+    EXPECT_LOG(
+        9, {{1, "[tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve server ip (" + reason + ")"}});
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+void StreamServerTest::AFileWithoutPermissionIsNotValid()
+{
+    Write("[GENERAL]\nServerIp=10.0.0.5\n");
+    QCOMPARE(::chmod(QFile::encodeName(Data().Path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(Path()).constData(), 0), 0);
+    const OrdinaryUser user;
+    PlayStream task(u"8554/live"_s, u"70"_s);
+    QVERIFY(!task.Run());
+    EXPECT_LOG(
+        2, {{1, "[tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve server ip (config not valid)"}});
+}
+
+void StreamServerTest::EachRunReadsTheConfigurationAnew()
+{
+    PlayStream task(u"8554/live"_s, u"-1"_s);
+    QVERIFY(!task.Run());
+    LogRecorder::Clear();
+    for (const QByteArray server : {"10.0.0.5", "10.0.0.66"})
+    {
+        Write("[GENERAL]\nServerIp=" + server + "\n");
+        QVERIFY(task.Run());
+        EXPECT_REQUESTS(Bus(), {u"soundmanager PlayStream(s:rtsp://%1:8554/live, u:0)"_s.arg(QLatin1String(server))});
+    }
+}
+
+QTEST_GUILESS_MAIN(StreamServerTest)
+#include "tst_StreamServer.moc"
