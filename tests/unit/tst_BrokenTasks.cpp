@@ -1,0 +1,149 @@
+#include "Action.h"
+#include "ActionLine.h"
+#include "PlaylistLines.h"
+#include "StringUtils.h"
+#include "TextFile.h"
+#include "UnitTest.h"
+#include "tasks/Photo.h"
+#include "tasks/PlayPlaylist.h"
+
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+// Functions that the tasks call, replaced by ones that can be told to fail.
+
+namespace
+{
+
+bool m_cannotSplit = false;
+bool m_cannotConnect = false;
+bool m_hasReadError = false;
+
+} // namespace
+
+using Connection = QMetaObject::Connection;
+
+QStringList RealSplit(const QString& line,
+                      char separator) __asm__("__real__ZN11StringUtils19SplitLineIntoTokensERK7QStringc");
+QStringList Split(const QString& line,
+                  char separator) __asm__("__wrap__ZN11StringUtils19SplitLineIntoTokensERK7QStringc");
+QString RealReadError(const TextFile* file) __asm__("__real__ZNK8TextFile9ReadErrorEv");
+QString ReadError(const TextFile* file) __asm__("__wrap__ZNK8TextFile9ReadErrorEv");
+Connection
+RealConnect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
+            QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
+            const QMetaObject* metaObject) __asm__("__real__ZN7QObject11connectImplEPKS_PPvS1_S3_"
+                                                   "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
+                                                   "QMetaObject");
+Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
+                   QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
+                   const QMetaObject* metaObject) __asm__("__wrap__ZN7QObject11connectImplEPKS_PPvS1_S3_"
+                                                          "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
+                                                          "QMetaObject");
+
+QStringList Split(const QString& line, char separator)
+{
+    if (m_cannotSplit)
+        throw std::bad_alloc();
+    return RealSplit(line, separator);
+}
+
+QString ReadError(const TextFile* file)
+{
+    return m_hasReadError ? u"Input/output error"_s : RealReadError(file);
+}
+
+Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
+                   QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
+                   const QMetaObject* metaObject)
+{
+    if (!m_cannotConnect)
+        return RealConnect(sender, signal, receiver, slot, object, type, types, metaObject);
+    object->destroyIfLastRef();
+    return {};
+}
+
+class BrokenTasksTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void APhotoWithoutMemoryTakesItsDefaults_data();
+    void APhotoWithoutMemoryTakesItsDefaults();
+    void APhotoThatCannotSeePhotosIsTold();
+    void APddRequestThatCannotBeHeardIsRejected();
+    void APlaybackWhoseEndCannotBeHeardIsTold();
+    void APlaylistWithAReadErrorKeepsItsTracks();
+
+private:
+    void Begin() override { Data().WritePlaylist("track1.mp3;60\ntrack2.mp3;30\n", u"xmas"_s); }
+    void End() override;
+};
+
+void BrokenTasksTest::End()
+{
+    m_cannotSplit = false;
+    m_cannotConnect = false;
+    m_hasReadError = false;
+}
+
+void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults_data()
+{
+    QTest::addColumn<QString>("parameter");
+    QTest::newRow("a series") << u"10,3"_s;
+    QTest::newRow("text") << u"x"_s;
+}
+
+void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
+{
+    QFETCH(QString, parameter);
+    m_cannotSplit = true;
+    Photo task(parameter);
+    EXPECT_LOG(9, {{2, "[tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)"},
+                   {4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"}});
+    QVERIFY(task.Run());
+    EXPECT_REQUESTS(Bus(), {u"photomanager TakePhoto()"_s});
+}
+
+void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()
+{
+    m_cannotConnect = true;
+    const Photo task(u"10,3"_s);
+    EXPECT_LOG(9, {{2, "[tasks/Photo.cpp] Can't wait for the photos of RecordPhoto"},
+                   {4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=10 s, numPhoto=3"}});
+}
+
+void BrokenTasksTest::APddRequestThatCannotBeHeardIsRejected()
+{
+    m_cannotConnect = true;
+    QVERIFY_THROWS_EXCEPTION(std::exception, Action(ActionLine{.task = u"19|1,1"_s}.Text()));
+    EXPECT_LOG(4, {{4, "[tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(STREAM_MIC, 1)"},
+                   {1, "[Action.cpp] RequestPddAction task creation failed"}});
+    // The other kinds need no connection to their action.
+    const Action other(ActionLine{}.Text());
+    EXPECT_LOG(4, {{4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"}});
+}
+
+void BrokenTasksTest::APlaybackWhoseEndCannotBeHeardIsTold()
+{
+    PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
+    m_cannotConnect = true;
+    LogRecorder::Clear();
+    // It plays all the same, and is stopped with its task.
+    QVERIFY(task.Run());
+    QVERIFY(task.IsRunning());
+    QCOMPARE(LogRecorder::Messages(2), QStringList{u"Can't wait for the end of PlayPlaylist"_s});
+    LogRecorder::Clear();
+}
+
+void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()
+{
+    m_hasReadError = true;
+    const PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
+    EXPECT_LOG(4, {{2, "[tasks/PlayPlaylist.cpp] Playlist file read error: Input/output error"},
+                   PlaylistLines::Loaded(2),
+                   PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
+}
+
+QTEST_GUILESS_MAIN(BrokenTasksTest)
+#include "tst_BrokenTasks.moc"

@@ -1,0 +1,186 @@
+#include "OneRequest.h"
+#include "PeerAnswers.h"
+#include "Scheduler.h"
+#include "UnitTest.h"
+#include "tasks/Photo.h"
+
+#include <PhotoManagerProxy.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int PHOTO_TIMEOUT_MS = 5000;
+
+void AddAnswers()
+{
+    QTest::addColumn<PeerAnswer>("answer");
+    for (const PeerAnswer& answer : PeerAnswers::All())
+        QTest::newRow(answer.name) << answer;
+}
+
+} // namespace
+
+// What a photo task is made of and what it asks for.
+class PhotoTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AParameterIsReadAtCreation_data();
+    void AParameterIsReadAtCreation();
+    void ANumberDecidesWhatIsAskedFor_data();
+    void ANumberDecidesWhatIsAskedFor();
+    void ASinglePhotosAnswerIsLogged_data() { AddAnswers(); }
+    void ASinglePhotosAnswerIsLogged();
+    void ASeriesAnswerIsLogged_data() { AddAnswers(); }
+    void ASeriesAnswerIsLogged();
+};
+
+void PhotoTest::AParameterIsReadAtCreation_data()
+{
+    QTest::addColumn<QString>("parameter");
+    QTest::addColumn<LogLines>("log");
+    const auto row = [](const QByteArray& parameter, int interval_s, int number, bool badInterval = false,
+                        bool badNumber = false) {
+        LogLines log;
+        if (badInterval)
+            log.append(
+                {2, "[tasks/Photo.cpp] Can't parse Photo interval from parameters: '" + parameter + "'. Using 0."});
+        if (badNumber)
+            log.append(
+                {2, "[tasks/Photo.cpp] Can't parse Photo number from parameters: '" + parameter + "'. Using 1."});
+        log.append({4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=" + QByteArray::number(interval_s) +
+                           " s, numPhoto=" + QByteArray::number(number)});
+        QTest::addRow("\"%s\"", parameter.constData()) << QString::fromUtf8(parameter) << log;
+    };
+    QTest::newRow("a null text") << QString()
+                                 << LogLines{{4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"}};
+    row("", 0, 1);
+    row("10,3", 10, 3);
+    row(" 10 , 3 ", 10, 3);
+    row("10,1", 10, 1);
+    row("0,0", 0, 0);
+    row("10,0", 10, 0);
+    row("10,-1", 10, -1);
+    row("-10,3", -10, 3);
+    row("2147483647,-2147483648", std::numeric_limits<int>::max(), std::numeric_limits<int>::min());
+    row("10,3,5", 10, 3);
+    row("x,3", 0, 3, true);
+    row(",3", 0, 3, true);
+    row("1.5,3", 0, 3, true);
+    row("2147483648,3", 0, 3, true);
+    row("10,x", 10, 1, false, true);
+    row("10,,3", 10, 1, false, true);
+    row("10,2147483648", 10, 1, false, true);
+    // A field that is missing is no number.
+    row("10", 10, 1, false, true);
+    row("10,", 10, 1, false, true);
+    row("x", 0, 1, true, true);
+    row("x,y", 0, 1, true, true);
+    row(",", 0, 1, true, true);
+    row(" ", 0, 1, true, true);
+    row("%s,%n", 0, 1, true, true);
+    row("10;3", 0, 1, true, true);
+}
+
+void PhotoTest::AParameterIsReadAtCreation()
+{
+    QFETCH(QString, parameter);
+    QFETCH(LogLines, log);
+    const Photo task(parameter);
+    EXPECT_LOG(9, (log));
+    EXPECT_REQUESTS(Bus(), {});
+    QCOMPARE(task.m_type, TASK_RECORD_PHOTO);
+    QCOMPARE(task.m_identifier, QString());
+    QCOMPARE(task.GetDelayable_s(), 0U);
+    QCOMPARE(task.IsRunning(), false);
+}
+
+void PhotoTest::ANumberDecidesWhatIsAskedFor_data()
+{
+    QTest::addColumn<QString>("parameter");
+    QTest::addColumn<QString>("request");
+    const auto row = [](const QString& parameter, const QString& request) {
+        QTest::addRow("\"%s\"", qPrintable(parameter)) << parameter << u"photomanager "_s + request;
+    };
+    row(u""_s, u"TakePhoto()"_s);
+    row(u"10,1"_s, u"TakePhoto()"_s);
+    row(u"10,x"_s, u"TakePhoto()"_s);
+    row(u"10"_s, u"TakePhoto()"_s);
+    row(u"10,3"_s, u"TakePhotoStream(i:10)"_s);
+    row(u"x,3"_s, u"TakePhotoStream(i:0)"_s);
+    row(u"10,0"_s, u"TakePhotoStream(i:10)"_s);
+    row(u"10,-1"_s, u"TakePhotoStream(i:10)"_s);
+    row(u"-10,2"_s, u"TakePhotoStream(i:-10)"_s);
+    row(u"2147483647,2"_s, u"TakePhotoStream(i:2147483647)"_s);
+}
+
+void PhotoTest::ANumberDecidesWhatIsAskedFor()
+{
+    QFETCH(QString, parameter);
+    QFETCH(QString, request);
+    Photo task(parameter);
+    LogRecorder::Clear();
+    for (int day = 0; day < 2; ++day)
+    {
+        QVERIFY(task.Run());
+        QCOMPARE(Bus().Requests().value(0).timeout_ms, PHOTO_TIMEOUT_MS);
+        EXPECT_REQUESTS(Bus(), {request});
+    }
+}
+
+void PhotoTest::ASinglePhotosAnswerIsLogged()
+{
+    QFETCH(PeerAnswer, answer);
+    Photo task({});
+    LogRecorder::Clear();
+    bool runningInCall = false;
+    Bus().Answer("TakePhoto", [&](const PeerRequest&) {
+        runningInCall = task.IsRunning();
+        return answer.reply;
+    });
+    QCOMPARE(task.Run(), answer.IsAccepted());
+    QVERIFY(runningInCall);
+    LogText outcome{4, "TASK REQUESTED | Photo"};
+    if (answer.isBusError)
+        outcome = {1, "TakePhoto() request error: {error}\n"};
+    else if (answer.status != 0)
+        outcome = {1, "TakePhoto error: {status}\n"};
+    EXPECT_LOG(9, {{9, "[tasks/Photo.cpp] Taking single photo"},
+                   {outcome.level, "[tasks/Photo.cpp] " + answer.Filled(outcome.text)}});
+    // Whatever was answered, only a photo ends the work.
+    QVERIFY(task.IsRunning());
+    Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, u"/photo.jpg"_s);
+    QVERIFY(!task.IsRunning());
+    QCOMPARE(Bus().Requests().size(), 1);
+    EXPECT_LOG(9, {{9, "[tasks/Photo.cpp] >>> Photo taken"}});
+}
+
+void PhotoTest::ASeriesAnswerIsLogged()
+{
+    QFETCH(PeerAnswer, answer);
+    Photo task(u"10,3"_s);
+    LogRecorder::Clear();
+    Bus().Answer("TakePhotoStream", [&answer](const PeerRequest&) { return answer.reply; });
+    QCOMPARE(task.Run(), answer.IsAccepted());
+    LogText outcome{4, "TASK REQUESTED | Photo: interval=10 s, num=3, "};
+    if (answer.isBusError)
+        outcome = {4, "TakePhotoStream(10) request error: {error}\n"};
+    else if (answer.status != 0)
+        outcome = {4, "TakePhotoStream(10) request error ({status})"};
+    EXPECT_LOG(9, {{9, "[tasks/Photo.cpp] Taking multiple photo"},
+                   {outcome.level, "[tasks/Photo.cpp] " + answer.Filled(outcome.text)}});
+    QVERIFY(task.IsRunning());
+    // A series that was refused ends with the next photo, whoever asked for that.
+    Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, u"/photo.jpg"_s);
+    QCOMPARE(task.IsRunning(), answer.IsAccepted());
+    LogLines log{{9, "[tasks/Photo.cpp] >>> Photo taken"}};
+    if (answer.IsAccepted())
+        log.append({9, "[tasks/Photo.cpp] >>> Total photo: 1"});
+    EXPECT_LOG(9, (log));
+    QCOMPARE(Bus().Requests().size(), 1);
+}
+
+QTEST_GUILESS_MAIN(PhotoTest)
+#include "tst_Photo.moc"

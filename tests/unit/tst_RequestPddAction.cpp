@@ -1,0 +1,161 @@
+#include "Action.h"
+#include "ActionLine.h"
+#include "Scheduler.h"
+#include "UnitTest.h"
+#include "tasks/RequestPddAction.h"
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+class RequestPddActionTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void ParametersAreReadAtCreation_data();
+    void ParametersAreReadAtCreation();
+    void ASupportedActionIsAnnounced_data();
+    void ASupportedActionIsAnnounced();
+    void AnUnsupportedActionIsNotAnnounced_data();
+    void AnUnsupportedActionIsNotAnnounced();
+    void AnActionCarriesTheSignalOn();
+    void TheSchedulerCarriesTheSignalOn_data();
+    void TheSchedulerCarriesTheSignalOn();
+};
+
+void RequestPddActionTest::ParametersAreReadAtCreation_data()
+{
+    QTest::addColumn<QString>("action");
+    QTest::addColumn<QString>("enable");
+    QTest::addColumn<LogLines>("log");
+    const auto row = [](const QByteArray& action, const QByteArray& enable, bool isKnown, bool isOn,
+                        bool isNumber = true) {
+        LogLines log;
+        if (!isKnown)
+            log.append({2, "[tasks/RequestPddAction.cpp] Can't parse RequestPddAction action from parameters: '" +
+                               action + "'. Using action=NONE."});
+        if (!isNumber)
+            log.append({2, "[tasks/RequestPddAction.cpp] Can't parse RequestPddAction enable from parameters: '" +
+                               enable + "'. Using enable=FALSE."});
+        log.append({4, QByteArray("[tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(") +
+                           (isKnown ? "STREAM_MIC" : "UNKNOWN") + ", " + (isOn ? "1" : "0") + ")"});
+        QTest::addRow("\"%s\", \"%s\"", action.constData(), enable.constData())
+            << QString::fromUtf8(action) << QString::fromUtf8(enable) << log;
+    };
+    row("1", "1", true, true);
+    row("01", "+1", true, true);
+    for (const char* const enable : {"0", "2", "-1", "11", "2147483647"})
+        row("1", enable, true, false);
+    for (const char* const enable : {"", "yes", "true", "1.0", "0x1", "4294967297", "%n"})
+        row("1", enable, true, false, false);
+    for (const char* const action : {"2", "0", "-1", "11", "", "STREAM_MIC", "1.0", "0x1", "4294967297", "%s"})
+        row(action, "1", false, true);
+    row("0", "yes", false, false, false);
+    row("mic", "", false, false, false);
+}
+
+void RequestPddActionTest::ParametersAreReadAtCreation()
+{
+    QFETCH(QString, action);
+    QFETCH(QString, enable);
+    QFETCH(LogLines, log);
+    const RequestPddAction task(action, enable);
+    EXPECT_LOG(9, (log));
+    QCOMPARE(task.m_type, TASK_REQUEST_PDD_ACTION);
+    QCOMPARE(task.m_identifier, QString());
+    QCOMPARE(task.GetDelayable_s(), 0U);
+    QCOMPARE(task.IsRunning(), false);
+}
+
+void RequestPddActionTest::ASupportedActionIsAnnounced_data()
+{
+    QTest::addColumn<QString>("enable");
+    QTest::addColumn<bool>("on");
+    QTest::newRow("on") << u"1"_s << true;
+    QTest::newRow("off") << u"0"_s << false;
+    QTest::newRow("2 is off") << u"2"_s << false;
+    QTest::newRow("text is off") << u"yes"_s << false;
+}
+
+void RequestPddActionTest::ASupportedActionIsAnnounced()
+{
+    QFETCH(QString, enable);
+    QFETCH(bool, on);
+    RequestPddAction task(u"1"_s, enable);
+    LogRecorder::Clear();
+    const QSignalSpy announced(&task, &RequestPddAction::PddAction);
+    for (int day = 1; day <= 2; ++day)
+    {
+        QVERIFY(task.Run());
+        QCOMPARE(announced.size(), day);
+        QCOMPARE(announced.last()[0].value<PDD_ACTION>(), STREAM_MIC);
+        QCOMPARE(announced.last()[1], QVariant(on));
+        QCOMPARE(task.IsRunning(), false);
+    }
+    EXPECT_LOG(9, {});
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+void RequestPddActionTest::AnUnsupportedActionIsNotAnnounced_data()
+{
+    QTest::addColumn<QString>("action");
+    for (const QString& action : {u"0"_s, u"2"_s, u"-1"_s, u"mic"_s})
+        QTest::newRow(qPrintable(action)) << action;
+}
+
+void RequestPddActionTest::AnUnsupportedActionIsNotAnnounced()
+{
+    QFETCH(QString, action);
+    RequestPddAction task(action, u"1"_s);
+    LogRecorder::Clear();
+    const QSignalSpy announced(&task, &RequestPddAction::PddAction);
+    QVERIFY(task.Run());
+    EXPECT_LOG(9, {{2, "[tasks/RequestPddAction.cpp] Unsupported action '0'"}});
+    QCOMPARE(announced.size(), 0);
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+void RequestPddActionTest::AnActionCarriesTheSignalOn()
+{
+    Action action(ActionLine{.task = u"19|1,1"_s}.Text());
+    const QSignalSpy forwarded(&action, &Action::PddActionRequested);
+    action.Start();
+    QCOMPARE(forwarded.size(), 1);
+    QCOMPARE(forwarded[0][0].value<PDD_ACTION>(), STREAM_MIC);
+    QCOMPARE(forwarded[0][1], QVariant(true));
+}
+
+void RequestPddActionTest::TheSchedulerCarriesTheSignalOn_data()
+{
+    QTest::addColumn<QByteArray>("parameters");
+    QTest::addColumn<QList<QVariantList>>("announced");
+    QTest::addColumn<LogLines>("log");
+    QTest::newRow("on") << "1,1"_ba << QList<QVariantList>{{1U, true}}
+                        << LogLines{{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"}};
+    QTest::newRow("off") << "1,0"_ba << QList<QVariantList>{{1U, false}}
+                         << LogLines{{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=0"}};
+    QTest::newRow("unsupported") << "2,1"_ba << QList<QVariantList>{}
+                                 << LogLines{{2, "[tasks/RequestPddAction.cpp] Unsupported action '0'"}};
+}
+
+void RequestPddActionTest::TheSchedulerCarriesTheSignalOn()
+{
+    QFETCH(QByteArray, parameters);
+    QFETCH(QList<QVariantList>, announced);
+    QFETCH(LogLines, log);
+    Data().WriteSchedule("1111111|12:00:10|*|*|*|||19|" + parameters + "\n");
+    Scheduler scheduler(u"schedule.csv"_s);
+    const QSignalSpy expected(&scheduler, &Scheduler::ExpectedPddAction);
+    scheduler.Start();
+    QVERIFY(QMetaObject::invokeMethod(&scheduler, "CheckFarActions", Qt::DirectConnection));
+    Time().SetLocal(QTime(12, 0, 10));
+    LogRecorder::Clear();
+    // Within the pass: no event loop is needed.
+    QVERIFY(QMetaObject::invokeMethod(&scheduler, "CheckEarlyActions", Qt::DirectConnection));
+    QCOMPARE(QList<QVariantList>(expected), announced);
+    EXPECT_LOG(4, (LogLines{{4, "[Scheduler.cpp] READY action found: 19 (RequestPddAction)"}} + log));
+    EXPECT_REQUESTS(Bus(), {});
+}
+
+QTEST_GUILESS_MAIN(RequestPddActionTest)
+#include "tst_RequestPddAction.moc"
