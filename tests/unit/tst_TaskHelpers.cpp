@@ -3,9 +3,23 @@
 #include "PunctualTask.h"
 #include "Scheduler.h"
 #include "UnitTest.h"
+#include "tasks/EnableAux.h"
+#include "tasks/Lan.h"
+#include "tasks/Photo.h"
+#include "tasks/PlayMessage.h"
+#include "tasks/PlayPlaylist.h"
+#include "tasks/PlayRadioFm.h"
+#include "tasks/PlayStream.h"
+#include "tasks/RequestPddAction.h"
+#include "tasks/StopMessage.h"
+#include "tasks/StopPlaylist.h"
+#include "tasks/StopRadioFm.h"
+#include "tasks/StopStream.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>
+
+#include <QMetaMethod>
 
 #include <limits>
 #include <stdexcept>
@@ -34,7 +48,21 @@ int SoundTimeout()
     return Scheduler::m_soundManProxy->timeout();
 }
 
+QStringList Members(const QMetaObject& metaObject)
+{
+    QStringList members;
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i)
+    {
+        const QMetaMethod method = metaObject.method(i);
+        members.append((method.methodType() == QMetaMethod::Signal ? u"signal "_s : u"slot "_s) +
+                       QString::fromLatin1(method.methodSignature()));
+    }
+    return members;
+}
+
 } // namespace
+
+Q_DECLARE_METATYPE(const QMetaObject*)
 
 // What the kinds of task share.
 class TaskHelpersTest final : public UnitTest
@@ -47,6 +75,8 @@ private Q_SLOTS:
     void ATimeoutEndsWithAnException();
     void ATimeoutIsThatOfOneProxy();
     void APunctualTaskIsNeverLate();
+    void AKindHasItsSignalsAndSlots_data();
+    void AKindHasItsSignalsAndSlots();
 };
 
 void TaskHelpersTest::AParameterIsADecimalNumber_data()
@@ -129,6 +159,41 @@ void TaskHelpersTest::APunctualTaskIsNeverLate()
     QCOMPARE(task.GetDelayable_s(), 0U);
     QCOMPARE(task.IsRunning(), false);
     EXPECT_LOG(9, {});
+}
+
+void TaskHelpersTest::AKindHasItsSignalsAndSlots_data()
+{
+    QTest::addColumn<const QMetaObject*>("metaObject");
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QStringList>("members");
+    const auto row = [](const QMetaObject& metaObject, const char* name, const QStringList& members = {}) {
+        QTest::newRow(name) << &metaObject << QByteArray(name) << members;
+    };
+    const QString completed = u"signal TaskCompleted()"_s;
+    row(PlayMessage::staticMetaObject, "PlayMessage", {completed, u"slot OnPlayFileCompleted(QString)"_s});
+    row(PlayPlaylist::staticMetaObject, "PlayPlaylist", {completed, u"slot OnPlayPlaylistCompleted(QString)"_s});
+    row(PlayStream::staticMetaObject, "PlayStream", {completed, u"slot OnPlayStreamCompleted(bool)"_s});
+    row(Photo::staticMetaObject, "Photo", {u"slot OnPhotoTaken(int,QString)"_s});
+    row(RequestPddAction::staticMetaObject, "RequestPddAction", {u"signal PddAction(PDD_ACTION,bool)"_s});
+    row(EnableAux::staticMetaObject, "EnableAux");
+    row(Lan::staticMetaObject, "Lan");
+    row(PlayRadioFm::staticMetaObject, "PlayRadioFm");
+    row(StopMessage::staticMetaObject, "StopMessage");
+    row(StopPlaylist::staticMetaObject, "StopPlaylist");
+    row(StopRadioFm::staticMetaObject, "StopRadioFm");
+    row(StopStream::staticMetaObject, "StopStream");
+    row(Task::staticMetaObject, "Task");
+}
+
+void TaskHelpersTest::AKindHasItsSignalsAndSlots()
+{
+    QFETCH(const QMetaObject*, metaObject);
+    QFETCH(QByteArray, name);
+    QFETCH(QStringList, members);
+    QCOMPARE(QByteArray(metaObject->className()), name);
+    QCOMPARE(Members(*metaObject), members);
+    const bool isBase = metaObject == &Task::staticMetaObject;
+    QCOMPARE(metaObject->superClass(), isBase ? &QObject::staticMetaObject : &Task::staticMetaObject);
 }
 
 QTEST_GUILESS_MAIN(TaskHelpersTest)
