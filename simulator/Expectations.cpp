@@ -49,8 +49,8 @@ void Expectations::AddLine(const QString& line, int number)
     bool isNumber = true;
     const int tolerance_ms = fields.size() > FIELD_COUNT ? fields[FIELD_COUNT].toInt(&isNumber) : TOLERANCE_MS;
     if (fields.size() < FIELD_COUNT || fields.size() > FIELD_COUNT + 1 || !due.isValid() || !isNumber)
-        throw std::runtime_error("expectation " + std::to_string(number)
-                                 + ": time, method, arguments and perhaps a tolerance expected");
+        throw std::runtime_error("expectation " + std::to_string(number) +
+                                 ": time, method, arguments and perhaps a tolerance expected");
     m_requests.push_back({due, std::nullopt, CallText::Compose(fields[1], fields[2]), tolerance_ms});
 }
 

@@ -26,7 +26,8 @@ public:
     };
 
     // Reads a text file with one request a line: "hh:mm:ss", method, arguments as CallText gives them, and optionally
-    // a tolerance in milliseconds, with tabs in between; local time, of the day that is near. Throws std::runtime_error, with the cause.
+    // a tolerance in milliseconds, with tabs in between; local time, of the day that is near. Throws
+    // std::runtime_error, with the cause.
     explicit Expectations(const QString& fileName);
 
     // Notes that a call has arrived: the first expected request that is the same and still outstanding, or one more

@@ -64,7 +64,9 @@ int Run(const Options& options)
     Transcript transcript(std::move(expectations), options.quiet);
 
     QDBusConnection bus = ConnectToBus();
-    const BusWatcher watcher(bus, OnBusLost);
+    BusWatcher watcher(OnBusLost);
+    if (!watcher.Watch(bus))
+        throw std::runtime_error("cannot watch the bus");
     Simulator simulator(bus);
     transcript.Follow(simulator);
     std::optional<DeviceBehaviour> behaviour;

@@ -192,7 +192,7 @@ bool Action::IsSpotDay() const
 {
     if (m_day == ANY && m_month == ANY && m_year == ANY)
         return false;
-    // The spot date is that of UTC, unlike the day of week: schedules in the field count on it.
+    // The spot date is that of UTC, unlike the day of week: an asymmetry that is required.
     const QDate today = Clock::UtcToday();
     return Includes(m_day, today.day()) && Includes(m_month, today.month()) && Includes(m_year, today.year());
 }

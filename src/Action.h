@@ -58,6 +58,7 @@ Q_SIGNALS:
     void PddActionRequested(PDD_ACTION action, bool enable);
 
 public Q_SLOTS:
+    // Forwards what the task asks for as PddActionRequested, unchanged.
     void OnPddActionRequest(PDD_ACTION action, bool enable);
 
 private:

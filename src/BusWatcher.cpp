@@ -2,8 +2,6 @@
 
 #include <QDBusConnection>
 
-#include <stdexcept>
-
 namespace
 {
 
@@ -14,14 +12,18 @@ const QString DISCONNECTED = QStringLiteral("Disconnected");
 
 } // namespace
 
-BusWatcher::BusWatcher(QDBusConnection& bus, std::function<void()> onLost)
+BusWatcher::BusWatcher(std::function<void()> onLost)
     : m_onLost(std::move(onLost))
 {
-    if (!bus.connect(QString(), LOCAL_PATH, LOCAL_INTERFACE, DISCONNECTED, this, SLOT(OnDisconnected())))
-        throw std::runtime_error("bus watcher");
 }
 
 BusWatcher::~BusWatcher() = default;
+
+bool BusWatcher::Watch(QDBusConnection bus)
+{
+    return bus.isConnected() &&
+           bus.connect(QString(), LOCAL_PATH, LOCAL_INTERFACE, DISCONNECTED, this, SLOT(OnDisconnected()));
+}
 
 void BusWatcher::OnDisconnected()
 {

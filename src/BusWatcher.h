@@ -11,10 +11,12 @@ class BusWatcher final : public QObject
 {
     Q_OBJECT
 public:
-    // Has onLost called from the event loop, once, when bus is disconnected. Throws std::runtime_error when the bus
-    // library does not take the subscription.
-    BusWatcher(QDBusConnection& bus, std::function<void()> onLost);
+    // onLost: called from the event loop, once, when the watched bus is disconnected.
+    explicit BusWatcher(std::function<void()> onLost);
     ~BusWatcher() override;
+
+    // Begins to watch bus; false when it is not connected or the bus library does not take the subscription.
+    [[nodiscard]] bool Watch(QDBusConnection bus);
 
 private Q_SLOTS:
     void OnDisconnected();

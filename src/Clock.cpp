@@ -85,11 +85,12 @@ QDate Clock::UtcToday()
 
 int Clock::SecondsTo(int hour, int minute, int second)
 {
-    std::tm parts = LocalNow();
+    const std::time_t now = Now();
+    std::tm parts = Local(now);
     parts.tm_hour = hour;
     parts.tm_min = minute;
     parts.tm_sec = second;
-    const double seconds = std::difftime(std::mktime(&parts), Now());
+    const double seconds = std::difftime(std::mktime(&parts), now);
     return static_cast<int>(
         std::clamp<double>(seconds, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }

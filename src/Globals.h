@@ -8,7 +8,7 @@ class SchedulerAdaptor;
 // The process-wide objects. The daemon's main defines and creates them, in this order; tests and tools
 // that link the core define their own. m_app and _logInterface live until the process ends;
 // m_scheduler is deleted by main and takes m_schedulerAdaptor, its child, with it.
-// The names are fixed and known to the device's other sources.
+// Their names are fixed by requirement.
 extern QCoreApplication* m_app;
 extern LogInterface* _logInterface; // NOLINT(readability-identifier-naming)
 extern Scheduler* m_scheduler;

@@ -4,11 +4,24 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 
+#include <algorithm>
+
 namespace
 {
 
+// The bus drops the connection of who sends a message beyond its limit; no name, path or address of a device comes near
+// this one, in characters.
+constexpr qsizetype MAX_TEXT = 1 << 20;
+
+bool IsTooLong(const QVariant& argument)
+{
+    return argument.metaType() == QMetaType::fromType<QString>() && argument.toString().size() > MAX_TEXT;
+}
+
 PeerReply OverTheBus(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
 {
+    if (std::ranges::any_of(arguments, IsTooLong))
+        return PeerReply::Failed(QStringLiteral("Argument too long"));
     QDBusPendingCall call = proxy->asyncCallWithArgumentList(method, arguments);
     call.waitForFinished();
     return PeerReply(call.reply());

@@ -3,6 +3,7 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -11,31 +12,28 @@ namespace
 
 constexpr int NOT_CONVERTIBLE = 0;
 
-int IntOf(const QDBusArgument& argument)
-{
-    // The bus library ends the process when it is asked for an int and stands before a structure, an array or nothing.
-    if (argument.currentType() != QDBusArgument::BasicType)
-        return NOT_CONVERTIBLE;
-    return argument.asVariant().toInt();
-}
-
-// What no int holds cannot be converted either, and converting it is undefined for some types.
-template <typename Number> int IntOf(Number number)
+// The nearest int: a status that no int holds is a refusal all the same.
+template <typename Number> int Clamped(Number number)
 {
     constexpr Number LOWEST = std::numeric_limits<int>::min();
     constexpr Number HIGHEST = std::numeric_limits<int>::max();
-    return number >= LOWEST && number <= HIGHEST ? static_cast<int>(number) : NOT_CONVERTIBLE;
+    return static_cast<int>(std::clamp(number, LOWEST, HIGHEST));
 }
 
 int StatusOf(const QVariant& value)
 {
     if (value.metaType() == QMetaType::fromType<QDBusArgument>())
-        return IntOf(value.value<QDBusArgument>());
+    {
+        const auto argument = value.value<QDBusArgument>();
+        // The bus library ends the process when it is asked for a value and stands before a structure, an array or
+        // nothing.
+        return argument.currentType() == QDBusArgument::BasicType ? StatusOf(argument.asVariant()) : NOT_CONVERTIBLE;
+    }
     if (value.metaType() == QMetaType::fromType<double>())
-        return IntOf(std::round(value.toDouble()));
+        return std::isnan(value.toDouble()) ? NOT_CONVERTIBLE : Clamped(std::round(value.toDouble()));
     if (value.metaType() == QMetaType::fromType<qulonglong>())
-        return value.toULongLong() <= std::numeric_limits<int>::max() ? value.toInt() : NOT_CONVERTIBLE;
-    return IntOf(value.toLongLong());
+        return static_cast<int>(std::min<qulonglong>(value.toULongLong(), std::numeric_limits<int>::max()));
+    return Clamped(value.toLongLong());
 }
 
 } // namespace

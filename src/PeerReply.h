@@ -8,8 +8,9 @@ class QDBusMessage;
 class PeerReply final
 {
 public:
-    // Reads a reply or error message. The status is its first value: an int as it stands, anything else converted,
-    // and 0 where there is none or it cannot be converted. An error message is read by the same rule.
+    // Reads a reply or error message. The status is its first value: an int as it stands, anything else converted
+    // (to the nearest int), and 0 where there is none or it cannot be converted. An error message is read by the same
+    // rule.
     explicit PeerReply(const QDBusMessage& message);
 
     // A peer's answer with that status; 0 means accepted.

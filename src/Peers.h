@@ -1,10 +1,13 @@
 #pragma once
 
+#include <functional>
+
 namespace Peers
 {
 
 // Creates the proxies of the device's managers and stores them in the scheduler's static members, each with the
-// time-out of its calls. Contacts no service. Throws std::bad_alloc when there is no memory for one.
-void CreateProxies();
+// time-out of its calls. Contacts no service. onUpdateManager is called as soon as the update manager's proxy stands.
+// Throws std::bad_alloc when there is no memory for a proxy, and what onUpdateManager throws.
+void CreateProxies(const std::function<void()>& onUpdateManager = [] {});
 
 } // namespace Peers

@@ -18,18 +18,20 @@ protected:
     // a playback at the wrong volume beats none.
     void BeginRequest();
 
-    // Has slot called at every emission of the sound manager's signal, until EndWait.
-    template <typename Signal, typename Derived, typename Slot> void BeginWait(Signal signal, Derived* self, Slot slot)
+    // Has slot called at every emission of the sound manager's signal, until EndWait. A failure is logged with site.
+    template <typename Signal, typename Derived, typename Slot>
+    void BeginWait(Signal signal, Derived* self, Slot slot, Log::Site site)
     {
         if (!connect(Scheduler::m_soundManProxy, signal, self, slot))
-            OZNA_LOG(LEVEL_WARNING, "Can't wait for the end of %s", qPrintable(GetName()));
+            OZNA_LOG_AT(site, LEVEL_WARNING, "Can't wait for the end of %s", qPrintable(GetName()));
     }
 
-    // The playback has ended: the signal no longer concerns the task.
-    template <typename Signal, typename Derived, typename Slot> void EndWait(Signal signal, Derived* self, Slot slot)
+    // The playback has ended: the signal no longer concerns the task. A failure is logged with site.
+    template <typename Signal, typename Derived, typename Slot>
+    void EndWait(Signal signal, Derived* self, Slot slot, Log::Site site)
     {
         if (!disconnect(Scheduler::m_soundManProxy, signal, self, slot))
-            OZNA_LOG(LEVEL_WARNING, "Can't stop waiting for the end of %s", qPrintable(GetName()));
+            OZNA_LOG_AT(site, LEVEL_WARNING, "Can't stop waiting for the end of %s", qPrintable(GetName()));
         m_running = false;
     }
 
@@ -40,5 +42,5 @@ protected:
 
 private:
     const char* const m_source;
-    int m_volume;
+    const int m_volume;
 };

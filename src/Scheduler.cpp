@@ -32,17 +32,19 @@ const QString LOG_TIME_FORMAT = QStringLiteral("HH:mm:ss");
 Scheduler::Scheduler(const QString& fileName)
     : m_scheduleFile(fileName)
 {
-    Peers::CreateProxies();
+    Peers::CreateProxies([this] {
+        if (!connect(m_updateManProxy, &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated))
+            throw std::runtime_error("update-manager link");
+    });
 
     // A gong is due on the second: coarse timers may come 5 % late.
     m_farTimer.setTimerType(Qt::PreciseTimer);
     m_earlyTimer.setTimerType(Qt::PreciseTimer);
     m_farTimer.setInterval(FAR_INTERVAL_MS);
     m_earlyTimer.setInterval(EARLY_INTERVAL_MS);
-    if (!connect(m_updateManProxy, &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated) ||
-        !connect(&m_farTimer, &QTimer::timeout, this, &Scheduler::CheckFarActions) ||
+    if (!connect(&m_farTimer, &QTimer::timeout, this, &Scheduler::CheckFarActions) ||
         !connect(&m_earlyTimer, &QTimer::timeout, this, &Scheduler::CheckEarlyActions))
-        throw std::runtime_error("scheduler signals");
+        throw std::runtime_error("scheduler timers");
 
     m_enabled = true;
 }
@@ -173,9 +175,9 @@ void Scheduler::LoadSchedule(const QString& fileName)
             OZNA_LOG(LEVEL_NORMAL, "No schedules programmed (schedule file not found)");
             return;
         }
-        while (!file.AtEnd())
+        QString line;
+        while (file.ReadLine(line))
         {
-            const QString line = file.ReadLine();
             if (!TextFile::IsBlankOrComment(line))
                 AddAction(line);
         }

@@ -57,12 +57,21 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     int IsEnabled(bool& enabled, QString& filename);
+
+    // Starts or stops the schedule where that changes anything; announces the resulting state in every case.
     int SetEnabled(bool enabled);
+
+    // Takes the name as it stands, loads the file at once when enabled, and at the next enabling otherwise.
     int SetScheduleFile(const QString& filename);
+
+    // Loads the schedule file anew; does nothing while disabled.
     int Reload();
+
+    // Announces the action on the bus, whatever it is.
     void OnPddActionRequested(PDD_ACTION action, bool enable);
 
 private Q_SLOTS:
+    // Loads an installed schedule file (type 2, status 0), enabling the scheduler where needed; ignores all else.
     void OnFilesUpdated(int Status, int FileType);
     void CheckFarActions();
     void CheckEarlyActions();

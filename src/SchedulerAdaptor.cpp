@@ -4,29 +4,33 @@
 
 SchedulerAdaptor::SchedulerAdaptor(Scheduler* scheduler)
     : QDBusAbstractAdaptor(scheduler)
-    , m_scheduler(*scheduler)
 {
     setAutoRelaySignals(true);
 }
 
 SchedulerAdaptor::~SchedulerAdaptor() = default;
 
+Scheduler& SchedulerAdaptor::Parent() const
+{
+    return *static_cast<Scheduler*>(parent());
+}
+
 int SchedulerAdaptor::IsEnabled(bool& enabled, QString& filename)
 {
-    return m_scheduler.IsEnabled(enabled, filename);
+    return Parent().IsEnabled(enabled, filename);
 }
 
 int SchedulerAdaptor::Reload()
 {
-    return m_scheduler.Reload();
+    return Parent().Reload();
 }
 
 int SchedulerAdaptor::SetEnabled(bool enabled)
 {
-    return m_scheduler.SetEnabled(enabled);
+    return Parent().SetEnabled(enabled);
 }
 
 int SchedulerAdaptor::SetScheduleFile(const QString& filename)
 {
-    return m_scheduler.SetScheduleFile(filename);
+    return Parent().SetScheduleFile(filename);
 }

@@ -31,5 +31,5 @@ public Q_SLOTS:
     int SetScheduleFile(const QString& filename);
 
 private:
-    Scheduler& m_scheduler;
+    Scheduler& Parent() const;
 };

@@ -26,7 +26,7 @@
 namespace
 {
 
-constexpr int ANY = std::numeric_limits<int>::max();
+constexpr int NO_LIMIT = std::numeric_limits<int>::max();
 
 // Tells a task to leave the volume as it is.
 const QString NO_VOLUME = QStringLiteral("-1");
@@ -71,25 +71,25 @@ std::unique_ptr<Task> MakePlayMessage(const TaskRequest& request)
 }
 
 constexpr std::array TABLE{
-    TaskKind{TASK_LIGHT, "Light", "Light", 1, ANY, MakeFromFirst<Light>},
-    TaskKind{TASK_PLAY_MESSAGE, "PlayMessage", "PlayMessage", 1, ANY, MakePlayMessage},
-    TaskKind{TASK_PLAY_PLAYLIST, "PlayPlaylist", "PlayPlaylist", 1, ANY, MakePlayPlaylist},
-    TaskKind{TASK_RECORD_MIC, "RecordMic", "RecordMic", 0, ANY, nullptr},
-    TaskKind{TASK_RECORD_PHOTO, "RecordPhoto", "RecordPhoto", 0, ANY, MakePhoto},
-    TaskKind{TASK_VOLUME, "Volume", "Volume", 1, ANY, MakeFromFirst<Volume>},
-    TaskKind{TASK_PLAY_RADIO_FM, "PlayRadioFm", "PlayRadioFm", 1, ANY, MakeFromFirst<PlayRadioFm>},
-    TaskKind{TASK_RECORD_VIDEO, "RecordVideo", "RecordVideo", 0, ANY, nullptr},
-    TaskKind{TASK_AMPLIFIERS, "Amplifiers", "Amplifiers", 1, ANY, MakeFromFirst<Amplifiers>},
-    TaskKind{TASK_SET_CPU_FREQ, "SetCpuFreq", "SetCpuFreq", 1, ANY, MakeFromFirst<CpuFreq>},
-    TaskKind{TASK_CAMERA, "Camera", "Camera", 1, ANY, MakeFromFirst<Camera>},
-    TaskKind{TASK_GPS, "Gps", "Gps", 1, ANY, MakeFromFirst<Gps>},
-    TaskKind{TASK_LAN, "Lan", "Lan", 1, ANY, MakeFromFirst<Lan>},
-    TaskKind{TASK_STOP_PLAYLIST, "StopPlaylist", "StopPlaylist", 0, ANY, MakeFromFirst<StopPlaylist>},
-    TaskKind{TASK_STOP_MESSAGE, "StopMessage", "StopMessage", 0, ANY, Make<StopMessage>},
-    TaskKind{TASK_STOP_RADIO_FM, "StopRadioFm", "StopRadioFm", 0, ANY, Make<StopRadioFm>},
-    TaskKind{TASK_PLAY_STREAM, "PlayStream", "PlayStream", 1, ANY, MakePlayStream},
-    // The two spellings of the next kinds differ, and users' schedules and log readers rely on both.
-    TaskKind{TASK_STOP_STREAM, "StopStream", "Stoptream", 0, ANY, Make<StopStream>},
+    TaskKind{TASK_LIGHT, "Light", "Light", 1, NO_LIMIT, MakeFromFirst<Light>},
+    TaskKind{TASK_PLAY_MESSAGE, "PlayMessage", "PlayMessage", 1, NO_LIMIT, MakePlayMessage},
+    TaskKind{TASK_PLAY_PLAYLIST, "PlayPlaylist", "PlayPlaylist", 1, NO_LIMIT, MakePlayPlaylist},
+    TaskKind{TASK_RECORD_MIC, "RecordMic", "RecordMic", 0, NO_LIMIT, nullptr},
+    TaskKind{TASK_RECORD_PHOTO, "RecordPhoto", "RecordPhoto", 0, NO_LIMIT, MakePhoto},
+    TaskKind{TASK_VOLUME, "Volume", "Volume", 1, NO_LIMIT, MakeFromFirst<Volume>},
+    TaskKind{TASK_PLAY_RADIO_FM, "PlayRadioFm", "PlayRadioFm", 1, NO_LIMIT, MakeFromFirst<PlayRadioFm>},
+    TaskKind{TASK_RECORD_VIDEO, "RecordVideo", "RecordVideo", 0, NO_LIMIT, nullptr},
+    TaskKind{TASK_AMPLIFIERS, "Amplifiers", "Amplifiers", 1, NO_LIMIT, MakeFromFirst<Amplifiers>},
+    TaskKind{TASK_SET_CPU_FREQ, "SetCpuFreq", "SetCpuFreq", 1, NO_LIMIT, MakeFromFirst<CpuFreq>},
+    TaskKind{TASK_CAMERA, "Camera", "Camera", 1, NO_LIMIT, MakeFromFirst<Camera>},
+    TaskKind{TASK_GPS, "Gps", "Gps", 1, NO_LIMIT, MakeFromFirst<Gps>},
+    TaskKind{TASK_LAN, "Lan", "Lan", 1, NO_LIMIT, MakeFromFirst<Lan>},
+    TaskKind{TASK_STOP_PLAYLIST, "StopPlaylist", "StopPlaylist", 0, NO_LIMIT, MakeFromFirst<StopPlaylist>},
+    TaskKind{TASK_STOP_MESSAGE, "StopMessage", "StopMessage", 0, NO_LIMIT, Make<StopMessage>},
+    TaskKind{TASK_STOP_RADIO_FM, "StopRadioFm", "StopRadioFm", 0, NO_LIMIT, Make<StopRadioFm>},
+    TaskKind{TASK_PLAY_STREAM, "PlayStream", "PlayStream", 1, NO_LIMIT, MakePlayStream},
+    // The two spellings of the next kinds differ, by requirement.
+    TaskKind{TASK_STOP_STREAM, "StopStream", "Stoptream", 0, NO_LIMIT, Make<StopStream>},
     TaskKind{TASK_ENABLE_AUX, "enableAux", "EnableAux", 1, 1, MakeFromFirst<EnableAux>},
     TaskKind{TASK_REQUEST_PDD_ACTION, nullptr, "RequestPddAction", 2, 2, MakeRequestPddAction},
 };

@@ -13,10 +13,9 @@ public:
     // False when the file cannot be opened.
     [[nodiscard]] bool Open();
 
-    [[nodiscard]] bool AtEnd() const { return m_stream.atEnd(); }
-
-    // The next line, of any length, without its terminator (line feed, or carriage return and line feed).
-    QString ReadLine() { return m_stream.readLine(); }
+    // Reads the next line, of any length, without its terminator. False when there is none, at the end of the file or
+    // where reading fails. A carriage return counts as part of a terminator wherever it stands.
+    [[nodiscard]] bool ReadLine(QString& line) { return m_stream.readLineInto(&line); }
 
     // Why reading ended before the end of the file; empty when it did not.
     [[nodiscard]] QString ReadError() const;

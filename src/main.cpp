@@ -86,7 +86,8 @@ int main(int argc, char* argv[])
     InstallHandlers();
 
     QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    BusWatcher watcher(OnBusLost);
+    if (!watcher.Watch(bus))
     {
         OZNA_LOG(LEVEL_ERROR, "DBUS: Can't connect session bus");
         std::puts("DBUS: Can't connect session bus");
@@ -96,7 +97,6 @@ int main(int argc, char* argv[])
     int status = EXIT_NORMAL;
     try
     {
-        const BusWatcher watcher(bus, OnBusLost);
         m_scheduler = new Scheduler(QString::fromLatin1(SCHEDULE_FILE));
         m_schedulerAdaptor = new SchedulerAdaptor(m_scheduler);
         if (!Register(bus))

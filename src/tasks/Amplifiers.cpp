@@ -19,7 +19,7 @@ bool Amplifiers::Run()
     return SoundManager::Call(SoundManager::SET_AMPLIFIERS, {QVariant::fromValue(static_cast<uchar>(mask & 0xffU))})
         .Report(
             [&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetAmplifiers(0x%02x) request error: %s", mask, error); },
-            // The text names another method; the device's log readers know it so.
+            // The text names another method, by requirement.
             [&](int status) { OZNA_LOG(LEVEL_NORMAL, "SetIntensity(%d) error: %d\n", m_mask, status); },
             [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | Amplifiers: 0x%02x", mask); });
 }

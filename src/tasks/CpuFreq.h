@@ -2,8 +2,7 @@
 
 #include "PunctualTask.h"
 
-// Asks for the processor frequency of normal work, whatever the parameter says: the only one that the device runs at
-// reliably.
+// Asks for one fixed processor frequency: whatever the parameter says, by requirement.
 class CpuFreq final : public PunctualTask
 {
 public:

@@ -20,7 +20,7 @@ constexpr char SEPARATOR = ';';
 constexpr int FIELDS = 2;
 constexpr bool RESERVED = false;
 
-// Under which the device's log readers look for the records about playlist files.
+// Origins of a few records: required as they are, though other services' names.
 constexpr const char* FILE_ORIGIN = "/com/kestrelix/ozna/soundmanager/soundobj";
 constexpr const char* TRACK_ORIGIN = "/com/kestrelix/ozna/audiomanager/audioobj";
 constexpr const char* STOP_ORIGIN = "/com/kestrelix/ozna/updatemanager/updateobj";
@@ -83,10 +83,11 @@ bool PlayPlaylist::LoadPlaylistInfo()
                           qPrintable(path));
         return false;
     }
-    while (!file.AtEnd())
-        LoadLine(file.ReadLine());
+    QString line;
+    while (file.ReadLine(line))
+        LoadLine(line);
     if (!file.ReadError().isEmpty())
-        OZNA_LOG(LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError()));
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError()));
     if (m_items.empty())
     {
         OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist is empty");
@@ -105,16 +106,21 @@ void PlayPlaylist::LoadLine(const QString& line)
         OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(line));
         return;
     }
-    const QStringList fields = StringUtils::SplitLineIntoTokens(line, SEPARATOR);
-    if (fields.size() < FIELDS)
+    try
+    {
+        const QStringList fields = StringUtils::SplitLineIntoTokens(line, SEPARATOR);
+        if (fields.size() < FIELDS)
+            throw std::out_of_range("playlist line");
+        m_items.push_back({fields[0], fields[1].toInt()});
+    }
+    catch (const std::exception&)
     {
         OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(line));
         return;
     }
-    const PlaylistItem item{fields[0], fields[1].toInt()};
+    const PlaylistItem& item = m_items.back();
     OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", qPrintable(item.file), item.duration_s);
     m_total_s += static_cast<unsigned int>(item.duration_s) + GAP_S;
-    m_items.push_back(item);
 }
 
 void PlayPlaylist::PrepareDelayed(unsigned int delay_s)
@@ -160,7 +166,7 @@ bool PlayPlaylist::Run()
                                 OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
                                          qPrintable(m_name), m_firstTrack, qPrintable(startTime), Volume());
                                 BeginWait(&SoundManagerProxy::PlayPlaylistCompleted, this,
-                                          &PlayPlaylist::OnPlayPlaylistCompleted);
+                                          &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
                             });
     m_completed = !m_running;
     return m_running;
@@ -170,7 +176,7 @@ void PlayPlaylist::OnPlayPlaylistCompleted(const QString& name)
 {
     Q_UNUSED(name)
     OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayPlaylist: %s", qPrintable(m_name));
-    EndWait(&SoundManagerProxy::PlayPlaylistCompleted, this, &PlayPlaylist::OnPlayPlaylistCompleted);
+    EndWait(&SoundManagerProxy::PlayPlaylistCompleted, this, &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
     m_completed = true;
     Q_EMIT TaskCompleted();
 }

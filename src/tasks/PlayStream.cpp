@@ -67,7 +67,8 @@ bool PlayStream::Run()
                     [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayStream error: %d\n", status); },
                     [&] {
                         OZNA_LOG(LEVEL_TRACE, "TASK START REQUESTED | PlayStream: %s|%d", qPrintable(m_uri), Volume());
-                        BeginWait(&SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted);
+                        BeginWait(&SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted,
+                                  OZNA_LOG_SITE);
                     });
     return m_running;
 }
@@ -77,6 +78,6 @@ void PlayStream::OnPlayStreamCompleted(bool enabled)
     if (enabled)
         return;
     OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayStream: %s", qPrintable(m_uri));
-    EndWait(&SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted);
+    EndWait(&SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted, OZNA_LOG_SITE);
     Q_EMIT TaskCompleted();
 }

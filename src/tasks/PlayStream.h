@@ -20,6 +20,7 @@ Q_SIGNALS:
     void TaskCompleted();
 
 private Q_SLOTS:
+    // enabled: true when a stream begins, which is ignored.
     void OnPlayStreamCompleted(bool enabled);
 
 private:

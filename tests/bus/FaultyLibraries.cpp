@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <string_view>
 #include <sys/eventfd.h>
 
@@ -36,8 +37,8 @@ bool __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_1
     QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
 bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
     QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
-void __real__ZN5Peers13CreateProxiesEv();
-void __wrap__ZN5Peers13CreateProxiesEv();
+void __real__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager);
+void __wrap__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager);
 }
 
 int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier)
@@ -60,10 +61,10 @@ bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_1
                bus, path, object, options);
 }
 
-void __wrap__ZN5Peers13CreateProxiesEv()
+void __wrap__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager)
 {
     if (IsFault("scheduler"))
         throw std::bad_alloc();
-    __real__ZN5Peers13CreateProxiesEv();
+    __real__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(onUpdateManager);
 }
 // NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)

@@ -18,6 +18,9 @@ private Q_SLOTS:
     void WhatIsNoRegularFileCountsAsNotFound();
     void WhatCanBeReadIsScheduled_data();
     void WhatCanBeReadIsScheduled();
+    void AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes_data();
+    void AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes();
+    void ANameTooLongForTheBusCostsItselfOnly();
     void ABadLineCostsItselfOnly();
     void AHugeFileIsLoaded();
 };
@@ -114,6 +117,46 @@ void Files::WhatCanBeReadIsScheduled()
     // No byte in front of the first line shifts its days.
     QCOMPARE(Daemon().Log().filter(QStringLiteral("5 [Action.cpp] Dow:    0x7f (1111111) ")).size(), tasks);
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+void Files::AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes_data()
+{
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QStringList>("errors");
+    const QStringList rejected{QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"),
+                               QStringLiteral("2 [Scheduler.cpp] Action ignored")};
+    // The kernel gives such a file the size of a page, whatever it holds.
+    QTest::newRow("one that ends before its size") << QStringLiteral("/sys/devices/system/cpu/online") << rejected;
+    // What is not mapped at the address 0 cannot be read there.
+    QTest::newRow("one that fails at once")
+        << QStringLiteral("/proc/self/mem")
+        << QStringList{QStringLiteral("2 [Scheduler.cpp] Schedule file read error: Input/output error")};
+}
+
+void Files::AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes()
+{
+    QFETCH(QString, target);
+    QFETCH(QStringList, errors);
+    Symlink(target, DataPath(QStringLiteral("schedule/schedule.csv")));
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(2), errors);
+    QVERIFY(Daemon().Log().contains(Loaded(0).first()));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(StopDaemon(), 0);
+}
+
+void Files::ANameTooLongForTheBusCostsItselfOnly()
+{
+    constexpr int LENGTH = 140'000'000;
+    WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|" + QByteArray(LENGTH, 'x') +
+                  "\n1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
+    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Device().WaitForCalls(1));
+    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
+    COMPARE_LINES(Daemon().Take(2),
+                  {QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: Argument too long")});
+    QCOMPARE(StopDaemon(), 0);
 }
 
 void Files::ABadLineCostsItselfOnly()

@@ -30,7 +30,8 @@ QString Shown(unsigned int level, const QString& text, const QByteArray& origin)
 // Leaves the line number out of the prefix; a prefix of another form stays as it is, and equals nothing expected.
 QString ShownRecord(const LogRecord& record)
 {
-    static const QRegularExpression prefix(QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.(?:cpp|h)):[1-9][0-9]*\\] "));
+    static const QRegularExpression prefix(
+        QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.(?:cpp|h)):[1-9][0-9]*\\] "));
     QString text = QString::fromUtf8(record.text);
     text.replace(prefix, QStringLiteral("[\\1] "));
     return Shown(record.level, text, record.origin);

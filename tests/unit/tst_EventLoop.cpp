@@ -41,8 +41,8 @@ void EventLoopTest::AWakeReachesTheEventLoop()
 
 void EventLoopTest::AWatcherNeedsABus()
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    QVERIFY_THROWS_EXCEPTION(std::runtime_error, BusWatcher(bus, [] {}));
+    BusWatcher watcher([] {});
+    QVERIFY(!watcher.Watch(QDBusConnection::sessionBus()));
 }
 
 QTEST_GUILESS_MAIN(EventLoopTest)

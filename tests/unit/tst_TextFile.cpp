@@ -151,8 +151,8 @@ void TextFileTest::AFileIsReadLineByLine()
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
     QStringList found;
-    while (!file.AtEnd())
-        found.append(file.ReadLine());
+    for (QString line; file.ReadLine(line);)
+        found.append(line);
     QCOMPARE(found, lines);
     QCOMPARE(file.ReadError(), QString());
 }
@@ -163,9 +163,12 @@ void TextFileTest::ALineOfMegabytesIsReadWhole()
     Data().WriteSchedule(QByteArray(LENGTH, 'x') + "\nnext", u"file"_s);
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
-    QCOMPARE(file.ReadLine().size(), LENGTH);
-    QCOMPARE(file.ReadLine(), u"next"_s);
-    QVERIFY(file.AtEnd());
+    QString line;
+    QVERIFY(file.ReadLine(line));
+    QCOMPARE(line.size(), LENGTH);
+    QVERIFY(file.ReadLine(line));
+    QCOMPARE(line, u"next"_s);
+    QVERIFY(!file.ReadLine(line));
 }
 
 void TextFileTest::AReadErrorIsTold()
@@ -173,7 +176,8 @@ void TextFileTest::AReadErrorIsTold()
     // The system shows a process's memory as a regular file, and has nothing at its start.
     TextFile file(u"/proc/self/mem"_s);
     QVERIFY(file.Open());
-    QCOMPARE(file.ReadLine(), QString());
+    QString line;
+    QVERIFY(!file.ReadLine(line));
     QCOMPARE(file.ReadError(), u"Input/output error"_s);
 }
 
