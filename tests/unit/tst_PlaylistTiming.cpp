@@ -1,8 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
-#include "Scheduler.h"
 #include "SchedulerAccess.h"
-#include "UnitTest.h"
+#include "SchedulerTest.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <SoundManagerProxy.h>
@@ -24,7 +23,7 @@ QByteArray NotDelayed()
 } // namespace
 
 // Joining a playlist late: which track is first, until when, and when not at all.
-class PlaylistTimingTest final : public UnitTest
+class PlaylistTimingTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -257,38 +256,31 @@ void PlaylistTimingTest::ARefusedPlaylistIsAskedForUntilItsTime()
 void PlaylistTimingTest::APlaylistThatIsStoppedAtOnceIsSkipped()
 {
     Data().WritePlaylist("track1.mp3;298\ntrack2.mp3;20\n", u"xmas"_s);
-    Data().WriteSchedule("1111111|12:00:00|*|*|*|||PlayPlaylist|xmas,-1,id\n"
-                         "1111111|12:02:05|*|*|*|||StopPlaylist|id\n");
     Time().SetLocal(QTime(12, 2));
-    Scheduler scheduler(u"schedule.csv"_s);
-    scheduler.Start();
-    const auto pass = [&scheduler](const char* name) {
-        return QMetaObject::invokeMethod(&scheduler, name, Qt::DirectConnection);
-    };
-    LogRecorder::Clear();
+    StartWith({"1111111|12:00:00|*|*|*|||PlayPlaylist|xmas,-1,id", "1111111|12:02:05|*|*|*|||StopPlaylist|id"});
 
     // It could be joined, but would be stopped five seconds later.
-    QVERIFY(pass("CheckFarActions"));
+    CheckFar();
     EXPECT_LOG(4, {{2, "[Scheduler.cpp] TASK_STOP_PLAYLIST: 12:02:05 | NOW+10s: 12:02:10"},
                    {2, "[Scheduler.cpp] VIRTUALLY STOPPED action found: 2 (PlayPlaylist, id), SKIPPED and marked "
                        "COMPLETED"},
                    {4, "[Scheduler.cpp] EARLY action found: 13 (StopPlaylist)"}});
-    const auto& play = *SchedulerAccess::FarActions(scheduler).begin();
+    const auto& play = *SchedulerAccess::FarActions(Engine()).begin();
     QCOMPARE(play->m_task->m_type, TASK_PLAY_PLAYLIST);
     QVERIFY(static_cast<const PlayPlaylist&>(*play->m_task).IsCompleted());
 
     // The stop is in the other list now and no longer found; the mark alone keeps the playlist out.
-    QVERIFY(pass("CheckFarActions"));
+    CheckFar();
     Time().SetLocal(QTime(12, 4));
-    QVERIFY(pass("CheckFarActions"));
+    CheckFar();
     EXPECT_LOG(4, {});
     EXPECT_REQUESTS(Bus(), {});
 
     // The next day it is played, which takes the mark away.
     Time().SetLocal(QDate(2024, 5, 16), QTime(11, 59, 50));
-    QVERIFY(pass("CheckFarActions"));
+    CheckFar();
     Time().SetLocal(QTime(11, 59, 52));
-    QVERIFY(pass("CheckEarlyActions"));
+    CheckEarly();
     EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:1, s:12:00:00, b:false)"_s});
     LogRecorder::Clear();
 }

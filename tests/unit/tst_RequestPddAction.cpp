@@ -1,14 +1,13 @@
 #include "Action.h"
 #include "ActionLine.h"
-#include "Scheduler.h"
-#include "UnitTest.h"
+#include "SchedulerTest.h"
 #include "tasks/RequestPddAction.h"
 
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
 
-class RequestPddActionTest final : public UnitTest
+class RequestPddActionTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -143,15 +142,13 @@ void RequestPddActionTest::TheSchedulerCarriesTheSignalOn()
     QFETCH(QByteArray, parameters);
     QFETCH(QList<QVariantList>, announced);
     QFETCH(LogLines, log);
-    Data().WriteSchedule("1111111|12:00:10|*|*|*|||19|" + parameters + "\n");
-    Scheduler scheduler(u"schedule.csv"_s);
-    const QSignalSpy expected(&scheduler, &Scheduler::ExpectedPddAction);
-    scheduler.Start();
-    QVERIFY(QMetaObject::invokeMethod(&scheduler, "CheckFarActions", Qt::DirectConnection));
+    StartWith({"1111111|12:00:10|*|*|*|||19|" + parameters});
+    const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
+    CheckFar();
     Time().SetLocal(QTime(12, 0, 10));
     LogRecorder::Clear();
     // Within the pass: no event loop is needed.
-    QVERIFY(QMetaObject::invokeMethod(&scheduler, "CheckEarlyActions", Qt::DirectConnection));
+    CheckEarly();
     QCOMPARE(QList<QVariantList>(expected), announced);
     EXPECT_LOG(4, (LogLines{{4, "[Scheduler.cpp] READY action found: 19 (RequestPddAction)"}} + log));
     EXPECT_REQUESTS(Bus(), {});

@@ -1,8 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "PlaylistLines.h"
-#include "Scheduler.h"
-#include "UnitTest.h"
+#include "SchedulerTest.h"
 
 using namespace Qt::StringLiterals;
 using namespace PlaylistLines;
@@ -15,7 +14,7 @@ const QByteArray PLAYLIST = QByteArrayLiteral("track1.mp3;60\ntrack2.mp3;30\n");
 } // namespace
 
 // What a line's task and parameters make, kind by kind.
-class TaskCreationTest final : public UnitTest
+class TaskCreationTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -232,9 +231,8 @@ void TaskCreationTest::ARejectedLineLeavesTheOthers()
                          "1111111|08:30:00|*|*|*|||PlayPlaylist|xmas\n"
                          "1111111|08:30:00|*|*|*|||Volume\n"
                          "1111111|08:30:00|*|*|*|||StopPlaylist\n");
-    Scheduler scheduler(u"schedule.csv"_s);
-    LogRecorder::Clear();
-    scheduler.Start();
+    Create();
+    Engine().Start();
     const QByteArray path = Data().PlaylistPath(u"missing"_s).toUtf8();
     EXPECT_LOG(4,
                {{4, "[Scheduler.cpp] Starting schedule..."},
