@@ -130,7 +130,7 @@ void EarlyPassTest::StartedActionsReturnBeforeLostOnes()
     FakeTask* const first = FakeTask::Living()[0];
     first->m_onAskTolerance = [this] { Time().Advance_s(5); };
     FakeTask* const third = FakeTask::Living()[2];
-    third->m_onAskTolerance = [this] { QFAIL("it is in time by then"); };
+    third->m_onAskTolerance = [] { QFAIL("it is in time by then"); };
     CheckEarly();
     QCOMPARE(LogRecorder::Messages(4).filter(u"found"_s),
              (QStringList{u"LOST action found: 1 (PlayMessage)"_s, u"READY action found: 5 (Volume)"_s,
