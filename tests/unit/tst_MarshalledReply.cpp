@@ -8,6 +8,7 @@
 #include <QDBusServer>
 #include <QDBusVirtualObject>
 #include <QSignalSpy>
+#include <QUuid>
 
 #include <climits>
 
@@ -89,7 +90,9 @@ private:
 
 void MarshalledReplyTest::Begin()
 {
-    m_server = std::make_unique<QDBusServer>(u"unix:dir="_s + Data().Path());
+    // An abstract address leaves no file behind, whenever the server's thread comes to close it.
+    m_server =
+        std::make_unique<QDBusServer>(u"unix:abstract=ozna-test-"_s + QUuid::createUuid().toString(QUuid::Id128));
     m_server->setAnonymousAuthenticationAllowed(true);
     connect(m_server.get(), &QDBusServer::newConnection, this,
             [this](QDBusConnection connection) { connection.registerVirtualObject(u"/object"_s, &m_answerer); });
