@@ -1,6 +1,7 @@
 #include "SchedulerTest.h"
 
 #include "SchedulerAccess.h"
+#include "SharedProxies.h"
 
 namespace
 {
@@ -21,6 +22,8 @@ SchedulerTest::~SchedulerTest() = default;
 
 void SchedulerTest::Create()
 {
+    m_scheduler.reset();
+    SharedProxies::Delete();
     m_scheduler = std::make_unique<Scheduler>(QStringLiteral("schedule.csv"));
     LogRecorder::Clear();
 }

@@ -1,7 +1,7 @@
 #include "UnitTest.h"
 
 #include "Log.h"
-#include "Peers.h"
+#include "SharedProxies.h"
 
 #include <QDBusConnection>
 
@@ -13,11 +13,11 @@ void UnitTest::initTestCase()
 {
     QVERIFY2(!QDBusConnection::sessionBus().isConnected(), "a unit test must not reach a session bus");
     LogRecorder::Install();
-    ::Peers::CreateProxies();
 }
 
 void UnitTest::init()
 {
+    SharedProxies::Renew();
     m_clock.emplace();
     m_peers.emplace();
     m_data.emplace();

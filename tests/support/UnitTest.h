@@ -11,8 +11,8 @@
 #include <optional>
 
 // What every test of the engine stands on. Each test function, and each row, begins with an empty log, a virtual
-// clock, peers that accept everything and an empty data folder; at its end it fails when the log holds an error or a
-// warning that it did not expect. The shared proxies exist, on a bus that cannot be reached.
+// clock, peers that accept everything, new shared proxies and an empty data folder; at its end it fails when the log
+// holds an error or a warning that it did not expect. The bus cannot be reached.
 //
 // A test program that needs more before or after each test overrides Begin and End.
 class UnitTest : public QObject

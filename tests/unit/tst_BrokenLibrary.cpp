@@ -1,4 +1,5 @@
 #include "SchedulerTest.h"
+#include "SharedProxies.h"
 #include "TextFile.h"
 #include "tasks/PlayMessage.h"
 
@@ -169,6 +170,9 @@ void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone_data()
 void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone()
 {
     QFETCH(int, failing);
+    End();
+    SharedProxies::Delete();
+    LogRecorder::Clear();
     m_goodConnections = failing;
     QVERIFY_THROWS_EXCEPTION(std::exception, Scheduler(u"schedule.csv"_s));
     EXPECT_LOG(9, {});

@@ -1,5 +1,6 @@
 #include "PeerCall.h"
 #include "Scheduler.h"
+#include "SharedProxies.h"
 #include "UnitTest.h"
 
 #include <ConfigProxy.h>
@@ -11,9 +12,12 @@
 #include <SoundManagerProxy.h>
 #include <UpdateManagerProxy.h>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(QDBusAbstractInterface*)
+// A row names the place of a proxy: each row has a proxy of its own there.
+using ProxyOf = std::function<QDBusAbstractInterface*()>;
 
 class PeersTest final : public UnitTest
 {
@@ -28,33 +32,50 @@ private Q_SLOTS:
 
 void PeersTest::TheSharedProxiesAreAddressed_data()
 {
-    QTest::addColumn<QDBusAbstractInterface*>("proxy");
+    QTest::addColumn<ProxyOf>("proxyOf");
     QTest::addColumn<QString>("manager");
     QTest::addColumn<QString>("object");
     QTest::addColumn<QString>("interface");
     QTest::addColumn<int>("timeout_ms"); // -1: the bus library's own
-    const auto row = [](const char* name, QDBusAbstractInterface* proxy, const char* manager, const char* object,
+    const auto row = [](const char* name, const ProxyOf& proxyOf, const char* manager, const char* object,
                         const char* interface, int timeout_ms) {
-        QTest::newRow(name) << proxy << QString::fromLatin1(manager) << QString::fromLatin1(object)
+        QTest::newRow(name) << proxyOf << QString::fromLatin1(manager) << QString::fromLatin1(object)
                             << QString::fromLatin1(interface) << timeout_ms;
     };
-    row("configuration", Scheduler::m_configManProxy, "configmanager", "configobj", "configinterface", 2000);
-    row("update", Scheduler::m_updateManProxy, "updatemanager", "updateobj", "updateinterface", 2000);
-    row("sound", Scheduler::m_soundManProxy, "soundmanager", "soundobj", "soundinterface", 3000);
-    row("photo", Scheduler::m_photoManProxy, "photomanager", "photoobj", "photointerface", 5000);
-    row("light", Scheduler::m_lightManProxy, "lightmanager", "lightobj", "lightinterface", -1);
-    row("processor frequency", Scheduler::m_cpuFreqManProxy, "freqmanager", "freqobj", "freqinterface", 2000);
-    row("GPS", Scheduler::m_gpsManProxy, "gpsmanager", "gpsobj", "gpsinterface", 5000);
-    row("network", Scheduler::m_networkManProxy, "networkmanager", "netobj", "networkinterface", -1);
+    row(
+        "configuration", []() -> QDBusAbstractInterface* { return Scheduler::m_configManProxy; }, "configmanager",
+        "configobj", "configinterface", 2000);
+    row(
+        "update", []() -> QDBusAbstractInterface* { return Scheduler::m_updateManProxy; }, "updatemanager", "updateobj",
+        "updateinterface", 2000);
+    row(
+        "sound", []() -> QDBusAbstractInterface* { return Scheduler::m_soundManProxy; }, "soundmanager", "soundobj",
+        "soundinterface", 3000);
+    row(
+        "photo", []() -> QDBusAbstractInterface* { return Scheduler::m_photoManProxy; }, "photomanager", "photoobj",
+        "photointerface", 5000);
+    row(
+        "light", []() -> QDBusAbstractInterface* { return Scheduler::m_lightManProxy; }, "lightmanager", "lightobj",
+        "lightinterface", -1);
+    row(
+        "processor frequency", []() -> QDBusAbstractInterface* { return Scheduler::m_cpuFreqManProxy; }, "freqmanager",
+        "freqobj", "freqinterface", 2000);
+    row(
+        "GPS", []() -> QDBusAbstractInterface* { return Scheduler::m_gpsManProxy; }, "gpsmanager", "gpsobj",
+        "gpsinterface", 5000);
+    row(
+        "network", []() -> QDBusAbstractInterface* { return Scheduler::m_networkManProxy; }, "networkmanager", "netobj",
+        "networkinterface", -1);
 }
 
 void PeersTest::TheSharedProxiesAreAddressed()
 {
-    QFETCH(QDBusAbstractInterface*, proxy);
+    QFETCH(ProxyOf, proxyOf);
     QFETCH(QString, manager);
     QFETCH(QString, object);
     QFETCH(QString, interface);
     QFETCH(int, timeout_ms);
+    const QDBusAbstractInterface* const proxy = proxyOf();
     QVERIFY(proxy != nullptr);
     QCOMPARE(proxy->service(), u"com.kestrelix.ozna."_s + manager);
     QCOMPARE(proxy->path(), u"/com/kestrelix/ozna/%1/%2"_s.arg(manager, object));
@@ -66,9 +87,9 @@ void PeersTest::TheSharedProxiesAreAddressed()
 
 void PeersTest::CreatingThemLogsNothing()
 {
-    SoundManagerProxy* const before = Scheduler::m_soundManProxy;
+    SharedProxies::Delete();
     const Scheduler scheduler(u"schedule.csv"_s);
-    QVERIFY(Scheduler::m_soundManProxy != before);
+    QVERIFY(Scheduler::m_soundManProxy != nullptr);
     EXPECT_LOG(9, {});
     EXPECT_REQUESTS(Bus(), {});
 }

@@ -1,6 +1,5 @@
-#include "Scheduler.h"
 #include "SchedulerAdaptor.h"
-#include "UnitTest.h"
+#include "SchedulerTest.h"
 
 #include <QMetaClassInfo>
 #include <QMetaMethod>
@@ -19,7 +18,7 @@ QString ClassInfo(const char* name)
 
 } // namespace
 
-class SchedulerAdaptorTest final : public UnitTest
+class SchedulerAdaptorTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
@@ -91,17 +90,17 @@ void SchedulerAdaptorTest::ItsDescriptionExplainsThePddSignal()
 
 void SchedulerAdaptorTest::ItIsAChildOfTheScheduler()
 {
-    auto scheduler = std::make_unique<Scheduler>(u"schedule.csv"_s);
-    const QPointer<SchedulerAdaptor> adaptor = new SchedulerAdaptor(scheduler.get());
-    QCOMPARE(adaptor->parent(), scheduler.get());
-    scheduler.reset();
+    Create();
+    const QPointer<SchedulerAdaptor> adaptor = new SchedulerAdaptor(&Engine());
+    QCOMPARE(adaptor->parent(), &Engine());
+    End();
     QVERIFY(adaptor.isNull());
 }
 
 void SchedulerAdaptorTest::EachMethodIsForwarded()
 {
-    Scheduler scheduler(u"schedule.csv"_s);
-    SchedulerAdaptor adaptor(&scheduler);
+    Create();
+    SchedulerAdaptor adaptor(&Engine());
     bool enabled = false;
     QString name;
 
@@ -126,12 +125,12 @@ void SchedulerAdaptorTest::EachMethodIsForwarded()
 
 void SchedulerAdaptorTest::EverySignalIsRelayed()
 {
-    Scheduler scheduler(u"schedule.csv"_s);
-    const SchedulerAdaptor adaptor(&scheduler);
+    Create();
+    const SchedulerAdaptor adaptor(&Engine());
     const QSignalSpy enabling(&adaptor, &SchedulerAdaptor::SchedulingEnabled);
     const QSignalSpy expecting(&adaptor, &SchedulerAdaptor::ExpectedPddAction);
-    scheduler.SetEnabled(false);
-    scheduler.OnPddActionRequested(STREAM_MIC, true);
+    Engine().SetEnabled(false);
+    Engine().OnPddActionRequested(STREAM_MIC, true);
     QCOMPARE(enabling.size(), 1);
     QCOMPARE(enabling[0], (QVariantList{false, u"schedule.csv"_s}));
     QCOMPARE(expecting.size(), 1);
