@@ -30,8 +30,10 @@ bool Fails(int& good)
 
 using Connection = QMetaObject::Connection;
 
-QString RealReadLine(QTextStream* stream, qint64 maxLength) __asm__("__real__ZN11QTextStream8readLineEx");
-QString ReadLine(QTextStream* stream, qint64 maxLength) __asm__("__wrap__ZN11QTextStream8readLineEx");
+bool RealReadLine(QTextStream* stream, QString* line,
+                  qint64 maxLength) __asm__("__real__ZN11QTextStream12readLineIntoEP7QStringx");
+bool ReadLine(QTextStream* stream, QString* line,
+              qint64 maxLength) __asm__("__wrap__ZN11QTextStream12readLineIntoEP7QStringx");
 
 Connection
 RealConnect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
@@ -45,11 +47,11 @@ Connection Connect(const QObject* sender, void** signal, const QObject* receiver
                                                           "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
                                                           "QMetaObject");
 
-QString ReadLine(QTextStream* stream, qint64 maxLength)
+bool ReadLine(QTextStream* stream, QString* line, qint64 maxLength)
 {
     if (Fails(m_goodLines))
         throw std::bad_alloc();
-    return RealReadLine(stream, maxLength);
+    return RealReadLine(stream, line, maxLength);
 }
 
 Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
@@ -184,7 +186,7 @@ void BrokenLibraryTest::AMessageWhoseEndCannotBeHeardIsTold()
     m_goodConnections = 0;
     LogRecorder::Clear();
     QVERIFY(message.Run());
-    EXPECT_LOG(2, {{2, "[PlayTask.h] Can't wait for the end of PlayMessage"}});
+    EXPECT_LOG(2, {{2, "[tasks/PlayMessage.cpp] Can't wait for the end of PlayMessage"}});
 }
 
 QTEST_GUILESS_MAIN(BrokenLibraryTest)

@@ -140,9 +140,10 @@ void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()
 {
     m_hasReadError = true;
     const PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
-    EXPECT_LOG(4, {{2, "[tasks/PlayPlaylist.cpp] Playlist file read error: Input/output error"},
-                   PlaylistLines::Loaded(2),
-                   PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
+    EXPECT_LOG(
+        4, {{2, "[tasks/PlayPlaylist.cpp] Playlist file read error: Input/output error", PlaylistLines::FILE_ORIGIN},
+            PlaylistLines::Loaded(2),
+            PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
 }
 
 QTEST_GUILESS_MAIN(BrokenTasksTest)
