@@ -3,7 +3,9 @@
 namespace
 {
 
-const QByteArray SCHEDULE = "1111111|08:30:00|*|*|*|||Light|50\n"
+const QByteArray SCHEDULE = "1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n"
+                            "1111111|08:30:00|*|*|*|||PlayPlaylist|day,30,morning\n"
+                            "1111111|08:30:00|*|*|*|||Light|50\n"
                             "1111111|08:30:00|*|*|*|||Amplifiers|300\n"
                             "1111111|08:30:00|*|*|*|||Volume|-5\n"
                             "1111111|08:30:00|*|*|*|||Camera|1\n"
@@ -35,12 +37,14 @@ bool IsTaskLine(const QString& line)
 bool EveryKind::StartSchedule()
 {
     WriteSchedule(SCHEDULE);
+    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
     WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     if (!StartDaemon())
         return false;
-    static_cast<void>(Daemon().Take());
-    return true;
+    return Daemon().Take(2) ==
+           QStringList{
+               QStringLiteral("2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '600'. Using 456.")};
 }
 
 QStringList EveryKind::TakeTaskLines(unsigned int maxLevel)
@@ -60,7 +64,11 @@ bool EveryKind::WaitForTheLast()
 
 QStringList EveryKind::AcceptedCalls()
 {
-    return {QStringLiteral("light.SetIntensity u 50"),
+    // The first two are asked for ahead of their time.
+    return {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00"),
+            QStringLiteral("sound.SetPlayerVolume sd playlist 30"),
+            QStringLiteral("sound.PlayPlaylist ssusb day morning 1 08:30:00 false"),
+            QStringLiteral("light.SetIntensity u 50"),
             QStringLiteral("light.Switch b true"),
             QStringLiteral("sound.SetAmplifiers y 44"),
             QStringLiteral("sound.SetMasterVolume d -5"),

@@ -3,7 +3,7 @@
 #include "BusTest.h"
 #include "Lines.h"
 
-// A schedule in which every kind of task is due at 08:30:00, and what it brings. The clock is set to four seconds
+// A schedule in which every kind of task is due at 08:30:00, and what it brings. The clock is set to eight seconds
 // before: the first far pass finds all of them early.
 class EveryKind : public BusTest
 {

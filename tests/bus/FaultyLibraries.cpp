@@ -9,6 +9,8 @@
 #include <string_view>
 #include <sys/eventfd.h>
 
+class Scheduler;
+
 namespace
 {
 
@@ -29,6 +31,8 @@ int Fail()
 // The linker makes these names.
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
 extern "C" {
+void __real__ZN9Scheduler3RunEv(Scheduler* scheduler);
+void __wrap__ZN9Scheduler3RunEv(Scheduler* scheduler);
 int __real_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
 int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
 int __real_eventfd(unsigned int count, int flags);
@@ -66,5 +70,12 @@ void __wrap__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<voi
     if (IsFault("scheduler"))
         throw std::bad_alloc();
     __real__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(onUpdateManager);
+}
+
+void __wrap__ZN9Scheduler3RunEv(Scheduler* scheduler)
+{
+    if (IsFault("run"))
+        throw std::bad_alloc();
+    __real__ZN9Scheduler3RunEv(scheduler);
 }
 // NOLINTEND(bugprone-reserved-identifier, readability-identifier-naming)

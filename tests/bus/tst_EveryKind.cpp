@@ -27,6 +27,9 @@ namespace
 QStringList AcceptedLines()
 {
     return {
+        QStringLiteral("9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|-1"),
+        QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
+        QStringLiteral("4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: day|1|08:30:00|30"),
         QStringLiteral("4 [tasks/Light.cpp] TASK REQUESTED | Light: 1"),
         QStringLiteral("9 [tasks/Amplifiers.cpp] TASK REQUESTED | Amplifiers: 0x12c"),
         QStringLiteral("4 [tasks/Volume.cpp] TASK REQUESTED | Volume: -5"),
@@ -61,7 +64,10 @@ QStringList AcceptedLines()
 // What is logged when every request fails on the bus; %1 is the bus's message, of the peer's own kind in %2.
 QStringList BusErrorLines()
 {
-    return {QStringLiteral("1 [tasks/Light.cpp] SetIntensity(50) request error"),
+    return {QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: %sound%"),
+            QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
+            QStringLiteral("1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: %sound%"),
+            QStringLiteral("1 [tasks/Light.cpp] SetIntensity(50) request error"),
             QStringLiteral("1 [tasks/Amplifiers.cpp] SetAmplifiers(0x12c) request error: %sound%"),
             QStringLiteral("1 [tasks/Volume.cpp] SetVolume(-5) request error: %sound%"),
             QStringLiteral("9 [tasks/Camera.cpp] Enabling"),
@@ -109,7 +115,10 @@ void EveryKindAndAnswer::IsLoggedWhenRefused()
     QVERIFY(StartSchedule());
     QVERIFY(WaitForTheLast());
     COMPARE_LINES(TakeTaskLines(9),
-                  {QStringLiteral("1 [tasks/Light.cpp] SetIntensity(50) request error"),
+                  {QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile error: 7"),
+                   QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
+                   QStringLiteral("1 [tasks/PlayPlaylist.cpp] PlayPlaylist error: 7"),
+                   QStringLiteral("1 [tasks/Light.cpp] SetIntensity(50) request error"),
                    QStringLiteral("4 [tasks/Amplifiers.cpp] SetIntensity(300) error: 7"),
                    QStringLiteral("1 [tasks/Volume.cpp] SetVolume(-5) error: 7"),
                    QStringLiteral("9 [tasks/Camera.cpp] Enabling"),

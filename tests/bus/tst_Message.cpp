@@ -104,7 +104,7 @@ void Message::WhateverTheVolumeRequestBringsTheMessageIsRequested()
 
 void Message::AStopMessageStopsAtItsSecond()
 {
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
@@ -128,7 +128,7 @@ void Message::AStopMessageStopsAtItsSecond()
 
 void Message::AStopMessageThatIsRefusedIsLogged()
 {
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     Device().AnswerStatus(STOP_PLAY, 5);
     WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
     QVERIFY(StartDaemon());

@@ -98,7 +98,7 @@ void MessageAnswers::ASoundManagerThatNeverAnswersCostsItsTimeOut()
                                          "the network connection was broken.");
     QVERIFY(Daemon().WaitForLog(error));
     const qint64 waited_ms = QDateTime::currentMSecsSinceEpoch() - asked_ms;
-    QVERIFY2(waited_ms >= 2800 && waited_ms < 4500, qPrintable(QString::number(waited_ms)));
+    QVERIFY2(waited_ms >= 2800 && waited_ms < 10000, qPrintable(QString::number(waited_ms)));
     COMPARE_LINES(Daemon().Take(2), {error});
 }
 

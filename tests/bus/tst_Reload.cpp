@@ -22,7 +22,27 @@ namespace
 constexpr int WARM_UP = 200;
 constexpr int RELOADS = 2000;
 constexpr long TOLERATED_KB = 512;
-constexpr int LINES = 40;
+constexpr int REPEATED = 2;
+
+// A line of each kind, with what it allocates and connects.
+constexpr const char* TASKS[] = {"PlayMessage|gong.mp3,70",
+                                 "PlayPlaylist|day,50,p1",
+                                 "PlayStream|8554/live",
+                                 "PlayRadioFm|98.5",
+                                 "StopMessage",
+                                 "StopPlaylist|p1",
+                                 "StopStream",
+                                 "StopRadioFm",
+                                 "enableAux|1",
+                                 "Volume|5",
+                                 "Light|5",
+                                 "Amplifiers|5",
+                                 "Camera|1",
+                                 "SetCpuFreq|1",
+                                 "Gps|1",
+                                 "Lan|1",
+                                 "RecordPhoto|10,3",
+                                 "19|1,1"};
 
 } // namespace
 
@@ -51,7 +71,11 @@ long Reload::ResidentKilobytes() const
 
 void Reload::ThousandsOfTimesTakesNoMemory()
 {
-    WriteSchedule(QByteArray("1111111|12:00:00|*|*|*|20240101|20301231|PlayMessage|gong.mp3,70\n").repeated(LINES));
+    WritePlaylist("first.mp3;60\nsecond.mp3;30\n", QStringLiteral("day"));
+    QByteArray schedule;
+    for (const char* task : TASKS)
+        schedule += QByteArray("1111111|12:00:00|*|*|*|20240101|20301231|") + task + '\n';
+    WriteSchedule(schedule.repeated(REPEATED) + "rejected\n1111111|12:00:00|*|*|*|||PlayPlaylist|none\n");
     Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
     QVERIFY(StartDaemon());
     QVERIFY(ReloadTimes(WARM_UP));
@@ -65,6 +89,9 @@ void Reload::ThousandsOfTimesTakesNoMemory()
         QVERIFY2(grown_kB <= TOLERATED_KB, qPrintable(QString::number(grown_kB)));
     QCOMPARE(StopDaemon(), 0);
     QCOMPARE(Daemon().Log().count(RESTARTING.first()), WARM_UP + RELOADS);
+    // Two rejected lines, one with a reason and one, a playlist, with two; and the warnings of SetCpuFreq.
+    constexpr int WARNINGS = 2 + 3 + REPEATED;
+    QCOMPARE(Daemon().Take(2).size(), (WARM_UP + RELOADS + 1) * WARNINGS);
 }
 
 QTEST_GUILESS_MAIN(Reload)

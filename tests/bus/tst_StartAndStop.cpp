@@ -27,6 +27,7 @@ private Q_SLOTS:
     void WithoutADescriptorNeitherSignalIsCaught();
     void AnObjectThatIsRefusedEndsTheStart();
     void AnExceptionEndsTheStartNormally();
+    void AnExceptionAfterTheStartStopsWhatThereIs();
     void ReadsTheDeviceFolderWhenInstalled();
 
 private:
@@ -200,6 +201,16 @@ void StartAndStop::AnExceptionEndsTheStartNormally()
     QCOMPARE(Daemon().WaitForExit(), 0);
     COMPARE_LINES(Daemon().Take(),
                   CREATED + QStringList{QStringLiteral("1 [main.cpp] Impossible to create scheduler")} + TERMINATED);
+}
+
+void StartAndStop::AnExceptionAfterTheStartStopsWhatThereIs()
+{
+    UseFaultyDaemon(QStringLiteral("run"));
+    Daemon().Start();
+    QCOMPARE(Daemon().WaitForExit(), 0);
+    COMPARE_LINES(Daemon().Take(), CREATED + READY +
+                                       QStringList{QStringLiteral("1 [main.cpp] Impossible to create scheduler")} +
+                                       STOPPED + TERMINATED);
 }
 
 void StartAndStop::ReadsTheDeviceFolderWhenInstalled()

@@ -1,0 +1,131 @@
+#include "PlayingTest.h"
+
+using namespace Lines;
+
+// What is deleted in a state in which nothing plays for it leaves nothing to be stopped.
+class NotPlaying : public PlayingTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void WhatHasNotBegunIsNotStopped_data();
+    void WhatHasNotBegunIsNotStopped();
+    void WhatHasCompletedIsNotStopped_data();
+    void WhatHasCompletedIsNotStopped();
+    void WhatIsBeingRequestedIsStoppedOnceItPlays_data();
+    void WhatIsBeingRequestedIsStoppedOnceItPlays();
+    void WhatIsNotMarkedAsRunningIsNotStopped_data();
+    void WhatIsNotMarkedAsRunningIsNotStopped();
+};
+
+void NotPlaying::WhatHasNotBegunIsNotStopped_data()
+{
+    AddWays();
+}
+
+void NotPlaying::WhatHasNotBegunIsNotStopped()
+{
+    QFETCH(QString, by);
+    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    WriteSchedule("1111111|12:00:00|*|*|*|||PlayMessage|gong.mp3\n"
+                  "1111111|12:00:00|*|*|*|||PlayPlaylist|day,-1,morning\n"
+                  "1111111|12:00:00|*|*|*|||PlayStream|8554/live\n"
+                  "1111111|12:00:00|*|*|*|||PlayRadioFm|98.5\n"
+                  "1111111|12:00:00|*|*|*|||enableAux|1\n"
+                  "1111111|12:00:00|*|*|*|||RecordPhoto|10,3\n");
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().Take().contains(Loaded(6).first()));
+    DeleteActions(by);
+    COMPARE_LINES(Device().Calls(), QStringList());
+}
+
+void NotPlaying::WhatHasCompletedIsNotStopped_data()
+{
+    AddWays();
+}
+
+void NotPlaying::WhatHasCompletedIsNotStopped()
+{
+    QFETCH(QString, by);
+    QVERIFY(StartPlaying());
+    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
+    Device().Emit("sound.PlayPlaylistCompleted", {QStringLiteral("day")});
+    Device().Emit("sound.StreamEnabled", {false});
+    QVERIFY(Daemon().WaitForLog(
+        QStringLiteral("4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live")));
+    static_cast<void>(Daemon().Take());
+    DeleteActions(by);
+    COMPARE_LINES(Device().Calls(), REQUESTS);
+}
+
+void NotPlaying::WhatIsBeingRequestedIsStoppedOnceItPlays_data()
+{
+    QTest::addColumn<QByteArray>("task");
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QStringList>("stops");
+    QTest::addColumn<QString>("by");
+    const auto row = [](const char* task, const char* method, const QStringList& stops, const QString& by) {
+        QTest::addRow("%s, %s", method, qPrintable(by)) << QByteArray(task) << QByteArray(method) << stops << by;
+    };
+    for (const QString& by : WAYS)
+        row("PlayStream|8554/live", "sound.PlayStream", {STOPS[2]}, by);
+    row("PlayMessage|gong.mp3", "sound.PlayFile", {STOPS[0]}, WAYS[1]);
+    row("PlayPlaylist|day,-1,morning", "sound.PlayPlaylist", {STOPS[1]}, WAYS[1]);
+    row("PlayRadioFm|98.5", "sound.RadioFmSetFrequency", {}, WAYS[1]);
+    row("enableAux|1", "sound.PlayAux", {}, WAYS[1]);
+    row("RecordPhoto", "photo.TakePhoto", {}, WAYS[1]);
+    row("RecordPhoto|10,3", "photo.TakePhotoStream", {}, WAYS[1]);
+}
+
+// The daemon waits for the answer to its request while it is told to drop its actions.
+void NotPlaying::WhatIsBeingRequestedIsStoppedOnceItPlays()
+{
+    constexpr int ANSWER_MS = 1000;
+    QFETCH(QByteArray, task);
+    QFETCH(QByteArray, method);
+    QFETCH(QStringList, stops);
+    QFETCH(QString, by);
+    Device().AnswerStatus(method.constData(), 0, ANSWER_MS, 1);
+    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    WriteSchedule("1111111|08:30:00|*|*|*|||" + task + '\n');
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    QVERIFY(StartDaemon());
+    QVERIFY(
+        WaitUntil([&] { return Device().Calls().filter(QString::fromLatin1(method) + QLatin1Char(' ')).size() == 1; }));
+    const QStringList requests = Device().Calls();
+    COMPARE_LINES(Daemon().Take(2), QStringList());
+    // Before the radio's time, so that it is not forced when it is loaded again.
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 0), Qt::UTC));
+    DeleteActions(by);
+    COMPARE_LINES(Device().Calls(), requests + stops);
+}
+
+void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped_data()
+{
+    AddWays();
+}
+
+void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped()
+{
+    QFETCH(QString, by);
+    WriteSchedule("1111111|08:30:00|*|*|*|||PlayRadioFm|98.5\n"
+                  "1111111|08:30:00|*|*|*|||enableAux|1\n"
+                  "1111111|08:30:00|*|*|*|||RecordPhoto\n"
+                  "1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n");
+    const QStringList requests{QStringLiteral("sound.PlayRadioFm -"),
+                               QStringLiteral("sound.RadioFmSetFrequency d 98.5"), QStringLiteral("sound.PlayAux -"),
+                               QStringLiteral("photo.TakePhoto -"), QStringLiteral("photo.TakePhotoStream i 10")};
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    QVERIFY(StartDaemon());
+    QVERIFY(Device().WaitForCalls(requests.size()));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    // Before the radio's time, so that it is not forced when it is loaded again.
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 0), Qt::UTC));
+    static_cast<void>(Daemon().Take());
+    DeleteActions(by);
+    COMPARE_LINES(Device().Calls(), requests);
+}
+
+QTEST_GUILESS_MAIN(NotPlaying)
+#include "tst_NotPlaying.moc"
