@@ -39,7 +39,7 @@ bool EveryKind::StartSchedule()
     WriteSchedule(SCHEDULE);
     WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
     WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
     if (!StartDaemon())
         return false;
     return Daemon().Take(2) ==

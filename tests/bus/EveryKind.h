@@ -3,8 +3,9 @@
 #include "BusTest.h"
 #include "Lines.h"
 
-// A schedule in which every kind of task is due at 08:30:00, and what it brings. The clock is set to eight seconds
-// before: the first far pass finds all of them early.
+// A schedule in which every kind of task is due at 08:30:00, and what it brings. The clock is set to six seconds
+// before: one far pass finds all of them early, and a message or playlist that is refused is not asked for again by
+// another.
 class EveryKind : public BusTest
 {
     Q_OBJECT

@@ -28,6 +28,7 @@ QStringList AcceptedLines()
 {
     return {
         QStringLiteral("9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|-1"),
+        QStringLiteral("5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"),
         QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
         QStringLiteral("4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: day|1|08:30:00|30"),
         QStringLiteral("4 [tasks/Light.cpp] TASK REQUESTED | Light: 1"),
@@ -65,6 +66,7 @@ QStringList AcceptedLines()
 QStringList BusErrorLines()
 {
     return {QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: %sound%"),
+            QStringLiteral("5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"),
             QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
             QStringLiteral("1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: %sound%"),
             QStringLiteral("1 [tasks/Light.cpp] SetIntensity(50) request error"),
@@ -116,6 +118,7 @@ void EveryKindAndAnswer::IsLoggedWhenRefused()
     QVERIFY(WaitForTheLast());
     COMPARE_LINES(TakeTaskLines(9),
                   {QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile error: 7"),
+                   QStringLiteral("5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"),
                    QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
                    QStringLiteral("1 [tasks/PlayPlaylist.cpp] PlayPlaylist error: 7"),
                    QStringLiteral("1 [tasks/Light.cpp] SetIntensity(50) request error"),
