@@ -17,7 +17,7 @@ public:
 
     Entries::iterator begin() { return m_entries.begin(); }
     Entries::iterator end() { return m_entries.end(); }
-    [[nodiscard]] size_t Size() const { return m_entries.size(); }
+    [[nodiscard]] int Size() const { return static_cast<int>(m_entries.size()); }
 
     void Append(std::unique_ptr<Action> action);
 

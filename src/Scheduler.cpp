@@ -183,7 +183,7 @@ void Scheduler::LoadSchedule(const QString& fileName)
         }
         if (!file.ReadError().isEmpty())
             OZNA_LOG(LEVEL_WARNING, "Schedule file read error: %s", qPrintable(file.ReadError()));
-        OZNA_LOG(LEVEL_NORMAL, "Schedule loaded (%d tasks)", static_cast<int>(m_farActions.Size()));
+        OZNA_LOG(LEVEL_NORMAL, "Schedule loaded (%d tasks)", m_farActions.Size());
     }
     catch (const std::exception&)
     {
@@ -233,9 +233,9 @@ void Scheduler::CheckFarActions()
 {
     OZNA_LOG(LEVEL_TRACE, "Checking far actions");
     OZNA_LOG(LEVEL_TRACE, "----------------------------");
-    OZNA_LOG(LEVEL_TRACE, "> FarActions:     %zu", m_farActions.Size());
-    OZNA_LOG(LEVEL_TRACE, "> EarlyActions:   %zu", m_earlyActions.Size());
-    OZNA_LOG(LEVEL_TRACE, "> TOTAL ACTIONS:  %zu", m_farActions.Size() + m_earlyActions.Size());
+    OZNA_LOG(LEVEL_TRACE, "> FarActions:     %d", m_farActions.Size());
+    OZNA_LOG(LEVEL_TRACE, "> EarlyActions:   %d", m_earlyActions.Size());
+    OZNA_LOG(LEVEL_TRACE, "> TOTAL ACTIONS:  %d", m_farActions.Size() + m_earlyActions.Size());
     OZNA_LOG(LEVEL_TRACE, "----------------------------");
 
     ActionList::Noted early;
