@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDateTime>
+#include <QFile>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -9,6 +10,8 @@
 class FakeTime final
 {
 public:
+    FakeTime();
+
     // Sets the calendar time, also of a process that runs already.
     void Set(const QDateTime& now);
 
@@ -20,5 +23,6 @@ public:
 
 private:
     QTemporaryDir m_folder;
-    qint64 m_offset_ms = 0;
+    QFile m_file; // what the process reads, see tests/support/clock
+    qint64* m_offset_ms = nullptr;
 };

@@ -1,0 +1,119 @@
+// Moves the calendar clock of the process that this is preloaded into, by the count of milliseconds that stands at the
+// beginning of the file that OZNA_CLOCK_OFFSET_FILE names (8 bytes, native order; mapped, so that a change is seen at
+// once). The monotonic clock, which timers and time-outs follow, stays. The kernel is asked directly, and nothing is
+// looked up, locked or called that another preloaded library could have replaced: libraries ask for the time before any
+// constructor of this one has run, and a replaced open() may ask for it in its turn.
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+namespace
+{
+
+constexpr long NS_PER_MS = 1'000'000;
+constexpr long NS_PER_S = 1'000'000'000;
+constexpr long MS_PER_S = 1000;
+constexpr long NS_PER_US = 1000;
+
+using Offset_ms = std::atomic<long long>;
+
+const Offset_ms* MapOffset()
+{
+    const char* const path = std::getenv("OZNA_CLOCK_OFFSET_FILE");
+    const long file = path ? ::syscall(SYS_openat, AT_FDCWD, path, O_RDONLY | O_CLOEXEC) : -1;
+    if (file < 0)
+        return nullptr;
+    const long memory = ::syscall(SYS_mmap, nullptr, sizeof(Offset_ms), PROT_READ, MAP_SHARED, file, 0);
+    ::syscall(SYS_close, file);
+    return memory == -1 ? nullptr : reinterpret_cast<const Offset_ms*>(memory);
+}
+
+long long Offset()
+{
+    enum State
+    {
+        UNMAPPED,
+        MAPPING,
+        MAPPED
+    };
+    static std::atomic<int> state{UNMAPPED};
+    static std::atomic<const Offset_ms*> offset{nullptr};
+    int expected = UNMAPPED;
+    // Who asks while the file is being mapped sees the true time instead of waiting.
+    if (state.compare_exchange_strong(expected, MAPPING))
+    {
+        const int error = errno;
+        offset = MapOffset();
+        errno = error;
+        state = MAPPED;
+    }
+    const Offset_ms* const mapped = offset;
+    return mapped ? mapped->load() : 0;
+}
+
+bool IsCalendarClock(clockid_t clock)
+{
+    return clock == CLOCK_REALTIME || clock == CLOCK_REALTIME_COARSE || clock == CLOCK_TAI;
+}
+
+int ShiftedTime(clockid_t clock, timespec* time)
+{
+    if (::syscall(SYS_clock_gettime, clock, time) != 0)
+        return -1;
+    if (IsCalendarClock(clock))
+    {
+        const long long offset_ms = Offset();
+        long long seconds = time->tv_sec + offset_ms / MS_PER_S;
+        long nanoseconds = time->tv_nsec + static_cast<long>(offset_ms % MS_PER_S) * NS_PER_MS;
+        if (nanoseconds < 0)
+        {
+            nanoseconds += NS_PER_S;
+            --seconds;
+        }
+        else if (nanoseconds >= NS_PER_S)
+        {
+            nanoseconds -= NS_PER_S;
+            ++seconds;
+        }
+        time->tv_sec = seconds;
+        time->tv_nsec = nanoseconds;
+    }
+    return 0;
+}
+
+} // namespace
+
+extern "C" {
+
+int clock_gettime(clockid_t clock, timespec* time) noexcept
+{
+    return ShiftedTime(clock, time);
+}
+
+int gettimeofday(timeval* time, void*) noexcept
+{
+    timespec now = {};
+    if (ShiftedTime(CLOCK_REALTIME, &now) != 0)
+        return -1;
+    time->tv_sec = now.tv_sec;
+    time->tv_usec = now.tv_nsec / NS_PER_US;
+    return 0;
+}
+
+time_t time(time_t* result) noexcept
+{
+    timespec now = {};
+    if (ShiftedTime(CLOCK_REALTIME, &now) != 0)
+        return -1;
+    if (result)
+        *result = now.tv_sec;
+    return now.tv_sec;
+}
+}
