@@ -139,6 +139,9 @@ void Day::SendsWhatIsDueAndNothingElse()
     STEP(Tuesday(16, 0), {});
     STEP(Tuesday(16, 30), {QStringLiteral("sound.PlayFile ss a-day-late.mp3 16:30:00")});
     Device().Emit("sound.PlayFileCompleted", {QStringLiteral("a-day-late.mp3")});
+    // A message that has not been heard to end would be stopped.
+    QVERIFY(
+        Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: a-day-late.mp3")));
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Device().Calls(), m_expected);
 }

@@ -1,5 +1,6 @@
 #include "OrdinaryUser.h"
 
+#include <cstdlib>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -20,6 +21,7 @@ OrdinaryUser::OrdinaryUser()
 
 OrdinaryUser::~OrdinaryUser()
 {
-    if (m_isRoot)
-        static_cast<void>(::setresuid(ROOT, ROOT, ROOT));
+    // What follows would silently run as the wrong user.
+    if (m_isRoot && ::setresuid(ROOT, ROOT, ROOT) != 0)
+        std::abort();
 }
