@@ -35,7 +35,7 @@ Configuration::Configuration(const char* objectPath)
         return;
     auto settings = std::make_unique<QSettings>(path, QSettings::IniFormat);
     // Sections are parsed when they are asked for: only then does a malformed one show.
-    settings->allKeys();
+    static_cast<void>(settings->allKeys());
     if (settings->status() == QSettings::NoError)
         m_settings = std::move(settings);
 }
