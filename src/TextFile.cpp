@@ -1,12 +1,30 @@
 #include "TextFile.h"
 
+#include <algorithm>
 #include <fcntl.h>
-#include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace
 {
+
+constexpr qint64 BLOCK_SIZE = 65536;
+constexpr qint64 LEAST_READ = 1048576; // a file that grows is read up to here in any case
+constexpr QChar LINE_FEED = u'\n';
+constexpr QChar CARRIAGE_RETURN = u'\r';
+constexpr QChar COMMENT_SIGN = u'#';
+
+bool IsTerminator(QChar character)
+{
+    return character == LINE_FEED || character == CARRIAGE_RETURN;
+}
+
+bool IsVisible(QChar character)
+{
+    return std::u16string_view(u" \n\r\t").find(character.unicode()) == std::u16string_view::npos;
+}
 
 bool IsRegular(const struct stat& status)
 {
@@ -45,12 +63,58 @@ bool TextFile::Open()
     const int descriptor = OpenRegular(QFile::encodeName(m_path));
     if (descriptor < 0)
         return false;
-    if (!m_file.open(descriptor, QIODevice::ReadOnly | QIODevice::Text, QFileDevice::AutoCloseHandle))
+    if (!m_file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle))
     {
         ::close(descriptor);
         return false;
     }
-    m_stream.setDevice(&m_file);
+    // Some files of the system are longer than the size that they show.
+    m_unread = std::max(m_file.size(), LEAST_READ);
+    return true;
+}
+
+bool TextFile::ReadLine(QString& line)
+{
+    line.resize(0);
+    bool isLine = false;
+    while (m_position < m_block.size() || ReadBlock())
+    {
+        if (std::exchange(m_afterReturn, false) && m_block[m_position] == LINE_FEED)
+        {
+            ++m_position;
+            continue;
+        }
+        const auto begin = m_block.cbegin() + m_position;
+        const auto end = std::find_if(begin, m_block.cend(), IsTerminator);
+        line.append(&*begin, end - begin);
+        isLine = true;
+        m_position = end - m_block.cbegin();
+        if (end == m_block.cend())
+            continue;
+        ++m_position;
+        m_afterReturn = *end == CARRIAGE_RETURN;
+        break;
+    }
+    return isLine;
+}
+
+// Reads on until there is text, which the first bytes of a character alone are not. False when there is no more.
+bool TextFile::ReadBlock()
+{
+    m_position = 0;
+    do
+    {
+        const QByteArray bytes = m_file.read(std::min(m_unread, BLOCK_SIZE));
+        if (bytes.isEmpty())
+        {
+            m_block.clear();
+            return false;
+        }
+        m_unread -= bytes.size();
+        if (!m_decoder.isValid())
+            m_decoder = QStringDecoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
+        m_block = m_decoder(bytes);
+    } while (m_block.isEmpty());
     return true;
 }
 
@@ -59,9 +123,8 @@ QString TextFile::ReadError() const
     return m_file.error() == QFileDevice::NoError ? QString() : m_file.errorString();
 }
 
-bool TextFile::IsBlankOrComment(const QString& line)
+bool TextFile::IsBlankOrComment(QStringView line)
 {
-    const std::string text = line.toLatin1().toStdString();
-    const size_t last = text.find_last_not_of(" \n\r\t");
-    return last == std::string::npos || text.find('#') < last;
+    const auto last = std::find_if(line.crbegin(), line.crend(), IsVisible);
+    return last == line.crend() || std::find(line.cbegin(), last.base(), COMMENT_SIGN) < last.base() - 1;
 }

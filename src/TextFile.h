@@ -1,10 +1,14 @@
 #pragma once
 
 #include <QFile>
-#include <QTextStream>
+#include <QStringDecoder>
 
 // A text file, read line by line. Only a regular file is opened, and never waited for: a folder, a device or a pipe
-// counts as a file that cannot be opened, at once.
+// counts as a file that cannot be opened, at once. A byte-order mark at its beginning tells the encoding, and is no
+// part of the first line; without one the text is UTF-8.
+//
+// What was opened is read on, whatever comes to stand under its name meanwhile. No file holds its reader for ever: of
+// one that grows as fast as it is read, no more is read than it had when it was opened, or a megabyte of a smaller one.
 class TextFile final
 {
 public:
@@ -13,19 +17,25 @@ public:
     // False when the file cannot be opened.
     [[nodiscard]] bool Open();
 
-    // Reads the next line, of any length, without its terminator. False when there is none, at the end of the file or
-    // where reading fails. A carriage return counts as part of a terminator wherever it stands.
-    [[nodiscard]] bool ReadLine(QString& line) { return m_stream.readLineInto(&line); }
+    // Reads the next line, of any length, without its terminator: a line feed, a carriage return, or both in that
+    // system's order. False when there is none, at the end of the file or where reading fails.
+    [[nodiscard]] bool ReadLine(QString& line);
 
     // Why reading ended before the end of the file; empty when it did not.
     [[nodiscard]] QString ReadError() const;
 
     // Whether line holds nothing but blanks, or is a comment: a "#" before the last visible character makes one of
     // the whole line, while a "#" that is itself the last visible character does not.
-    static bool IsBlankOrComment(const QString& line);
+    static bool IsBlankOrComment(QStringView line);
 
 private:
+    bool ReadBlock();
+
     const QString m_path;
     QFile m_file;
-    QTextStream m_stream;
+    qint64 m_unread = 0;      // how many bytes may still be read
+    QStringDecoder m_decoder; // invalid until the first block has told the encoding
+    QString m_block;          // what was read last
+    qsizetype m_position = 0; // how much of the block has been handed out
+    bool m_afterReturn = false;
 };

@@ -3,8 +3,6 @@
 #include "TextFile.h"
 #include "tasks/PlayMessage.h"
 
-#include <QTextStream>
-
 #include <new>
 #include <stdexcept>
 
@@ -30,10 +28,8 @@ bool Fails(int& good)
 
 using Connection = QMetaObject::Connection;
 
-bool RealReadLine(QTextStream* stream, QString* line,
-                  qint64 maxLength) __asm__("__real__ZN11QTextStream12readLineIntoEP7QStringx");
-bool ReadLine(QTextStream* stream, QString* line,
-              qint64 maxLength) __asm__("__wrap__ZN11QTextStream12readLineIntoEP7QStringx");
+bool RealReadLine(TextFile* file, QString& line) __asm__("__real__ZN8TextFile8ReadLineER7QString");
+bool ReadLine(TextFile* file, QString& line) __asm__("__wrap__ZN8TextFile8ReadLineER7QString");
 
 Connection
 RealConnect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
@@ -47,11 +43,11 @@ Connection Connect(const QObject* sender, void** signal, const QObject* receiver
                                                           "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
                                                           "QMetaObject");
 
-bool ReadLine(QTextStream* stream, QString* line, qint64 maxLength)
+bool ReadLine(TextFile* file, QString& line)
 {
     if (Fails(m_goodLines))
         throw std::bad_alloc();
-    return RealReadLine(stream, line, maxLength);
+    return RealReadLine(file, line);
 }
 
 Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,

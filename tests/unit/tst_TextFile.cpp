@@ -11,6 +11,33 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+constexpr int LINES = 300'000; // too many for what is read at once
+
+QStringList Rest(TextFile& file)
+{
+    QStringList lines;
+    for (QString line; file.ReadLine(line);)
+        lines.append(line);
+    return lines;
+}
+
+QStringList LinesOf(const QString& path)
+{
+    TextFile file(path);
+    return file.Open() ? Rest(file) : QStringList{u"(not opened)"_s};
+}
+
+bool NextIs(TextFile& file, const QString& expected)
+{
+    QString line;
+    return file.ReadLine(line) && line == expected;
+}
+
+} // namespace
+
 class TextFileTest final : public UnitTest
 {
     Q_OBJECT
@@ -20,7 +47,15 @@ private Q_SLOTS:
     void AFileWithoutPermissionIsNotOpened();
     void AFileIsReadLineByLine_data();
     void AFileIsReadLineByLine();
+    void AnEncodingIsToldByItsMark_data();
+    void AnEncodingIsToldByItsMark();
+    void BlocksDoNotShow_data();
+    void BlocksDoNotShow();
     void ALineOfMegabytesIsReadWhole();
+    void AFileThatIsReplacedIsReadOn();
+    void AFileThatIsCutIsReadAsFarAsItGoes();
+    void AFileThatGrowsIsReadAsItWas_data();
+    void AFileThatGrowsIsReadAsItWas();
     void AReadErrorIsTold();
 
 private:
@@ -132,10 +167,18 @@ void TextFileTest::AFileIsReadLineByLine_data()
     row("one line without terminator is a line", "a", {u"a"_s});
     row("carriage return and line feed end a line", "a\r\nb\r\n", {u"a"_s, u"b"_s});
     row("both ends of line may be mixed", "a\r\nb\nc", {u"a"_s, u"b"_s, u"c"_s});
+    row("carriage returns end lines", "a\rb\rc", {u"a"_s, u"b"_s, u"c"_s});
+    row("a carriage return at the end is no further line", "a\rb\r", {u"a"_s, u"b"_s});
+    row("all ends of line may be mixed", "a\rb\r\nc\nd\r\r\ne", {u"a"_s, u"b"_s, u"c"_s, u"d"_s, empty, u"e"_s});
+    row("a line feed before a carriage return ends a line of its own", "a\n\rb", {u"a"_s, empty, u"b"_s});
+    row("a lone carriage return is one empty line", "\r", {empty});
     row("a lone line feed is one empty line", "\n", {empty});
     row("empty lines are lines", "\na\n\nb\n", {empty, u"a"_s, empty, u"b"_s});
     row("blanks at both ends stay", " a \n\tb\t\n", {u" a "_s, u"\tb\t"_s});
     row("a NUL is a character like others", QByteArray("a\0b\nc\n", 6), {u"a\0b"_s, u"c"_s});
+    row("a block of NULs is text like other", QByteArray(3, '\0') + "\nb", {QString(3, QChar()), u"b"_s});
+    row("a character that the end cuts is left out", "a\ncaf\xc3", {u"a"_s, u"caf"_s});
+    row("a lone first byte of a character is no line", "\xc3", {});
     row("text is UTF-8", "caf\xc3\xa9\n", {u"caf\u00e9"_s});
     row("a byte that is no text becomes the replacement character",
         "a\xff"
@@ -150,11 +193,74 @@ void TextFileTest::AFileIsReadLineByLine()
     Data().WriteSchedule(content, u"file"_s);
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
-    QStringList found;
-    for (QString line; file.ReadLine(line);)
-        found.append(line);
-    QCOMPARE(found, lines);
+    QCOMPARE(Rest(file), lines);
     QCOMPARE(file.ReadError(), QString());
+}
+
+void TextFileTest::AnEncodingIsToldByItsMark_data()
+{
+    QTest::addColumn<int>("encoding");
+    QTest::addColumn<QByteArray>("end");
+    for (const char* end : {"\n", "\r\n", "\r"})
+    {
+        const QByteArray name = QByteArray(end).replace('\n', " line feed").replace('\r', " carriage return");
+        QTest::newRow("UTF-8 without a mark," + name) << -1 << QByteArray(end);
+        QTest::newRow("UTF-8," + name) << static_cast<int>(QStringConverter::Utf8) << QByteArray(end);
+        QTest::newRow("UTF-16, little end first," + name)
+            << static_cast<int>(QStringConverter::Utf16LE) << QByteArray(end);
+        QTest::newRow("UTF-16, big end first," + name)
+            << static_cast<int>(QStringConverter::Utf16BE) << QByteArray(end);
+        QTest::newRow("UTF-32, little end first," + name)
+            << static_cast<int>(QStringConverter::Utf32LE) << QByteArray(end);
+    }
+}
+
+void TextFileTest::AnEncodingIsToldByItsMark()
+{
+    QFETCH(int, encoding);
+    QFETCH(QByteArray, end);
+    // Bytes of the last two characters look like ends of line where they stand alone.
+    const QStringList lines{u"1111111|08:30:00"_s, u"caf\u00e9 \u20ac"_s, u""_s, u"\u0d0a\u010d"_s};
+    const QString text = lines.join(QString::fromLatin1(end)) + QString::fromLatin1(end);
+    QByteArray content = text.toUtf8();
+    if (encoding >= 0)
+    {
+        QStringEncoder encoder(static_cast<QStringConverter::Encoding>(encoding), QStringConverter::Flag::WriteBom);
+        content = encoder(text);
+        QVERIFY(!content.startsWith('1'));
+    }
+    Data().WriteSchedule(content, u"file"_s);
+    QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), lines);
+    // A file that ends within a character loses that one, and no line.
+    if (encoding == QStringConverter::Utf16LE)
+    {
+        Data().WriteSchedule(content + 'x', u"file"_s);
+        QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), lines);
+    }
+}
+
+void TextFileTest::BlocksDoNotShow_data()
+{
+    QTest::addColumn<QByteArray>("end");
+    QTest::newRow("line feed") << "\n"_ba;
+    QTest::newRow("carriage return and line feed") << "\r\n"_ba;
+    QTest::newRow("carriage return") << "\r"_ba;
+}
+
+void TextFileTest::BlocksDoNotShow()
+{
+    QFETCH(QByteArray, end);
+    // Wherever a block ends, within a character or a terminator too, no line shows it.
+    constexpr int LENGTHS = 700;
+    QStringList lines;
+    QByteArray content;
+    for (int length = 0; length < LENGTHS; ++length)
+    {
+        lines.append(QString(length, u'\u20ac'));
+        content += lines.last().toUtf8() + end;
+    }
+    Data().WriteSchedule(content, u"file"_s);
+    QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), lines);
 }
 
 void TextFileTest::ALineOfMegabytesIsReadWhole()
@@ -169,6 +275,64 @@ void TextFileTest::ALineOfMegabytesIsReadWhole()
     QVERIFY(file.ReadLine(line));
     QCOMPARE(line, u"next"_s);
     QVERIFY(!file.ReadLine(line));
+}
+
+void TextFileTest::AFileThatIsReplacedIsReadOn()
+{
+    Data().WriteSchedule("old\n"_ba.repeated(LINES), u"file"_s);
+    Data().WriteSchedule("new\n", u"other"_s);
+    TextFile file(Data().SchedulePath(u"file"_s));
+    QVERIFY(file.Open());
+    QVERIFY(NextIs(file, u"old"_s));
+    QCOMPARE(::rename(qPrintable(Data().SchedulePath(u"other"_s)), qPrintable(Data().SchedulePath(u"file"_s))), 0);
+    QCOMPARE(Rest(file), QStringList(LINES - 1, u"old"_s));
+    QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), QStringList{u"new"_s});
+}
+
+void TextFileTest::AFileThatIsCutIsReadAsFarAsItGoes()
+{
+    const QString path = Data().SchedulePath(u"file"_s);
+    Data().WriteSchedule("line\n"_ba.repeated(LINES), u"file"_s);
+    TextFile file(path);
+    QVERIFY(file.Open());
+    QVERIFY(NextIs(file, u"line"_s));
+    // In the middle of a line.
+    QCOMPARE(::truncate(qPrintable(path), 5 * (LINES / 2) + 2), 0);
+    QCOMPARE(Rest(file), QStringList(LINES / 2 - 1, u"line"_s) + QStringList{u"li"_s});
+    QCOMPARE(file.ReadError(), QString());
+}
+
+void TextFileTest::AFileThatGrowsIsReadAsItWas_data()
+{
+    QTest::addColumn<int>("lines");
+    QTest::addColumn<int>("found");
+    QTest::newRow("a large file") << LINES << LINES;
+    // 1048576 bytes, at five a line; the last one is cut.
+    QTest::newRow("a small file") << 1 << 209716;
+    QTest::newRow("an empty file") << 0 << 209716;
+}
+
+void TextFileTest::AFileThatGrowsIsReadAsItWas()
+{
+    QFETCH(int, lines);
+    QFETCH(int, found);
+    const QString path = Data().SchedulePath(u"file"_s);
+    Data().WriteSchedule("line\n"_ba.repeated(lines), u"file"_s);
+    TextFile file(path);
+    QVERIFY(file.Open());
+    QFile writer(path);
+    QVERIFY(writer.open(QIODevice::Append | QIODevice::Unbuffered));
+    // The writer is always ahead of the reader.
+    const QByteArray more = "line\n"_ba.repeated(100000);
+    QVERIFY(writer.write(more) == more.size());
+    int count = 0;
+    for (QString line; file.ReadLine(line) && count <= found; ++count)
+    {
+        if (count % 10000 == 0)
+            QVERIFY(writer.write(more) == more.size());
+    }
+    QCOMPARE(count, found);
+    QCOMPARE(file.ReadError(), QString());
 }
 
 void TextFileTest::AReadErrorIsTold()
