@@ -79,23 +79,24 @@ bool Includes(int spot, int value)
 
 Action::Action(const QString& line)
 {
-    OZNA_LOG(LEVEL_TRACE, ">>> Action line: %s", qPrintable(line));
+    OZNA_LOG(LEVEL_TRACE, ">>> Action line: %s", qPrintable(line.left(Log::RECORD_SIZE)));
 
-    const QStringList fields = StringUtils::SplitLineIntoTokens(line, FIELD_SEPARATOR);
-    if (fields.size() <= FIELD_TASK)
+    const qsizetype fieldCount = StringUtils::CountTokens(line, FIELD_SEPARATOR);
+    if (fieldCount <= FIELD_TASK)
     {
-        OZNA_LOG(LEVEL_ERROR, "Wrong action fields (%d found, at least %d expected)", static_cast<int>(fields.size()),
+        OZNA_LOG(LEVEL_ERROR, "Wrong action fields (%d found, at least %d expected)", static_cast<int>(fieldCount),
                  FIELD_TASK + 1);
         throw std::invalid_argument("action fields");
     }
 
+    const QStringList fields = StringUtils::FirstTokens(line, FIELD_SEPARATOR, FIELD_COUNT);
     ParseDays(fields[FIELD_DAYS]);
     ParseStartTime(fields[FIELD_START_TIME]);
     ParseSpotDate(fields);
     ParseValidity(fields[FIELD_FROM], fields[FIELD_TO]);
     const TaskType type = Task::NameToType(fields[FIELD_TASK]);
     // Any other count, ten fields and more included, leaves the task without parameters.
-    const QString parameterText = fields.size() == FIELD_COUNT ? fields[FIELD_PARAMETERS] : QString();
+    const QString parameterText = fieldCount == FIELD_COUNT ? fields[FIELD_PARAMETERS] : QString();
     LogSummary(fields, type, parameterText);
     CreateTask(type, fields[FIELD_START_TIME], parameterText);
 }
@@ -115,7 +116,7 @@ void Action::ParseDays(const QString& field)
 
 void Action::ParseStartTime(const QString& field)
 {
-    const QStringList parts = StringUtils::SplitLineIntoTokens(field, TIME_SEPARATOR);
+    const QStringList parts = StringUtils::FirstTokens(field, TIME_SEPARATOR, TIME_PARTS);
     if (parts.size() < TIME_PARTS)
     {
         OZNA_LOG(LEVEL_ERROR, "Wrong action start time (%s: hour:minute:second expected)", qPrintable(field));
@@ -166,12 +167,12 @@ void Action::CreateTask(TaskType type, const QString& startTime, const QString& 
         OZNA_LOG(LEVEL_ERROR, "Unknown task (%d)", type);
         throw std::invalid_argument("task");
     }
-    const QStringList parameters = StringUtils::SplitLineIntoTokens(parameterText, PARAMETER_SEPARATOR);
-    if (!kind->Accepts(parameters.size()))
+    if (!kind->Accepts(StringUtils::CountTokens(parameterText, PARAMETER_SEPARATOR)))
     {
         OZNA_LOG(LEVEL_ERROR, "Wrong task parameters (%s)", kind->logName);
         throw std::invalid_argument("task parameters");
     }
+    const QStringList parameters = StringUtils::SplitLineIntoTokens(parameterText, PARAMETER_SEPARATOR);
     m_task = kind->create({startTime, parameterText, parameters});
 
     const auto* pdd = qobject_cast<const RequestPddAction*>(m_task.get());

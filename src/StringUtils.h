@@ -11,4 +11,10 @@ namespace StringUtils
 // an empty line gives an empty list. Characters beyond Latin-1 become "?": the line is split as 8-bit text.
 QStringList SplitLineIntoTokens(const QString& line, char separator);
 
+// The first of those tokens, count at most; a line of nothing but separators then costs no memory for each of them.
+QStringList FirstTokens(const QString& line, char separator, qsizetype count);
+
+// How many tokens there are, without making them.
+qsizetype CountTokens(const QString& line, char separator);
+
 } // namespace StringUtils

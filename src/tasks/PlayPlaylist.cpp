@@ -103,19 +103,19 @@ void PlayPlaylist::LoadLine(const QString& line)
 {
     if (line.size() <= LONGEST_IGNORED_LINE || TextFile::IsBlankOrComment(line))
     {
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(line));
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(line.left(Log::RECORD_SIZE)));
         return;
     }
     try
     {
-        const QStringList fields = StringUtils::SplitLineIntoTokens(line, SEPARATOR);
+        const QStringList fields = StringUtils::FirstTokens(line, SEPARATOR, FIELDS);
         if (fields.size() < FIELDS)
             throw std::out_of_range("playlist line");
         m_items.push_back({fields[0], fields[1].toInt()});
     }
     catch (const std::exception&)
     {
-        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(line));
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(line.left(Log::RECORD_SIZE)));
         return;
     }
     const PlaylistItem& item = m_items.back();

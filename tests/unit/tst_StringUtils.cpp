@@ -53,6 +53,9 @@ void StringUtilsTest::ALineIsSplitIntoTrimmedTokens()
     QFETCH(char, separator);
     QFETCH(QStringList, tokens);
     QCOMPARE(StringUtils::SplitLineIntoTokens(line, separator), tokens);
+    QCOMPARE(StringUtils::CountTokens(line, separator), tokens.size());
+    for (qsizetype count = 0; count <= tokens.size() + 1; ++count)
+        QCOMPARE(StringUtils::FirstTokens(line, separator, count), tokens.mid(0, count));
 }
 
 void StringUtilsTest::AVeryLongLineIsSplitWhole()
