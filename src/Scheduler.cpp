@@ -9,6 +9,7 @@
 
 #include <UpdateManagerProxy.h>
 
+#include <malloc.h>
 #include <stdexcept>
 
 namespace
@@ -86,6 +87,8 @@ void Scheduler::CleanUp()
     OZNA_LOG(LEVEL_NORMAL, "Cleaning up schedule...");
     m_farActions.Clear();
     m_earlyActions.Clear();
+    // What a long schedule took goes back to the device, which has other uses for it.
+    static_cast<void>(::malloc_trim(0));
     OZNA_LOG(LEVEL_NORMAL, "Scheduler cleaned-up !");
 }
 
