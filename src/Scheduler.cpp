@@ -125,7 +125,7 @@ int Scheduler::SetEnabled(bool enabled)
 
 int Scheduler::SetScheduleFile(const QString& filename)
 {
-    OZNA_LOG(LEVEL_NORMAL, "Schedule file set to %s", qPrintable(filename));
+    OZNA_LOG(LEVEL_NORMAL, "Schedule file set to %s", qPrintable(filename.left(Log::RECORD_SIZE)));
     m_scheduleFile = filename;
     return Reload();
 }
@@ -169,7 +169,7 @@ void Scheduler::OnFilesUpdated(int Status, int FileType)
 void Scheduler::LoadSchedule(const QString& fileName)
 {
     const QString path = GetSchedulePath() + QLatin1Char('/') + fileName;
-    OZNA_LOG(LEVEL_NORMAL, "Loading schedule from %s...", qPrintable(path));
+    OZNA_LOG(LEVEL_NORMAL, "Loading schedule from %s...", qPrintable(path.left(Log::RECORD_SIZE)));
     try
     {
         TextFile file(path);

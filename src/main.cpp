@@ -1,3 +1,4 @@
+#include "BusReading.h"
 #include "BusWatcher.h"
 #include "Globals.h"
 #include "Log.h"
@@ -93,6 +94,9 @@ int main(int argc, char* argv[])
         std::puts("DBUS: Can't connect session bus");
         return EXIT_NO_BUS;
     }
+
+    if (!BusReading::NeverPause(bus))
+        OZNA_LOG(LEVEL_WARNING, "DBUS: Can't lift the limit on waiting messages");
 
     int status = EXIT_NORMAL;
     try

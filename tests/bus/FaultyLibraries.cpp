@@ -41,6 +41,8 @@ bool __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_1
     QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
 bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
     QDBusConnection* bus, const QString& path, QObject* object, QDBusConnection::RegisterOptions options);
+bool __real__ZN10BusReading10NeverPauseERK15QDBusConnection(const QDBusConnection& bus);
+bool __wrap__ZN10BusReading10NeverPauseERK15QDBusConnection(const QDBusConnection& bus);
 void __real__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager);
 void __wrap__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager);
 }
@@ -63,6 +65,11 @@ bool __wrap__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_1
     return !IsFault("object") &&
            __real__ZN15QDBusConnection14registerObjectERK7QStringP7QObject6QFlagsINS_14RegisterOptionEE(
                bus, path, object, options);
+}
+
+bool __wrap__ZN10BusReading10NeverPauseERK15QDBusConnection(const QDBusConnection& bus)
+{
+    return !IsFault("reading") && __real__ZN10BusReading10NeverPauseERK15QDBusConnection(bus);
 }
 
 void __wrap__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager)

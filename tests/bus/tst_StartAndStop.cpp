@@ -25,6 +25,7 @@ private Q_SLOTS:
     void AHandlerThatCannotBeInstalledIsReported_data();
     void AHandlerThatCannotBeInstalledIsReported();
     void WithoutADescriptorNeitherSignalIsCaught();
+    void ALimitThatStaysIsReported();
     void AnObjectThatIsRefusedEndsTheStart();
     void AnExceptionEndsTheStartNormally();
     void AnExceptionAfterTheStartStopsWhatThereIs();
@@ -180,6 +181,17 @@ void StartAndStop::WithoutADescriptorNeitherSignalIsCaught()
                                         QStringList{QStringLiteral("2 [main.cpp] Can't catch SIGINT"),
                                                     QStringLiteral("2 [main.cpp] Can't catch SIGTERM")} +
                                         StartUp().mid(1));
+}
+
+void StartAndStop::ALimitThatStaysIsReported()
+{
+    UseFaultyDaemon(QStringLiteral("reading"));
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(5),
+                  CREATED + QStringList{QStringLiteral("2 [main.cpp] DBUS: Can't lift the limit on waiting messages")} +
+                      StartUp().mid(1));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(StopDaemon(), 0);
 }
 
 void StartAndStop::AnObjectThatIsRefusedEndsTheStart()

@@ -53,6 +53,11 @@ bool BusTest::IsSanitized()
     return OZNA_SANITIZED;
 }
 
+bool BusTest::IsLong()
+{
+    return qEnvironmentVariableIsSet("OZNA_LONG_TESTS");
+}
+
 QString BusTest::DataPath(const QString& name) const
 {
     return m_data->filePath(name);

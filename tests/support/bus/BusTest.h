@@ -38,6 +38,9 @@ protected:
     // Whether the programs under test are built with a sanitizer.
     [[nodiscard]] static bool IsSanitized();
 
+    // Whether who runs the tests wants those too that take long or much memory: OZNA_LONG_TESTS is set.
+    [[nodiscard]] static bool IsLong();
+
     [[nodiscard]] QString DataPath(const QString& name) const;
     static void WriteFile(const QString& path, const QByteArray& content);
     void WriteSchedule(const QByteArray& content, const QString& name = QStringLiteral("schedule.csv")) const;

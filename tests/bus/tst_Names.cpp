@@ -1,0 +1,137 @@
+#include "BusTest.h"
+#include "Lines.h"
+#include "ProcessMemory.h"
+
+#include <QDBusPendingCall>
+
+using namespace Lines;
+
+// Schedule file names as long as the bus carries them: kept and given back, and neither the connection nor the memory
+// is lost to them.
+class Names : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void AVeryLongNameIsKept_data();
+    void AVeryLongNameIsKept();
+    void ALongNameOfControlCharactersIsOneLineInTheLog();
+    void LongCallsThatWaitForASlowPeerAreAnswered();
+};
+
+namespace
+{
+
+constexpr int MEGABYTE = 1 << 20;
+// Beside the name itself the library keeps a few buffers.
+constexpr long TOLERATED_KB = 4096;
+// Of what the bus carries, all that the call and its path through the bus need beside the name.
+constexpr int OVERHEAD = 280;
+
+QByteArray Escaped(const QByteArray& text)
+{
+    return QByteArray(text).replace("\n", "\\n").replace("\r", "\\r").replace("\t", "\\t").replace("\x1b", "\\x1b");
+}
+
+} // namespace
+
+void Names::AVeryLongNameIsKept_data()
+{
+    QTest::addColumn<int>("length");
+    QTest::newRow("64 MB") << 64 * MEGABYTE;
+    if (IsLong())
+        QTest::newRow("as long as the bus carries") << 128 * MEGABYTE - OVERHEAD;
+}
+
+void Names::AVeryLongNameIsKept()
+{
+    QFETCH(int, length);
+    WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\n");
+    QVERIFY(StartDaemon());
+    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("none.csv")}), QStringLiteral("0"));
+    const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
+    static_cast<void>(Daemon().Take());
+
+    const QString name(length, QLatin1Char('x'));
+    QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
+    // The longest message that the daemon sends carries the same name.
+    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
+    QVERIFY(Client().WaitForSignals(1) == QStringList{QStringLiteral("SchedulingEnabled(true,%1)").arg(name)});
+    QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
+    const QStringList records = Daemon().Take(4);
+    QCOMPARE(records.size(), 12);
+    for (const QString& record : records)
+        QVERIFY(record.size() <= 512);
+
+    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("schedule.csv")}), QStringLiteral("0"));
+    QVERIFY(Daemon().Log().contains(Loaded(1).first()));
+    long after_kB = 0;
+    const bool isFreed = WaitUntil([&] {
+        after_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
+        return IsSanitized() || after_kB <= before_kB + TOLERATED_KB;
+    });
+    qInfo("resident before: %ld kB, after: %ld kB, at most: %ld kB", before_kB, after_kB,
+          MemoryKilobytes(DaemonPid(), "VmHWM"));
+    QVERIFY(isFreed);
+    QCOMPARE(StopDaemon(), 0);
+}
+
+void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
+{
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    const QByteArray unit = "1 /forged [main.cpp:1] gone\n\x1b[2J\x1b]0;title\t%s%n\r";
+    const QString name = QString::fromLatin1(unit.repeated(MEGABYTE / unit.size()));
+    QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
+
+    // A record has 511 bytes with its prefix, whose line number has three digits; escapes come on top.
+    const auto cut = [&](const QByteArray& text) {
+        return QString::fromLatin1(Escaped(text.left(511 - QByteArray("[Scheduler.cpp:100] ").size())));
+    };
+    const QByteArray path = DataPath(QStringLiteral("schedule/")).toUtf8() + name.toLatin1();
+    const QString level = QStringLiteral("4 [Scheduler.cpp] ");
+    COMPARE_LINES(Daemon().Take(4),
+                  QStringList{level + cut("Schedule file set to " + name.toLatin1())} + RESTARTING + STOPPED +
+                      QStringList{QStringLiteral("4 [Scheduler.cpp] Starting schedule...")} +
+                      QStringList{level + cut("Loading schedule from " + path + "...")} + NOT_FOUND + STARTED);
+    QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
+    QCOMPARE(StopDaemon(), 0);
+}
+
+void Names::LongCallsThatWaitForASlowPeerAreAnswered()
+{
+    // More than the bus library lets wait unless it is told otherwise.
+    constexpr int CALLS = 40;
+    Device().AnswerStatus("sound.SetMasterVolume", 0, 2000, 1);
+    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|10\n");
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 56), Qt::UTC));
+    QVERIFY(StartDaemon());
+    const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
+    QVERIFY(Device().WaitForCalls(1));
+
+    QList<QDBusPendingCall> calls;
+    for (int i = 0; i < CALLS; ++i)
+    {
+        QDBusMessage call =
+            QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE,
+                                           QStringLiteral("SetScheduleFile"));
+        call.setArguments({QString(2 * MEGABYTE, QChar(u'a' + i % 26))});
+        calls.append(Bus().Connection().asyncCall(call));
+    }
+    for (QDBusPendingCall& call : calls)
+    {
+        call.waitForFinished();
+        QVERIFY2(!call.isError(), qPrintable(call.error().message()));
+        QCOMPARE(call.reply().arguments(), QVariantList{0});
+    }
+    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("none.csv")}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,none.csv"));
+    const bool isFreed =
+        WaitUntil([&] { return IsSanitized() || MemoryKilobytes(DaemonPid(), "VmRSS") <= before_kB + TOLERATED_KB; });
+    qInfo("resident before: %ld kB, after: %ld kB, at most: %ld kB", before_kB, MemoryKilobytes(DaemonPid(), "VmRSS"),
+          MemoryKilobytes(DaemonPid(), "VmHWM"));
+    QVERIFY(isFreed);
+}
+
+QTEST_GUILESS_MAIN(Names)
+#include "tst_Names.moc"
