@@ -108,9 +108,9 @@ void PlayPlaylist::LoadLine(const QString& line)
     }
     try
     {
-        const QStringList fields = StringUtils::FirstTokens(line, SEPARATOR, FIELDS);
-        if (fields.size() < FIELDS)
+        if (StringUtils::CountTokens(line, SEPARATOR) < FIELDS)
             throw std::out_of_range("playlist line");
+        const QStringList fields = StringUtils::FirstTokens(line, SEPARATOR, FIELDS);
         m_items.push_back({fields[0], fields[1].toInt()});
     }
     catch (const std::exception&)
