@@ -2,6 +2,7 @@
 #include "Lines.h"
 
 #include <QDir>
+#include <QStringEncoder>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,12 +31,16 @@ namespace
 
 const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
 
-QByteArray Utf16(const QByteArray& text)
+// With its mark.
+QByteArray Encoded(const QByteArray& text, QStringConverter::Encoding encoding)
 {
-    QByteArray bytes("\xff\xfe");
-    for (const char character : text)
-        bytes.append(character).append('\0');
-    return bytes;
+    QStringEncoder encoder(encoding, QStringConverter::Flag::WriteBom);
+    return encoder(QString::fromUtf8(text));
+}
+
+QByteArray WithEnds(const QByteArray& lines, const QByteArray& end)
+{
+    return QByteArray(lines).replace("\n", end);
 }
 
 void Symlink(const QString& target, const QString& link)
@@ -57,9 +62,7 @@ void Files::WhatIsNoRegularFileCountsAsNotFound_data()
     QTest::newRow("a terminal") << QStringLiteral("/dev/tty");
     QTest::newRow("a link to itself") << QStringLiteral("loop");
     QTest::newRow("a link to nothing") << QStringLiteral("dangling");
-    // The super-user reads what nobody may.
-    if (::geteuid() != 0)
-        QTest::newRow("no permission") << QStringLiteral("forbidden");
+    QTest::newRow("no permission") << QStringLiteral("forbidden");
 }
 
 void Files::WhatIsNoRegularFileCountsAsNotFound()
@@ -78,6 +81,7 @@ void Files::WhatIsNoRegularFileCountsAsNotFound()
     {
         WriteSchedule(ONE_LINE);
         QCOMPARE(::chmod(qPrintable(path), 0), 0);
+        Daemon().DropPrivileges();
     }
     else if (kind.startsWith(QLatin1Char('/')))
         Symlink(kind, path);
@@ -96,9 +100,20 @@ void Files::WhatCanBeReadIsScheduled_data()
     QTest::newRow("blank lines and comments") << QByteArray("\n \t \n# a comment\n1|2#3\n\r\n") << 0 << 0;
     QTest::newRow("a lone #") << QByteArray("#\n") + ONE_LINE << 1 << 1;
     QTest::newRow("a last line without its end") << ONE_LINE + ONE_LINE.chopped(1) << 2 << 0;
-    QTest::newRow("lines of another system") << QByteArray(ONE_LINE + ONE_LINE).replace("\n", "\r\n") << 2 << 0;
+    QTest::newRow("a last line that is cut") << ONE_LINE + ONE_LINE.left(16) << 1 << 1;
+    QTest::newRow("lines of another system") << WithEnds(ONE_LINE + ONE_LINE, "\r\n") << 2 << 0;
+    QTest::newRow("lines that end with carriage returns") << WithEnds(ONE_LINE + ONE_LINE, "\r") << 2 << 0;
+    QTest::newRow("lines whose ends were translated twice") << WithEnds(ONE_LINE + ONE_LINE, "\r\r\n") << 2 << 0;
     QTest::newRow("a byte-order mark") << QByteArray("\xef\xbb\xbf") + ONE_LINE << 1 << 0;
-    QTest::newRow("UTF-16 with its mark, as a spreadsheet saves it") << Utf16(ONE_LINE + ONE_LINE) << 2 << 0;
+    for (const char* end : {"\n", "\r\n"})
+    {
+        const QByteArray name = QByteArray("UTF-16 as a spreadsheet saves it, ") +
+                                (qstrlen(end) == 1 ? "line feeds" : "both ends of line") + ", the little end first";
+        const QByteArray lines = WithEnds(ONE_LINE + ONE_LINE, end);
+        QTest::newRow(name) << Encoded(lines, QStringConverter::Utf16LE) << 2 << 0;
+        QTest::newRow(QByteArray(name).replace("little", "big")) << Encoded(lines, QStringConverter::Utf16BE) << 2 << 0;
+    }
+    QTest::newRow("a NUL in a line") << QByteArray("1111111|12:00:00|*|*\0|*|||StopMessage\n", 38) + ONE_LINE << 2 << 0;
     QTest::newRow("bytes that are no text") << QByteArray("\xfd\x80|\xc0\xff\n") + ONE_LINE << 1 << 1;
     QTest::newRow("a block of NUL bytes") << QByteArray(100000, '\0') + '\n' + ONE_LINE << 1 << 1;
     QTest::newRow("a line of a megabyte") << QByteArray(1 << 20, '|') + '\n' + ONE_LINE << 1 << 1;

@@ -4,8 +4,14 @@
 
 #include <QRegularExpression>
 
+#include <array>
 #include <csignal>
+#include <cstdlib>
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace
 {
@@ -54,13 +60,34 @@ DaemonProcess::~DaemonProcess()
     m_process.waitForFinished();
 }
 
+void DaemonProcess::LogTo(const QString& file)
+{
+    m_process.setStandardErrorFile(file, QIODevice::Append);
+    m_logFile.setFileName(QString());
+}
+
+void DaemonProcess::DropPrivileges()
+{
+    // Runs between fork and exec. Root that may take a capability out of what an exec gives back does so; where it may
+    // not, no new privileges come with the exec either. Who has no such capability at all loses nothing.
+    m_process.setChildProcessModifier([] {
+        ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE, 0, 0, 0);
+        ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH, 0, 0, 0);
+        ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0);
+        __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+        const std::array<__user_cap_data_struct, _LINUX_CAPABILITY_U32S_3> none{};
+        if (::syscall(SYS_capset, &header, none.data()) != 0)
+            ::_exit(EXIT_FAILURE);
+    });
+}
+
 void DaemonProcess::Start()
 {
     m_process.setProcessEnvironment(m_environment);
     m_process.start(QIODevice::ReadOnly);
     if (!m_process.waitForStarted())
         qFatal("cannot start %s: %s", qPrintable(m_process.program()), qPrintable(m_process.errorString()));
-    if (!m_logFile.open(QIODevice::ReadOnly))
+    if (!m_logFile.fileName().isEmpty() && !m_logFile.open(QIODevice::ReadOnly))
         qFatal("cannot read the daemon's log: %s", qPrintable(m_logFile.errorString()));
 }
 
@@ -115,7 +142,8 @@ QString DaemonProcess::OutputFile() const
 
 void DaemonProcess::Read()
 {
-    m_unread += m_logFile.readAll();
+    if (m_logFile.isOpen())
+        m_unread += m_logFile.readAll();
     qsizetype end = 0;
     while ((end = m_unread.indexOf('\n')) >= 0)
     {

@@ -19,6 +19,12 @@ public:
 
     QProcessEnvironment& Environment() { return m_environment; }
 
+    // From the next start on: standard error goes to that file, pipe or device, and what is logged is not read here.
+    void LogTo(const QString& file);
+
+    // From the next start on: file permissions count for the daemon, also when root runs the tests.
+    void DropPrivileges();
+
     void Start();
 
     // Sends a signal to the process.

@@ -1,0 +1,120 @@
+#include "BusTest.h"
+#include "Lines.h"
+
+#include <QElapsedTimer>
+
+using namespace Lines;
+
+// The bus goes away at an awkward moment: the daemon says so, and ends soon with -1, whatever it was doing.
+class BusLost : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void WhileIdle();
+    void InTheMiddleOfABlockingCall_data();
+    void InTheMiddleOfABlockingCall();
+    void WithAMessageThatPlays();
+    void WhileCallsWaitToBeAnswered();
+
+private:
+    // Ends the bus and waits for the daemon. How long that took, or -1 when it did not end as it should.
+    [[nodiscard]] qint64 Lose_ms();
+};
+
+namespace
+{
+
+const QString LOST = QStringLiteral("1 [main.cpp] DBUS: Session bus connection lost");
+// Far less than the shortest time-out of a call, so that no call was waited for.
+constexpr qint64 SOON_MS = 1800;
+
+} // namespace
+
+qint64 BusLost::Lose_ms()
+{
+    QElapsedTimer timer;
+    timer.start();
+    Bus().Kill();
+    return Daemon().WaitForExit() == EXIT_FAILED ? timer.elapsed() : -1;
+}
+
+void BusLost::WhileIdle()
+{
+    WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\n");
+    QVERIFY(StartDaemon());
+    static_cast<void>(Daemon().Take());
+    const qint64 ended_ms = Lose_ms();
+    QVERIFY2(ended_ms >= 0 && ended_ms < SOON_MS, qPrintable(QString::number(ended_ms)));
+    COMPARE_LINES(Daemon().Take(4), QStringList{LOST} + Ended());
+}
+
+void BusLost::InTheMiddleOfABlockingCall_data()
+{
+    QTest::addColumn<QByteArray>("task");
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<QStringList>("errors");
+    const auto row = [](const char* task, const char* method, const char* error) {
+        QTest::newRow(task) << QByteArray(task) << QByteArray(method) << QStringList{QString::fromLatin1(error)};
+    };
+    // Its two calls may take fifty seconds.
+    row("Light|5", "light.SetIntensity", "1 [tasks/Light.cpp] SetIntensity(5) request error");
+    row("PlayRadioFm|98.5", "sound.PlayRadioFm", "4 [tasks/PlayRadioFm.cpp] PlayRadioFm() request error: ");
+    row("Volume|10", "sound.SetMasterVolume", "1 [tasks/Volume.cpp] SetVolume(10) request error: ");
+}
+
+void BusLost::InTheMiddleOfABlockingCall()
+{
+    QFETCH(QByteArray, task);
+    QFETCH(QByteArray, method);
+    QFETCH(QStringList, errors);
+    Device().AnswerNever(method.constData());
+    WriteSchedule("1111111|08:30:00|*|*|*|||" + task + '\n');
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 56), Qt::UTC));
+    QVERIFY(StartDaemon());
+    QVERIFY(WaitUntil([&] {
+        const QStringList calls = Device().Calls();
+        return !calls.isEmpty() && calls.last().startsWith(QString::fromLatin1(method) + QLatin1Char(' '));
+    }));
+    static_cast<void>(Daemon().Take());
+    const qint64 ended_ms = Lose_ms();
+    QVERIFY2(ended_ms >= 0 && ended_ms < SOON_MS, qPrintable(QString::number(ended_ms)));
+    const QStringList lines = Daemon().Take(4);
+    QCOMPARE(lines.count(LOST), 1);
+    QCOMPARE(lines.filter(errors.first()).size(), 1);
+    COMPARE_LINES(lines.mid(lines.size() - Ended().size()), Ended());
+}
+
+void BusLost::WithAMessageThatPlays()
+{
+    WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().WaitForLog(
+        QStringLiteral("9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|-1")));
+    static_cast<void>(Daemon().Take());
+    const qint64 ended_ms = Lose_ms();
+    QVERIFY2(ended_ms >= 0 && ended_ms < SOON_MS, qPrintable(QString::number(ended_ms)));
+    COMPARE_LINES(Daemon().Take(4),
+                  QStringList{LOST} +
+                      Ended({QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"),
+                             QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file")}));
+}
+
+void BusLost::WhileCallsWaitToBeAnswered()
+{
+    constexpr int CALLS = 500;
+    QVERIFY(StartDaemon());
+    for (int i = 0; i < CALLS; ++i)
+        QVERIFY(Bus().Connection().send(QDBusMessage::createMethodCall(
+            SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE, QStringLiteral("Reload"))));
+    QVERIFY(Daemon().WaitForLog(RESTARTING.first()));
+    const qint64 ended_ms = Lose_ms();
+    QVERIFY2(ended_ms >= 0 && ended_ms < WAIT_MS, qPrintable(QString::number(ended_ms)));
+    const QStringList lines = Daemon().Take(4);
+    QCOMPARE(lines.count(LOST), 1);
+    COMPARE_LINES(lines.mid(lines.size() - Ended().size()), Ended());
+}
+
+QTEST_GUILESS_MAIN(BusLost)
+#include "tst_BusLost.moc"
