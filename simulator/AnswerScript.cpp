@@ -8,7 +8,7 @@ constexpr int FOR_ALL_THAT_FOLLOW = 0;
 bool Answer::IsAcceptance() const
 {
     bool isNumber = false;
-    return kind == ANSWER_REPLY && values.value(0).toInt(&isNumber) == 0 && isNumber;
+    return (kind == ANSWER_REPLY || kind == ANSWER_LEAVE) && values.value(0).toInt(&isNumber) == 0 && isNumber;
 }
 
 void AnswerScript::Add(const QString& interface, const QString& method, const Answer& answer, int times)

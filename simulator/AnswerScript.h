@@ -13,6 +13,9 @@ enum AnswerKind : int
     ANSWER_ERROR,   // a bus error; values: its name, its message
     ANSWER_SILENCE, // none, ever
     ANSWER_EXIT,    // the process ends in the middle of the call
+    ANSWER_LATE,    // a method return with the values, as soon as the next call of the method has come
+    ANSWER_LEAVE,   // the service name is given up, then a method return with the values
+    ANSWER_BROKEN,  // an empty structure, for which the bus drops the connection
 };
 
 struct Answer
@@ -21,7 +24,7 @@ struct Answer
     QVariantList values; // sent as they are typed
     int delay_ms = 0;
 
-    // Whether the peer takes the request on: a reply whose first value is the status 0.
+    // Whether the peer takes the request on: a reply in time whose first value is the status 0.
     [[nodiscard]] bool IsAcceptance() const;
 };
 

@@ -16,7 +16,6 @@
 namespace
 {
 
-constexpr const char* SERVICE_NAME = "com.kestrelix.ozna.simulator";
 constexpr const char* OBJECT_PATH = "/com/kestrelix/ozna/simulator/controlobj";
 constexpr int EXIT_NORMAL = 0;
 
@@ -27,10 +26,9 @@ struct KindName
 };
 
 constexpr std::array KINDS{
-    KindName{"reply", ANSWER_REPLY},
-    KindName{"error", ANSWER_ERROR},
-    KindName{"silence", ANSWER_SILENCE},
-    KindName{"exit", ANSWER_EXIT},
+    KindName{"reply", ANSWER_REPLY},   KindName{"error", ANSWER_ERROR}, KindName{"silence", ANSWER_SILENCE},
+    KindName{"exit", ANSWER_EXIT},     KindName{"late", ANSWER_LATE},   KindName{"leave", ANSWER_LEAVE},
+    KindName{"broken", ANSWER_BROKEN},
 };
 
 // A name such as "com.example.Failed", and a message; the bus library sends no other name.
@@ -52,13 +50,12 @@ ControlObject::ControlObject(Simulator& simulator)
 
 ControlObject::~ControlObject() = default;
 
-void ControlObject::Register(QDBusConnection bus)
+void ControlObject::Register(QDBusConnection bus, const QString& service)
 {
     if (!bus.registerObject(QString::fromLatin1(OBJECT_PATH), this, QDBusConnection::ExportAdaptors))
         throw std::runtime_error(std::string("can't register object ") + OBJECT_PATH);
-    if (!bus.registerService(QString::fromLatin1(SERVICE_NAME)))
-        throw std::runtime_error(std::string("can't register service ") + SERVICE_NAME +
-                                 ", or it has an owner already");
+    if (!bus.registerService(service))
+        throw std::runtime_error("can't register service " + service.toStdString() + ", or it has an owner already");
 }
 
 void ControlObject::SetAnswer(const QString& interface, const QString& method, const QString& kind,
@@ -86,16 +83,15 @@ void ControlObject::ClearAnswers()
 void ControlObject::SetPresent(const QString& interface, bool present)
 {
     SimulatedPeer* const peer = RequirePeer(interface);
-    if (peer == nullptr)
-        return;
-    try
-    {
-        peer->SetPresent(present);
-    }
-    catch (const std::exception& error)
-    {
-        sendErrorReply(QDBusError::Failed, QString::fromLocal8Bit(error.what()));
-    }
+    if (peer != nullptr)
+        Try([=] { peer->SetPresent(present); });
+}
+
+void ControlObject::StandBy(const QString& interface)
+{
+    SimulatedPeer* const peer = RequirePeer(interface);
+    if (peer != nullptr)
+        Try([=] { peer->StandBy(); });
 }
 
 void ControlObject::EmitSignal(const QString& interface, const QString& signal, const QVariantList& values, int times)
@@ -134,6 +130,18 @@ SimulatedPeer* ControlObject::RequirePeer(const QString& interface)
     SimulatedPeer* const peer = m_simulator.FindPeer(interface);
     Require(peer != nullptr, QStringLiteral("no peer with interface ") + interface);
     return peer;
+}
+
+void ControlObject::Try(const std::function<void()>& change)
+{
+    try
+    {
+        change();
+    }
+    catch (const std::exception& error)
+    {
+        sendErrorReply(QDBusError::Failed, QString::fromLocal8Bit(error.what()));
+    }
 }
 
 bool ControlObject::Require(bool condition, const QString& complaint)

@@ -6,6 +6,8 @@
 #include <QVariantList>
 #include <QVariantMap>
 
+#include <functional>
+
 class QDBusConnection;
 class SimulatedPeer;
 class Simulator;
@@ -21,14 +23,15 @@ public:
     explicit ControlObject(Simulator& simulator);
     ~ControlObject() override;
 
-    // Puts the object on the bus, then takes its service name. Throws std::runtime_error, with the cause.
-    void Register(QDBusConnection bus);
+    // Puts the object on the bus, then takes the service name. Throws std::runtime_error, with the cause.
+    void Register(QDBusConnection bus, const QString& service);
 
     // The methods of the interface; the generated adaptor calls them.
     void SetAnswer(const QString& interface, const QString& method, const QString& kind, const QVariantList& values,
                    int delay_ms, int times);
     void ClearAnswers();
     void SetPresent(const QString& interface, bool present);
+    void StandBy(const QString& interface);
     void EmitSignal(const QString& interface, const QString& signal, const QVariantList& values, int times);
     [[nodiscard]] QList<QVariantMap> Calls() const;
     void ForgetCalls();
@@ -36,6 +39,7 @@ public:
 
 private:
     SimulatedPeer* RequirePeer(const QString& interface);
+    void Try(const std::function<void()>& change);
     bool Require(bool condition, const QString& complaint);
 
     Simulator& m_simulator;

@@ -40,13 +40,17 @@ Options Options::Parse(const QCoreApplication& app)
         QStringLiteral("Compare the requests with those in FILE, one a line: hh:mm:ss, method and arguments, with tabs "
                        "in between. The exit status is 1 when one is missing, early, late or not in the file."),
         QStringLiteral("FILE"));
+    const QCommandLineOption control(
+        QStringLiteral("control"),
+        QStringLiteral("The service name under which it is steered; a second simulator on a bus needs its own."),
+        QStringLiteral("NAME"), QStringLiteral("com.kestrelix.ozna.simulator"));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Takes the place of the device's managers on the bus named by DBUS_SESSION_BUS_ADDRESS."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addOptions({absent, quiet, play, expect});
+    parser.addOptions({absent, quiet, play, expect, control});
     parser.process(app);
 
     if (!parser.positionalArguments().isEmpty())
@@ -55,6 +59,7 @@ Options Options::Parse(const QCoreApplication& app)
     options.quiet = parser.isSet(quiet);
     options.play = parser.isSet(play);
     options.expectFile = parser.value(expect);
+    options.controlService = parser.value(control);
     options.absentInterfaces = parser.values(absent);
     for (const QString& interface : std::as_const(options.absentInterfaces))
     {

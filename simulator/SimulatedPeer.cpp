@@ -1,7 +1,9 @@
 #include "SimulatedPeer.h"
 
+#include "BrokenMessage.h"
 #include "Console.h"
 
+#include <QDBusConnectionInterface>
 #include <QDBusError>
 #include <QTimer>
 
@@ -56,6 +58,16 @@ void SimulatedPeer::SetPresent(bool present)
     m_present = present;
 }
 
+void SimulatedPeer::StandBy()
+{
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = m_bus.interface()->registerService(
+        QString::fromLatin1(m_address.service), QDBusConnectionInterface::QueueService);
+    if (!reply.isValid() || reply.value() == QDBusConnectionInterface::ServiceNotRegistered)
+        Fail(QStringLiteral("can't line up for service %1: %2")
+                 .arg(QLatin1String(m_address.service), reply.error().message()));
+    m_present = true;
+}
+
 bool SimulatedPeer::SendSignal(const QString& signal, const QVariantList& values)
 {
     QDBusMessage message =
@@ -104,6 +116,7 @@ void SimulatedPeer::HandleCall(const QDBusMessage& message, const InterfaceDescr
     const Call call{m_description.Name(), message.member(), message.signature(), message.arguments(),
                     QDateTime::currentDateTime()};
     Q_EMIT Received(call);
+    SendLate(call.method);
 
     const Answer neutral{ANSWER_REPLY, method.neutralReply, 0};
     const Answer answer = m_script.Take(call.interface, call.method, neutral);
@@ -122,9 +135,40 @@ void SimulatedPeer::Send(const QDBusMessage& request, const Call& call, const An
     case ANSWER_ERROR: Reply(request, ErrorFrom(request, answer.values)); break;
     case ANSWER_SILENCE: break;
     case ANSWER_EXIT: std::_Exit(EXIT_SCRIPTED); // no farewell: as a service that crashes
+    case ANSWER_LATE: m_late.insert(call.method, request.createReply(answer.values)); break;
+    case ANSWER_LEAVE:
+        Leave();
+        Reply(request, request.createReply(answer.values));
+        break;
+    case ANSWER_BROKEN:
+        if (!BrokenMessage::Send())
+            Console::Error(QStringLiteral("can't send a broken message"));
+        break;
     }
     if (answer.IsAcceptance())
         Q_EMIT Accepted(call);
+}
+
+void SimulatedPeer::Leave()
+{
+    try
+    {
+        SetPresent(false);
+    }
+    catch (const std::exception& error)
+    {
+        Console::Error(QString::fromLocal8Bit(error.what()));
+    }
+}
+
+void SimulatedPeer::SendLate(const QString& method)
+{
+    const auto late = m_late.constFind(method);
+    if (late == m_late.cend())
+        return;
+    if (!m_bus.send(*late))
+        Console::Error(QStringLiteral("can't answer %1 late: ").arg(method) + m_bus.lastError().message());
+    m_late.erase(late);
 }
 
 void SimulatedPeer::Reply(const QDBusMessage& request, const QDBusMessage& reply)

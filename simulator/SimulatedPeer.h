@@ -8,6 +8,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QHash>
 
 // One of the device's managers. Takes every call that its description allows, reports it, and answers as scripted;
 // what the description does not allow gets the bus error that a real service would give.
@@ -24,6 +25,10 @@ public:
 
     // Takes or gives up the service name. Throws std::runtime_error when the bus refuses.
     void SetPresent(bool present);
+
+    // Lines up for the service name, which comes to this process once its owner lets go of it; SetPresent(false) steps
+    // out of the line. Throws std::runtime_error when the bus refuses.
+    void StandBy();
 
     // Sends the signal with the values as they are typed. False when it could not be sent.
     [[nodiscard]] bool SendSignal(const QString& signal, const QVariantList& values);
@@ -45,11 +50,14 @@ Q_SIGNALS:
 private:
     void HandleCall(const QDBusMessage& message, const InterfaceDescription::Method& method);
     void Send(const QDBusMessage& request, const Call& call, const Answer& answer);
+    void Leave();
+    void SendLate(const QString& method);
     void Reply(const QDBusMessage& request, const QDBusMessage& reply);
 
     const PeerAddress& m_address;
     const InterfaceDescription m_description;
     QDBusConnection m_bus;
     AnswerScript& m_script;
-    bool m_present = false;
+    bool m_present = false;              // or lined up
+    QHash<QString, QDBusMessage> m_late; // answers that wait for the next call of their method
 };

@@ -75,7 +75,7 @@ int Run(const Options& options)
     ControlObject control(simulator);
     simulator.Register(options.absentInterfaces);
     // Last, so that who waits for this name finds every peer there.
-    control.Register(bus);
+    control.Register(bus, options.controlService);
     const int status = QCoreApplication::exec();
     transcript.ShowReport();
     return status == EXIT_SUCCESS && !transcript.IsGood() ? EXIT_FAILURE : status;
