@@ -8,7 +8,6 @@
 namespace
 {
 
-const QString SERVICE = QStringLiteral("com.kestrelix.ozna.simulator");
 const QString PATH = QStringLiteral("/com/kestrelix/ozna/simulator/controlobj");
 const QString CONTROL_INTERFACE = QStringLiteral("com.kestrelix.ozna.simulatorinterface");
 
@@ -52,8 +51,9 @@ QString ShownCall(const QVariantMap& call)
 
 } // namespace
 
-SimulatorProcess::SimulatorProcess(const PrivateBus& bus)
+SimulatorProcess::SimulatorProcess(const PrivateBus& bus, QString control)
     : m_bus(bus)
+    , m_control(std::move(control))
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
 }
@@ -69,16 +69,22 @@ void SimulatorProcess::Start(const QStringList& arguments)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus.Address());
     m_process.setProcessEnvironment(environment);
-    m_process.start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"), arguments);
-    if (!m_bus.WaitForService(SERVICE))
+    m_process.start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"),
+                    arguments + QStringList{QStringLiteral("--control"), m_control});
+    if (!m_bus.WaitForService(m_control))
         qFatal("the simulator does not come up: %s", qPrintable(m_process.errorString()));
+}
+
+QDBusMessage SimulatorProcess::ControlCall(const char* method, const QVariantList& arguments) const
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(m_control, PATH, CONTROL_INTERFACE, QString::fromLatin1(method));
+    call.setArguments(arguments);
+    return call;
 }
 
 QVariantList SimulatorProcess::Control(const char* method, const QVariantList& arguments) const
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(SERVICE, PATH, CONTROL_INTERFACE, QString::fromLatin1(method));
-    call.setArguments(arguments);
-    const QDBusMessage reply = m_bus.Connection().call(call);
+    const QDBusMessage reply = m_bus.Connection().call(ControlCall(method, arguments));
     if (reply.type() != QDBusMessage::ReplyMessage)
         qFatal("the simulator refuses %s: %s", method, qPrintable(reply.errorMessage()));
     return reply.arguments();
@@ -117,6 +123,21 @@ void SimulatorProcess::AnswerByExit(const char* method) const
     SetAnswer(method, "exit", {}, 0, 1);
 }
 
+void SimulatorProcess::AnswerLate(const char* method, int status) const
+{
+    SetAnswer(method, "late", {status}, 0, 1);
+}
+
+void SimulatorProcess::AnswerAndLeave(const char* method, int status) const
+{
+    SetAnswer(method, "leave", {status}, 0, 1);
+}
+
+void SimulatorProcess::AnswerBroken(const char* method) const
+{
+    SetAnswer(method, "broken", {}, 0, 1);
+}
+
 void SimulatorProcess::ClearAnswers() const
 {
     Control("ClearAnswers");
@@ -127,9 +148,20 @@ void SimulatorProcess::SetPresent(const char* peer, bool present) const
     Control("SetPresent", {InterfaceName(peer), present});
 }
 
+void SimulatorProcess::StandBy(const char* peer) const
+{
+    Control("StandBy", {InterfaceName(peer)});
+}
+
 void SimulatorProcess::Emit(const char* signal, const QVariantList& values, int times) const
 {
     Control("EmitSignal", {InterfaceName(PeerOf(signal)), NameOf(signal), QVariant::fromValue(values), times});
+}
+
+QDBusPendingCall SimulatorProcess::EmitMeanwhile(const char* signal, const QVariantList& values, int times) const
+{
+    return m_bus.Connection().asyncCall(
+        ControlCall("EmitSignal", {InterfaceName(PeerOf(signal)), NameOf(signal), QVariant::fromValue(values), times}));
 }
 
 QList<QVariantMap> SimulatorProcess::CallRecords() const

@@ -2,6 +2,7 @@
 
 #include "PrivateBus.h"
 
+#include <QDBusPendingCall>
 #include <QProcess>
 #include <QStringList>
 #include <QVariantList>
@@ -10,8 +11,9 @@
 class SimulatorProcess final
 {
 public:
-    // Ends the process with the object. bus outlives this object.
-    explicit SimulatorProcess(const PrivateBus& bus);
+    // Ends the process with the object. bus outlives this object. control: the service name under which it is steered;
+    // a second simulator on a bus needs another.
+    explicit SimulatorProcess(const PrivateBus& bus, QString control = QStringLiteral("com.kestrelix.ozna.simulator"));
     ~SimulatorProcess();
 
     SimulatorProcess(const SimulatorProcess&) = delete;
@@ -27,13 +29,25 @@ public:
     void AnswerError(const char* method, const char* message, int times = 0) const;
     void AnswerNever(const char* method, int times = 0) const;
     void AnswerByExit(const char* method) const;
+    // As soon as the next call of the method has come.
+    void AnswerLate(const char* method, int status) const;
+    // The peer gives up its service name first.
+    void AnswerAndLeave(const char* method, int status) const;
+    // With what no bus takes: it drops the simulator.
+    void AnswerBroken(const char* method) const;
     void ClearAnswers() const;
 
     // Whether the peer with that interface, "sound", owns its service name.
     void SetPresent(const char* peer, bool present) const;
 
+    // The peer lines up for its service name, until it comes or SetPresent says false.
+    void StandBy(const char* peer) const;
+
     // signal: "sound.PlayFileCompleted".
     void Emit(const char* signal, const QVariantList& values, int times = 1) const;
+
+    // The same without waiting until the last one is sent.
+    [[nodiscard]] QDBusPendingCall EmitMeanwhile(const char* signal, const QVariantList& values, int times) const;
 
     // The calls since the last Forget: "sound.PlayFile ss gong.mp3 08:30:00", values separated by blanks, and the
     // signature
@@ -50,10 +64,12 @@ public:
     [[nodiscard]] bool IsRunning() const { return m_process.state() == QProcess::Running; }
 
 private:
+    [[nodiscard]] QDBusMessage ControlCall(const char* method, const QVariantList& arguments) const;
     QVariantList Control(const char* method, const QVariantList& arguments = {}) const;
     QList<QVariantMap> CallRecords() const;
     void SetAnswer(const char* method, const char* kind, const QVariantList& values, int delay_ms, int times) const;
 
     const PrivateBus& m_bus;
+    const QString m_control;
     QProcess m_process;
 };

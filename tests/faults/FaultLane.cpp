@@ -1,0 +1,334 @@
+#include "FaultLane.h"
+
+#include "Lines.h"
+#include "TextDiff.h"
+#include "Wait.h"
+
+#include <csignal>
+
+namespace
+{
+
+// The action under test is due at the first of these; the next one is due some seconds later, and far enough away for
+// both to be found at once.
+const QTime TIME_TO_FIND(8, 29, 53);
+const QTime TIME(8, 30, 0);
+const QTime NEXT_TIME(8, 30, 5);
+constexpr const char* LINE_BEGIN = "1111111|08:30:00|*|*|*|||";
+constexpr const char* NEXT_LINE = "1111111|08:30:05|*|*|*|||19|1,1\n";
+
+constexpr int STRANGERS = 3;
+constexpr int HELD_BACK_MS = 500; // an answer, while signals come
+constexpr unsigned int SHOWN_LEVEL = 4;
+constexpr int WARNING_LEVEL = 2;
+
+const QString PHOTO_SEEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken");
+
+QByteArray Schedule(const Request& request)
+{
+    return QByteArray(LINE_BEGIN) + request.schedule + '\n' + NEXT_LINE;
+}
+
+bool IsTaskLine(const QString& line)
+{
+    return line.contains(QStringLiteral("[tasks/"));
+}
+
+// The records of the levels that the matrix states, without those of a schedule that is loaded again.
+QStringList Shown(const QStringList& lines)
+{
+    const qsizetype cleaned = lines.indexOf(Lines::CLEANED.first());
+    QStringList shown;
+    for (qsizetype i = 0; i < lines.size(); ++i)
+    {
+        const int level = lines[i].front().digitValue();
+        const bool isLoading = cleaned >= 0 && i > cleaned && level > WARNING_LEVEL;
+        if (level <= static_cast<int>(SHOWN_LEVEL) && !isLoading)
+            shown.append(lines[i]);
+    }
+    return shown;
+}
+
+} // namespace
+
+FaultLane::FaultLane(const Request& request)
+    : m_request(request)
+    , m_signal(FindSignal(request))
+    , m_rig(Schedule(request))
+    , m_report(request)
+{
+}
+
+void FaultLane::Start()
+{
+    if (!m_rig.Start())
+        Complain(QStringLiteral("the daemon does not start"));
+    static_cast<void>(m_rig.Daemon().Take());
+}
+
+bool FaultLane::IsIdle() const
+{
+    return m_fault && m_fault->isSignal && !m_signal;
+}
+
+QByteArray FaultLane::Method() const
+{
+    return QByteArray(m_request.peer) + '.' + m_request.method;
+}
+
+void FaultLane::Prepare(const Fault* fault, const QDate& day)
+{
+    m_fault = fault;
+    m_day = day;
+    if (IsIdle())
+        return;
+    m_expected.emplace(m_request, fault, m_isNextWatched);
+    static_cast<void>(m_rig.Client().TakeSignals());
+    m_rig.Device().Forget();
+    m_rig.Second().Forget();
+    Script();
+    static_cast<void>(m_rig.Daemon().Take());
+    m_rig.SetTime(day, TIME_TO_FIND);
+}
+
+void FaultLane::Script()
+{
+    if (!m_fault)
+        return;
+    const QByteArray method = Method();
+    SimulatorProcess& device = m_rig.Device();
+    switch (m_fault->kind)
+    {
+    case FaultKind::ABSENT:
+        if (m_request.trigger == Trigger::START)
+            LosePeer();
+        break;
+    case FaultKind::BUS_ERROR: device.AnswerError(method, m_fault->error, 1); break;
+    case FaultKind::REFUSED: device.AnswerStatus(method, REFUSAL, 0, 1); break;
+    case FaultKind::WRONG_TYPE: device.AnswerValues(method, {QStringLiteral("ok")}, 0, 1); break;
+    case FaultKind::NO_VALUES: device.AnswerValues(method, {}, 0, 1); break;
+    case FaultKind::EXTRA_VALUES: device.AnswerValues(method, {0, REFUSAL, QStringLiteral("more")}, 0, 1); break;
+    case FaultKind::EMPTY_STRUCTURE: device.AnswerBroken(method); break;
+    case FaultKind::EXIT: device.AnswerByExit(method); break;
+    case FaultKind::TAKEN_OVER:
+        m_rig.Second().StandBy(m_request.peer);
+        device.AnswerAndLeave(method, 0);
+        break;
+    case FaultKind::FLOOD:
+    case FaultKind::WRONG_SIGNALS:
+    case FaultKind::STRANGER:
+        if (m_request.trigger == Trigger::DELETION)
+            device.AnswerStatus(method, 0, HELD_BACK_MS, 1);
+        break;
+    case FaultKind::LATE: device.AnswerLate(method, REFUSAL); break;
+    }
+}
+
+// Where another request comes first, the peer goes away with its answer.
+void FaultLane::LosePeer()
+{
+    const QStringList before = TableLines(m_request.callsBefore);
+    if (m_request.trigger == Trigger::START && !before.isEmpty())
+        m_rig.Device().AnswerAndLeave(before.first().section(QLatin1Char(' '), 0, 0).toLatin1(), 0);
+    else
+        m_rig.Device().SetPresent(m_request.peer, false);
+}
+
+void FaultLane::Begin()
+{
+    if (IsIdle())
+        return;
+    // That it is found tells, too, that nothing of the day before is still running.
+    if (!WaitForLog(m_expected->schedulerLines.first()))
+        Complain(QStringLiteral("not found again"));
+    m_rig.SetTime(m_day, TIME);
+}
+
+void FaultLane::Provoke()
+{
+    if (IsIdle())
+        return;
+    if (!WaitForLog(QStringLiteral("4 [Scheduler.cpp] READY action found: ") + QLatin1String(m_request.type)))
+        Complain(QStringLiteral("not started"));
+    if (m_request.trigger == Trigger::PHOTO)
+        TakePhotos();
+    else if (m_request.trigger == Trigger::DELETION)
+        Delete();
+    else if (m_fault && m_fault->isSignal)
+    {
+        if (!m_rig.WaitForLoop())
+            Complain(QStringLiteral("the loop does not go on"));
+        SendFaultySignals();
+    }
+}
+
+void FaultLane::TakePhotos()
+{
+    if (!m_rig.WaitForLoop())
+        Complain(QStringLiteral("the loop does not go on"));
+    if (m_fault && m_fault->isSignal)
+        SendFaultySignals();
+    if (IsFault(FaultKind::FLOOD))
+        return;
+    // The daemon stands still until the peer has gone, with the photos on their way.
+    if (IsFault(FaultKind::ABSENT))
+        m_rig.Daemon().Signal(SIGSTOP);
+    m_rig.Device().Emit(m_signal->name, m_signal->values, static_cast<int>(m_expected->photos));
+    if (!IsFault(FaultKind::ABSENT))
+        return;
+    LosePeer();
+    m_rig.Daemon().Signal(SIGCONT);
+}
+
+void FaultLane::SendFaultySignals()
+{
+    if (IsFault(FaultKind::FLOOD))
+    {
+        const bool isNextDue = m_request.trigger != Trigger::DELETION;
+        if (isNextDue)
+            m_rig.AdvanceTo(m_day, NEXT_TIME);
+        const QDBusPendingCall flood = m_rig.Device().EmitMeanwhile(m_signal->name, m_signal->values, FLOOD_SIZE);
+        if (isNextDue)
+            RunNext();
+        if (!WaitUntil([&] { return flood.isFinished(); }) || flood.isError())
+            Complain(QStringLiteral("no flood"));
+    }
+    else if (IsFault(FaultKind::STRANGER))
+        m_rig.Second().Emit(m_signal->name, m_signal->values, STRANGERS);
+    else
+    {
+        for (const QVariantList& values : m_signal->wrong)
+            m_rig.Device().Emit(m_signal->name, values);
+    }
+}
+
+// A schedule that is loaded again deletes what plays.
+void FaultLane::Delete()
+{
+    RunNext();
+    if (IsFault(FaultKind::ABSENT))
+        LosePeer();
+    const QDBusPendingCall reload = m_rig.Bus().Connection().asyncCall(QDBusMessage::createMethodCall(
+        SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE, QStringLiteral("Reload")));
+    if (m_fault && m_fault->isSignal)
+    {
+        if (!m_rig.Device().WaitForCalls(m_expected->calls.size()))
+            Complain(QStringLiteral("no stop is asked for"));
+        SendFaultySignals();
+    }
+    if (!WaitUntil([&] { return reload.isFinished(); }) || reload.isError())
+        Complain(QStringLiteral("the schedule is not loaded again"));
+}
+
+void FaultLane::RunNext()
+{
+    m_rig.AdvanceTo(m_day, NEXT_TIME);
+    // In time, or never: the daemon lets an action be late for two seconds.
+    if (!WaitForLog(Expectation::NEXT_DONE))
+        Complain(QStringLiteral("the next action does not run"));
+}
+
+void FaultLane::Finish()
+{
+    if (IsIdle())
+    {
+        m_report.AddIdle(*m_fault);
+        return;
+    }
+    if (!m_rig.WaitForLoop())
+        Complain(QStringLiteral("the loop does not go on"));
+    if (!m_expected->isNextMissed && m_request.trigger != Trigger::DELETION && !IsFault(FaultKind::FLOOD))
+        RunNext();
+    if (!m_rig.WaitForLoop())
+        Complain(QStringLiteral("the loop does not go on"));
+    Judge();
+}
+
+void FaultLane::Judge()
+{
+    const QStringList lines = m_rig.Daemon().Take();
+    QStringList schedulerLines = Shown(lines);
+    QStringList taskLines;
+    std::ranges::copy_if(schedulerLines, std::back_inserter(taskLines), IsTaskLine);
+    schedulerLines.removeIf(IsTaskLine);
+    Compare("the scheduler's records", schedulerLines, m_expected->schedulerLines);
+    Compare("the task's records", taskLines, m_expected->taskLines);
+    const qsizetype photos = lines.count(PHOTO_SEEN);
+    if (photos != m_expected->photos)
+        Complain(QStringLiteral("%1 photos seen instead of %2").arg(photos).arg(m_expected->photos));
+    if (m_expected->isNextMissed)
+        Compare("the signals of the action that is missed", m_rig.Client().TakeSignals(), {});
+    else
+        Compare("the next action's signals", m_rig.Client().WaitForSignals(1),
+                {QStringLiteral("ExpectedPddAction(1,true)")});
+    // A device that is gone cannot tell.
+    if (!IsFault(FaultKind::EXIT) && !IsFault(FaultKind::EMPTY_STRUCTURE))
+        Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
+    Compare("the successor's calls", m_rig.Second().Calls(), m_expected->successorCalls);
+    m_isNextWatched = m_expected->isNextMissed;
+    if (m_fault)
+        m_report.Add(*m_fault, *m_expected, taskLines);
+}
+
+void FaultLane::Settle()
+{
+    if (IsIdle())
+        return;
+    if (IsFault(FaultKind::EXIT) || IsFault(FaultKind::EMPTY_STRUCTURE))
+        m_rig.ReplaceDevice();
+    else if (IsFault(FaultKind::ABSENT))
+        m_rig.Device().SetPresent(m_request.peer, true);
+    EndWhatWaits();
+    if (!IsFault(FaultKind::TAKEN_OVER))
+        return;
+    m_rig.Second().SetPresent(m_request.peer, false);
+    m_rig.Device().SetPresent(m_request.peer, true);
+}
+
+void FaultLane::EndWhatWaits()
+{
+    if (m_expected->signalsToEnd == 0)
+        return;
+    // What the first process still signals is a stranger's.
+    if (IsFault(FaultKind::TAKEN_OVER))
+        m_rig.Device().Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
+    if (!m_rig.WaitForLoop())
+        Complain(QStringLiteral("the loop does not go on"));
+    const QStringList lines = m_rig.Daemon().Take();
+    Compare("the records afterwards", Shown(lines), {});
+    if (lines.contains(PHOTO_SEEN))
+        Complain(QStringLiteral("a stranger's photo is seen"));
+    SimulatorProcess& owner = IsFault(FaultKind::TAKEN_OVER) ? m_rig.Second() : m_rig.Device();
+    owner.Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
+    if (!m_rig.WaitForLoop())
+        Complain(QStringLiteral("the loop does not go on"));
+    Compare("the records of the end", Shown(m_rig.Daemon().Take()), m_expected->endLines);
+}
+
+void FaultLane::End(int number)
+{
+    static_cast<void>(m_rig.Daemon().Take());
+    m_rig.Daemon().Signal(SIGTERM);
+    if (m_rig.Daemon().WaitForExit() != 0)
+        Complain(QStringLiteral("the daemon does not end with 0"));
+    Compare("the last records", m_rig.Daemon().Take(SHOWN_LEVEL), Lines::Ended());
+    m_report.Write(number);
+}
+
+bool FaultLane::WaitForLog(const QString& line)
+{
+    return m_rig.Daemon().WaitForLog(line);
+}
+
+void FaultLane::Compare(const char* what, const QStringList& found, const QStringList& expected)
+{
+    const QByteArray difference = TextDiff(expected, found, "line");
+    if (!difference.isEmpty())
+        Complain(QStringLiteral("%1: %2").arg(QLatin1String(what), QString::fromUtf8(difference)));
+}
+
+void FaultLane::Complain(const QString& what)
+{
+    m_complaints.append(QStringLiteral("%1, %2: %3")
+                            .arg(QLatin1String(m_request.id), QLatin1String(m_fault ? m_fault->id : "plain"), what));
+}

@@ -1,0 +1,119 @@
+#include "FaultReport.h"
+
+#include <QDir>
+#include <QSaveFile>
+
+#include <algorithm>
+
+namespace
+{
+
+const QString RESULTS = QStringLiteral(OZNA_BUILD_DIR "/tests/faults/results/");
+const QString NO_SIGNAL = QStringLiteral("–");
+constexpr char NO_FAILURE_LOGGED = '0';
+constexpr int MS_PER_S = 1000;
+
+void WriteResult(const QString& name, const QString& content)
+{
+    QSaveFile file(RESULTS + name);
+    if (!QDir().mkpath(RESULTS) || !file.open(QIODevice::WriteOnly) || file.write(content.toUtf8()) < 0 ||
+        !file.commit())
+        qFatal("cannot write %s: %s", qPrintable(file.fileName()), qPrintable(file.errorString()));
+}
+
+// The level of the gravest record that an accepted request would not have brought.
+char FailureLevel(const QStringList& found, const QStringList& accepted)
+{
+    char level = NO_FAILURE_LOGGED;
+    for (const QString& line : found)
+    {
+        const char own = line.front().toLatin1();
+        if (!accepted.contains(line) && (level == NO_FAILURE_LOGGED || own < level))
+            level = own;
+    }
+    return level;
+}
+
+} // namespace
+
+FaultReport::FaultReport(const Request& request)
+    : m_request(request)
+{
+}
+
+void FaultReport::Add(const Fault& fault, const Expectation& expected, const QStringList& taskLines)
+{
+    const QStringList accepted = Expectation(m_request, nullptr, false).taskLines + TableLines(m_request.ended);
+    QString symbol;
+    symbol += QLatin1Char(FailureLevel(taskLines, accepted));
+    symbol += QLatin1Char(fault.done);
+    symbol += QLatin1Char(expected.isNextMissed ? 'm' : 't');
+    const bool needsPhoto =
+        fault.outcome != Outcome::ACCEPTED && expected.signalsToEnd > 0 && m_request.wait != Wait::PLAYBACK;
+    if (needsPhoto)
+        symbol += QLatin1Char('p');
+    m_cells.append({QString::fromLatin1(fault.id), symbol, taskLines});
+}
+
+void FaultReport::AddIdle(const Fault& fault)
+{
+    m_cells.append({QString::fromLatin1(fault.id), NO_SIGNAL, {}});
+}
+
+QString FaultReport::Row() const
+{
+    QString row = QStringLiteral("| %1 |").arg(QLatin1String(m_request.id));
+    for (const Cell& cell : m_cells)
+        row += QStringLiteral(" %1 |").arg(cell.symbol);
+    return row + QStringLiteral(" %1 |\n").arg(QLatin1String(m_request.lost));
+}
+
+// Faults that bring the same records stand together, in the order of the first of them.
+QString FaultReport::Section() const
+{
+    QString section = QStringLiteral("\n### %1\n\n`%2`, time-out %3 s.\n")
+                          .arg(QLatin1String(m_request.id), QLatin1String(m_request.schedule))
+                          .arg(m_request.timeout_ms / MS_PER_S);
+    QList<Cell> cells = m_cells;
+    cells.removeIf([](const Cell& cell) { return cell.symbol == NO_SIGNAL; });
+    while (!cells.isEmpty())
+    {
+        const QStringList lines = cells.first().lines;
+        QStringList faults;
+        for (const Cell& cell : std::as_const(cells))
+        {
+            if (cell.lines == lines)
+                faults.append(cell.fault);
+        }
+        cells.removeIf([&](const Cell& cell) { return cell.lines == lines; });
+        section += QStringLiteral("\n- %1").arg(faults.join(QStringLiteral(", ")));
+        if (lines.isEmpty())
+            section += QStringLiteral(": nothing\n");
+        else
+            section += QStringLiteral(":\n\n  ```\n  %1\n  ```\n").arg(lines.join(QStringLiteral("\n  ")));
+    }
+    return section;
+}
+
+void FaultReport::Write(int number) const
+{
+    const QString name = QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
+    WriteResult(name + QStringLiteral(".row"), Row());
+    WriteResult(name + QStringLiteral(".section"), Section());
+}
+
+void FaultReport::WriteLegend()
+{
+    QString legend;
+    QString head = QStringLiteral("| Request |");
+    QString rule = QStringLiteral("| --- |");
+    for (const Fault& fault : FAULTS)
+    {
+        legend += QStringLiteral("- **%1**: %2\n").arg(QLatin1String(fault.id), QLatin1String(fault.meaning));
+        head += QStringLiteral(" %1 |").arg(QLatin1String(fault.id));
+        rule += QStringLiteral(" --- |");
+    }
+    WriteResult(QStringLiteral("legend"), legend);
+    WriteResult(QStringLiteral("head"),
+                head + QStringLiteral(" Not done means |\n") + rule + QStringLiteral(" --- |\n"));
+}

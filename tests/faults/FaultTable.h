@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+
+// What goes wrong with a request.
+enum class FaultKind
+{
+    ABSENT,
+    BUS_ERROR,
+    REFUSED,
+    WRONG_TYPE,
+    NO_VALUES,
+    EXTRA_VALUES,
+    EMPTY_STRUCTURE,
+    EXIT,
+    TAKEN_OVER,
+    FLOOD,
+    WRONG_SIGNALS,
+    STRANGER,
+    LATE,
+};
+
+// How the daemon has to take the request.
+enum class Outcome
+{
+    BUS_ERROR, // no answer came, or an error
+    REFUSED,   // a status other than 0
+    ACCEPTED,  // status 0, and whatever cannot be read as a status
+};
+
+// Where the peer's name is afterwards, for the request that the same task sends next.
+enum class PeerAfter
+{
+    HERE,
+    GONE,
+    ELSEWHERE, // another process has it
+};
+
+struct Fault
+{
+    FaultKind kind;
+    const char* id;
+    const char* meaning; // for the document
+    Outcome outcome;
+    const char* error; // the bus's message; %1 stands for the peer
+    PeerAfter after;
+    char done; // whether the peer does what it was asked for: '+', '-', '?'
+    bool isSignal;
+};
+
+inline constexpr int REFUSAL = 7; // any status other than 0
+inline constexpr int FLOOD_SIZE = 10000;
+
+inline constexpr const char* NO_OWNER = "The name com.kestrelix.ozna.%1manager was not provided by any .service files";
+inline constexpr const char* GONE_IN_THE_CALL = "Message recipient disconnected from message bus without replying";
+inline constexpr const char* NO_REPLY =
+    "Did not receive a reply. Possible causes include: the remote application did not send a reply, the message bus "
+    "security policy blocked the reply, the reply timeout expired, or the network connection was broken.";
+
+// In the order in which they happen. A late answer is the last: the plain day after it shows that it is not taken for
+// that day's.
+inline constexpr std::array FAULTS{
+    Fault{FaultKind::ABSENT, "absent", "nobody has the peer's name", Outcome::BUS_ERROR, NO_OWNER, PeerAfter::GONE, '-',
+          false},
+    Fault{FaultKind::BUS_ERROR, "error", "it answers with a bus error, \"out of order\"", Outcome::BUS_ERROR,
+          "out of order", PeerAfter::HERE, '-', false},
+    Fault{FaultKind::REFUSED, "status", "it answers with status 7", Outcome::REFUSED, "", PeerAfter::HERE, '-', false},
+    Fault{FaultKind::WRONG_TYPE, "type", "it answers with a text that is no number", Outcome::ACCEPTED, "",
+          PeerAfter::HERE, '?', false},
+    Fault{FaultKind::NO_VALUES, "empty", "it answers without a value", Outcome::ACCEPTED, "", PeerAfter::HERE, '?',
+          false},
+    Fault{FaultKind::EXTRA_VALUES, "extra", "it answers with status 0 and two values more", Outcome::ACCEPTED, "",
+          PeerAfter::HERE, '+', false},
+    Fault{FaultKind::EMPTY_STRUCTURE, "broken",
+          "it answers with an empty structure, which is no valid message: the bus drops its connection",
+          Outcome::BUS_ERROR, GONE_IN_THE_CALL, PeerAfter::GONE, '?', false},
+    Fault{FaultKind::EXIT, "exit", "its process ends in the middle of the call", Outcome::BUS_ERROR, GONE_IN_THE_CALL,
+          PeerAfter::GONE, '-', false},
+    Fault{FaultKind::TAKEN_OVER, "taken over",
+          "another process takes its name over in the middle of the call, then the first one answers with status 0; "
+          "what the first one signals afterwards is a stranger's",
+          Outcome::ACCEPTED, "", PeerAfter::ELSEWHERE, '+', false},
+    Fault{FaultKind::FLOOD, "flood", "10,000 of its signals come at once", Outcome::ACCEPTED, "", PeerAfter::HERE, '+',
+          true},
+    Fault{FaultKind::WRONG_SIGNALS, "odd signal", "its signals come with too few, too many or other values",
+          Outcome::ACCEPTED, "", PeerAfter::HERE, '+', true},
+    Fault{FaultKind::STRANGER, "stranger", "its signals come from a process that does not own its name",
+          Outcome::ACCEPTED, "", PeerAfter::HERE, '+', true},
+    Fault{FaultKind::LATE, "late", "its answer, status 7, comes after the time-out, in the middle of the next call",
+          Outcome::BUS_ERROR, NO_REPLY, PeerAfter::HERE, '?', false},
+};
