@@ -15,6 +15,9 @@ constexpr int DEFAULT_INTERVAL_S = 0;
 constexpr int SINGLE_PHOTO = 1;
 constexpr char SEPARATOR = ',';
 
+// How long stops that fail may keep the loop from everything else.
+constexpr int LONGEST_RUSH_MS = 500;
+
 const QString TAKE_PHOTO = QStringLiteral("TakePhoto");
 const QString TAKE_PHOTO_STREAM = QStringLiteral("TakePhotoStream");
 const QString STOP_PHOTO_STREAM = QStringLiteral("StopPhotoStream");
@@ -30,6 +33,9 @@ Photo::Photo(const QString& parameter)
         Parse(parameter);
     if (!connect(Scheduler::m_photoManProxy, &PhotoManagerProxy::PhotoTaken, this, &Photo::OnPhotoTaken))
         OZNA_LOG(LEVEL_WARNING, "Can't wait for the photos of %s", qPrintable(GetName()));
+    m_rest.setSingleShot(true);
+    if (!connect(&m_rest, &QTimer::timeout, this, [this] { m_rush.invalidate(); }))
+        OZNA_LOG(LEVEL_WARNING, "Can't tell the end of a rush of photos of %s", qPrintable(GetName()));
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Photo: interval=%d s, numPhoto=%d", m_interval_s, m_numPhoto);
 }
 
@@ -101,13 +107,15 @@ void Photo::OnPhotoTaken(int status, const QString& imagePath)
     }
     ++m_photoCount;
     OZNA_LOG(LEVEL_TRACE, ">>> Total photo: %d", static_cast<int>(m_photoCount));
-    if (m_photoCount >= static_cast<unsigned int>(m_numPhoto))
+    if (m_photoCount >= static_cast<unsigned int>(m_numPhoto) && !IsRushed())
         StopSeries();
 }
 
 // A stop that fails leaves the series running: the next photo asks again.
 void Photo::StopSeries()
 {
+    if (!m_rush.isValid())
+        m_rush.start();
     const bool stopped =
         PeerCall::Send(Scheduler::m_photoManProxy, STOP_PHOTO_STREAM)
             .Report([](const char* error) { OZNA_LOG(LEVEL_NORMAL, "StopPhotoStream request error: %s\n", error); },
@@ -120,5 +128,14 @@ void Photo::StopSeries()
     {
         m_streaming = false;
         m_running = false;
+        m_rush.invalidate();
     }
+    else
+        // Timers have their turn when no signal waits any more, and not before.
+        m_rest.start();
+}
+
+bool Photo::IsRushed() const
+{
+    return m_rush.isValid() && m_rush.hasExpired(LONGEST_RUSH_MS);
 }

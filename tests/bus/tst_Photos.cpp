@@ -13,6 +13,8 @@ private Q_SLOTS:
     void ASinglePhotoIsAskedForAgainTheNextDay();
     void EveryTaskSeesEveryPhoto();
     void ASeriesWhoseStopFailsAsksAgain();
+    void AFloodWhileAStopIsNotAnsweredCostsOneTimeOut();
+    void AFloodWhileEveryStopIsRefusedStarvesNothing();
 
 private:
     [[nodiscard]] bool StartAt(const QByteArray& schedule, int calls);
@@ -21,6 +23,8 @@ private:
 
 namespace
 {
+constexpr int FLOOD = 10000;
+const QString REFUSED = QStringLiteral("1 [tasks/Photo.cpp] StopPhotoStream error: 4");
 const QString TAKEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken");
 const QString COMPLETED = QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=10 s, num=3, ");
 
@@ -95,6 +99,48 @@ void Photos::ASeriesWhoseStopFailsAsksAgain()
                           QStringLiteral("1 [tasks/Photo.cpp] StopPhotoStream error: 4"), TAKEN, Total(4),
                           QStringLiteral("4 [tasks/Photo.cpp] StopPhotoStream request error: busy"), TAKEN, Total(5),
                           COMPLETED});
+}
+
+void Photos::AFloodWhileAStopIsNotAnsweredCostsOneTimeOut()
+{
+    const QString failed = QStringLiteral("4 [tasks/Photo.cpp] StopPhotoStream request error: Did not receive a reply. "
+                                          "Possible causes include: the remote application did not send a reply, the "
+                                          "message bus security policy blocked the reply, the reply timeout expired, "
+                                          "or the network connection was broken.");
+    Device().AnswerNever("photo.StopPhotoStream", 0);
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
+    TakePhotos(FLOOD);
+    QVERIFY(Daemon().WaitForLog(Total(FLOOD)));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Daemon().Take(4).count(failed), 1);
+    COMPARE_LINES(Device().Calls(),
+                  {QStringLiteral("photo.TakePhotoStream i 10"), QStringLiteral("photo.StopPhotoStream -")});
+    // The series has not ended: a photo that comes later asks again.
+    Device().ClearAnswers();
+    TakePhotos(1);
+    QVERIFY(Daemon().WaitForLog(COMPLETED));
+    QCOMPARE(Device().Calls().size(), 3);
+}
+
+void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
+{
+    Device().AnswerStatus("photo.StopPhotoStream", 4);
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:04|*|*|*|||19|1,1\n", 1));
+    const QDBusPendingCall flood =
+        Device().EmitMeanwhile("photo.PhotoTaken", {0, QStringLiteral("/photos/1.jpg")}, FLOOD);
+    QVERIFY(Daemon().WaitForLog(REFUSED));
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30, 4), Qt::UTC));
+    // In time, or never: an action may be late for two seconds.
+    QVERIFY(Daemon().WaitForLog(
+        QStringLiteral("4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1")));
+    QVERIFY(WaitUntil([&] { return flood.isFinished(); }));
+    QVERIFY(Daemon().WaitForLog(Total(FLOOD)));
+    QStringList failures = Daemon().Take(2);
+    failures.removeAll(REFUSED);
+    COMPARE_LINES(failures, QStringList());
+    Device().ClearAnswers();
+    TakePhotos(1);
+    QVERIFY(Daemon().WaitForLog(COMPLETED));
 }
 
 QTEST_GUILESS_MAIN(Photos)

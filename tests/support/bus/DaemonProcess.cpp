@@ -144,10 +144,12 @@ void DaemonProcess::Read()
 {
     if (m_logFile.isOpen())
         m_unread += m_logFile.readAll();
+    qsizetype begin = 0;
     qsizetype end = 0;
-    while ((end = m_unread.indexOf('\n')) >= 0)
+    while ((end = m_unread.indexOf('\n', begin)) >= 0)
     {
-        m_log.append(Shown(m_unread.left(end)));
-        m_unread.remove(0, end + 1);
+        m_log.append(Shown(m_unread.mid(begin, end - begin)));
+        begin = end + 1;
     }
+    m_unread.remove(0, begin);
 }
