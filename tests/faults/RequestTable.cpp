@@ -156,7 +156,7 @@ constexpr std::array REQUESTS{
             "1 [tasks/CpuFreq.cpp] SetFreq(456) request error: %1",
             "4 [tasks/CpuFreq.cpp] SetFreq(456) error: 7",
             "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the processor as before"},
-    Request{"photo", "SetEnabled", "Gps|1", "11 (Gps)", Trigger::START, "gps", "SetEnabled", GPS_MS,
+    Request{"photo", "SetEnabled(GPS)", "Gps|1", "11 (Gps)", Trigger::START, "gps", "SetEnabled", GPS_MS,
             "", "gps.SetEnabled b true", "",
             "1 [tasks/Gps.cpp] SetEnabled(1) request error: %1",
             "1 [tasks/Gps.cpp] SetEnabled(1) error: 7",
