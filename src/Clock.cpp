@@ -24,6 +24,13 @@ Clock::Source& CurrentSource()
     return source;
 }
 
+// Milliseconds into the second, which run forward before 1970 too.
+int Milliseconds(std::int64_t time_ms)
+{
+    const auto milliseconds = static_cast<int>(time_ms % MS_PER_S);
+    return milliseconds < 0 ? milliseconds + static_cast<int>(MS_PER_S) : milliseconds;
+}
+
 // Rounds down, also before 1970.
 std::time_t WholeSeconds(std::int64_t time_ms)
 {
@@ -65,9 +72,8 @@ std::tm Clock::LocalNow()
 QTime Clock::TimeOfDay()
 {
     const std::int64_t now_ms = CurrentSource()();
-    const std::time_t now = WholeSeconds(now_ms);
-    const std::tm parts = Local(now);
-    return {parts.tm_hour, parts.tm_min, std::min(parts.tm_sec, 59), static_cast<int>(now_ms - now * MS_PER_S)};
+    const std::tm parts = Local(WholeSeconds(now_ms));
+    return {parts.tm_hour, parts.tm_min, std::min(parts.tm_sec, 59), Milliseconds(now_ms)};
 }
 
 QDate Clock::LocalToday()

@@ -213,6 +213,7 @@ void ClockTest::AClockFarOffIsNotFatal_data()
     QTest::newRow("the greatest moment") << std::numeric_limits<qint64>::max();
     QTest::newRow("a moment nearly as late") << std::numeric_limits<qint64>::max() / 2;
     QTest::newRow("a moment very early") << std::numeric_limits<qint64>::min() / 2;
+    QTest::newRow("the least moment") << std::numeric_limits<qint64>::min();
 }
 
 void ClockTest::AClockFarOffIsNotFatal()
@@ -222,6 +223,7 @@ void ClockTest::AClockFarOffIsNotFatal()
     // Seconds are whole ones, rounded down.
     QVERIFY(Clock::Now() <= now_ms / 1000);
     QVERIFY(Clock::Now() >= now_ms / 1000 - 1);
+    QCOMPARE(qint64{Clock::TimeOfDay().msec()}, (now_ms % 1000 + 1000) % 1000);
     const int since = Clock::SecondsSince(QTime(12, 0));
     QVERIFY(since >= 0);
     QVERIFY(since <= 86400);
