@@ -31,15 +31,20 @@ bool IsRegular(const struct stat& status)
     return S_ISREG(status.st_mode);
 }
 
+// False when there is no such file. A name with a NUL names none: the system would look at another file.
+bool Look(const QByteArray& name, struct stat& status)
+{
+    return !name.contains('\0') && ::stat(name.constData(), &status) == 0;
+}
+
 // Opens a regular file and nothing else; -1 when it cannot be opened.
 int OpenRegular(const QByteArray& name)
 {
     struct stat status
     {
     };
-    // A name with a NUL would open another file than the one it names. Looking before opening
-    // spares devices the side effects that an open may have.
-    if (name.contains('\0') || ::stat(name.constData(), &status) != 0 || !IsRegular(status))
+    // Looking before opening spares devices the side effects that an open may have.
+    if (!Look(name, status) || !IsRegular(status))
         return -1;
 
     const int descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
@@ -116,6 +121,14 @@ bool TextFile::ReadBlock()
         m_block = m_decoder(bytes);
     } while (m_block.isEmpty());
     return true;
+}
+
+bool TextFile::Exists() const
+{
+    struct stat status
+    {
+    };
+    return Look(QFile::encodeName(m_path), status);
 }
 
 QString TextFile::ReadError() const

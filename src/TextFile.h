@@ -17,6 +17,9 @@ public:
     // False when the file cannot be opened.
     [[nodiscard]] bool Open();
 
+    // Whether anything has that path, be it a file that can be opened or not.
+    [[nodiscard]] bool Exists() const;
+
     // Reads the next line, of any length, without its terminator: a line feed, a carriage return, or both in that
     // system's order. False when there is none, at the end of the file or where reading fails.
     [[nodiscard]] bool ReadLine(QString& line);

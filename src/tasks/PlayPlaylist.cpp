@@ -6,8 +6,6 @@
 #include "StringUtils.h"
 #include "TextFile.h"
 
-#include <QFileInfo>
-
 #include <stdexcept>
 
 namespace
@@ -78,7 +76,7 @@ bool PlayPlaylist::LoadPlaylistInfo()
     if (!file.Open())
     {
         OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file open failed (path=%s)", qPrintable(path));
-        if (QFileInfo::exists(path))
+        if (file.Exists())
             OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file (path=%s) exists: why I couldn't open it ?",
                           qPrintable(path));
         return false;

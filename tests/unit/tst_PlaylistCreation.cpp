@@ -4,6 +4,7 @@
 #include "tasks/PlayPlaylist.h"
 
 #include <QFile>
+#include <QRegularExpression>
 
 #include <sys/stat.h>
 
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void AFileThatCannotBeOpenedIsNoPlaylist();
     void AFileWithoutPermissionIsNoPlaylist();
     void ANameIsNeeded();
+    void ANameWithANulIsThatOfNoFile();
 
 private:
     void MakeFile(const QString& kind);
@@ -147,6 +149,18 @@ void PlaylistCreationTest::ANameIsNeeded()
 {
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, {}, u"70"_s, u"id"_s));
     EXPECT_LOG(9, {{1, "[tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN}, Failed()});
+}
+
+void PlaylistCreationTest::ANameWithANulIsThatOfNoFile()
+{
+    // The library would complain beside the log.
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    Data().WritePlaylist("track1.mp3;60\n", u"xmas"_s);
+    QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas\0"_s, u"70"_s, {}));
+    const QByteArray path = Data().PlaylistPath(u"xmas"_s).toUtf8();
+    EXPECT_LOG(9, {Loading(path),
+                   {1, "[tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN},
+                   Failed()});
 }
 
 QTEST_GUILESS_MAIN(PlaylistCreationTest)
