@@ -1,0 +1,111 @@
+#include "LineReading.h"
+
+#include "Reading.h"
+
+#include <algorithm>
+#include <array>
+
+namespace
+{
+
+constexpr qsizetype FEWEST_FIELDS = 8;
+constexpr qsizetype WITH_PARAMETERS = 9;
+constexpr int ANY = -1;
+constexpr int UNKNOWN = 99;
+// Monday to Sunday.
+constexpr std::array DAYS{2U, 4U, 8U, 16U, 32U, 64U, 1U};
+
+// By the number of the type.
+struct Kind
+{
+    const char* name; // null: by number only
+    int fewest;       // parameters; negative: no task of this kind can be made
+    int most;
+};
+
+constexpr int MANY = 1 << 30;
+constexpr std::array KINDS{
+    Kind{"Light", 1, MANY},       Kind{"PlayMessage", 1, MANY},  Kind{"PlayPlaylist", 1, MANY},
+    Kind{"RecordMic", -1, MANY},  Kind{"RecordPhoto", 0, MANY},  Kind{"Volume", 1, MANY},
+    Kind{"PlayRadioFm", 1, MANY}, Kind{"RecordVideo", -1, MANY}, Kind{"Amplifiers", 1, MANY},
+    Kind{"SetCpuFreq", 1, MANY},  Kind{"Camera", 1, MANY},       Kind{"Gps", 1, MANY},
+    Kind{"Lan", 1, MANY},         Kind{"StopPlaylist", 0, MANY}, Kind{"StopMessage", 0, MANY},
+    Kind{"StopRadioFm", 0, MANY}, Kind{"PlayStream", 1, MANY},   Kind{"StopStream", 0, MANY},
+    Kind{"enableAux", 1, 1},      Kind{nullptr, 2, 2},
+};
+
+int TypeOf(const QString& name)
+{
+    const std::optional<int> number = Reading::Number(name);
+    if (number)
+        return *number;
+    const auto* kind = std::ranges::find_if(
+        KINDS, [&name](const Kind& each) { return each.name != nullptr && name == QLatin1String(each.name); });
+    return kind == KINDS.end() ? UNKNOWN : static_cast<int>(kind - KINDS.begin());
+}
+
+int Spot(const QString& field, int first, int last)
+{
+    const int value = Reading::Number(field).value_or(first - 1);
+    return value < first || value > last ? ANY : value;
+}
+
+QString Shown(int spot)
+{
+    return spot == ANY ? QStringLiteral("*") : QString::number(spot);
+}
+
+} // namespace
+
+LineReading::LineReading(const QString& line)
+    : fields(Reading::Tokens(line, '|'))
+    , hasFields(fields.size() >= FEWEST_FIELDS)
+{
+    if (!hasFields)
+        return;
+    for (int i = 0; i < static_cast<int>(DAYS.size()); ++i)
+    {
+        if (fields[0].mid(i, 1) == QStringLiteral("1"))
+            daysMask |= DAYS[static_cast<size_t>(i)];
+    }
+    const QStringList parts = Reading::Tokens(fields[1], ':');
+    hasStart = parts.size() >= 3;
+    hour = Reading::Number(parts.value(0)).value_or(0);
+    minute = Reading::Number(parts.value(1)).value_or(0);
+    second = Reading::Number(parts.value(2)).value_or(0);
+    day = Spot(fields[2], 1, 31);
+    month = Spot(fields[3], 1, 12);
+    year = Reading::Number(fields[4]).value_or(ANY);
+    from = Reading::Date(fields[5]);
+    to = Reading::Date(fields[6]);
+    type = TypeOf(fields[7]);
+    parameterText = fields.size() == WITH_PARAMETERS ? fields[8] : QString();
+    parameters = Reading::Tokens(parameterText, ',');
+}
+
+bool LineReading::IsAction() const
+{
+    if (!hasFields || !hasStart || type < 0 || type >= static_cast<int>(KINDS.size()))
+        return false;
+    const Kind& kind = KINDS[static_cast<size_t>(type)];
+    return kind.fewest >= 0 && parameters.size() >= kind.fewest && parameters.size() <= kind.most;
+}
+
+QString LineReading::Rewritten() const
+{
+    QString days;
+    for (const unsigned int bit : DAYS)
+        days += QLatin1Char((daysMask & bit) != 0 ? '1' : '-');
+    const QString dateFormat = QStringLiteral("yyyyMMdd");
+    QStringList rewritten{days,
+                          QStringLiteral("%1:%2:%3").arg(hour).arg(minute).arg(second),
+                          Shown(day),
+                          Shown(month),
+                          Shown(year),
+                          from.toString(dateFormat),
+                          to.toString(dateFormat),
+                          QString::number(type)};
+    if (!parameterText.isEmpty())
+        rewritten.append(parameterText);
+    return rewritten.join(u'|');
+}
