@@ -12,18 +12,22 @@ target_compile_options(ozna_test_headers PRIVATE ${OZNA_TEST_OPTIONS})
 target_precompile_headers(ozna_test_headers PRIVATE
     <QtCore> <QDBusConnection> <QDBusMessage> <QDBusReply> <functional> <memory> <optional> <vector>)
 
+# What is built for the device's processor, see the preset armhf.
+add_custom_target(ozna_device_tests)
+
 # ozna_add_test(<name> LABEL <label> SOURCES <file>...
 #               [LIBRARIES <library>...] [LINK_OPTIONS <option>...] [DEFINITIONS <definition>...]
 #               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [ROWS <function> <row>...]
-#               [TIMEOUT <seconds>])
+#               [TIMEOUT <seconds>] [DEVICE])
 #
 # Makes the test program tst_<name> in the folder tests of the build tree and registers it as "<label>.<name>", or,
 # with TIME_ZONES, once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". With ROWS, each row of that test
 # function, which has to be the program's only one, is registered by itself as "<label>.<name>.<row>", so that rows
-# which wait for long wait side by side. No test reaches the session
+# which wait for long wait side by side. With DEVICE the test carries the label "device" as well, and is built by the target
+# ozna_device_tests: it holds on the device's processor too. No test reaches the session
 # bus of who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
 function(ozna_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 test ""
+    cmake_parse_arguments(PARSE_ARGV 1 test "DEVICE"
         "LABEL;TIMEOUT" "SOURCES;LIBRARIES;LINK_OPTIONS;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS")
     if(NOT test_LABEL OR NOT test_SOURCES OR test_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR "ozna_add_test(${name}): LABEL and SOURCES are needed; ${test_UNPARSED_ARGUMENTS}")
@@ -40,6 +44,12 @@ function(ozna_add_test name)
     target_precompile_headers(${program} REUSE_FROM ozna_test_headers)
     target_compile_definitions(${program} PRIVATE ${test_DEFINITIONS})
     set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+
+    set(labels ${test_LABEL})
+    if(test_DEVICE)
+        list(APPEND labels device)
+        add_dependencies(ozna_device_tests ${program})
+    endif()
 
     set(registered)
     foreach(zone IN LISTS test_TIME_ZONES)
@@ -71,5 +81,5 @@ function(ozna_add_test name)
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT_MODIFICATION
         OZNA_CONFIG_FILE=unset: OZNA_DATA_DIR=unset: OZNA_LOG_LEVEL=unset:
         QT_LOGGING_CONF=unset: QT_LOGGING_RULES=unset: QT_MESSAGE_PATTERN=unset: QTEST_FUNCTION_TIMEOUT=unset:)
-    set_tests_properties(${registered} PROPERTIES LABELS ${test_LABEL} TIMEOUT ${test_TIMEOUT})
+    set_tests_properties(${registered} PROPERTIES LABELS "${labels}" TIMEOUT ${test_TIMEOUT})
 endfunction()

@@ -1,21 +1,24 @@
 #include "Clock.h"
 
 #include <algorithm>
-#include <chrono>
 #include <limits>
 
 namespace
 {
 
 constexpr std::int64_t MS_PER_S = 1000;
+constexpr std::int64_t NS_PER_MS = 1'000'000;
 constexpr int DAY_S = 86400;
 
 static_assert(sizeof(std::time_t) == 8, "calendar time must carry past 2038");
 
+// Not by std::chrono: its reading is compiled into the library, which on a 32-bit processor ends in 2038.
 std::int64_t SystemClock()
 {
-    using namespace std::chrono;
-    return duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+    std::timespec now{};
+    // Fails for a clock that does not exist alone.
+    static_cast<void>(::clock_gettime(CLOCK_REALTIME, &now));
+    return std::int64_t{now.tv_sec} * MS_PER_S + now.tv_nsec / NS_PER_MS;
 }
 
 Clock::Source& CurrentSource()

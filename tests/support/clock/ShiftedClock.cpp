@@ -22,7 +22,20 @@ constexpr long NS_PER_S = 1'000'000'000;
 constexpr long MS_PER_S = 1000;
 constexpr long NS_PER_US = 1000;
 
+// A 32-bit processor has two of each of these calls, and the C library's types here are those of the later one.
+#ifdef SYS_mmap2
+constexpr long CALL_MMAP = SYS_mmap2;
+#else
+constexpr long CALL_MMAP = SYS_mmap;
+#endif
+#ifdef SYS_clock_gettime64
+constexpr long CALL_CLOCK_GETTIME = SYS_clock_gettime64;
+#else
+constexpr long CALL_CLOCK_GETTIME = SYS_clock_gettime;
+#endif
+
 using Offset_ms = std::atomic<long long>;
+static_assert(sizeof(time_t) == 8 && Offset_ms::is_always_lock_free);
 
 const Offset_ms* MapOffset()
 {
@@ -30,7 +43,7 @@ const Offset_ms* MapOffset()
     const long file = path ? ::syscall(SYS_openat, AT_FDCWD, path, O_RDONLY | O_CLOEXEC) : -1;
     if (file < 0)
         return nullptr;
-    const long memory = ::syscall(SYS_mmap, nullptr, sizeof(Offset_ms), PROT_READ, MAP_SHARED, file, 0);
+    const long memory = ::syscall(CALL_MMAP, nullptr, sizeof(Offset_ms), PROT_READ, MAP_SHARED, file, 0);
     ::syscall(SYS_close, file);
     return memory == -1 ? nullptr : reinterpret_cast<const Offset_ms*>(memory);
 }
@@ -65,7 +78,7 @@ bool IsCalendarClock(clockid_t clock)
 
 int ShiftedTime(clockid_t clock, timespec* time)
 {
-    if (::syscall(SYS_clock_gettime, clock, time) != 0)
+    if (::syscall(CALL_CLOCK_GETTIME, clock, time) != 0)
         return -1;
     if (IsCalendarClock(clock))
     {
