@@ -1,0 +1,254 @@
+#include "Device.h"
+#include "Log.h"
+#include "Requests.h"
+#include "SchedulerAccess.h"
+#include "SchedulerTest.h"
+
+#include <QDir>
+#include <QSet>
+
+#include <algorithm>
+#include <bitset>
+
+#include <malloc.h>
+
+namespace
+{
+
+constexpr int EARLY_INTERVAL_MS = 200;
+constexpr int FAR_INTERVAL_MS = 3000;
+constexpr int DAY_S = 86400;
+constexpr qint64 WEEK_MS = 7LL * DAY_S * 1000;
+
+// Around a start every pass runs, and at other times, when there is nothing to find, one far pass in so many.
+constexpr int BEFORE_S = 18;
+constexpr int AFTER_S = 6;
+constexpr qint64 AFTER_LOAD_MS = 30'000;
+constexpr qint64 NEAR_CHANGE_S = 3 * 3600;
+constexpr int QUIET_PASSES = 199;
+constexpr qint64 LATER_MS = 5LL * 3600 * 1000;
+
+constexpr qint64 GROWTH_BYTES = 16 * 1024;
+
+const QString SCHEDULE = QStringLiteral("schedule.csv");
+
+struct Place
+{
+    const char* zone;
+    int year;
+};
+
+// A year with a 29th of February, one without, and one past 2038; clocks are changed north and south, and by half an
+// hour.
+constexpr Place PLACES[] = {{"Europe/Rome", 2024}, {"America/Los_Angeles", 2027}, {"Australia/Lord_Howe", 2039}};
+
+struct Use
+{
+    qint64 memory;
+    qsizetype descriptors;
+};
+
+Use CurrentUse()
+{
+    const struct mallinfo2 memory = ::mallinfo2();
+    return {
+        static_cast<qint64>(memory.uordblks + memory.hblkhd),
+        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size()};
+}
+
+} // namespace
+
+// A year of a shop's schedule on a virtual clock, loaded anew every week and now and then in between.
+class YearTest final : public SchedulerTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void EveryRequestComesOnceAndInTime();
+
+private:
+    void ReadTimes();
+
+    // Whether the clock on the wall is near a start, or the clocks are changed within some hours.
+    [[nodiscard]] bool IsBusy();
+    void ReadOffset();
+
+    QList<qint64> Loads(int year, qint64 end_ms);
+    void PassUntil(qint64 end_ms);
+    void Tick();
+    void Early(qint64 step_ms);
+    void TakeRecords();
+
+    std::bitset<DAY_S> m_busy; // the seconds of a day that are near a start
+    qint64 m_offset_s = 0;     // of local time from UTC
+    bool m_isNearChange = false;
+    std::optional<Device> m_device;
+    QSet<QString> m_warnings;
+    qint64 m_passes = 0;
+};
+
+void YearTest::ReadTimes()
+{
+    for (int s = 0; s < AFTER_S; ++s)
+        m_busy.set(static_cast<size_t>(s)); // a day begins
+    QFile file(QStringLiteral(OZNA_YEAR_DATA "/") + SCHEDULE);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    for (const QByteArray& line : file.readAll().split('\n'))
+    {
+        const QTime start = QTime::fromString(QString::fromLatin1(line.split('|').value(1)));
+        for (int s = -BEFORE_S; start.isValid() && s <= AFTER_S; ++s)
+            m_busy.set(static_cast<size_t>((QTime(0, 0).secsTo(start) + s + DAY_S) % DAY_S));
+    }
+}
+
+bool YearTest::IsBusy()
+{
+    return m_isNearChange || m_busy.test(static_cast<size_t>((Time().Utc_ms() / 1000 + m_offset_s) % DAY_S));
+}
+
+// A quarter of a day ahead and back: much longer than until this is asked again.
+void YearTest::ReadOffset()
+{
+    const auto offset_s = [this](qint64 later_s) {
+        const std::time_t then = Time().Utc_ms() / 1000 + later_s;
+        std::tm parts{};
+        ::localtime_r(&then, &parts);
+        return qint64{parts.tm_gmtoff};
+    };
+    m_offset_s = offset_s(NEAR_CHANGE_S);
+    m_isNearChange = m_offset_s != offset_s(-NEAR_CHANGE_S);
+}
+
+void YearTest::Early(qint64 step_ms)
+{
+    Time().Advance_ms(step_ms);
+    m_device->Play();
+    CheckEarly();
+}
+
+void YearTest::Tick()
+{
+    for (int i = 1; i < FAR_INTERVAL_MS / EARLY_INTERVAL_MS; ++i)
+        Early(EARLY_INTERVAL_MS);
+    Time().Advance_ms(EARLY_INTERVAL_MS);
+    m_device->Play();
+    CheckFar();
+    CheckEarly();
+    ++m_passes;
+}
+
+// Every pass as the timers would have it. Of those that are far from everything most are left out.
+void YearTest::PassUntil(qint64 end_ms)
+{
+    const qint64 begin_ms = Time().Utc_ms();
+    for (int tick = 0; Time().Utc_ms() + FAR_INTERVAL_MS <= end_ms; ++tick)
+    {
+        if (tick % QUIET_PASSES == 0)
+            ReadOffset();
+        if (tick % QUIET_PASSES == 0 || Time().Utc_ms() < begin_ms + AFTER_LOAD_MS || IsBusy() ||
+            SchedulerAccess::EarlyActions(Engine()).Size() > 0 ||
+            m_device->Next_ms() <= Time().Utc_ms() + FAR_INTERVAL_MS)
+            Tick();
+        else
+            Time().Advance_ms(FAR_INTERVAL_MS);
+        TakeRecords();
+    }
+    while (Time().Utc_ms() + EARLY_INTERVAL_MS <= end_ms)
+        Early(EARLY_INTERVAL_MS);
+    Time().SetUtc_ms(end_ms);
+}
+
+void YearTest::TakeRecords()
+{
+    for (const LogRecord& record : LogRecorder::Records(LEVEL_WARNING))
+        m_warnings.insert(QString::fromUtf8(record.text.mid(record.text.indexOf(']') + 2)).section(u'(', 0, 0));
+    LogRecorder::Clear();
+    Bus().Clear();
+}
+
+QList<qint64> YearTest::Loads(int year, qint64 end_ms)
+{
+    QList<qint64> loads_ms;
+    const auto loadAt = [&](int month, int day, const QTime& time) {
+        Time().SetLocal(QDate(year, month, day), time);
+        loads_ms.append(Time().Utc_ms());
+    };
+    // Every week, at another time of the day each time.
+    loadAt(1, 1, QTime(4, 7, 40));
+    while (loads_ms.last() + WEEK_MS + LATER_MS < end_ms)
+        loads_ms.append(loads_ms.last() + WEEK_MS + (loads_ms.size() % 5 == 0 ? -4 : 1) * LATER_MS);
+    // Files that are updated while the playlist, the stream, a message and the radio play, and in the evening.
+    loadAt(2, 13, QTime(10, 7, 42));
+    loadAt(6, 18, QTime(10, 1, 17));
+    loadAt(7, 8, QTime(13, 12));
+    loadAt(9, 28, QTime(8, 30, 9));
+    loadAt(10, 26, QTime(8, 30, 9));
+    loadAt(11, 9, QTime(21, 0));
+    std::ranges::sort(loads_ms);
+    return loads_ms;
+}
+
+void YearTest::EveryRequestComesOnceAndInTime()
+{
+    const QString zone = qEnvironmentVariable("TZ");
+    const auto* const place =
+        std::ranges::find_if(PLACES, [&](const Place& known) { return zone == QLatin1String(known.zone); });
+    QVERIFY(place != std::end(PLACES));
+    ReadTimes();
+    const QDir source(QStringLiteral(OZNA_YEAR_DATA));
+    QVERIFY(QFile::copy(source.filePath(SCHEDULE), Data().SchedulePath(SCHEDULE)));
+    for (const QString& playlist : {QStringLiteral("morning"), QStringLiteral("christmas")})
+        QVERIFY(QFile::copy(source.filePath(playlist), Data().PlaylistPath(playlist)));
+
+    const QString configuration = Data().Path() + QStringLiteral("/ozna.ini");
+    QVERIFY(QFile::copy(source.filePath(QStringLiteral("ozna.ini")), configuration));
+    qputenv("OZNA_CONFIG_FILE", configuration.toLocal8Bit());
+
+    Time().SetLocal(QDate(place->year, 12, 31), QTime(23, 59, 58));
+    const qint64 end_ms = Time().Utc_ms();
+    const QList<qint64> loads_ms = Loads(place->year, end_ms);
+    ExpectedRequests expected(zone, source.path(), QDate(place->year, 1, 1).toString(Qt::ISODate),
+                              QDate(place->year, 12, 31).toString(Qt::ISODate), loads_ms);
+
+    Create();
+    m_device.emplace(Bus(), [this] { return Time().Utc_ms(); });
+    connect(&Engine(), &Scheduler::ExpectedPddAction, this, [this](uint action, bool enable) {
+        m_device->m_requests.append(
+            {Time().Utc_ms(),
+             QStringLiteral("scheduler.ExpectedPddAction ub %1 %2").arg(action).arg(QVariant(enable).toString())});
+    });
+    QList<Use> uses;
+    for (qsizetype i = 0; i < loads_ms.size(); ++i)
+    {
+        Time().SetUtc_ms(loads_ms[i]);
+        if (i == 0)
+            Engine().Start();
+        else
+            QCOMPARE(Engine().Reload(), 0);
+        PassUntil(i + 1 < loads_ms.size() ? loads_ms[i + 1] : end_ms);
+        // The library posts what an event loop would do at once; the timers' events are no posted ones.
+        QCoreApplication::sendPostedEvents();
+        expected.Meet(std::exchange(m_device->m_requests, {}));
+        uses.append(CurrentUse());
+    }
+    qInfo("%s %d: %lld requests, the latest %lld ms late; %lld far passes; %lld loads", place->zone, place->year,
+          qlonglong{expected.Count()}, expected.Latest_ms(), m_passes, qlonglong{loads_ms.size()});
+    const QByteArray difference = expected.Difference();
+    QVERIFY2(difference.isEmpty(), difference.constData());
+    QVERIFY(expected.Count() > 10000);
+    const QSet<QString> warnings{
+        QStringLiteral("Can't parse Cpu frequency from parameters: '456'. Using 456."),
+        QStringLiteral("Task PlayPlaylist IsDelayed but still valid "),
+    };
+    QCOMPARE(m_warnings, warnings);
+
+    const Use& early = uses.first();
+    const Use& late = uses.last();
+    qInfo("memory in use: %lld bytes after the first week, %lld after the last; descriptors: %lld and %lld",
+          early.memory, late.memory, qlonglong{early.descriptors}, qlonglong{late.descriptors});
+    QVERIFY(late.memory - early.memory < GROWTH_BYTES);
+    QCOMPARE(late.descriptors, early.descriptors);
+    m_device.reset();
+}
+
+QTEST_GUILESS_MAIN(YearTest)
+#include "tst_Year.moc"
