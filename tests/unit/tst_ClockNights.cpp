@@ -1,0 +1,188 @@
+#include "Log.h"
+#include "PassingTest.h"
+#include "TimeZone.h"
+
+#include <QDateTime>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int PHASE_MS = 200;
+constexpr int PHASES = 15; // how many early passes there are to a far pass
+
+} // namespace
+
+// The nights in which clocks are put forward or back, from an hour before to two hours after.
+class ClockNightsTest final : public PassingTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AStartInTheNight_data();
+    void AStartInTheNight();
+    void TheFirstSecondsAfterTheChange_data();
+    void TheFirstSecondsAfterTheChange();
+    void AMessageRightAfterARepeatedHourComesTwice();
+    void AMessageThatStillPlaysComesOnce();
+    void APlaylistInASkippedHourIsJoinedLate_data();
+    void APlaylistInASkippedHourIsJoinedLate();
+    void TheNextDayIsAsAlways_data();
+    void TheNextDayIsAsAlways();
+
+private:
+    // Somewhat more than an hour before the change at that moment, "2024-03-31T01:00:00" in UTC, with one line.
+    void Before(const QString& change, const QByteArray& line);
+};
+
+void ClockNightsTest::Before(const QString& change, const QByteArray& line)
+{
+    Time().SetUtc_ms(QDateTime::fromString(change + u'Z', Qt::ISODate).addSecs(-3630).toMSecsSinceEpoch());
+    StartSchedule({line});
+}
+
+void ClockNightsTest::AStartInTheNight_data()
+{
+    QTest::addColumn<QByteArray>("zone");
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<int>("times");
+    const auto rows = [](const char* zone, const char* change,
+                         std::initializer_list<std::pair<const char*, int>> starts) {
+        for (const auto& [start, times] : starts)
+            QTest::addRow("%s %.10s %s", zone, change, start)
+                << QByteArray(zone) << QString::fromLatin1(change) << QByteArray(start) << times;
+    };
+    // Clocks are put forward: the times between do not exist.
+    rows("Europe/Rome", "2024-03-31T01:00:00",
+         {{"01:59:59", 1},
+          {"02:00:00", 0},
+          {"02:00:05", 0},
+          {"02:30:00", 0},
+          {"02:59:59", 0},
+          {"03:00:03", 1},
+          {"03:30:00", 1}});
+    rows("America/Los_Angeles", "2024-03-10T10:00:00", {{"01:30:00", 1}, {"02:30:00", 0}, {"03:00:03", 1}});
+    rows("Australia/Sydney", "2024-10-05T16:00:00", {{"01:30:00", 1}, {"02:30:00", 0}, {"03:00:03", 1}});
+    rows("Australia/Lord_Howe", "2024-10-05T15:30:00", {{"01:45:00", 1}, {"02:15:00", 0}, {"02:30:03", 1}});
+    rows("Europe/Rome", "2040-03-25T01:00:00", {{"01:30:00", 1}, {"02:30:00", 0}, {"03:00:03", 1}});
+    // Clocks are put back: the times before it come twice.
+    rows("Europe/Rome", "2024-10-27T01:00:00",
+         {{"02:00:03", 2}, {"02:30:00", 2}, {"02:59:59", 2}, {"03:00:00", 1}, {"03:00:05", 1}, {"03:30:00", 1}});
+    rows("America/Los_Angeles", "2024-11-03T09:00:00", {{"01:30:00", 2}, {"02:00:05", 1}, {"02:30:00", 1}});
+    rows("Australia/Sydney", "2024-04-06T16:00:00", {{"02:30:00", 2}, {"03:30:00", 1}});
+    rows("Australia/Lord_Howe", "2024-04-06T15:00:00", {{"01:45:00", 2}, {"02:15:00", 1}});
+    rows("Europe/Rome", "2040-10-28T01:00:00", {{"02:30:00", 2}, {"03:30:00", 1}});
+}
+
+void ClockNightsTest::AStartInTheNight()
+{
+    QFETCH(QByteArray, zone);
+    QFETCH(QString, change);
+    QFETCH(QByteArray, start);
+    QFETCH(int, times);
+    const TimeZone here(zone);
+    Before(change, start + " Volume|1");
+    Pass(3 * 3600);
+    QCOMPARE(TakeRequests(), QStringList(times, QString::fromLatin1(start) + u" SetMasterVolume(d:1)"_s));
+}
+
+void ClockNightsTest::TheFirstSecondsAfterTheChange_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<int>("starts"); // over all phases; before the clock is put back it comes in each
+    const QString forward = u"2024-03-31T01:00:00"_s;
+    QTest::newRow("forward, the first second") << forward << QByteArray("03:00:00") << 0;
+    QTest::newRow("forward, a second later") << forward << QByteArray("03:00:01") << 5;
+    QTest::newRow("forward, two seconds later") << forward << QByteArray("03:00:02") << 10;
+    QTest::newRow("forward, three seconds later") << forward << QByteArray("03:00:03") << 15;
+    const QString back = u"2024-10-27T01:00:00"_s;
+    QTest::newRow("back, the first second") << back << QByteArray("02:00:00") << 15 + 0;
+    QTest::newRow("back, a second later") << back << QByteArray("02:00:01") << 15 + 5;
+    QTest::newRow("back, two seconds later") << back << QByteArray("02:00:02") << 15 + 10;
+    QTest::newRow("back, three seconds later") << back << QByteArray("02:00:03") << 15 + 15;
+}
+
+void ClockNightsTest::TheFirstSecondsAfterTheChange()
+{
+    QFETCH(QString, change);
+    QFETCH(QByteArray, start);
+    QFETCH(int, starts);
+    const TimeZone here("Europe/Rome");
+    int found = 0;
+    for (int phase = 1; phase <= PHASES; ++phase)
+    {
+        Before(change, start + " Volume|1");
+        Pass(2 * 3600, phase * PHASE_MS);
+        found += static_cast<int>(TakeRequests().size());
+    }
+    QCOMPARE(found, starts);
+}
+
+void ClockNightsTest::AMessageRightAfterARepeatedHourComesTwice()
+{
+    const TimeZone here("Europe/Rome");
+    Before(u"2024-10-27T01:00:00"_s, "03:00:05 PlayMessage|gong.mp3");
+    Pass(3600 + 90);
+    const QStringList expected{u"02:59:57 PlayFile(s:gong.mp3, s:03:00:05)"_s};
+    QCOMPARE(TakeRequests(), expected);
+    EndMessage();
+    Pass(3600);
+    QCOMPARE(TakeRequests(), expected);
+}
+
+void ClockNightsTest::AMessageThatStillPlaysComesOnce()
+{
+    const TimeZone here("Europe/Rome");
+    Before(u"2024-10-27T01:00:00"_s, "02:30:00 PlayMessage|gong.mp3");
+    Pass(2 * 3600 + 1800);
+    QCOMPARE(TakeRequests(), QStringList{u"02:29:52 PlayFile(s:gong.mp3, s:02:30:00)"_s});
+}
+
+void ClockNightsTest::APlaylistInASkippedHourIsJoinedLate_data()
+{
+    QTest::addColumn<QByteArray>("start");
+    QTest::addColumn<QStringList>("requests");
+    const auto row = [](const char* start, const QStringList& requests) {
+        QTest::newRow(start) << QByteArray(start) << requests;
+    };
+    row("02:58:00", {});
+    row("02:58:40", {u"03:00:00 PlayPlaylist(s:day, s:, u:3, s:02:58:40, b:false)"_s});
+    row("02:59:30", {u"03:00:00 PlayPlaylist(s:day, s:, u:2, s:02:59:30, b:false)"_s});
+}
+
+void ClockNightsTest::APlaylistInASkippedHourIsJoinedLate()
+{
+    QFETCH(QByteArray, start);
+    QFETCH(QStringList, requests);
+    const TimeZone here("Europe/Rome");
+    WritePlaylist();
+    Before(u"2024-03-31T01:00:00"_s, start + " PlayPlaylist|day");
+    Pass(3600 + 60);
+    QCOMPARE(TakeRequests(), requests);
+    for (const QString& record : LogRecorder::Messages(LEVEL_WARNING))
+        QVERIFY(record.startsWith(u"Task PlayPlaylist IsDelayed but still valid"_s));
+    LogRecorder::Clear();
+}
+
+void ClockNightsTest::TheNextDayIsAsAlways_data()
+{
+    QTest::addColumn<QString>("change");
+    QTest::newRow("after the clock was put forward") << u"2024-03-31T01:00:00"_s;
+    QTest::newRow("after the clock was put back") << u"2024-10-27T01:00:00"_s;
+}
+
+void ClockNightsTest::TheNextDayIsAsAlways()
+{
+    QFETCH(QString, change);
+    const TimeZone here("Europe/Rome");
+    Before(change, "02:30:00 Volume|1");
+    Pass(3 * 3600);
+    TakeRequests();
+    Pass(24 * 3600);
+    QCOMPARE(TakeRequests(), QStringList{u"02:30:00 SetMasterVolume(d:1)"_s});
+}
+
+QTEST_GUILESS_MAIN(ClockNightsTest)
+#include "tst_ClockNights.moc"

@@ -1,0 +1,283 @@
+#include "Log.h"
+#include "PassingTest.h"
+#include "TimeZone.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QDate WEDNESDAY(2024, 5, 15);
+const QDate FRIDAY(2024, 5, 17);
+const QTime DUE(8, 30);
+
+const QString VOLUME = u"08:30:00 SetMasterVolume(d:1)"_s;
+const QString MESSAGE = u"08:29:52 PlayFile(s:gong.mp3, s:08:30:00)"_s;
+
+QString Playlist(const char* time, int track)
+{
+    return QStringLiteral("%1 PlayPlaylist(s:day, s:, u:%2, s:08:30:00, b:false)").arg(QLatin1String(time)).arg(track);
+}
+
+} // namespace
+
+// The clock is set while the schedule runs.
+class ClockStepsTest final : public PassingTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void TodayComesAfter1970();
+    void LightAndRadioFollowTheClockOfTheLoad();
+    void BackOverAStartItComesAgain_data();
+    void BackOverAStartItComesAgain();
+    void BackByASecondItComesAgainByLuck();
+    void ForwardOverAStartItIsMissed_data();
+    void ForwardOverAStartItIsMissed();
+    void ForwardByUpToTwoSecondsItStillComes();
+    void ForwardByADayItComesWhereItIsDue();
+    void APlaylistIsJoinedLate_data();
+    void APlaylistIsJoinedLate();
+    void APlaylistThatHasEndedIsNotJoinedAgain();
+    void AMessageThatPlaysIsNotAskedForAgain();
+    void AMessageThatHasEndedIsAskedForAgain();
+    void AnActionFoundEarlyWaitsForItsTime_data();
+    void AnActionFoundEarlyWaitsForItsTime();
+    void AnActionFoundEarlyAndMissedComesOnTheNextDay();
+
+private:
+    void Set(const QDate& date, const QTime& time) { Time().SetLocal(date, time); }
+};
+
+void ClockStepsTest::TodayComesAfter1970()
+{
+    Time().SetUtc_ms(0);
+    WritePlaylist();
+    StartSchedule({"08:30:00 Volume|1", "08:29:00 Volume|2", "08:29:30 PlayPlaylist|day"});
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList());
+    // What was due before is missed, as after any late start; only the playlist is joined.
+    Set(WEDNESDAY, QTime(8, 29, 45));
+    Pass(60);
+    const QStringList expected{u"08:29:48 PlayPlaylist(s:day, s:, u:2, s:08:29:30, b:false)"_s, VOLUME};
+    QCOMPARE(TakeRequests(), expected);
+    EXPECT_LOG(LEVEL_WARNING, {{2, "[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 18 s, "
+                                   "tolerated delay: 94 s)"}});
+}
+
+void ClockStepsTest::LightAndRadioFollowTheClockOfTheLoad()
+{
+    const TimeZone utc("UTC");
+    Time().SetUtc_ms(0);
+    StartSchedule({"07:00:00 Light|80", "07:30:00 PlayRadioFm|98.5"});
+    Set(WEDNESDAY, QTime(12, 0));
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList());
+    QCOMPARE(Engine().Reload(), 0);
+    Pass(6);
+    const QStringList expected{u"12:01:03 SetIntensity(u:80)"_s, u"12:01:03 Switch(b:true)"_s,
+                               u"12:01:03 PlayRadioFm()"_s, u"12:01:03 RadioFmSetFrequency(d:98.5)"_s};
+    QCOMPARE(TakeRequests(), expected);
+}
+
+void ClockStepsTest::BackOverAStartItComesAgain_data()
+{
+    QTest::addColumn<qint64>("back_s");
+    QTest::newRow("ten seconds") << qint64{10};
+    QTest::newRow("an hour") << qint64{3600};
+    QTest::newRow("a day") << qint64{86400};
+}
+
+void ClockStepsTest::BackOverAStartItComesAgain()
+{
+    QFETCH(qint64, back_s);
+    Set(WEDNESDAY, QTime(8, 29, 45));
+    StartSchedule({"08:30:00 Volume|1"});
+    Pass(18);
+    QCOMPARE(TakeRequests(), QStringList{VOLUME});
+    Time().Advance_s(-back_s);
+    Pass(static_cast<int>(std::min<qint64>(back_s, 7200)) + 60);
+    QCOMPARE(TakeRequests(), back_s == 86400 ? QStringList() : QStringList{VOLUME});
+    Set(back_s == 86400 ? WEDNESDAY.addDays(-1) : WEDNESDAY.addDays(1), QTime(8, 29, 45));
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList{VOLUME});
+}
+
+void ClockStepsTest::BackByASecondItComesAgainByLuck()
+{
+    int again = 0;
+    for (int phase_ms = 200; phase_ms <= 3000; phase_ms += 200)
+    {
+        Set(WEDNESDAY, QTime(8, 29, 45));
+        StartSchedule({"08:30:00 Volume|1"});
+        Pass(15, phase_ms);
+        QCOMPARE(TakeRequests(), QStringList{VOLUME});
+        Time().Advance_s(-1);
+        Pass(60, phase_ms);
+        again += static_cast<int>(TakeRequests().size());
+    }
+    // A far pass has to fall into that second: four of the fifteen phases have one there.
+    QCOMPARE(again, 4);
+}
+
+void ClockStepsTest::ForwardOverAStartItIsMissed_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QTime>("to");
+    QTest::newRow("a volume, by seconds") << QByteArray("08:30:00 Volume|1") << QTime(8, 30, 3);
+    QTest::newRow("a volume, by an hour") << QByteArray("08:30:00 Volume|1") << QTime(9, 30);
+    QTest::newRow("a message, by seconds") << QByteArray("08:30:00 PlayMessage|gong.mp3") << QTime(8, 30, 3);
+    QTest::newRow("a message, by an hour") << QByteArray("08:30:00 PlayMessage|gong.mp3") << QTime(9, 30);
+    QTest::newRow("a playlist, past its tolerance") << QByteArray("08:30:00 PlayPlaylist|day") << QTime(8, 31, 35);
+}
+
+void ClockStepsTest::ForwardOverAStartItIsMissed()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QTime, to);
+    WritePlaylist();
+    for (const int before_s : {40, 9}) // far, and found early
+    {
+        Set(WEDNESDAY, DUE.addSecs(-before_s - 4));
+        StartSchedule({line});
+        Pass(4);
+        Set(WEDNESDAY, to);
+        Pass(60);
+        QCOMPARE(TakeRequests(), QStringList());
+    }
+}
+
+void ClockStepsTest::ForwardByUpToTwoSecondsItStillComes()
+{
+    for (const int late_s : {0, 1, 2})
+    {
+        Set(WEDNESDAY, QTime(8, 29, 45));
+        StartSchedule({"08:30:00 Volume|1"});
+        Pass(12);
+        QCOMPARE(EarlyList(), QStringList{u"Volume 08:30:00"_s});
+        Set(WEDNESDAY, DUE.addSecs(late_s));
+        Pass(60);
+        QCOMPARE(TakeRequests(), QStringList{DUE.addSecs(late_s).toString() + u" SetMasterVolume(d:1)"_s});
+    }
+}
+
+void ClockStepsTest::ForwardByADayItComesWhereItIsDue()
+{
+    Set(FRIDAY, QTime(8, 29, 20));
+    StartSchedule({"1111100 08:30:00 Volume|1", "0000010 08:30:00 Volume|2", "08:30:00 Volume|3"});
+    Pass(3);
+    Set(FRIDAY.addDays(1), QTime(8, 29, 23));
+    Pass(60);
+    const QStringList expected{u"08:30:00 SetMasterVolume(d:2)"_s, u"08:30:00 SetMasterVolume(d:3)"_s};
+    QCOMPARE(TakeRequests(), expected);
+}
+
+void ClockStepsTest::APlaylistIsJoinedLate_data()
+{
+    QTest::addColumn<int>("late_s");
+    QTest::addColumn<int>("track");
+    QTest::newRow("in the first track") << 7 << 2;
+    QTest::newRow("in the second track") << 65 << 3;
+    QTest::newRow("shortly before the end of its tolerance") << 90 << 3;
+    QTest::newRow("with the end of its tolerance, past the last track") << 91 << 4;
+}
+
+void ClockStepsTest::APlaylistIsJoinedLate()
+{
+    QFETCH(int, late_s);
+    QFETCH(int, track);
+    WritePlaylist();
+    Set(WEDNESDAY, QTime(8, 29));
+    StartSchedule({"08:30:00 PlayPlaylist|day"});
+    Pass(3);
+    Set(WEDNESDAY, DUE.addSecs(late_s));
+    Pass(60);
+    const QTime found = DUE.addSecs(late_s + 3);
+    QCOMPARE(TakeRequests(), QStringList{Playlist(found.toString().toLatin1(), track)});
+    EXPECT_LOG(LEVEL_WARNING,
+               {{2, QByteArray("[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: ") +
+                        QByteArray::number(late_s + 3) + " s, tolerated delay: 94 s)"}});
+}
+
+void ClockStepsTest::APlaylistThatHasEndedIsNotJoinedAgain()
+{
+    WritePlaylist();
+    Set(WEDNESDAY, QTime(8, 29, 45));
+    StartSchedule({"08:30:00 PlayPlaylist|day"});
+    Pass(160);
+    QCOMPARE(TakeRequests(), QStringList{Playlist("08:29:52", 1)});
+    EndPlaylist();
+    Set(WEDNESDAY, QTime(8, 30, 20));
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList());
+    // In time it is another matter.
+    Set(WEDNESDAY, QTime(8, 29));
+    Pass(90);
+    QCOMPARE(TakeRequests(), QStringList{Playlist("08:29:52", 1)});
+}
+
+void ClockStepsTest::AMessageThatPlaysIsNotAskedForAgain()
+{
+    Set(WEDNESDAY, QTime(8, 29, 45));
+    StartSchedule({"08:30:00 PlayMessage|gong.mp3"});
+    Pass(10);
+    QCOMPARE(TakeRequests(), QStringList{MESSAGE});
+    Time().Advance_s(-60);
+    Pass(120);
+    QCOMPARE(TakeRequests(), QStringList());
+}
+
+void ClockStepsTest::AMessageThatHasEndedIsAskedForAgain()
+{
+    Set(WEDNESDAY, QTime(8, 29, 45));
+    StartSchedule({"08:30:00 PlayMessage|gong.mp3"});
+    Pass(10);
+    QCOMPARE(TakeRequests(), QStringList{MESSAGE});
+    Time().Advance_s(-60);
+    Pass(20);
+    EndMessage();
+    Pass(100);
+    QCOMPARE(TakeRequests(), QStringList{MESSAGE});
+}
+
+void ClockStepsTest::AnActionFoundEarlyWaitsForItsTime_data()
+{
+    QTest::addColumn<int>("back_s");
+    QTest::newRow("a second back") << 1;
+    QTest::newRow("a minute back") << 60;
+    QTest::newRow("an hour back") << 3600;
+}
+
+void ClockStepsTest::AnActionFoundEarlyWaitsForItsTime()
+{
+    QFETCH(int, back_s);
+    Set(WEDNESDAY, QTime(8, 29, 45));
+    StartSchedule({"08:30:00 Volume|1"});
+    Pass(6);
+    QCOMPARE(EarlyList(), QStringList{u"Volume 08:30:00"_s});
+    Time().Advance_s(-back_s);
+    Pass(5);
+    QCOMPARE(EarlyList(), QStringList{u"Volume 08:30:00"_s});
+    Pass(back_s + 60);
+    QCOMPARE(TakeRequests(), QStringList{VOLUME});
+    QCOMPARE(EarlyList(), QStringList());
+}
+
+void ClockStepsTest::AnActionFoundEarlyAndMissedComesOnTheNextDay()
+{
+    Set(FRIDAY, QTime(8, 29, 45));
+    StartSchedule({"1111100 08:30:00 Volume|1"});
+    Pass(6);
+    Set(FRIDAY, QTime(9, 30));
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList());
+    // It is watched already, and nobody asks for the day again.
+    Set(FRIDAY.addDays(1), QTime(8, 29));
+    Pass(90);
+    QCOMPARE(TakeRequests(), QStringList{VOLUME});
+    Set(FRIDAY.addDays(2), QTime(8, 29));
+    Pass(90);
+    QCOMPARE(TakeRequests(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(ClockStepsTest)
+#include "tst_ClockSteps.moc"
