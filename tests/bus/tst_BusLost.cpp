@@ -26,8 +26,8 @@ namespace
 {
 
 const QString LOST = QStringLiteral("1 [main.cpp] DBUS: Session bus connection lost");
-// Far less than the shortest time-out of a call, so that no call was waited for.
-constexpr qint64 SOON_MS = 1800;
+// Less than the shortest time-out of these calls, so that no call was waited for.
+constexpr qint64 SOON_MS = 2800;
 
 } // namespace
 

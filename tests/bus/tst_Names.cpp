@@ -67,6 +67,8 @@ void Names::AVeryLongNameIsKept()
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
     long after_kB = 0;
     const bool isFreed = WaitUntil([&] {
+        // What the library's own thread lets go after a reload is given back by the next.
+        static_cast<void>(Client().Call("Reload"));
         after_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
         return IsSanitized() || after_kB <= before_kB + TOLERATED_KB;
     });
