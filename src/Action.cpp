@@ -155,7 +155,7 @@ void Action::LogSummary(const QStringList& fields, TaskType type, const QString&
     OZNA_LOG(LEVEL_DETAIL, "From:   %s", qPrintable(ValidityText(m_hasFrom, m_from)));
     OZNA_LOG(LEVEL_DETAIL, "To:     %s", qPrintable(ValidityText(m_hasTo, m_to)));
     OZNA_LOG(LEVEL_DETAIL, "Task:   %s (type=%d)", qPrintable(fields[FIELD_TASK]), type);
-    OZNA_LOG(LEVEL_DETAIL, "Params: %s", qPrintable(parameterText));
+    OZNA_LOG(LEVEL_DETAIL, "Params: %s", qPrintable(parameterText.left(Log::RECORD_SIZE)));
     OZNA_LOG(LEVEL_DETAIL, "-------------------------------------");
 }
 

@@ -103,9 +103,9 @@ void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
 void Names::LongCallsThatWaitForASlowPeerAreAnswered()
 {
     // More than the bus library lets wait unless it is told otherwise.
-    constexpr int CALLS = 40;
-    Device().AnswerStatus("sound.SetMasterVolume", 0, 2000, 1);
-    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|10\n");
+    constexpr int CALLS = 34;
+    Device().AnswerStatus("light.Switch", 0, 2000, 1);
+    WriteSchedule("1111111|08:30:00|*|*|*|||Light|0\n");
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 56), Qt::UTC));
     QVERIFY(StartDaemon());
     const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
