@@ -65,6 +65,17 @@ void ExpectedRequests::Meet(const QList<Request>& found)
     }
 }
 
+QStringList ExpectedRequests::Between(qint64 from_ms, qint64 to_ms) const
+{
+    QStringList texts;
+    for (const Expected& expected : m_expected)
+    {
+        if (expected.first_ms >= from_ms && expected.first_ms < to_ms)
+            texts.append(expected.text);
+    }
+    return texts;
+}
+
 QByteArray ExpectedRequests::Difference() const
 {
     QStringList wrong = m_unexpected;

@@ -27,6 +27,9 @@ public:
     // Empty when all were met and no other came, otherwise a text for people.
     [[nodiscard]] QByteArray Difference() const;
 
+    // The texts of those whose first millisecond is in that time, the last one not included.
+    [[nodiscard]] QStringList Between(qint64 from_ms, qint64 to_ms) const;
+
     [[nodiscard]] qsizetype Count() const { return m_expected.size(); }
 
     // The latest that a request came after its first millisecond.

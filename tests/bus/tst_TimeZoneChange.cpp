@@ -1,0 +1,127 @@
+#include "BusTest.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <cstdio>
+#include <ctime>
+#include <dlfcn.h>
+
+namespace
+{
+
+const QString FOLDER = QStringLiteral("zone");
+const QByteArray LIBRARY_PATH = "/etc/localtime";
+const QByteArray OUR_PATH = "zone-of-device"; // the library looks for it in TZDIR
+const QString FIRST = QStringLiteral("sound.SetMasterVolume d 1");
+const QString SECOND = QStringLiteral("sound.SetMasterVolume d 2");
+
+QDateTime Monday(int hour, int minute, int second)
+{
+    return {QDate(2024, 1, 15), QTime(hour, minute, second), Qt::UTC};
+}
+
+} // namespace
+
+// The device's time zone is changed while the daemon runs: /etc/localtime, a link or a file, is replaced. That path is
+// compiled into the C library, so the daemon under test gets a copy of the library in which it is another one.
+class TimeZoneChange : public BusTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AReplacedZoneIsFollowed_data();
+    void AReplacedZoneIsFollowed();
+    void AZoneOfTheEnvironmentStays();
+
+private:
+    void UseCopiedLibrary();
+    [[nodiscard]] QString ZonePath() const { return DataPath(FOLDER + u'/' + QString::fromLatin1(OUR_PATH)); }
+    void PutZone(const QString& zone, bool asLink);
+
+    // Puts the clock on to a moment as soon as the daemon, which saw it eight seconds ahead, watches what is due then.
+    [[nodiscard]] bool Reach(const QDateTime& due);
+};
+
+void TimeZoneChange::UseCopiedLibrary()
+{
+    QVERIFY(QDir().mkpath(DataPath(FOLDER)));
+    Dl_info library{};
+    QVERIFY(::dladdr(reinterpret_cast<const void*>(&::tzset), &library) != 0);
+    QFile original(QFileInfo(QString::fromLocal8Bit(library.dli_fname)).canonicalFilePath());
+    QVERIFY(original.open(QIODevice::ReadOnly));
+    QByteArray content = original.readAll();
+    QCOMPARE(OUR_PATH.size(), LIBRARY_PATH.size());
+    QVERIFY(content.contains(LIBRARY_PATH + '\0'));
+    content.replace(LIBRARY_PATH, OUR_PATH);
+    WriteFile(DataPath(FOLDER + QStringLiteral("/libc.so.6")), content);
+    Daemon().Environment().insert(QStringLiteral("TZDIR"), DataPath(FOLDER));
+    Daemon().Environment().insert(QStringLiteral("LD_LIBRARY_PATH"), DataPath(FOLDER));
+    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|09:30:00|*|*|*|||Volume|2\n");
+    Time().Set(Monday(6, 0, 0));
+}
+
+// Replaces the file at once, as the programs do that set a time zone.
+void TimeZoneChange::PutZone(const QString& zone, bool asLink)
+{
+    const QString path = ZonePath();
+    const QString before = path + QStringLiteral(".new");
+    const QString source = QStringLiteral(OZNA_ZONEINFO_DIR "/") + zone;
+    QVERIFY(asLink ? QFile::link(source, before) : QFile::copy(source, before));
+    QCOMPARE(std::rename(QFile::encodeName(before).constData(), QFile::encodeName(path).constData()), 0);
+}
+
+bool TimeZoneChange::Reach(const QDateTime& due)
+{
+    Time().Set(due.addSecs(-8));
+    static_cast<void>(Daemon().Take());
+    if (!Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")))
+        return false;
+    Time().Set(due);
+    return true;
+}
+
+void TimeZoneChange::AReplacedZoneIsFollowed_data()
+{
+    QTest::addColumn<bool>("asLink");
+    QTest::newRow("a link") << true;
+    QTest::newRow("a file") << false;
+}
+
+void TimeZoneChange::AReplacedZoneIsFollowed()
+{
+    QFETCH(bool, asLink);
+    UseCopiedLibrary();
+    PutZone(QStringLiteral("Europe/London"), asLink);
+    Daemon().Environment().remove(QStringLiteral("TZ"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Reach(Monday(8, 30, 0)));
+    QVERIFY(Device().WaitForCalls(1));
+    COMPARE_LINES(Device().Calls(), {FIRST});
+
+    PutZone(QStringLiteral("Europe/Rome"), asLink);
+    QVERIFY(Reach(Monday(8, 30, 0)));
+    QVERIFY(Device().WaitForCalls(2));
+    COMPARE_LINES(Device().Calls(), {FIRST, SECOND});
+    // The same moment of the day there, as a time of a third zone.
+    PutZone(QStringLiteral("Asia/Kathmandu"), asLink);
+    QVERIFY(Reach(Monday(3, 45, 0)));
+    QVERIFY(Device().WaitForCalls(3));
+    COMPARE_LINES(Device().Calls(), {FIRST, SECOND, SECOND});
+}
+
+void TimeZoneChange::AZoneOfTheEnvironmentStays()
+{
+    UseCopiedLibrary();
+    PutZone(QStringLiteral("Europe/Rome"), true);
+    Daemon().Environment().insert(QStringLiteral("TZ"), QStringLiteral(":") + ZonePath());
+    QVERIFY(StartDaemon());
+    QVERIFY(Reach(Monday(7, 30, 0)));
+    QVERIFY(Device().WaitForCalls(1));
+    PutZone(QStringLiteral("UTC"), true);
+    QVERIFY(Reach(Monday(7, 30, 0)));
+    QVERIFY(Device().WaitForCalls(2));
+    COMPARE_LINES(Device().Calls(), {FIRST, FIRST});
+}
+
+QTEST_GUILESS_MAIN(TimeZoneChange)
+#include "tst_TimeZoneChange.moc"
