@@ -25,9 +25,9 @@ void PassingTest::Pass(int seconds, int firstFar_ms)
         if (passed_ms % FAR_INTERVAL_MS == firstFar_ms % FAR_INTERVAL_MS)
             CheckFar();
         CheckEarly();
-        const QString now = Clock::TimeOfDay().toString(QStringLiteral("HH:mm:ss "));
         for (const PeerRequest& request : Bus().Requests())
-            m_requests.append(now + request.Shown().section(u' ', 1));
+            m_requests.append(Clock::TimeOfDay().toString(QStringLiteral("HH:mm:ss ")) +
+                              request.Shown().section(u' ', 1));
         Bus().Clear();
     }
     QCoreApplication::sendPostedEvents();
