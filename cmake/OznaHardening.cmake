@@ -9,7 +9,9 @@ add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
 
 # Fortification needs an optimised build, and the sanitizers look closer than it does.
 string(FIND "${CMAKE_CXX_FLAGS}" -fsanitize sanitizer)
-if(sanitizer LESS 0)
+if(sanitizer GREATER_EQUAL 0)
+    set(OZNA_SANITIZED TRUE)
+else()
     set(OZNA_HARDENED TRUE)
     add_compile_options($<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
     # Standard containers check the index they are given.

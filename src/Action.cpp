@@ -33,6 +33,7 @@ constexpr char FIELD_SEPARATOR = '|';
 constexpr char TIME_SEPARATOR = ':';
 constexpr char PARAMETER_SEPARATOR = ',';
 constexpr int TIME_PARTS = 3;
+constexpr int MOST_PARAMETERS = 16; // no kind reads as many; more cost no memory
 constexpr int ANY = -1;
 constexpr int DAYS_A_WEEK = 7;
 
@@ -172,7 +173,7 @@ void Action::CreateTask(TaskType type, const QString& startTime, const QString& 
         OZNA_LOG(LEVEL_ERROR, "Wrong task parameters (%s)", kind->logName);
         throw std::invalid_argument("task parameters");
     }
-    const QStringList parameters = StringUtils::SplitLineIntoTokens(parameterText, PARAMETER_SEPARATOR);
+    const QStringList parameters = StringUtils::FirstTokens(parameterText, PARAMETER_SEPARATOR, MOST_PARAMETERS);
     m_task = kind->create({startTime, parameterText, parameters});
 
     const auto* pdd = qobject_cast<const RequestPddAction*>(m_task.get());

@@ -8,12 +8,15 @@
 
 #include <PhotoManagerProxy.h>
 
+#include <QTimerEvent>
+
 namespace
 {
 
 constexpr int DEFAULT_INTERVAL_S = 0;
 constexpr int SINGLE_PHOTO = 1;
 constexpr char SEPARATOR = ',';
+constexpr int FIELDS = 2;
 
 // How long stops that fail may keep the loop from everything else.
 constexpr int LONGEST_RUSH_MS = 500;
@@ -33,23 +36,20 @@ Photo::Photo(const QString& parameter)
         Parse(parameter);
     if (!connect(Scheduler::m_photoManProxy, &PhotoManagerProxy::PhotoTaken, this, &Photo::OnPhotoTaken))
         OZNA_LOG(LEVEL_WARNING, "Can't wait for the photos of %s", qPrintable(GetName()));
-    m_rest.setSingleShot(true);
-    if (!connect(&m_rest, &QTimer::timeout, this, [this] { m_rush.invalidate(); }))
-        OZNA_LOG(LEVEL_WARNING, "Can't tell the end of a rush of photos of %s", qPrintable(GetName()));
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Photo: interval=%d s, numPhoto=%d", m_interval_s, m_numPhoto);
 }
 
 void Photo::Parse(const QString& parameter)
 {
+    const QString shown = parameter.left(Log::RECORD_SIZE);
     try
     {
-        const QStringList fields = StringUtils::SplitLineIntoTokens(parameter, SEPARATOR);
+        const QStringList fields = StringUtils::FirstTokens(parameter, SEPARATOR, FIELDS);
         m_interval_s = Parameter::ToInt(fields.value(0), DEFAULT_INTERVAL_S, [&] {
-            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo interval from parameters: '%s'. Using 0.",
-                     qPrintable(parameter));
+            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo interval from parameters: '%s'. Using 0.", qPrintable(shown));
         });
         m_numPhoto = Parameter::ToInt(fields.value(1), SINGLE_PHOTO, [&] {
-            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo number from parameters: '%s'. Using 1.", qPrintable(parameter));
+            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo number from parameters: '%s'. Using 1.", qPrintable(shown));
         });
     }
     catch (const std::exception&)
@@ -107,7 +107,11 @@ void Photo::OnPhotoTaken(int status, const QString& imagePath)
     }
     ++m_photoCount;
     OZNA_LOG(LEVEL_TRACE, ">>> Total photo: %d", static_cast<int>(m_photoCount));
-    if (m_photoCount >= static_cast<unsigned int>(m_numPhoto) && !IsRushed())
+    if (m_photoCount < static_cast<unsigned int>(m_numPhoto))
+        return;
+    if (IsRushed())
+        m_asksLater = true;
+    else
         StopSeries();
 }
 
@@ -116,6 +120,7 @@ void Photo::StopSeries()
 {
     if (!m_rush.isValid())
         m_rush.start();
+    m_asksLater = false;
     const bool stopped =
         PeerCall::Send(Scheduler::m_photoManProxy, STOP_PHOTO_STREAM)
             .Report([](const char* error) { OZNA_LOG(LEVEL_NORMAL, "StopPhotoStream request error: %s\n", error); },
@@ -132,7 +137,17 @@ void Photo::StopSeries()
     }
     else
         // Timers have their turn when no signal waits any more, and not before.
-        m_rest.start();
+        m_rest.start(0, this);
+}
+
+void Photo::timerEvent(QTimerEvent* event)
+{
+    if (event->timerId() != m_rest.timerId())
+        return;
+    m_rest.stop();
+    m_rush.invalidate();
+    if (m_asksLater && m_streaming)
+        StopSeries();
 }
 
 bool Photo::IsRushed() const

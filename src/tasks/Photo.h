@@ -2,14 +2,14 @@
 
 #include "PunctualTask.h"
 
+#include <QBasicTimer>
 #include <QElapsedTimer>
-#include <QTimer>
 
 // Takes one photo, or a series at a fixed interval that ends when the number of photos is reached.
 // Every Photo task sees every photo that is taken, whoever asked for it. Running means that photo work is in progress;
 // only a photo that was taken, or the end of the series, ends it, not a request that failed.
 // A series that could not be stopped goes on, and each further photo asks again; but photos that have queued up behind
-// stops that failed slowly are counted only, so that a flood of them costs one time-out and not one a photo.
+// stops that failed slowly ask once for all of them, so that a flood costs a time-out or two and not one a photo.
 class Photo final : public PunctualTask
 {
     Q_OBJECT
@@ -19,6 +19,9 @@ public:
     explicit Photo(const QString& parameter);
 
     bool Run() override;
+
+protected:
+    void timerEvent(QTimerEvent* event) override;
 
 private Q_SLOTS:
     void OnPhotoTaken(int status, const QString& imagePath);
@@ -35,5 +38,6 @@ private:
     unsigned int m_photoCount = 0;
     bool m_streaming = false; // the photo manager has accepted this task's series
     QElapsedTimer m_rush;     // since the first stop of those that failed in one go; valid while they last
-    QTimer m_rest;            // fires when the loop is done with the photos that have queued up
+    QBasicTimer m_rest;       // fires when the loop is done with the photos that have queued up
+    bool m_asksLater = false; // at least one of these would have asked
 };

@@ -26,8 +26,8 @@ namespace
 {
 
 const QString LOST = QStringLiteral("1 [main.cpp] DBUS: Session bus connection lost");
-// Less than the shortest time-out of these calls, so that no call was waited for.
-constexpr qint64 SOON_MS = 2800;
+// Less than the time-outs of the calls that are waited for here, 20 s and more.
+constexpr qint64 SOON_MS = 15000;
 
 } // namespace
 
@@ -60,7 +60,6 @@ void BusLost::InTheMiddleOfABlockingCall_data()
     // Its two calls may take fifty seconds.
     row("Light|5", "light.SetIntensity", "1 [tasks/Light.cpp] SetIntensity(5) request error");
     row("PlayRadioFm|98.5", "sound.PlayRadioFm", "4 [tasks/PlayRadioFm.cpp] PlayRadioFm() request error: ");
-    row("Volume|10", "sound.SetMasterVolume", "1 [tasks/Volume.cpp] SetVolume(10) request error: ");
 }
 
 void BusLost::InTheMiddleOfABlockingCall()

@@ -36,7 +36,7 @@ private:
 namespace
 {
 
-constexpr int CLIENTS = 200;
+constexpr int CLIENTS = OZNA_CROWD;
 constexpr long TOLERATED_KB = 4096;
 // A round: a wave of all methods, and from FIRST_S on an action each second. A reload starts the passes anew, and the
 // first of them comes three seconds later: the wave may take almost five.

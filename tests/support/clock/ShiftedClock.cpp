@@ -37,13 +37,14 @@ constexpr long CALL_CLOCK_GETTIME = SYS_clock_gettime;
 using Offset_ms = std::atomic<long long>;
 static_assert(sizeof(time_t) == 8 && Offset_ms::is_always_lock_free);
 
+// Every argument has the width that the kernel reads.
 const Offset_ms* MapOffset()
 {
     const char* const path = std::getenv("OZNA_CLOCK_OFFSET_FILE");
-    const long file = path ? ::syscall(SYS_openat, AT_FDCWD, path, O_RDONLY | O_CLOEXEC) : -1;
+    const long file = path ? ::syscall(SYS_openat, long{AT_FDCWD}, path, long{O_RDONLY | O_CLOEXEC}) : -1;
     if (file < 0)
         return nullptr;
-    const long memory = ::syscall(CALL_MMAP, nullptr, sizeof(Offset_ms), PROT_READ, MAP_SHARED, file, 0);
+    const long memory = ::syscall(CALL_MMAP, nullptr, sizeof(Offset_ms), long{PROT_READ}, long{MAP_SHARED}, file, 0L);
     ::syscall(SYS_close, file);
     return memory == -1 ? nullptr : reinterpret_cast<const Offset_ms*>(memory);
 }
@@ -78,7 +79,7 @@ bool IsCalendarClock(clockid_t clock)
 
 int ShiftedTime(clockid_t clock, timespec* time)
 {
-    if (::syscall(CALL_CLOCK_GETTIME, clock, time) != 0)
+    if (::syscall(CALL_CLOCK_GETTIME, long{clock}, time) != 0)
         return -1;
     if (IsCalendarClock(clock))
     {
