@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <malloc.h>
 
 QCoreApplication* m_app = nullptr;
 LogInterface* _logInterface = nullptr; // NOLINT(readability-identifier-naming)
@@ -26,6 +27,7 @@ constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/scheduler/logobj";
 constexpr const char* SERVICE_NAME = "com.kestrelix.ozna.scheduler";
 constexpr const char* OBJECT_PATH = "/com/kestrelix/ozna/scheduler/schedulerobj";
 constexpr const char* SCHEDULE_FILE = "schedule.csv";
+constexpr int LARGE_BLOCK = 131072; // bytes
 constexpr int EXIT_NORMAL = 0;
 constexpr int EXIT_NO_BUS = -1;
 
@@ -81,6 +83,9 @@ void OnBusLost()
 
 int main(int argc, char* argv[])
 {
+    // A large block goes back to the device as soon as it is free. Unless it is told where large begins, the allocator
+    // takes that from what it sees, and after one long call keeps megabytes for the next.
+    static_cast<void>(::mallopt(M_MMAP_THRESHOLD, LARGE_BLOCK));
     m_app = new QCoreApplication(argc, argv);
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
     OZNA_LOG(LEVEL_NORMAL, "Creating Scheduler...");
