@@ -141,7 +141,9 @@ void Files::AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes_data()
     const QStringList rejected{QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"),
                                QStringLiteral("2 [Scheduler.cpp] Action ignored")};
     // The kernel gives such a file the size of a page, whatever it holds.
-    QTest::newRow("one that ends before its size") << QStringLiteral("/sys/devices/system/cpu/online") << rejected;
+    const QString shorter = QStringLiteral("/sys/devices/system/cpu/online");
+    if (QFile::exists(shorter))
+        QTest::newRow("one that ends before its size") << shorter << rejected;
     // What is not mapped at the address 0 cannot be read there.
     QTest::newRow("one that fails at once")
         << QStringLiteral("/proc/self/mem")

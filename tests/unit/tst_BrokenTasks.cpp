@@ -24,10 +24,10 @@ bool m_hasReadError = false;
 
 using Connection = QMetaObject::Connection;
 
-QStringList RealSplit(const QString& line,
-                      char separator) __asm__("__real__ZN11StringUtils19SplitLineIntoTokensERK7QStringc");
-QStringList Split(const QString& line,
-                  char separator) __asm__("__wrap__ZN11StringUtils19SplitLineIntoTokensERK7QStringc");
+QStringList RealSplit(const QString& line, char separator,
+                      qsizetype count) __asm__("__real__ZN11StringUtils11FirstTokensERK7QStringcx");
+QStringList Split(const QString& line, char separator,
+                  qsizetype count) __asm__("__wrap__ZN11StringUtils11FirstTokensERK7QStringcx");
 QString RealReadError(const TextFile* file) __asm__("__real__ZNK8TextFile9ReadErrorEv");
 QString ReadError(const TextFile* file) __asm__("__wrap__ZNK8TextFile9ReadErrorEv");
 Connection
@@ -42,11 +42,11 @@ Connection Connect(const QObject* sender, void** signal, const QObject* receiver
                                                           "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
                                                           "QMetaObject");
 
-QStringList Split(const QString& line, char separator)
+QStringList Split(const QString& line, char separator, qsizetype count)
 {
     if (m_cannotSplit)
         throw std::bad_alloc();
-    return RealSplit(line, separator);
+    return RealSplit(line, separator, count);
 }
 
 QString ReadError(const TextFile* file)
