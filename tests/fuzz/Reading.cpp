@@ -64,7 +64,8 @@ bool Reading::IsPlain(const QByteArray& content)
 QByteArrayList Reading::Lines(const QByteArray& content)
 {
     QByteArray text = content;
-    text.replace("\r", "");
+    text.replace("\r\n", "\n");
+    text.replace("\r", "\n");
     QByteArrayList lines = text.split('\n');
     if (lines.last().isEmpty())
         lines.removeLast();
