@@ -124,6 +124,7 @@ void Photos::AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts()
     Device().ClearAnswers();
     TakePhotos(1);
     QVERIFY(Daemon().WaitForLog(COMPLETED));
+    QCOMPARE(StopDaemon(), 0);
 }
 
 void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
@@ -146,6 +147,7 @@ void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
     QStringList failures = Daemon().Take(2);
     failures.removeAll(REFUSED);
     COMPARE_LINES(failures, QStringList());
+    QCOMPARE(StopDaemon(), 0);
 }
 
 QTEST_GUILESS_MAIN(Photos)
