@@ -37,11 +37,7 @@ constexpr int MOST_PARAMETERS = 16; // no kind reads as many; more cost no memor
 constexpr int ANY = -1;
 constexpr int DAYS_A_WEEK = 7;
 
-// Seconds around the start, the last one included.
-constexpr int EARLY_S = 12;
-constexpr int PREPARED_AHEAD_S = 8; // how much ahead of its time a message or playlist is asked for
-constexpr int LOST_S = 4;
-constexpr int IN_TIME_S = 2;
+constexpr int LOST_S = 4; // ahead of the start, the last one included
 
 const QString VALIDITY_FORMAT = QStringLiteral("yyyyMMdd");
 const QString SUMMARY_FORMAT = QStringLiteral("dd-MM-yyyy");
@@ -201,11 +197,12 @@ bool Action::IsSpotDay() const
 
 bool Action::IsValidToday() const
 {
+    if (!m_hasFrom && !m_hasTo)
+        return true;
     const QDate today = Clock::LocalToday();
     return !(m_hasFrom && today < m_from) && !(m_hasTo && today > m_to);
 }
 
-// Whether the peer is asked ahead of the start, and keeps the second itself.
 bool Action::IsPrepared() const
 {
     return m_task->m_type == TASK_PLAY_MESSAGE || m_task->m_type == TASK_PLAY_PLAYLIST;

@@ -38,7 +38,19 @@ public:
     // Prepares and runs the task; blocks while the task does.
     void Start();
 
-    int m_hour = 0; // as the line gives it, not checked
+    // Seconds around the start, the last one included.
+    static constexpr int EARLY_S = 12;
+    static constexpr int PREPARED_AHEAD_S = 8; // how much ahead of its time a message or playlist is asked for
+    static constexpr int IN_TIME_S = 2;
+
+    // Whether the peer is asked ahead of the start, and keeps the second itself.
+    bool IsPrepared() const;
+
+    // Whether today is one of the entry's days: of the week or the spot date, and valid.
+    bool IsDueToday() const;
+
+    int m_lineNumber = 0; // of the schedule file; 0 for an action that comes from none
+    int m_hour = 0;       // as the line gives it, not checked
     int m_minute = 0;
     int m_second = 0;
     QTime m_startTime; // invalid when the three are out of range
@@ -69,9 +81,7 @@ private:
     void LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const;
     void CreateTask(TaskType type, const QString& startTime, const QString& parameterText);
 
-    bool IsDueToday() const;
     bool IsSpotDay() const;
     bool IsValidToday() const;
-    bool IsPrepared() const;
     int SecondsToStart() const; // negative after the start
 };

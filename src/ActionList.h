@@ -17,6 +17,8 @@ public:
 
     Entries::iterator begin() { return m_entries.begin(); }
     Entries::iterator end() { return m_entries.end(); }
+    [[nodiscard]] Entries::const_iterator begin() const { return m_entries.begin(); }
+    [[nodiscard]] Entries::const_iterator end() const { return m_entries.end(); }
     [[nodiscard]] int Size() const { return static_cast<int>(m_entries.size()); }
 
     void Append(std::unique_ptr<Action> action);

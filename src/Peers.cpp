@@ -13,6 +13,8 @@
 
 #include <QDBusConnection>
 
+#include <utility>
+
 namespace
 {
 
@@ -53,6 +55,11 @@ template <typename Proxy> void Create(Proxy*& proxy, const Address& address, int
     proxy->setTimeout(timeout_ms);
 }
 
+template <typename Proxy> void Delete(Proxy*& proxy)
+{
+    delete std::exchange(proxy, nullptr);
+}
+
 } // namespace
 
 void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
@@ -68,4 +75,16 @@ void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
     Create(Scheduler::m_gpsManProxy, GPS_MANAGER, GPS_FIRST_TIMEOUT_MS);
     Create(Scheduler::m_networkManProxy, NETWORK_MANAGER);
     Scheduler::m_gpsManProxy->setTimeout(GPS_FINAL_TIMEOUT_MS);
+}
+
+void Peers::DeleteProxies()
+{
+    Delete(Scheduler::m_configManProxy);
+    Delete(Scheduler::m_updateManProxy);
+    Delete(Scheduler::m_soundManProxy);
+    Delete(Scheduler::m_photoManProxy);
+    Delete(Scheduler::m_lightManProxy);
+    Delete(Scheduler::m_cpuFreqManProxy);
+    Delete(Scheduler::m_gpsManProxy);
+    Delete(Scheduler::m_networkManProxy);
 }

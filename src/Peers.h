@@ -10,4 +10,7 @@ namespace Peers
 // Throws std::bad_alloc when there is no memory for a proxy, and what onUpdateManager throws.
 void CreateProxies(const std::function<void()>& onUpdateManager = [] {});
 
+// Deletes those that exist, for a process in which one scheduler comes after another. No scheduler may live.
+void DeleteProxies();
+
 } // namespace Peers

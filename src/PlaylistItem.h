@@ -2,6 +2,9 @@
 
 #include <QString>
 
+// The pause between two tracks.
+inline constexpr int PLAYLIST_GAP_S = 2;
+
 // One track of a playlist.
 struct PlaylistItem
 {

@@ -15,8 +15,6 @@
 namespace
 {
 
-constexpr int FAR_INTERVAL_MS = 3000;
-constexpr int EARLY_INTERVAL_MS = 200;
 constexpr int STOPPED_SOON_S = 10; // a playlist whose stop is nearer than this is not worth starting
 
 // The update manager's announcement that concerns the schedule.
@@ -182,7 +180,7 @@ void Scheduler::LoadSchedule(const QString& fileName)
         while (file.ReadLine(line))
         {
             if (!TextFile::IsBlankOrComment(line))
-                AddAction(line);
+                AddAction(line, file.LineNumber());
         }
         if (!file.ReadError().isEmpty())
             OZNA_LOG(LEVEL_WARNING, "Schedule file read error: %s", qPrintable(file.ReadError()));
@@ -194,12 +192,13 @@ void Scheduler::LoadSchedule(const QString& fileName)
     }
 }
 
-void Scheduler::AddAction(const QString& line)
+void Scheduler::AddAction(const QString& line, int lineNumber)
 {
     std::unique_ptr<Action> action;
     try
     {
         action = std::make_unique<Action>(line);
+        action->m_lineNumber = lineNumber;
     }
     catch (const std::exception&)
     {
@@ -252,6 +251,7 @@ void Scheduler::CheckFarActions()
             OZNA_LOG(LEVEL_WARNING, "VIRTUALLY STOPPED action found: %d (%s, %s), SKIPPED and marked COMPLETED",
                      task.m_type, qPrintable(task.GetName()), qPrintable(task.m_identifier));
             task.SetCompleted(true);
+            Q_EMIT Found(**action, ActionFinding::SKIPPED);
             continue;
         }
         OZNA_LOG(LEVEL_NORMAL, "EARLY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
@@ -284,12 +284,14 @@ void Scheduler::CheckEarlyActions()
         if (action.IsReady())
         {
             OZNA_LOG(LEVEL_NORMAL, "READY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+            Q_EMIT Found(action, ActionFinding::READY);
             action.Start();
             started.push_back(entry);
         }
         else if (action.IsLost())
         {
             OZNA_LOG(LEVEL_NORMAL, "LOST action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+            Q_EMIT Found(action, ActionFinding::LOST);
             lost.push_back(entry);
         }
     }

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QTimer>
 
+#include <cstdint>
+
 class ConfigProxy;
 class CpuFreqManagerProxy;
 class GpsManagerProxy;
@@ -16,12 +18,24 @@ class PhotoManagerProxy;
 class SoundManagerProxy;
 class UpdateManagerProxy;
 
+// What a pass finds out about an action.
+enum class ActionFinding : std::uint8_t
+{
+    SKIPPED, // a playlist whose stop is so near that it is not started
+    READY,   // it is started now: the requests that follow are its own
+    LOST,    // it can no longer be prepared
+};
+
 // The engine: owns the actions of the schedule file and the two timers that pick the ones to start.
-// Everything runs on the event-loop thread. The public slots are the bus's; their result is the status 0, always.
+// Everything runs on the event-loop thread. The slots with a result are the bus's; it is the status 0, always.
 class Scheduler final : public QObject
 {
     Q_OBJECT
 public:
+    // The periods of the two timers.
+    static constexpr int FAR_INTERVAL_MS = 3000;
+    static constexpr int EARLY_INTERVAL_MS = 200;
+
     // Creates the shared proxies, without contacting their services; enabled, but nothing runs before Run or Start.
     // fileName: the schedule file in the schedule folder. Throws a standard exception when a proxy cannot be created.
     explicit Scheduler(const QString& fileName);
@@ -37,6 +51,10 @@ public:
 
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
+
+    // Every action is in one of the two.
+    const ActionList& FarActions() const { return m_farActions; }
+    const ActionList& EarlyActions() const { return m_earlyActions; }
 
     // The folder of the schedule files, without a trailing separator.
     static QString GetSchedulePath();
@@ -55,6 +73,9 @@ Q_SIGNALS:
     void SchedulingEnabled(bool enabled, const QString& filename);
     void ExpectedPddAction(uint actionId, bool enable);
 
+    // For who looks on in this process; the bus hears nothing of it.
+    void Found(const Action& action, ActionFinding finding);
+
 public Q_SLOTS:
     int IsEnabled(bool& enabled, QString& filename);
 
@@ -70,16 +91,18 @@ public Q_SLOTS:
     // Announces the action on the bus, whatever it is.
     void OnPddActionRequested(PDD_ACTION action, bool enable);
 
+    // What the timers call, the far one first when both are due; also called by who has a clock of its own.
+    void CheckFarActions();
+    void CheckEarlyActions();
+
 private Q_SLOTS:
     // Loads an installed schedule file (type 2, status 0), enabling the scheduler where needed; ignores all else.
     void OnFilesUpdated(int Status, int FileType);
-    void CheckFarActions();
-    void CheckEarlyActions();
 
 private:
     void CleanUp();
     void LoadSchedule(const QString& fileName);
-    void AddAction(const QString& line);
+    void AddAction(const QString& line, int lineNumber);
     void FindReadyActions();
     bool IsVirtuallyStopped(const Action& play) const;
 

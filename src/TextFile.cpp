@@ -100,6 +100,8 @@ bool TextFile::ReadLine(QString& line)
         m_afterReturn = *end == CARRIAGE_RETURN;
         break;
     }
+    if (isLine)
+        ++m_lineNumber;
     return isLine;
 }
 

@@ -24,6 +24,9 @@ public:
     // system's order. False when there is none, at the end of the file or where reading fails.
     [[nodiscard]] bool ReadLine(QString& line);
 
+    // The number of the line read last, counted from 1; 0 before the first.
+    [[nodiscard]] int LineNumber() const { return m_lineNumber; }
+
     // Why reading ended before the end of the file; empty when it did not.
     [[nodiscard]] QString ReadError() const;
 
@@ -41,4 +44,5 @@ private:
     QString m_block;          // what was read last
     qsizetype m_position = 0; // how much of the block has been handed out
     bool m_afterReturn = false;
+    int m_lineNumber = 0;
 };

@@ -12,7 +12,6 @@ namespace
 {
 
 constexpr int REQUEST_TIMEOUT_MS = 5000;
-constexpr int GAP_S = 2; // between two tracks
 constexpr int LONGEST_IGNORED_LINE = 9;
 constexpr char SEPARATOR = ';';
 constexpr int FIELDS = 2;
@@ -91,7 +90,7 @@ bool PlayPlaylist::LoadPlaylistInfo()
         OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist is empty");
         return false;
     }
-    m_total_s -= GAP_S;
+    m_total_s -= PLAYLIST_GAP_S;
     m_delayable_s = m_total_s - static_cast<unsigned int>(m_items.back().duration_s);
     OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist loaded (%d tracks)", static_cast<int>(m_items.size()));
     return true;
@@ -118,7 +117,7 @@ void PlayPlaylist::LoadLine(const QString& line)
     }
     const PlaylistItem& item = m_items.back();
     OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", qPrintable(item.file), item.duration_s);
-    m_total_s += static_cast<unsigned int>(item.duration_s) + GAP_S;
+    m_total_s += static_cast<unsigned int>(item.duration_s) + PLAYLIST_GAP_S;
 }
 
 void PlayPlaylist::PrepareDelayed(unsigned int delay_s)
@@ -141,7 +140,7 @@ void PlayPlaylist::PrepareDelayed(unsigned int delay_s)
     for (const PlaylistItem& item : m_items)
     {
         ++m_firstTrack;
-        remaining_s -= qint64{item.duration_s} + GAP_S;
+        remaining_s -= qint64{item.duration_s} + PLAYLIST_GAP_S;
         if (remaining_s < 0)
             break;
     }

@@ -34,6 +34,9 @@ public:
     void SetCompleted(bool completed) override;
     bool IsCompleted() const { return m_completed; }
 
+    // In the order of the file; at least one.
+    const std::vector<PlaylistItem>& Tracks() const { return m_items; }
+
     // The folder of the playlist files, without a trailing separator.
     static QString GetPlaylistsPath();
 

@@ -2,9 +2,9 @@
 
 #include "Findings.h"
 #include "Log.h"
+#include "Peers.h"
 #include "RequestRules.h"
 #include "Scheduler.h"
-#include "SharedProxies.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>
@@ -90,7 +90,8 @@ void Engine::SetUp()
     qputenv("OZNA_CONFIG_FILE", QFile::encodeName(configuration));
     for (const QString& method : RequestRules::Methods())
         Current()->peers.Answer(method.toLatin1().constData(), Reply);
-    SharedProxies::Renew();
+    Peers::DeleteProxies();
+    Peers::CreateProxies();
     qInstallMessageHandler(OnLibraryMessage);
 }
 

@@ -1,9 +1,9 @@
 #include "Engine.h"
 #include "Findings.h"
 #include "Log.h"
+#include "Peers.h"
 #include "Reading.h"
 #include "SchedulerAccess.h"
-#include "SharedProxies.h"
 #include "Target.h"
 
 #include <QDebug>
@@ -202,7 +202,7 @@ void Target::SetUp()
 {
     Engine::SetUp();
     // The scheduler makes its own.
-    SharedProxies::Delete();
+    Peers::DeleteProxies();
     static_cast<void>(TheScheduler());
 }
 

@@ -1,7 +1,7 @@
 #include "SchedulerTest.h"
 
+#include "Peers.h"
 #include "SchedulerAccess.h"
-#include "SharedProxies.h"
 
 namespace
 {
@@ -23,7 +23,7 @@ SchedulerTest::~SchedulerTest() = default;
 void SchedulerTest::Create()
 {
     m_scheduler.reset();
-    SharedProxies::Delete();
+    Peers::DeleteProxies();
     m_scheduler = std::make_unique<Scheduler>(QStringLiteral("schedule.csv"));
     LogRecorder::Clear();
 }
@@ -43,12 +43,12 @@ void SchedulerTest::End()
 
 void SchedulerTest::CheckFar()
 {
-    QVERIFY(QMetaObject::invokeMethod(m_scheduler.get(), "CheckFarActions", Qt::DirectConnection));
+    m_scheduler->CheckFarActions();
 }
 
 void SchedulerTest::CheckEarly()
 {
-    QVERIFY(QMetaObject::invokeMethod(m_scheduler.get(), "CheckEarlyActions", Qt::DirectConnection));
+    m_scheduler->CheckEarlyActions();
 }
 
 QStringList SchedulerTest::FarList()

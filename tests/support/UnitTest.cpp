@@ -1,7 +1,7 @@
 #include "UnitTest.h"
 
 #include "Log.h"
-#include "SharedProxies.h"
+#include "Peers.h"
 
 #include <QDBusConnection>
 
@@ -17,7 +17,8 @@ void UnitTest::initTestCase()
 
 void UnitTest::init()
 {
-    SharedProxies::Renew();
+    Peers::DeleteProxies();
+    Peers::CreateProxies();
     m_clock.emplace();
     m_peers.emplace();
     m_data.emplace();

@@ -1,5 +1,5 @@
+#include "Peers.h"
 #include "SchedulerTest.h"
-#include "SharedProxies.h"
 #include "TextFile.h"
 #include "tasks/PlayMessage.h"
 
@@ -169,7 +169,7 @@ void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone()
 {
     QFETCH(int, failing);
     End();
-    SharedProxies::Delete();
+    Peers::DeleteProxies();
     LogRecorder::Clear();
     m_goodConnections = failing;
     QVERIFY_THROWS_EXCEPTION(std::exception, Scheduler(u"schedule.csv"_s));

@@ -1,6 +1,6 @@
 #include "PeerCall.h"
+#include "Peers.h"
 #include "Scheduler.h"
-#include "SharedProxies.h"
 #include "UnitTest.h"
 
 #include <ConfigProxy.h>
@@ -87,7 +87,7 @@ void PeersTest::TheSharedProxiesAreAddressed()
 
 void PeersTest::CreatingThemLogsNothing()
 {
-    SharedProxies::Delete();
+    Peers::DeleteProxies();
     const Scheduler scheduler(u"schedule.csv"_s);
     QVERIFY(Scheduler::m_soundManProxy != nullptr);
     EXPECT_LOG(9, {});

@@ -15,8 +15,8 @@
 namespace
 {
 
-constexpr int EARLY_INTERVAL_MS = 200;
-constexpr int FAR_INTERVAL_MS = 3000;
+constexpr int EARLY_INTERVAL_MS = Scheduler::EARLY_INTERVAL_MS;
+constexpr int FAR_INTERVAL_MS = Scheduler::FAR_INTERVAL_MS;
 constexpr int DAY_S = 86400;
 constexpr qint64 WEEK_MS = 7LL * DAY_S * 1000;
 
