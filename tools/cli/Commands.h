@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QStringList>
+
+// The commands of the tool. Each takes the arguments behind its name, writes to standard output, and gives the exit
+// status (see ExitStatus). Throws ToolError when it cannot do what it is asked for.
+namespace Commands
+{
+
+int Rehearse(const QStringList& arguments);
+
+} // namespace Commands

@@ -1,0 +1,82 @@
+#include "EventText.h"
+
+#include "SoundManager.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+
+namespace
+{
+
+struct KindRow
+{
+    EventKind kind;
+    const char* name;
+};
+
+constexpr std::array KINDS{
+    KindRow{EventKind::START, "start"},   KindRow{EventKind::SKIPPED, "skipped"},   KindRow{EventKind::LOST, "lost"},
+    KindRow{EventKind::MISSED, "missed"}, KindRow{EventKind::FOLLOWUP, "followup"},
+};
+
+bool IsIndexedByKind()
+{
+    for (size_t i = 0; i < KINDS.size(); ++i)
+    {
+        if (KINDS[i].kind != static_cast<EventKind>(i))
+            return false;
+    }
+    return true;
+}
+
+const QString PLAYING = QStringLiteral("playing");
+
+} // namespace
+
+QString EventText::KindName(EventKind kind)
+{
+    Q_ASSERT(IsIndexedByKind());
+    return QLatin1String(KINDS[static_cast<size_t>(kind)].name);
+}
+
+QString EventText::Mark(const Event& event, qint64 from_ms)
+{
+    if (event.kind != EventKind::START)
+        return event.kind == EventKind::FOLLOWUP ? QString() : KindName(event.kind);
+    QStringList marks;
+    if (event.moment_ms < from_ms)
+        marks.append(PLAYING);
+    if (event.isForced)
+        marks.append(QStringLiteral("forced"));
+    else if (event.delay_s > 0)
+        marks.append(QStringLiteral("late"));
+    if (event.isRepeated)
+        marks.append(QStringLiteral("repeated"));
+    return marks.join(QStringLiteral(", "));
+}
+
+QString EventText::Subject(const Event& event)
+{
+    const auto request = std::ranges::find_if(event.requests, [](const Request& candidate) {
+        return candidate.method != QLatin1String(SoundManager::SET_PLAYER_VOLUME) && !candidate.arguments.isEmpty();
+    });
+    if (request == event.requests.end())
+        return {};
+    const QStringList texts = request->ArgumentTexts();
+    const QString first = request->arguments[0].toString();
+    if (request->method == QLatin1String(SoundManager::PLAY_PLAYLIST))
+    {
+        const uint track = request->arguments.value(2).toUInt();
+        return track > 1 ? QStringLiteral("%1 from track %2").arg(first).arg(track) : first;
+    }
+    if (request->method == QLatin1String(SoundManager::PLAY_FILE) ||
+        request->method == QLatin1String(SoundManager::PLAY_STREAM))
+        return first;
+    if (request->method == QLatin1String(SoundManager::RADIO_FM_SET_FREQUENCY))
+        return texts[0] + QStringLiteral(" MHz");
+    if (request->method == QLatin1String(SoundManager::STOP_PLAY))
+        return request->arguments.value(1).toString();
+    return texts.join(QStringLiteral(", "));
+}

@@ -1,0 +1,56 @@
+#include "Progress.h"
+
+#include "Terminal.h"
+
+#include <QString>
+
+#include <csignal>
+
+namespace
+{
+
+constexpr qint64 PATIENCE_MS = 1000;
+constexpr int WIDTH = 40;
+constexpr int WHOLE = 100; // per cent
+
+volatile std::sig_atomic_t m_interrupted = 0;
+
+// Runs in a signal context.
+void OnInterrupt(int sig)
+{
+    m_interrupted = 1;
+    static_cast<void>(std::signal(sig, SIG_DFL));
+}
+
+} // namespace
+
+Progress::Progress()
+{
+    m_since.start();
+    // Where it cannot be caught it ends the tool at once.
+    static_cast<void>(std::signal(SIGINT, OnInterrupt));
+}
+
+Progress::~Progress()
+{
+    if (m_shown >= 0)
+        Terminal::PrintError(QStringLiteral("\r\x1b[K"));
+}
+
+bool Progress::Show(double part)
+{
+    const int done = static_cast<int>(part * WHOLE);
+    if (done != m_shown && m_since.hasExpired(PATIENCE_MS) && Terminal::IsErrorTerminal())
+    {
+        m_shown = done;
+        const int length = done * WIDTH / WHOLE;
+        Terminal::PrintError(
+            QStringLiteral("\r[%1%2] %3 %").arg(QString(length, u'='), QString(WIDTH - length, u' ')).arg(done, 3));
+    }
+    return !IsInterrupted();
+}
+
+bool Progress::IsInterrupted()
+{
+    return m_interrupted != 0;
+}

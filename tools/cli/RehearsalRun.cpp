@@ -1,0 +1,100 @@
+#include "RehearsalRun.h"
+
+#include "ExitStatus.h"
+#include "Moment.h"
+#include "Progress.h"
+#include "Rehearsal.h"
+#include "Terminal.h"
+
+#include <algorithm>
+
+namespace
+{
+
+const QString PLAYLISTS = QStringLiteral("playlists");
+const QString ZONE = QStringLiteral("tz");
+const QString FROM = QStringLiteral("from");
+const QString DAYS = QStringLiteral("days");
+constexpr int MOST_DAYS = 36600;
+
+} // namespace
+
+void RehearsalRun::AddPlaceOptions(CommandLine& line)
+{
+    line.AddValue(PLAYLISTS, QStringLiteral("DIR"),
+                  QStringLiteral("folder of the playlists (default: the folder\n\"playlists\" beside FILE's, "
+                                 "or FILE's own)"));
+    line.AddValue(ZONE, QStringLiteral("ZONE"),
+                  QStringLiteral("the device's time zone, as Europe/Rome (default:\nthis machine's)"));
+}
+
+void RehearsalRun::AddSpanOptions(CommandLine& line, int days)
+{
+    line.AddValue(FROM, QStringLiteral("MOMENT"),
+                  QStringLiteral("2024-05-15, 2024-05-15T08:30 or ...:30:00, local\ntime (default: today)"));
+    line.AddValue(DAYS, QStringLiteral("N"), QStringLiteral("how many days (default: %1)").arg(days),
+                  QString::number(days));
+    AddPlaceOptions(line);
+}
+
+void RehearsalRun::SetTimeZone(const CommandLine& line)
+{
+    Workspace::SetTimeZone(line.Value(ZONE));
+}
+
+qint64 RehearsalRun::From_ms(const CommandLine& line)
+{
+    if (line.Has(FROM))
+        return Moment::Parse_ms(QStringLiteral("--from"), line.Value(FROM));
+    return Moment::FromLocal_ms(Moment::LocalDate(Moment::Now_ms()), QTime(0, 0));
+}
+
+qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms)
+{
+    const int days = line.Number(DAYS, 1, MOST_DAYS);
+    // Days have 23 to 25 hours: it is the same time of another date.
+    return Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(days), Moment::LocalTime(from_ms));
+}
+
+RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
+                           qint64 until_ms)
+    : m_file(file)
+    , m_from_ms(from_ms)
+    , m_until_ms(until_ms)
+{
+    const Workspace workspace(file, line.Value(PLAYLISTS));
+    m_lines = ScheduleLine::ReadFile(workspace.SchedulePath(), file);
+    TellRejected();
+    Rehearsal rehearsal({start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS), from_ms, until_ms});
+    Progress progress;
+    qint64 reached_ms = from_ms;
+    m_isWhole = rehearsal.Run([&](double part) {
+        const qint64 start = start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS);
+        reached_ms = start + static_cast<qint64>(part * static_cast<double>(until_ms - start));
+        return progress.Show(part);
+    });
+    m_events = rehearsal.Events();
+    if (!m_isWhole)
+        m_until_ms = std::max(reached_ms, from_ms);
+}
+
+void RehearsalRun::TellRejected()
+{
+    for (const ScheduleLine& line : m_lines)
+    {
+        if (!line.IsRejected())
+            continue;
+        ++m_rejected;
+        Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
+                                 .arg(m_file)
+                                 .arg(line.number)
+                                 .arg(Terminal::Harmless(line.Rejection())));
+    }
+}
+
+int RehearsalRun::Status() const
+{
+    if (!m_isWhole)
+        return ExitStatus::INTERRUPTED;
+    return m_rejected > 0 ? ExitStatus::ERRORS : ExitStatus::CLEAN;
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "CommandLine.h"
+#include "Event.h"
+#include "ScheduleLine.h"
+#include "Workspace.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+// A rehearsal as the commands that have one ask for it: their common options, its span, and what came of it.
+class RehearsalRun final
+{
+public:
+    // Adds --playlists and --tz.
+    static void AddPlaceOptions(CommandLine& line);
+
+    // Adds --from and --days as well. days: how many, unless told.
+    static void AddSpanOptions(CommandLine& line, int days);
+
+    // Sets the time zone that line asks for, if any.
+    static void SetTimeZone(const CommandLine& line);
+
+    // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
+    // span of interest. Shows progress. Rejected lines are told on standard error, with file and line. Throws ToolError
+    // when file cannot be read.
+    RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
+                 qint64 until_ms);
+
+    // The span that line asks for, from today's beginning on unless it says otherwise. Throws ToolError on what is no
+    // moment.
+    [[nodiscard]] static qint64 From_ms(const CommandLine& line);
+    [[nodiscard]] static qint64 Until_ms(const CommandLine& line, qint64 from_ms);
+
+    [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
+    [[nodiscard]] const std::vector<ScheduleLine>& Lines() const { return m_lines; }
+    [[nodiscard]] const QString& File() const { return m_file; }
+    [[nodiscard]] qint64 Begin_ms() const { return m_from_ms; }
+    [[nodiscard]] qint64 End_ms() const { return m_until_ms; }
+
+    // How many lines the daemon rejects.
+    [[nodiscard]] int Rejected() const { return m_rejected; }
+
+    // The exit status of a command that has no more to say: of the lines, and of an interruption.
+    [[nodiscard]] int Status() const;
+
+private:
+    void TellRejected();
+
+    const QString m_file;
+    const qint64 m_from_ms;
+    qint64 m_until_ms;
+    std::vector<ScheduleLine> m_lines;
+    std::vector<Event> m_events;
+    int m_rejected = 0;
+    bool m_isWhole = false;
+};

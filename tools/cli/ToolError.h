@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+#include <stdexcept>
+
+// Why the tool cannot do what it was asked for, in words for who asked; the file and the line come first where there
+// are any. Thrown by anything in the tool, caught by its main.
+class ToolError final : public std::runtime_error
+{
+public:
+    explicit ToolError(const QString& message)
+        : std::runtime_error(message.toStdString())
+    {
+    }
+};

@@ -1,0 +1,67 @@
+#include "DaemonLog.h"
+
+#include "Globals.h"
+
+#include <LogInterface.h>
+
+#include <utility>
+
+// The process-wide objects that the daemon's code expects.
+QCoreApplication* m_app = nullptr;
+LogInterface* _logInterface = nullptr; // NOLINT(readability-identifier-naming)
+Scheduler* m_scheduler = nullptr;
+SchedulerAdaptor* m_schedulerAdaptor = nullptr;
+
+namespace
+{
+
+struct Kept
+{
+    unsigned int least = 0;
+    QList<DaemonRecord> records;
+};
+
+Kept& TheKept()
+{
+    static Kept kept;
+    return kept;
+}
+
+} // namespace
+
+// Linked in the place of the platform's.
+LogInterface::LogInterface(const QString& objectPath)
+    : m_maxLevel(0)
+{
+    Q_UNUSED(objectPath)
+}
+
+LogInterface::~LogInterface() = default;
+
+void LogInterface::EmitLogString(unsigned int level, const char* text, const char* origin)
+{
+    Q_UNUSED(origin)
+    if (level > TheKept().least)
+        return;
+    const QString record = QString::fromUtf8(text);
+    TheKept().records.append(
+        {static_cast<LogLevel>(level), record.mid(record.indexOf(QLatin1String("] ")) + 2).trimmed()});
+}
+
+DaemonLog::DaemonLog(LogLevel least)
+{
+    // Without a client the records are not even formatted.
+    static LogInterface client{QString()};
+    TheKept() = {least, {}};
+    _logInterface = &client;
+}
+
+DaemonLog::~DaemonLog()
+{
+    _logInterface = nullptr;
+}
+
+QList<DaemonRecord> DaemonLog::Take()
+{
+    return std::exchange(TheKept().records, {});
+}

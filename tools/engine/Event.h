@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Request.h"
+#include "Task.h"
+
+#include <QList>
+#include <QString>
+
+#include <cstdint>
+
+// What becomes of an entry at one of its times.
+enum class EventKind : std::uint8_t
+{
+    START,    // its task is run
+    SKIPPED,  // a playlist that is not started, as its stop is too near
+    LOST,     // found too late to be prepared
+    MISSED,   // due, and never found
+    FOLLOWUP, // requests that answer a peer's signal, as the end of a series of photos
+};
+
+// One track of a playlist, as it will be heard.
+struct TrackTime
+{
+    qint64 begin_ms;
+    qint64 end_ms;
+    QString file;
+};
+
+// One thing that a rehearsal brought about. All moments are milliseconds since 1970-01-01 00:00:00 UTC.
+struct Event
+{
+    static constexpr qint64 OPEN = -1;
+
+    EventKind kind = EventKind::START;
+    qint64 moment_ms = 0; // when the daemon acts; of what it misses, when it was due
+    qint64 due_ms = 0;    // the entry's own time
+    int lineNumber = 0;
+    TaskType type = TASK_UNKNOWN;
+    QString taskName;        // in log records
+    int delay_s = 0;         // how late it is started, 0 in time
+    bool isForced = false;   // the light or radio state that should be in force when the schedule is loaded
+    bool isRepeated = false; // started before for the same day
+    QString reason;          // why it is marked, for people; empty where there is nothing to say
+    QList<Request> requests; // in order
+    bool plays = false;      // has begun a playback, to which the rest belongs
+    qint64 begin_ms = 0;     // when it is first heard
+    qint64 end_ms = OPEN;    // OPEN: it goes on at the end of the rehearsal
+    int stoppedByLine = 0;   // the line whose request ended it before its time
+    QList<TrackTime> tracks; // of a playlist, from the one that it is joined at
+
+    // Whether the daemon asks for something there.
+    [[nodiscard]] bool Acts() const { return kind == EventKind::START || kind == EventKind::FOLLOWUP; }
+};

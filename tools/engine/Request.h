@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+#include <QVariantList>
+
+// One request of the daemon to a peer, or one announcement of its own.
+struct Request
+{
+    qint64 moment_ms; // since 1970-01-01 00:00:00 UTC
+    QString peer;     // the last part of the service's name, as "soundmanager"
+    QString method;
+    QVariantList arguments;
+
+    // `soundmanager PlayFile("gong.mp3", "08:30:00")`
+    [[nodiscard]] QString Text() const;
+
+    // The arguments alone, as people write them: texts in quotes, fractions with a point.
+    [[nodiscard]] QStringList ArgumentTexts() const;
+};

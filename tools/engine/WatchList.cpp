@@ -1,0 +1,123 @@
+#include "WatchList.h"
+
+#include "Action.h"
+#include "Clock.h"
+#include "Moment.h"
+#include "Scheduler.h"
+#include "tasks/PlayPlaylist.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using Moment::DAY_MS;
+using Moment::DAY_S;
+using Moment::MS_PER_S;
+
+// The sooner of two moments, of which each may be none.
+qint64 Sooner(qint64 left_ms, qint64 right_ms)
+{
+    if (left_ms == WatchList::NEVER || right_ms == WatchList::NEVER)
+        return std::max(left_ms, right_ms);
+    return std::min(left_ms, right_ms);
+}
+
+} // namespace
+
+void WatchList::Load(const Scheduler& scheduler)
+{
+    m_watches.clear();
+    m_places.clear();
+    m_close.clear();
+    for (const ActionList* list : {&scheduler.FarActions(), &scheduler.EarlyActions()})
+    {
+        for (const auto& action : *list)
+        {
+            m_places.insert(action.get(), m_watches.size());
+            m_watches.push_back({action.get(), qobject_cast<const PlayPlaylist*>(action->m_task.get())});
+        }
+    }
+}
+
+void WatchList::Renew(const Stretch& stretch)
+{
+    m_stretch = stretch;
+    const qint64 now_s = Clock::Now();
+    for (Watch& watch : m_watches)
+    {
+        const Action& action = *watch.action;
+        watch.isDue = action.IsDueToday();
+        watch.start_ms = (now_s + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second)) * MS_PER_S;
+    }
+}
+
+void WatchList::Sort(const Scheduler& scheduler)
+{
+    for (const size_t place : m_close)
+        m_watches[place].isWatchedClosely = false;
+    m_close.clear();
+    for (const auto& action : scheduler.EarlyActions())
+    {
+        m_close.push_back(m_places.value(action.get()));
+        m_watches[m_close.back()].isWatchedClosely = true;
+    }
+}
+
+qint64 WatchList::NextFar_ms(qint64 now_ms) const
+{
+    qint64 next_ms = NEVER;
+    for (const Watch& watch : m_watches)
+    {
+        if (!watch.isDue || watch.isWatchedClosely || watch.action->m_task->IsRunning())
+            continue;
+        if (watch.action->m_forced)
+            return now_ms;
+        const Span early{watch.start_ms - Action::EARLY_S * MS_PER_S, watch.start_ms};
+        next_ms = Sooner(next_ms, Next_ms(early, now_ms));
+        // The pass compares a tolerance as a signed number.
+        if (watch.playlist != nullptr && !watch.playlist->IsCompleted())
+            next_ms =
+                Sooner(next_ms, NextLate_ms(watch, now_ms, qint64{static_cast<int>(watch.playlist->GetDelayable_s())}));
+    }
+    return next_ms;
+}
+
+qint64 WatchList::NextEarly_ms(qint64 now_ms) const
+{
+    qint64 next_ms = NEVER;
+    for (const size_t place : m_close)
+        next_ms = Sooner(next_ms, NextEarly_ms(m_watches[place], now_ms));
+    return next_ms;
+}
+
+qint64 WatchList::NextEarly_ms(const Watch& watch, qint64 now_ms) const
+{
+    if (watch.action->m_forced)
+        return now_ms;
+    const qint64 ahead_ms = watch.action->IsPrepared() ? Action::PREPARED_AHEAD_S * MS_PER_S : 0;
+    const Span ready{watch.start_ms - ahead_ms, watch.start_ms + (Action::IN_TIME_S + 1) * MS_PER_S};
+    qint64 next_ms = Next_ms(ready, now_ms);
+    if (watch.playlist != nullptr)
+        next_ms = Sooner(next_ms, NextLate_ms(watch, now_ms, qint64{watch.playlist->GetDelayable_s()}));
+    return next_ms;
+}
+
+// The lateness counts from when the clock on the wall last showed the start time, today or yesterday.
+qint64 WatchList::NextLate_ms(const Watch& watch, qint64 now_ms, qint64 tolerance_s) const
+{
+    if (tolerance_s <= 0)
+        return NEVER;
+    if (tolerance_s >= DAY_S - 1 || !watch.action->m_startTime.isValid())
+        return Next_ms({m_stretch.begin_ms, m_stretch.end_ms}, now_ms);
+    const qint64 today_ms = m_stretch.midnight_ms + watch.action->m_startTime.msecsSinceStartOfDay();
+    const qint64 late_ms = (tolerance_s + 1) * MS_PER_S;
+    return Sooner(Next_ms({today_ms - DAY_MS, today_ms - DAY_MS + late_ms}, now_ms),
+                  Next_ms({today_ms, today_ms + late_ms}, now_ms));
+}
+
+qint64 WatchList::Next_ms(const Span& span, qint64 now_ms) const
+{
+    const qint64 first_ms = std::max(span.begin_ms, now_ms);
+    return first_ms < std::min(span.end_ms, m_stretch.end_ms) ? first_ms : NEVER;
+}

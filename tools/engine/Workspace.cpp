@@ -1,0 +1,117 @@
+#include "Workspace.h"
+
+#include "DataRoot.h"
+#include "Scheduler.h"
+#include "ToolError.h"
+#include "tasks/PlayPlaylist.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cstring>
+#include <ctime>
+
+namespace
+{
+
+constexpr const char* ZONE_VARIABLE = "TZ";
+constexpr const char* BUS_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
+constexpr const char* NO_BUS = "unix:path=/nonexistent";
+constexpr const char* CONFIGURATION_VARIABLE = "OZNA_CONFIG_FILE"; // of the platform's stand-in
+
+const QString ZONE_FOLDER = QStringLiteral("/usr/share/zoneinfo/");
+const QString SCHEDULE = QStringLiteral("schedule.csv");
+const QString CONFIGURATION = QStringLiteral("/ozna.ini");
+const QString DEVICE_PLAYLISTS = QStringLiteral("/../playlists");
+
+QString& Root()
+{
+    static QString root;
+    return root;
+}
+
+QString Reason()
+{
+    return QString::fromLocal8Bit(std::strerror(errno));
+}
+
+} // namespace
+
+QString DataRoot()
+{
+    return Root();
+}
+
+Workspace::Workspace(const QString& file, const QString& playlists)
+    : m_file(file)
+    , m_playlists(playlists)
+{
+    const QFileInfo schedule(file);
+    QFile readable(file);
+    if (!schedule.isFile() || !readable.open(QIODevice::ReadOnly))
+        throw ToolError(QStringLiteral("%1: %2").arg(
+            file, schedule.exists() && !schedule.isFile() ? QStringLiteral("is not a file") : readable.errorString()));
+    if (m_playlists.isEmpty())
+    {
+        m_playlists = QDir::cleanPath(schedule.absolutePath() + DEVICE_PLAYLISTS);
+        if (!QFileInfo(m_playlists).isDir())
+            m_playlists = schedule.absolutePath();
+    }
+    if (!QFileInfo(m_playlists).isDir())
+        throw ToolError(QStringLiteral("%1: is not a folder").arg(m_playlists));
+    if (!m_folder.isValid())
+        throw ToolError(m_folder.errorString());
+
+    Root() = m_folder.path();
+    if (!QDir().mkpath(Scheduler::GetSchedulePath()))
+        throw ToolError(QStringLiteral("%1: %2").arg(Scheduler::GetSchedulePath(), Reason()));
+    Link(schedule.absoluteFilePath(), SchedulePath());
+    Link(QFileInfo(m_playlists).absoluteFilePath(), PlayPlaylist::GetPlaylistsPath());
+    WriteConfiguration();
+}
+
+Workspace::~Workspace()
+{
+    Root().clear();
+}
+
+void Workspace::Link(const QString& target, const QString& name) const
+{
+    if (!QFile::link(target, name))
+        throw ToolError(QStringLiteral("%1: %2").arg(name, Reason()));
+}
+
+void Workspace::WriteConfiguration() const
+{
+    QFile file(m_folder.path() + CONFIGURATION);
+    const QByteArray content = QByteArrayLiteral("[GENERAL]\nServerIp=") + SERVER + '\n';
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        throw ToolError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
+    qputenv(CONFIGURATION_VARIABLE, QFile::encodeName(file.fileName()));
+}
+
+QString Workspace::FileName()
+{
+    return SCHEDULE;
+}
+
+QString Workspace::SchedulePath() const
+{
+    return Scheduler::GetSchedulePath() + u'/' + SCHEDULE;
+}
+
+void Workspace::SetTimeZone(const QString& zone)
+{
+    if (zone.isEmpty())
+        return;
+    if (zone.startsWith(u'/') || zone.contains(QLatin1String("..")) || !QFileInfo(ZONE_FOLDER + zone).isFile())
+        throw ToolError(QStringLiteral("--tz: no time zone \"%1\" on this system").arg(zone));
+    qputenv(ZONE_VARIABLE, zone.toLocal8Bit());
+    ::tzset();
+}
+
+void Workspace::AvoidBus()
+{
+    qputenv(BUS_VARIABLE, NO_BUS);
+}

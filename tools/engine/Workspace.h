@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+// The data folder that the daemon's code sees in this process: a new one, gone with the object, that holds the one
+// schedule file and the playlists. Nothing of the user's is written to, and no bus is reached. Only one may live.
+//
+// Streams are those of a server whose address is SERVER: what a device is configured for is not known here.
+class Workspace final
+{
+public:
+    static constexpr const char* SERVER = "<ServerIp>";
+
+    // file: the schedule. playlists: the folder of the playlists; empty: "playlists" next to the schedule's folder, as
+    // on a device, or the schedule's own folder where there is none. Throws ToolError when the schedule or the folder
+    // cannot be read.
+    Workspace(const QString& file, const QString& playlists);
+    ~Workspace();
+
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+
+    // The schedule's name in the data folder, for a Scheduler.
+    [[nodiscard]] static QString FileName();
+
+    // Where that file is, for who reads it.
+    [[nodiscard]] QString SchedulePath() const;
+
+    // As given.
+    [[nodiscard]] QString File() const { return m_file; }
+    [[nodiscard]] QString PlaylistFolder() const { return m_playlists; }
+
+    // Sets the time zone of the process: a name of the system's time-zone files, as "Europe/Rome"; an empty one leaves
+    // it as it is. Throws ToolError for one that the system does not have.
+    static void SetTimeZone(const QString& zone);
+
+    // Keeps the process away from every bus. Called once, before anything else.
+    static void AvoidBus();
+
+private:
+    void Link(const QString& target, const QString& name) const;
+    void WriteConfiguration() const;
+
+    const QString m_file;
+    QString m_playlists;
+    QTemporaryDir m_folder;
+};

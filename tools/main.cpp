@@ -1,0 +1,75 @@
+#include "CommandLine.h"
+#include "Commands.h"
+#include "ExitStatus.h"
+#include "Terminal.h"
+#include "ToolError.h"
+#include "Workspace.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <array>
+
+namespace
+{
+
+struct Command
+{
+    const char* name;
+    const char* summary;
+    int (*run)(const QStringList& arguments);
+};
+
+constexpr std::array COMMANDS{
+    Command{"rehearse", "exactly what the daemon would ask for, and when", Commands::Rehearse},
+};
+
+QString Usage()
+{
+    QString text = QStringLiteral("Usage: ozna-schedule COMMAND ...\n\n"
+                                  "Shows what a schedule will do, by the scheduling daemon's own engine.\n\n");
+    for (const Command& command : COMMANDS)
+        text += QStringLiteral("  %1%2\n")
+                    .arg(QString::fromLatin1(command.name).leftJustified(11), QLatin1String(command.summary));
+    return text + QStringLiteral("\nozna-schedule COMMAND --help tells the options of one. ozna-schedule --version\n"
+                                 "tells the version. Manual pages: ozna-schedule(1), ozna-schedule(5).\n");
+}
+
+int Run(const QStringList& arguments)
+{
+    const QString name = arguments.value(0);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help"))
+    {
+        Terminal::Print(Usage());
+        return ExitStatus::CLEAN;
+    }
+    if (name == QLatin1String("--version"))
+    {
+        Terminal::Print(QStringLiteral("ozna-schedule " OZNA_VERSION "\n"));
+        return ExitStatus::CLEAN;
+    }
+    const auto* const command =
+        std::ranges::find_if(COMMANDS, [&](const Command& row) { return name == QLatin1String(row.name); });
+    if (command == COMMANDS.end())
+        throw ToolError(
+            (name.isEmpty() ? QStringLiteral("a command is missing") : QStringLiteral("no command \"%1\"").arg(name)) +
+            QStringLiteral("\nsee ozna-schedule --help"));
+    return command->run(arguments.mid(1));
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    Workspace::AvoidBus();
+    const QCoreApplication application(argc, argv);
+    try
+    {
+        return Run(QCoreApplication::arguments().mid(1));
+    }
+    catch (const std::exception& error)
+    {
+        Terminal::PrintError(QStringLiteral("ozna-schedule: %1\n").arg(QString::fromStdString(error.what())));
+        return ExitStatus::FAILED;
+    }
+}
