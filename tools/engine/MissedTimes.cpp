@@ -35,7 +35,7 @@ QString Reason(const Action& action)
 
 } // namespace
 
-void MissedTimes::Look(const Stretch& stretch, const std::vector<WatchList::Watch>& watches, std::vector<Event>& events)
+void MissedTimes::Look(const Stretch& stretch, const std::vector<WatchList::Watch>& watches)
 {
     // A start may still come a little after its time.
     const qint64 last_ms = stretch.end_ms - (Action::IN_TIME_S + 1) * MS_PER_S;
@@ -43,13 +43,12 @@ void MissedTimes::Look(const Stretch& stretch, const std::vector<WatchList::Watc
     {
         const bool comes = watch.isDue && watch.start_ms >= stretch.begin_ms && watch.start_ms < last_ms;
         if (comes && watch.action->m_startTime.isValid() && !m_noted.contains(watch.action, watch.start_ms))
-            events.push_back(Missed(*watch.action, watch.start_ms, Reason(*watch.action)));
+            m_events.push_back(Missed(*watch.action, watch.start_ms, Reason(*watch.action)));
     }
     m_noted.clear();
 }
 
-void MissedTimes::LookAtChange(const Stretch& before, const Stretch& next, const std::vector<WatchList::Watch>& watches,
-                               std::vector<Event>& events)
+void MissedTimes::LookAtChange(const Stretch& before, const Stretch& next, const std::vector<WatchList::Watch>& watches)
 {
     qint64 from_ms = before.end_ms - before.midnight_ms;
     const qint64 to_ms = next.begin_ms - next.midnight_ms;
@@ -60,7 +59,7 @@ void MissedTimes::LookAtChange(const Stretch& before, const Stretch& next, const
         const QTime start = watch.action->m_startTime;
         const int time_ms = start.msecsSinceStartOfDay();
         if (watch.isDue && start.isValid() && time_ms >= from_ms && time_ms < to_ms)
-            events.push_back(Missed(
+            m_events.push_back(Missed(
                 *watch.action, next.begin_ms,
                 QStringLiteral("the clocks are put forward over %1").arg(start.toString(QStringLiteral("HH:mm:ss")))));
     }

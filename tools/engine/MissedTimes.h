@@ -15,13 +15,16 @@ public:
     // Something came of the action's time at due_ms.
     void Note(const Action& action, qint64 due_ms) { m_noted.insert(&action, due_ms); }
 
-    // The wall clock has run through stretch, whose watches are given. Adds what was missed in it to events.
-    void Look(const Stretch& stretch, const std::vector<WatchList::Watch>& watches, std::vector<Event>& events);
+    // The wall clock has run through stretch, whose watches are given.
+    void Look(const Stretch& stretch, const std::vector<WatchList::Watch>& watches);
 
-    // The stretch before next has ended: adds what next's date has, and the clocks, put forward, leave out.
-    void LookAtChange(const Stretch& before, const Stretch& next, const std::vector<WatchList::Watch>& watches,
-                      std::vector<Event>& events);
+    // The stretch before next has ended: there may be times between the two, which the clocks, put forward, leave out.
+    void LookAtChange(const Stretch& before, const Stretch& next, const std::vector<WatchList::Watch>& watches);
+
+    // What was missed so far.
+    [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
 
 private:
     QMultiHash<const Action*, qint64> m_noted; // since the last stretch
+    std::vector<Event> m_events;
 };

@@ -103,10 +103,10 @@ bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(doub
         stretch.end_ms = std::min(stretch.end_ms, m_plan.until_ms);
         m_watches.Renew(stretch);
         if (before)
-            m_missed.LookAtChange(*before, stretch, m_watches.Watches(), m_events);
+            m_missed.LookAtChange(*before, stretch, m_watches.Watches());
         before = stretch;
         RunStretch(scheduler, stretch);
-        m_missed.Look(stretch, m_watches.Watches(), m_events);
+        m_missed.Look(stretch, m_watches.Watches());
         m_now_ms = stretch.end_ms;
     }
     return true;
@@ -274,6 +274,7 @@ void Rehearsal::Receive(Request request)
 
 void Rehearsal::Finish()
 {
+    m_events.insert(m_events.end(), m_missed.Events().begin(), m_missed.Events().end());
     std::erase_if(m_events, [this](const Event& event) {
         const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > m_plan.from_ms);
         return event.moment_ms < m_plan.from_ms && !stillPlays;
