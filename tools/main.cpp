@@ -61,7 +61,7 @@ int Run(const QStringList& arguments)
 
 int main(int argc, char* argv[])
 {
-    Workspace::AvoidBus();
+    Workspace::PrepareProcess();
     const QCoreApplication application(argc, argv);
     try
     {

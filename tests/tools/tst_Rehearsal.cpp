@@ -110,7 +110,7 @@ void RehearsalTest::cleanupTestCase()
 
 int main(int argc, char* argv[])
 {
-    Workspace::AvoidBus();
+    Workspace::PrepareProcess();
     const QCoreApplication application(argc, argv);
     RehearsalTest test;
     return QTest::qExec(&test, argc, argv);

@@ -16,6 +16,7 @@ namespace
 {
 
 constexpr const char* ZONE_VARIABLE = "TZ";
+constexpr const char* MACHINE_ZONE = ":/etc/localtime";
 constexpr const char* BUS_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
 constexpr const char* NO_BUS = "unix:path=/nonexistent";
 constexpr const char* CONFIGURATION_VARIABLE = "OZNA_CONFIG_FILE"; // of the platform's stand-in
@@ -111,7 +112,9 @@ void Workspace::SetTimeZone(const QString& zone)
     ::tzset();
 }
 
-void Workspace::AvoidBus()
+void Workspace::PrepareProcess()
 {
     qputenv(BUS_VARIABLE, NO_BUS);
+    if (!qEnvironmentVariableIsSet(ZONE_VARIABLE))
+        qputenv(ZONE_VARIABLE, MACHINE_ZONE);
 }

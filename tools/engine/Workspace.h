@@ -35,8 +35,9 @@ public:
     // it as it is. Throws ToolError for one that the system does not have.
     static void SetTimeZone(const QString& zone);
 
-    // Keeps the process away from every bus. Called once, before anything else.
-    static void AvoidBus();
+    // Keeps the process away from every bus, and names the machine's time zone to the C library where the environment
+    // names none: it would look for another one at every reading of the clock. Called once, before anything else.
+    static void PrepareProcess();
 
 private:
     void Link(const QString& target, const QString& name) const;
