@@ -48,10 +48,40 @@ constexpr const char* PLAYS[] = {
 constexpr const char* ODD_TIMES[] = {"00:00:00", "00:00:01", "00:00:02", "23:59:59", "24:00:05", "25:00:00",
                                      "8:5:00",   "02:30:00", "01:30:00", "-1:30:00", "12:00:75"};
 
+constexpr const char* TAME_TIMES[] = {"02:30:00", "05:45:10", "07:30:00", "12:00:00", "18:45:30", "23:20:00"};
+
+constexpr const char* TAME_TASKS[] = {
+    "PlayMessage|gong.mp3,70",
+    "PlayMessage|gong.mp3",
+    "PlayPlaylist|short,50,p1",
+    "PlayPlaylist|long,50,p2",
+    "PlayPlaylist|night",
+    "PlayPlaylist|one,50,p1",
+    "StopPlaylist|p1",
+    "StopPlaylist",
+    "Light|40",
+    "Light|0",
+    "Volume|55",
+    "PlayRadioFm|98.5",
+    "PlayRadioFm|0",
+    "StopRadioFm",
+    "StopMessage",
+    "enableAux|1",
+    "enableAux|0",
+    "Amplifiers|5",
+    "Camera|1",
+    "Gps|0",
+    "Lan|1",
+    "RecordPhoto",
+    "SetCpuFreq|200",
+    "19|1,1",
+};
+
 } // namespace
 
-RandomSchedule::RandomSchedule(std::uint32_t seed, int lines)
-    : m_random(seed)
+RandomSchedule::RandomSchedule(std::uint32_t seed, int lines, Manner manner)
+    : m_manner(manner)
+    , m_random(seed)
 {
     for (const auto& [name, content] : PLAYLISTS)
         Write(QString::fromLatin1(name), content);
@@ -60,7 +90,7 @@ RandomSchedule::RandomSchedule(std::uint32_t seed, int lines)
     m_start_ms = QDateTime(midnight.date(), QTime(0, 0), Qt::UTC).toMSecsSinceEpoch() + Below(DAY_S) * 1000LL;
     m_start_ms += Below(3) == 0 ? 0 : Below(1000);
     m_focus_s = Below(DAY_S);
-    const int count = 1 + Below(lines);
+    const int count = m_manner == TAME ? lines : 1 + Below(lines);
     for (int i = 0; i < count; ++i)
         m_text += Line() + '\n';
     Write(SCHEDULE, m_text);
@@ -79,7 +109,7 @@ int RandomSchedule::Below(int bound)
 
 QByteArray RandomSchedule::Line()
 {
-    if (Below(20) == 0)
+    if (m_manner == WILD && Below(20) == 0)
         return QByteArray(OneOf({"# a comment", "not a line", "1111111|12:00:00|*|*|*|||Volume|5|more", ""}));
     return Days() + '|' + StartTime() + '|' + Dates() + '|' + Task();
 }
@@ -96,6 +126,8 @@ QByteArray RandomSchedule::Days()
 
 QByteArray RandomSchedule::StartTime()
 {
+    if (m_manner == TAME)
+        return OneOf(TAME_TIMES);
     if (Below(12) == 0)
         return OneOf(ODD_TIMES);
     // Most stand close to others.
@@ -119,6 +151,8 @@ QByteArray RandomSchedule::Dates()
 
 QByteArray RandomSchedule::Task()
 {
+    if (m_manner == TAME)
+        return OneOf(TAME_TASKS);
     return Below(2) == 0 ? OneOf(PLAYS) : OneOf(TASKS);
 }
 

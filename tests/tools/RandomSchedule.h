@@ -13,8 +13,14 @@
 class RandomSchedule final
 {
 public:
-    // lines: how many at most.
-    RandomSchedule(std::uint32_t seed, int lines);
+    enum Manner
+    {
+        WILD,
+        TAME, // only what a clock that is stepped from start to start can follow: few times, far apart, and no odd ones
+    };
+
+    // lines: how many at most; of a tame one, how many.
+    RandomSchedule(std::uint32_t seed, int lines, Manner manner = WILD);
 
     // The file, in a folder of its own that is gone with the object, with the playlists beside it.
     [[nodiscard]] QString Path() const;
@@ -40,6 +46,7 @@ private:
     QByteArray Task();
     void Write(const QString& name, const QByteArray& content) const;
 
+    const Manner m_manner;
     QTemporaryDir m_folder;
     std::mt19937 m_random; // whose sequence the standard fixes
     QByteArray m_text;
