@@ -65,7 +65,7 @@ QString EventText::Subject(const Event& event)
     if (request == event.requests.end())
         return {};
     const QStringList texts = request->ArgumentTexts();
-    const QString first = request->arguments[0].toString();
+    QString first = request->arguments[0].toString();
     if (request->method == QLatin1String(SoundManager::PLAY_PLAYLIST))
     {
         const uint track = request->arguments.value(2).toUInt();

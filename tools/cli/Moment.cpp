@@ -1,5 +1,6 @@
 #include "Moment.h"
 
+#include "Clock.h"
 #include "ToolError.h"
 
 #include <QLocale>
@@ -29,7 +30,7 @@ std::tm Local(qint64 moment_ms)
 
 qint64 Moment::Now_ms()
 {
-    return qint64{std::time(nullptr)} * MS_PER_S;
+    return qint64{Clock::Now()} * MS_PER_S;
 }
 
 qint64 Moment::FromLocal_ms(const QDate& date, const QTime& time)
@@ -42,13 +43,16 @@ qint64 Moment::FromLocal_ms(const QDate& date, const QTime& time)
     parts.tm_min = time.minute();
     parts.tm_sec = time.second();
     parts.tm_isdst = 1;
-    std::tm summer = parts;
-    const std::time_t first = std::mktime(&summer);
+    std::tm wanted = parts;
+    std::time_t moment = std::mktime(&wanted);
     // Where there is summer time at that moment it is the first of two.
-    if (summer.tm_isdst == 1 && summer.tm_hour == time.hour() && summer.tm_mday == date.day())
-        return qint64{first} * MS_PER_S + time.msec();
-    parts.tm_isdst = UNKNOWN_SEASON;
-    return qint64{std::mktime(&parts)} * MS_PER_S + time.msec();
+    const bool isSummer = wanted.tm_isdst == 1 && wanted.tm_hour == time.hour() && wanted.tm_mday == date.day();
+    if (!isSummer)
+    {
+        parts.tm_isdst = UNKNOWN_SEASON;
+        moment = std::mktime(&parts);
+    }
+    return static_cast<qint64>(moment) * MS_PER_S + time.msec();
 }
 
 qint64 Moment::Parse_ms(const QString& option, const QString& text)

@@ -4,6 +4,7 @@
 
 #include <LogInterface.h>
 
+#include <algorithm>
 #include <utility>
 
 // The process-wide objects that the daemon's code expects.
@@ -31,7 +32,7 @@ Kept& TheKept()
 
 // Linked in the place of the platform's.
 LogInterface::LogInterface(const QString& objectPath)
-    : m_maxLevel(0)
+    : m_maxLevel(LEVEL_TRACE)
 {
     Q_UNUSED(objectPath)
 }
@@ -41,7 +42,7 @@ LogInterface::~LogInterface() = default;
 void LogInterface::EmitLogString(unsigned int level, const char* text, const char* origin)
 {
     Q_UNUSED(origin)
-    if (level > TheKept().least)
+    if (level > std::min<unsigned int>(m_maxLevel, TheKept().least))
         return;
     const QString record = QString::fromUtf8(text);
     TheKept().records.append(

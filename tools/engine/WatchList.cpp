@@ -7,6 +7,7 @@
 #include "tasks/PlayPlaylist.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace
 {
@@ -85,10 +86,9 @@ qint64 WatchList::NextFar_ms(qint64 now_ms) const
 
 qint64 WatchList::NextEarly_ms(qint64 now_ms) const
 {
-    qint64 next_ms = NEVER;
-    for (const size_t place : m_close)
-        next_ms = Sooner(next_ms, NextEarly_ms(m_watches[place], now_ms));
-    return next_ms;
+    return std::accumulate(m_close.begin(), m_close.end(), NEVER, [&](qint64 next_ms, size_t place) {
+        return Sooner(next_ms, NextEarly_ms(m_watches[place], now_ms));
+    });
 }
 
 qint64 WatchList::NextEarly_ms(const Watch& watch, qint64 now_ms) const

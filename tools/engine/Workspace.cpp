@@ -28,7 +28,7 @@ const QString DEVICE_PLAYLISTS = QStringLiteral("/../playlists");
 
 QString& Root()
 {
-    static QString root;
+    static QString root = {};
     return root;
 }
 
