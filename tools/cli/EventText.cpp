@@ -1,5 +1,6 @@
 #include "EventText.h"
 
+#include "Moment.h"
 #include "SoundManager.h"
 
 #include <QStringList>
@@ -55,6 +56,15 @@ QString EventText::Mark(const Event& event, qint64 from_ms)
     if (event.isRepeated)
         marks.append(QStringLiteral("repeated"));
     return marks.join(QStringLiteral(", "));
+}
+
+QString EventText::Risk(const Event& event)
+{
+    if (event.riskLine == 0)
+        return {};
+    return QStringLiteral("missed if the peer of line %1 does not answer: the daemon then waits until %2")
+        .arg(event.riskLine)
+        .arg(Moment::TimeText(event.riskUntil_ms));
 }
 
 QString EventText::Subject(const Event& event)

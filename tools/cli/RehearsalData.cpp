@@ -54,6 +54,11 @@ QJsonObject Object(const Event& event, qint64 from_ms)
                        {QStringLiteral("reason"), event.reason},
                        {QStringLiteral("delay"), event.delay_s},
                        {QStringLiteral("requests"), Requests(event)}};
+    if (event.riskLine != 0)
+    {
+        object.insert(QStringLiteral("riskLine"), event.riskLine);
+        object.insert(QStringLiteral("riskUntil"), Moment::IsoText(event.riskUntil_ms));
+    }
     if (!event.plays)
         return object;
     object.insert(QStringLiteral("begin"), Moment::IsoText(event.begin_ms));

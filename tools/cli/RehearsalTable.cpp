@@ -56,6 +56,12 @@ QString End(const Event& event)
     return text + u'\n';
 }
 
+QString Risk(const Event& event)
+{
+    const QString text = EventText::Risk(event);
+    return text.isEmpty() ? text : INDENT + Terminal::Coloured(text, Colour::GREY) + u'\n';
+}
+
 QString Row(const Event& event, qint64 from_ms)
 {
     QString text = QStringLiteral("  %1  ").arg(Moment::TimeText(event.moment_ms));
@@ -67,7 +73,7 @@ QString Row(const Event& event, qint64 from_ms)
     text = mark.isEmpty() ? text.trimmed() : text + Terminal::Coloured(mark, ColourOf(event));
     if (mark.isEmpty())
         text.prepend(QStringLiteral("  "));
-    return text + u'\n' + Requests(event) + Tracks(event) + End(event);
+    return text + u'\n' + Requests(event) + Tracks(event) + End(event) + Risk(event);
 }
 
 } // namespace

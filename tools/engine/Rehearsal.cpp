@@ -12,6 +12,7 @@
 #include <QDBusAbstractInterface>
 
 #include <algorithm>
+#include <numeric>
 #include <optional>
 
 namespace
@@ -21,6 +22,9 @@ using Moment::MS_PER_S;
 
 constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 constexpr qint64 DAY_AND_HOUR_MS = 25 * HOUR_MS; // a date on which the clocks are put back
+
+// What the bus library waits where a proxy has no time-out of its own, which it tells as a negative one.
+constexpr int LIBRARY_TIMEOUT_MS = 25000;
 
 const QString OWN_NAME = QStringLiteral("scheduler");
 const QString PDD_SIGNAL = QStringLiteral("ExpectedPddAction");
@@ -45,7 +49,8 @@ Rehearsal::Rehearsal(const Plan& plan)
 {
     Clock::SetSource([this] { return m_now_ms; });
     PeerCall::SetTransport([this](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
-        Receive({m_now_ms, proxy->service().section(u'.', -1), method, arguments});
+        const int timeout_ms = proxy->timeout() < 0 ? LIBRARY_TIMEOUT_MS : proxy->timeout();
+        Receive({m_now_ms, proxy->service().section(u'.', -1), method, arguments, timeout_ms});
         return PeerReply(0);
     });
 }
@@ -243,7 +248,7 @@ void Rehearsal::MarkStart(Event& event, const Action& action)
 
 void Rehearsal::OnPddAction(uint action, bool enable)
 {
-    Receive({m_now_ms, OWN_NAME, PDD_SIGNAL, {action, enable}});
+    Receive({m_now_ms, OWN_NAME, PDD_SIGNAL, {action, enable}, 0});
 }
 
 void Rehearsal::Receive(Request request)
@@ -280,4 +285,31 @@ void Rehearsal::Finish()
         return event.moment_ms < m_plan.from_ms && !stillPlays;
     });
     std::ranges::stable_sort(m_events, {}, &Event::moment_ms);
+    MarkRisks();
+}
+
+// While the daemon waits for one peer it starts nothing else; what can come late, as a playlist, still comes.
+void Rehearsal::MarkRisks()
+{
+    int line = 0;
+    qint64 until_ms = 0;
+    for (Event& event : m_events)
+    {
+        if (event.kind != EventKind::START)
+            continue;
+        const qint64 last_ms = event.due_ms + (Action::IN_TIME_S + 1) * MS_PER_S;
+        if (until_ms >= last_ms && event.delay_s == 0 && event.type != TASK_PLAY_PLAYLIST)
+        {
+            event.riskLine = line;
+            event.riskUntil_ms = until_ms;
+        }
+        const qint64 free_ms =
+            std::accumulate(event.requests.begin(), event.requests.end(), event.moment_ms,
+                            [](qint64 moment_ms, const Request& request) { return moment_ms + request.timeout_ms; });
+        if (free_ms > until_ms)
+        {
+            line = event.lineNumber;
+            until_ms = free_ms;
+        }
+    }
 }

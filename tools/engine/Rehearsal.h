@@ -61,6 +61,7 @@ private:
     void PlayDevice();
     void PlayDeviceBefore(qint64 moment_ms);
     void Finish();
+    void MarkRisks();
 
     const Plan m_plan;
     qint64 m_now_ms;

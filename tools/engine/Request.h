@@ -10,6 +10,7 @@ struct Request
     QString peer;     // the last part of the service's name, as "soundmanager"
     QString method;
     QVariantList arguments;
+    int timeout_ms = 0; // how long the daemon waits at most for an answer
 
     // `soundmanager PlayFile("gong.mp3", "08:30:00")`
     [[nodiscard]] QString Text() const;
