@@ -76,6 +76,12 @@ QString Row(const Event& event, qint64 from_ms)
     return text + u'\n' + Requests(event) + Tracks(event) + End(event) + Risk(event);
 }
 
+// "1 event", "2 events"
+QString Counted(qint64 count, const char* thing)
+{
+    return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(thing), count == 1 ? QString() : QStringLiteral("s"));
+}
+
 } // namespace
 
 QString RehearsalText::Table(const RehearsalRun& run)
@@ -96,10 +102,9 @@ QString RehearsalText::Table(const RehearsalRun& run)
         requests += event.requests.size();
     }
     text += (text.isEmpty() ? QString() : QStringLiteral("\n")) +
-            QStringLiteral("%1 %2 to %3 %4: %5 events, %6 requests\n")
+            QStringLiteral("%1 %2 to %3 %4: %5, %6\n")
                 .arg(Moment::DateText(Moment::LocalDate(run.Begin_ms())), Moment::TimeText(run.Begin_ms()),
-                     Moment::DateText(Moment::LocalDate(run.End_ms())), Moment::TimeText(run.End_ms()))
-                .arg(run.Events().size())
-                .arg(requests);
+                     Moment::DateText(Moment::LocalDate(run.End_ms())), Moment::TimeText(run.End_ms()),
+                     Counted(static_cast<qint64>(run.Events().size()), "event"), Counted(requests, "request"));
     return text;
 }

@@ -24,12 +24,14 @@ Event Missed(const Action& action, qint64 moment_ms, const QString& reason)
     return event;
 }
 
-QString Reason(const Action& action)
+QString Reason(const Action& action, qint64 sinceChange_ms)
 {
     if (action.m_task->IsRunning())
         return QStringLiteral("still under way since its last start");
     if (QTime(0, 0).secsTo(action.m_startTime) <= LAST_UNSEEN_S)
         return QStringLiteral("too soon after midnight: the daemon looks ahead within one day only");
+    if (sinceChange_ms < Action::EARLY_S * MS_PER_S)
+        return QStringLiteral("too soon after the clocks are changed: no pass found it in time");
     return QStringLiteral("no pass found it in time");
 }
 
@@ -43,7 +45,8 @@ void MissedTimes::Look(const Stretch& stretch, const std::vector<WatchList::Watc
     {
         const bool comes = watch.isDue && watch.start_ms >= stretch.begin_ms && watch.start_ms < last_ms;
         if (comes && watch.action->m_startTime.isValid() && !m_noted.contains(watch.action, watch.start_ms))
-            m_events.push_back(Missed(*watch.action, watch.start_ms, Reason(*watch.action)));
+            m_events.push_back(
+                Missed(*watch.action, watch.start_ms, Reason(*watch.action, watch.start_ms - m_lastChange_ms)));
     }
     m_noted.clear();
 }
@@ -52,7 +55,10 @@ void MissedTimes::LookAtChange(const Stretch& before, const Stretch& next, const
 {
     qint64 from_ms = before.end_ms - before.midnight_ms;
     const qint64 to_ms = next.begin_ms - next.midnight_ms;
-    if (before.isDayEnd)
+    const bool isAnotherDay = before.isDayEnd;
+    if (from_ms != to_ms + (isAnotherDay ? DAY_MS : 0))
+        m_lastChange_ms = next.begin_ms;
+    if (isAnotherDay)
         from_ms -= DAY_MS;
     for (const WatchList::Watch& watch : watches)
     {

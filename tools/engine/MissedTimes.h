@@ -15,7 +15,7 @@ public:
     // Something came of the action's time at due_ms.
     void Note(const Action& action, qint64 due_ms) { m_noted.insert(&action, due_ms); }
 
-    // The wall clock has run through stretch, whose watches are given.
+    // The wall clock has run through stretch, whose watches are given; LookAtChange was called at its beginning.
     void Look(const Stretch& stretch, const std::vector<WatchList::Watch>& watches);
 
     // The stretch before next has ended: there may be times between the two, which the clocks, put forward, leave out.
@@ -27,4 +27,5 @@ public:
 private:
     QMultiHash<const Action*, qint64> m_noted; // since the last stretch
     std::vector<Event> m_events;
+    qint64 m_lastChange_ms = 0; // when the clocks were changed
 };

@@ -3,6 +3,7 @@
 #include "Peers.h"
 #include "TextFile.h"
 #include "ToolError.h"
+#include "Workspace.h"
 
 #include <QStringList>
 
@@ -36,6 +37,8 @@ ScheduleLine ReadLine(const QString& text, int number)
         // The reason is among the records.
     }
     line.records = log.Take();
+    for (DaemonRecord& record : line.records)
+        record.text = Workspace::Readable(record.text);
     return line;
 }
 

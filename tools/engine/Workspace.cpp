@@ -26,6 +26,13 @@ const QString SCHEDULE = QStringLiteral("schedule.csv");
 const QString CONFIGURATION = QStringLiteral("/ozna.ini");
 const QString DEVICE_PLAYLISTS = QStringLiteral("/../playlists");
 
+// Of the workspace that lives, as the user knows it.
+QString& ShownPlaylists()
+{
+    static QString folder = {};
+    return folder;
+}
+
 QString& Root()
 {
     static QString root = {};
@@ -49,10 +56,12 @@ Workspace::Workspace(const QString& file, const QString& playlists)
     , m_playlists(playlists)
 {
     const QFileInfo schedule(file);
+    // What is opened may be a pipe, and be waited for.
+    if (schedule.exists() && !schedule.isFile())
+        throw ToolError(QStringLiteral("%1: is not a file").arg(file));
     QFile readable(file);
-    if (!schedule.isFile() || !readable.open(QIODevice::ReadOnly))
-        throw ToolError(QStringLiteral("%1: %2").arg(
-            file, schedule.exists() && !schedule.isFile() ? QStringLiteral("is not a file") : readable.errorString()));
+    if (!readable.open(QIODevice::ReadOnly))
+        throw ToolError(QStringLiteral("%1: %2").arg(file, readable.errorString()));
     if (m_playlists.isEmpty())
     {
         m_playlists = QDir::cleanPath(schedule.absolutePath() + DEVICE_PLAYLISTS);
@@ -65,6 +74,7 @@ Workspace::Workspace(const QString& file, const QString& playlists)
         throw ToolError(m_folder.errorString());
 
     Root() = m_folder.path();
+    ShownPlaylists() = m_playlists;
     if (!QDir().mkpath(Scheduler::GetSchedulePath()))
         throw ToolError(QStringLiteral("%1: %2").arg(Scheduler::GetSchedulePath(), Reason()));
     Link(schedule.absoluteFilePath(), SchedulePath());
@@ -90,6 +100,11 @@ void Workspace::WriteConfiguration() const
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         throw ToolError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
     qputenv(CONFIGURATION_VARIABLE, QFile::encodeName(file.fileName()));
+}
+
+QString Workspace::Readable(QString text)
+{
+    return Root().isEmpty() ? text : text.replace(PlayPlaylist::GetPlaylistsPath(), ShownPlaylists());
 }
 
 QString Workspace::FileName()

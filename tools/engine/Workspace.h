@@ -27,6 +27,9 @@ public:
     // Where that file is, for who reads it.
     [[nodiscard]] QString SchedulePath() const;
 
+    // text, of the daemon's log, with the folder of the playlists as the user knows it.
+    [[nodiscard]] static QString Readable(QString text);
+
     // As given.
     [[nodiscard]] QString File() const { return m_file; }
     [[nodiscard]] QString PlaylistFolder() const { return m_playlists; }

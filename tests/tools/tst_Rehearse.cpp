@@ -1,0 +1,114 @@
+#include "TextDiff.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTest>
+
+// `ozna-schedule rehearse` as its users run it: each folder of tests/data/rehearse has a schedule, the arguments, and
+// what comes of it, to the letter.
+class RehearseTest final : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void ARehearsalIsShownAsExpected_data();
+    void ARehearsalIsShownAsExpected();
+    void AFileThatIsMissingIsNamed();
+    void AMomentThatIsNoneIsNamed_data();
+    void AMomentThatIsNoneIsNamed();
+
+private:
+    struct Outcome
+    {
+        QByteArray output;
+        QByteArray errors;
+        int status;
+    };
+
+    static Outcome Run(const QString& folder, const QStringList& arguments);
+};
+
+namespace
+{
+
+constexpr int WAIT_MS = 50000;
+constexpr int STATUS_CLEAN = 0;
+constexpr int STATUS_ERRORS = 2;
+constexpr int STATUS_FAILED = 3;
+
+const QString SCHEDULE = QStringLiteral("schedule.csv");
+
+QByteArray Content(const QDir& folder, const char* name)
+{
+    QFile file(folder.filePath(QLatin1String(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+}
+
+QByteArray Difference(const QByteArray& expected, const QByteArray& found, const char* what)
+{
+    const auto lines = [](const QByteArray& text) { return QString::fromUtf8(text).split(u'\n'); };
+    return TextDiff(lines(expected), lines(found), what);
+}
+
+} // namespace
+
+RehearseTest::Outcome RehearseTest::Run(const QString& folder, const QStringList& arguments)
+{
+    QProcess process;
+    process.setWorkingDirectory(folder);
+    process.start(QStringLiteral(OZNA_TOOL), QStringList{QStringLiteral("rehearse")} + arguments);
+    if (!process.waitForFinished(WAIT_MS))
+        return {{}, "did not end", -1};
+    return {process.readAllStandardOutput(), process.readAllStandardError(), process.exitCode()};
+}
+
+void RehearseTest::ARehearsalIsShownAsExpected_data()
+{
+    QTest::addColumn<QString>("folder");
+    const QDir data(QStringLiteral(OZNA_REHEARSE_DATA));
+    const QStringList folders = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    QVERIFY(folders.size() >= 9);
+    for (const QString& folder : folders)
+        QTest::addRow("%s", qPrintable(folder)) << data.filePath(folder);
+}
+
+void RehearseTest::ARehearsalIsShownAsExpected()
+{
+    QFETCH(const QString, folder);
+    const QStringList arguments = QString::fromUtf8(Content(folder, "arguments").trimmed()).split(u' ');
+    const Outcome outcome = Run(folder, QStringList{SCHEDULE} + arguments);
+    const QByteArray expectedErrors = Content(folder, "expected-errors").replace("FOLDER", folder.toUtf8());
+    const QByteArray difference = Difference(Content(folder, "expected"), outcome.output, "line") +
+                                  Difference(expectedErrors, outcome.errors, "error");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+    QCOMPARE(outcome.status, expectedErrors.isEmpty() ? STATUS_CLEAN : STATUS_ERRORS);
+}
+
+void RehearseTest::AFileThatIsMissingIsNamed()
+{
+    const Outcome outcome = Run(QDir::rootPath(), {QStringLiteral("no/such.csv")});
+    QCOMPARE(outcome.errors, QByteArray("ozna-schedule: no/such.csv: No such file or directory\n"));
+    QCOMPARE(outcome.output, QByteArray());
+    QCOMPARE(outcome.status, STATUS_FAILED);
+}
+
+void RehearseTest::AMomentThatIsNoneIsNamed_data()
+{
+    QTest::addColumn<QString>("moment");
+    for (const char* moment : {"tomorrow", "2024-02-30", "2024-02-29T25:00", "2024-02-29T08:30:61", "2024-02-29X08:30",
+                               "24-02-29", "2024-02-29T", "2024-02-29T8:30", "0001-01-01"})
+        QTest::addRow("%s", moment) << QString::fromLatin1(moment);
+}
+
+void RehearseTest::AMomentThatIsNoneIsNamed()
+{
+    QFETCH(const QString, moment);
+    const Outcome outcome =
+        Run(QStringLiteral(OZNA_REHEARSE_DATA "/risk"), {SCHEDULE, QStringLiteral("--from"), moment});
+    QCOMPARE(outcome.errors, QByteArray("ozna-schedule: --from: a moment like 2024-05-15 or 2024-05-15T08:30:00 is "
+                                        "expected, not \"") +
+                                 moment.toUtf8() + "\"\n");
+    QCOMPARE(outcome.status, STATUS_FAILED);
+}
+
+QTEST_GUILESS_MAIN(RehearseTest)
+#include "tst_Rehearse.moc"
