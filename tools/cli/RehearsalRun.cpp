@@ -49,11 +49,11 @@ qint64 RehearsalRun::From_ms(const CommandLine& line)
     return Moment::FromLocal_ms(Moment::LocalDate(Moment::Now_ms()), QTime(0, 0));
 }
 
-qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms)
+qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms, std::optional<int> days)
 {
-    const int days = line.Number(DAYS, 1, MOST_DAYS);
+    const int number = days && !line.Has(DAYS) ? *days : line.Number(DAYS, 1, MOST_DAYS);
     // Days have 23 to 25 hours: it is the same time of another date.
-    return Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(days), Moment::LocalTime(from_ms));
+    return Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(number), Moment::LocalTime(from_ms));
 }
 
 RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,

@@ -28,10 +28,10 @@ public:
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
                  qint64 until_ms);
 
-    // The span that line asks for, from today's beginning on unless it says otherwise. Throws ToolError on what is no
-    // moment.
+    // The span that line asks for, from today's beginning on unless it says otherwise; days: how many unless line
+    // tells, in the place of the option's own number. Throws ToolError on what is no moment.
     [[nodiscard]] static qint64 From_ms(const CommandLine& line);
-    [[nodiscard]] static qint64 Until_ms(const CommandLine& line, qint64 from_ms);
+    [[nodiscard]] static qint64 Until_ms(const CommandLine& line, qint64 from_ms, std::optional<int> days = {});
 
     [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
     [[nodiscard]] const std::vector<ScheduleLine>& Lines() const { return m_lines; }

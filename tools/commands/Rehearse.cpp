@@ -2,10 +2,15 @@
 #include "Commands.h"
 #include "ExitStatus.h"
 #include "Moment.h"
+#include "Page.h"
 #include "RehearsalRun.h"
 #include "RehearsalText.h"
 #include "Terminal.h"
 #include "ToolError.h"
+#include "WeekLayout.h"
+
+#include <QSaveFile>
+#include <QTimeZone>
 
 namespace
 {
@@ -13,6 +18,22 @@ namespace
 const QString START_AT = QStringLiteral("start-at");
 const QString JSON = QStringLiteral("json");
 const QString CSV = QStringLiteral("csv");
+const QString HTML = QStringLiteral("html");
+const QString STANDARD_OUTPUT = QStringLiteral("-");
+
+// The file is there whole, or as it was before.
+void WritePage(const RehearsalRun& run, const QString& name)
+{
+    const QString page = Page::Markup(run, QString::fromLatin1(QTimeZone::systemTimeZoneId()));
+    if (name == STANDARD_OUTPUT)
+    {
+        Terminal::Print(page);
+        return;
+    }
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(page.toUtf8()) < 0 || !file.commit())
+        throw ToolError(QStringLiteral("%1: %2").arg(name, file.errorString()));
+}
 
 } // namespace
 
@@ -27,10 +48,13 @@ int Commands::Rehearse(const QStringList& arguments)
                                  "(default: it has been running for long)"));
     line.AddFlag(JSON, QStringLiteral("for machines: one object with all events"));
     line.AddFlag(CSV, QStringLiteral("for spreadsheets: a row for each request"));
+    line.AddValue(
+        HTML, QStringLiteral("OUT"),
+        QStringLiteral("for a browser: a page of a week, or of --days, is\nwritten to OUT (\"-\": standard output)"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
-    if (line.Has(JSON) && line.Has(CSV))
-        throw ToolError(QStringLiteral("--json and --csv exclude each other"));
+    if (int{line.Has(JSON)} + int{line.Has(CSV)} + int{line.Has(HTML)} > 1)
+        throw ToolError(QStringLiteral("--json, --csv and --html exclude each other"));
 
     RehearsalRun::SetTimeZone(line);
     std::optional<qint64> start_ms;
@@ -39,8 +63,11 @@ int Commands::Rehearse(const QStringList& arguments)
     const qint64 from_ms = start_ms && !line.Has(QStringLiteral("from")) ? *start_ms : RehearsalRun::From_ms(line);
     if (start_ms && *start_ms > from_ms)
         throw ToolError(QStringLiteral("--start-at: comes after --from"));
-    const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, RehearsalRun::Until_ms(line, from_ms));
-    if (line.Has(JSON))
+    const auto days = line.Has(HTML) ? std::optional<int>(WeekLayout::WEEK_DAYS) : std::nullopt;
+    const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, RehearsalRun::Until_ms(line, from_ms, days));
+    if (line.Has(HTML))
+        WritePage(run, line.Value(HTML));
+    else if (line.Has(JSON))
         Terminal::Print(RehearsalText::Json(run));
     else if (line.Has(CSV))
         Terminal::Print(RehearsalText::Csv(run));

@@ -1,0 +1,98 @@
+#include "EventDetails.h"
+
+#include "EventHtml.h"
+#include "Html.h"
+#include "Moment.h"
+#include "RehearsalRun.h"
+#include "WeekLayout.h"
+
+#include <algorithm>
+
+namespace
+{
+
+QString Time(qint64 moment_ms)
+{
+    return Html::Element("time", {}, Moment::TimeText(moment_ms));
+}
+
+// With the date, where it is not that of beside_ms.
+QString DayAndTime(qint64 moment_ms, qint64 beside_ms)
+{
+    const QDate date = Moment::LocalDate(moment_ms);
+    const QString time = EventHtml::TimeText(moment_ms);
+    return date == Moment::LocalDate(beside_ms) ? time : EventHtml::DateText(date) + u' ' + time;
+}
+
+QString Why(const RehearsalRun& run, const Event& event)
+{
+    QString text;
+    for (const QString& mark : EventHtml::Marks(run, event))
+        text += Html::Element("span", QStringLiteral("badge ") + mark, mark) + u' ';
+    text += Html::Attribute(event.reason);
+    return text.isEmpty() ? QString() : Html::Element("p", QStringLiteral("why"), text);
+}
+
+QString Span(const RehearsalRun& run, const Event& event)
+{
+    QString text = EventDetails::SpanText(run, event);
+    if (text.isEmpty())
+        return {};
+    if (event.stoppedByLine != 0)
+        text += QStringLiteral(", stopped by line %1").arg(event.stoppedByLine);
+    return Html::Element("p", QStringLiteral("span"), QStringLiteral("Plays ") + text);
+}
+
+QString Tracks(const Event& event)
+{
+    QString items;
+    for (const TrackTime& track : event.tracks)
+    {
+        const bool isHeard = event.end_ms == Event::OPEN || track.begin_ms < event.end_ms;
+        items += Html::Element("li", isHeard ? QString() : QStringLiteral("unheard"),
+                               Time(track.begin_ms) + u' ' + Html::Text(track.file) +
+                                   (isHeard ? QString() : QStringLiteral(" (not reached)")));
+    }
+    return items.isEmpty() ? QString() : Html::Element("ol", QStringLiteral("tracks"), items);
+}
+
+QString Line(const RehearsalRun& run, const Event& event)
+{
+    const auto line =
+        std::ranges::lower_bound(run.Lines(), event.lineNumber, {}, [](const ScheduleLine& row) { return row.number; });
+    const QString text = line != run.Lines().end() && line->number == event.lineNumber
+                             ? Html::Element("code", {}, Html::Text(line->text))
+                             : QString();
+    return Html::Element("p", QStringLiteral("source"),
+                         QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text);
+}
+
+QString Requests(const Event& event)
+{
+    QString items;
+    for (const Request& request : event.requests)
+        items += Html::Element("li", {},
+                               Time(request.moment_ms) + u' ' + Html::Element("code", {}, Html::Text(request.Text())));
+    return items.isEmpty() ? Html::Element("p", QStringLiteral("requests"), QStringLiteral("Nothing is asked for."))
+                           : Html::Element("ul", QStringLiteral("requests"), items);
+}
+
+} // namespace
+
+QString EventDetails::SpanText(const RehearsalRun& run, const Event& event)
+{
+    if (!WeekLayout::IsBar(event))
+        return {};
+    const qint64 shown_ms = WeekLayout::Shown_ms(event, run.Begin_ms(), run.End_ms());
+    const QString begin = DayAndTime(event.begin_ms, shown_ms);
+    if (event.end_ms == Event::OPEN)
+        return QStringLiteral("from %1 on, open end").arg(begin);
+    return QStringLiteral("from %1 to %2").arg(begin, DayAndTime(event.end_ms, shown_ms));
+}
+
+QString EventDetails::Markup(const RehearsalRun& run, const Event& event, const QString& title)
+{
+    return Html::Element("div", QStringLiteral("more"),
+                         Html::Element("p", QStringLiteral("title"), title) + Why(run, event) + Span(run, event) +
+                             Tracks(event) + Line(run, event) + Requests(event));
+}

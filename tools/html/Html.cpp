@@ -1,0 +1,25 @@
+#include "Html.h"
+
+#include "Terminal.h"
+
+QString Html::Text(const QString& text)
+{
+    return QStringLiteral("<bdi>%1</bdi>").arg(Attribute(text));
+}
+
+QString Html::Attribute(const QString& text)
+{
+    return Terminal::Harmless(text).toHtmlEscaped();
+}
+
+QString Html::Element(const char* name, const QString& classes, const QString& content)
+{
+    const QLatin1String tag(name);
+    return u'<' + tag + (classes.isEmpty() ? QString() : QStringLiteral(" class=\"%1\"").arg(classes)) + u'>' +
+           content + QStringLiteral("</") + tag + u'>';
+}
+
+QString Html::Rows(double rows)
+{
+    return QString::number(rows, 'f', 2);
+}

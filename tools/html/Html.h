@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+// What a page is written with.
+namespace Html
+{
+
+// text that a file or a user gave, as a page shows it: nothing in it is markup, control characters stand as "\xNN", and
+// its direction of writing does not reach beyond it.
+[[nodiscard]] QString Text(const QString& text);
+
+// As an attribute's value, between double quotes.
+[[nodiscard]] QString Attribute(const QString& text);
+
+// `<name class="classes">content</name>`; content is markup already.
+[[nodiscard]] QString Element(const char* name, const QString& classes, const QString& content);
+
+// A length for a style: rows with two decimals and a point, whatever the locale.
+[[nodiscard]] QString Rows(double rows);
+
+} // namespace Html

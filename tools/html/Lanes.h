@@ -1,0 +1,22 @@
+#pragma once
+
+#include <vector>
+
+// Puts bars that overlap side by side.
+namespace Lanes
+{
+
+// Where a bar begins and ends, in rows.
+struct Bar
+{
+    double begin;
+    double end;
+};
+
+// What a short bar takes up all the same, so that it can be seen and hit.
+inline constexpr double LEAST_LENGTH = 0.25;
+
+// The lane of each bar, counted from 0: the first one that is free. bars: in the order of their beginnings.
+[[nodiscard]] std::vector<int> Assign(const std::vector<Bar>& bars);
+
+} // namespace Lanes

@@ -1,0 +1,72 @@
+#include "Legend.h"
+
+#include "EventHtml.h"
+#include "Html.h"
+#include "KindTable.h"
+#include "RehearsalRun.h"
+
+#include <QHash>
+
+#include <array>
+
+namespace
+{
+
+struct MarkRow
+{
+    const char* mark;
+    const char* meaning;
+};
+
+constexpr std::array MARKS{
+    MarkRow{"lost", "found too late, does not happen"},
+    MarkRow{"missed", "due, does not happen"},
+    MarkRow{"skipped", "would be stopped at once, does not happen"},
+    MarkRow{"late", "begins after its time"},
+    MarkRow{"repeated", "comes again on the same day"},
+    MarkRow{"forced", "switched to what should be on"},
+    MarkRow{"playing", "began before this rehearsal"},
+};
+
+QString Kinds()
+{
+    QString items;
+    for (const KindTable::Style& style : KindTable::STYLES)
+        items +=
+            QStringLiteral("<li><i class=\"swatch %1%2\"></i><i class=\"icon %1\"></i>%3</li>\n")
+                .arg(QLatin1String(style.style), QLatin1String(style.isBar ? " bar" : ""), QLatin1String(style.label));
+    return items;
+}
+
+} // namespace
+
+QString Legend::Markup(const RehearsalRun& run)
+{
+    // By mark: how often, and the first event.
+    QHash<QString, QPair<int, size_t>> counts;
+    for (size_t i = 0; i < run.Events().size(); ++i)
+    {
+        for (const QString& mark : EventHtml::Marks(run, run.Events()[i]))
+        {
+            auto entry = counts.find(mark);
+            if (entry == counts.end())
+                entry = counts.insert(mark, {0, i});
+            ++entry->first;
+        }
+    }
+    QString marks;
+    for (const MarkRow& row : MARKS)
+    {
+        const QString mark = QLatin1String(row.mark);
+        if (!counts.contains(mark))
+            continue;
+        const auto& [count, first] = counts[mark];
+        marks += QStringLiteral("<li><a href=\"#%1\"><span class=\"badge %2\">%2</span></a> %3: %4</li>\n")
+                     .arg(EventHtml::Id(first), mark)
+                     .arg(count == 1 ? QStringLiteral("once") : QStringLiteral("%1 times").arg(count))
+                     .arg(QLatin1String(row.meaning));
+    }
+    return QStringLiteral("<section class=\"legend\" aria-label=\"Legend\">\n<ul>\n") + Kinds() +
+           QStringLiteral("</ul>\n") + (marks.isEmpty() ? QString() : Html::Element("ul", {}, marks)) +
+           QStringLiteral("</section>\n");
+}

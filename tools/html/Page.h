@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+class RehearsalRun;
+
+// A rehearsal as a page for a browser: one file that needs no other, and no network.
+namespace Page
+{
+
+// zone: the name of the time zone that the times are in.
+[[nodiscard]] QString Markup(const RehearsalRun& run, const QString& zone);
+
+} // namespace Page

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "Event.h"
+#include "HourScale.h"
+
+#include <QDate>
+
+#include <vector>
+
+// Where the events of a rehearsal stand on a page that has a column for each day: by the local date and the local time
+// of day, so that a day of 23 or 25 hours is as high as any other. Places and lengths in rows, see HourScale.
+namespace WeekLayout
+{
+
+inline constexpr int WEEK_DAYS = 7;
+
+// An entry that needs rows of its own: one, and another one for its marks.
+struct Entry
+{
+    size_t event;   // its index in the rehearsal
+    int time_s;     // of the local day
+    bool isCarried; // a bar that goes on from the day before: the event's own entry stands there
+    int rows;
+    double top;
+};
+
+// The part of a playback that falls on the day.
+struct Bar
+{
+    size_t event;
+    int begin_s; // of the local day
+    int end_s;
+    bool isBegun; // goes on from before
+    bool goesOn;  // on the next day, or beyond the rehearsal
+    bool isOpen;  // nothing in the rehearsal ends it, and this is its last part
+    double top;
+    double length;
+    int lane;
+};
+
+struct Day
+{
+    QDate date;
+    qint64 begin_ms; // its midnight
+    qint64 end_ms;
+    std::vector<Entry> entries; // in the order of their times
+    std::vector<Bar> bars;      // in the order of their beginnings
+    int lanes = 0;
+};
+
+// Up to seven days that stand side by side.
+struct Week
+{
+    std::vector<Day> days;
+    HourScale scale;
+};
+
+// Whether it is drawn as a bar: a playback that lasts, as opposed to a message.
+[[nodiscard]] bool IsBar(const Event& event);
+
+// The moment at which an event is shown: when it is heard, or else when the daemon acts or should have; what comes from
+// before from_ms stands there.
+[[nodiscard]] qint64 Shown_ms(const Event& event, qint64 from_ms, qint64 until_ms);
+
+// All days from from_ms to until_ms, seven to a week from the first one on.
+[[nodiscard]] std::vector<Week> Weeks(const std::vector<Event>& events, qint64 from_ms, qint64 until_ms);
+
+} // namespace WeekLayout
