@@ -1,0 +1,82 @@
+#include "PageTest.h"
+
+#include "CommandLine.h"
+#include "EventText.h"
+#include "Moment.h"
+#include "Page.h"
+#include "Terminal.h"
+
+#include <QFile>
+
+#include <stdexcept>
+
+namespace
+{
+
+const QString ZONE = QStringLiteral("Europe/Rome");
+const QString SCHEDULE = QStringLiteral("/week & <more>.csv");
+const QString FROM = QStringLiteral("2024-03-29");
+
+qint64 MomentOf(const QString& text)
+{
+    return Moment::Parse_ms(QStringLiteral("moment"), text);
+}
+
+} // namespace
+
+PageTest::PageTest(const QByteArray& lines, int days, const char* start)
+{
+    Write(SCHEDULE, lines);
+    Write(QStringLiteral("/two & <three>"), "first & last.mp3;600\nsecond <b>.mp3;600\nthird.mp3;600\n");
+    CommandLine line(QStringLiteral("rehearse"), {}, {QStringLiteral("FILE")});
+    RehearsalRun::AddPlaceOptions(line);
+    const QString file = m_folder.path() + SCHEDULE;
+    if (!line.Parse({file, QStringLiteral("--tz"), ZONE}))
+        throw std::logic_error("no help was asked for");
+    RehearsalRun::SetTimeZone(line);
+    const qint64 from_ms = MomentOf(*start != '\0' ? QString::fromLatin1(start) : FROM);
+    const auto start_ms = *start != '\0' ? std::optional<qint64>(from_ms) : std::nullopt;
+    m_run = std::make_unique<RehearsalRun>(line, file, start_ms, from_ms,
+                                           Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(days), QTime(0, 0)));
+}
+
+QByteArray PageTest::Page() const
+{
+    return Page::Markup(*m_run, ZONE).toUtf8();
+}
+
+QStringList PageTest::Events() const
+{
+    QStringList lines;
+    for (size_t i = 0; i < m_run->Events().size(); ++i)
+        lines.append(EventLine(i));
+    return lines;
+}
+
+QString PageTest::EventLine(size_t index) const
+{
+    const Event& event = m_run->Events()[index];
+    QStringList requests;
+    for (const Request& request : event.requests)
+        requests.append(Moment::TimeText(request.moment_ms) + u' ' + Terminal::Harmless(request.Text()));
+    QStringList tracks;
+    for (const TrackTime& track : event.tracks)
+    {
+        const bool isHeard = event.end_ms == Event::OPEN || track.begin_ms < event.end_ms;
+        tracks.append(Moment::TimeText(track.begin_ms) + u' ' + track.file +
+                      QLatin1String(isHeard ? "" : " (not reached)"));
+    }
+    const QString& text = m_run->Lines()[static_cast<size_t>(event.lineNumber) - 1].text;
+    return QStringList{QString::number(index),
+                       EventText::Mark(event, m_run->Begin_ms()).replace(QStringLiteral(", "), QStringLiteral(";")),
+                       QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text,
+                       requests.join(u';'), tracks.join(u';')}
+        .join(u'\t');
+}
+
+void PageTest::Write(const QString& name, const QByteArray& content) const
+{
+    QFile file(m_folder.path() + name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        throw std::runtime_error(file.errorString().toStdString());
+}

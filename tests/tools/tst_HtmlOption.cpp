@@ -1,0 +1,145 @@
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+constexpr int CLEAN = 0;
+constexpr int FAILED = 3;
+
+struct Outcome
+{
+    int status;
+    QByteArray output;
+    QByteArray error;
+};
+
+} // namespace
+
+// The option --html of the program as its users run it.
+class HtmlOptionTest final : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void ThePageOfAWeekIsWritten();
+    void DaysMayBeTold();
+    void ADashIsStandardOutput();
+    void APageThatCannotBeWrittenIsTold();
+    void WhatStoodThereIsReplacedWhole();
+    void OneFormAtATime_data();
+    void OneFormAtATime();
+    void TheHelpFitsAScreen();
+
+private:
+    Outcome Rehearse(const QStringList& options) const;
+    QByteArray Content(const QString& name) const;
+
+    QTemporaryDir m_folder;
+};
+
+void HtmlOptionTest::initTestCase()
+{
+    QFile file(m_folder.filePath(QStringLiteral("week.csv")));
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
+    QVERIFY(file.write("1111111|08:30:00|*|*|*|||Volume|5\n") > 0);
+}
+
+Outcome HtmlOptionTest::Rehearse(const QStringList& options) const
+{
+    QProcess process;
+    process.setWorkingDirectory(m_folder.path());
+    process.start(QStringLiteral(OZNA_TOOL),
+                  QStringList{QStringLiteral("rehearse"), QStringLiteral("week.csv"), QStringLiteral("--from"),
+                              QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")} +
+                      options);
+    if (!process.waitForFinished())
+        return {-1, {}, process.errorString().toLocal8Bit()};
+    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+}
+
+QByteArray HtmlOptionTest::Content(const QString& name) const
+{
+    QFile file(m_folder.filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void HtmlOptionTest::ThePageOfAWeekIsWritten()
+{
+    const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("page.html")});
+    QCOMPARE(outcome.error, QByteArray());
+    QCOMPARE(outcome.output, QByteArray());
+    QCOMPARE(outcome.status, CLEAN);
+    const QByteArray page = Content(QStringLiteral("page.html"));
+    QVERIFY(page.startsWith("<!DOCTYPE html>"));
+    QVERIFY(page.endsWith("</html>\n"));
+    QCOMPARE(page.count("data-event=\""), 7);
+    QVERIFY(page.contains("Wed 15 May to Tue 21 May 2024"));
+    QVERIFY(page.contains("Europe/Rome"));
+}
+
+void HtmlOptionTest::DaysMayBeTold()
+{
+    const Outcome outcome =
+        Rehearse({QStringLiteral("--html"), QStringLiteral("-"), QStringLiteral("--days"), QStringLiteral("9")});
+    QCOMPARE(outcome.status, CLEAN);
+    QCOMPARE(outcome.output.count("data-event=\""), 9);
+    QVERIFY(outcome.output.contains("href=\"#week-2\""));
+}
+
+void HtmlOptionTest::ADashIsStandardOutput()
+{
+    const QByteArray output = Rehearse({QStringLiteral("--html"), QStringLiteral("-")}).output;
+    QCOMPARE(Rehearse({QStringLiteral("--html"), QStringLiteral("same.html")}).status, CLEAN);
+    QCOMPARE(output, Content(QStringLiteral("same.html")));
+    QVERIFY(!QDir(m_folder.path()).exists(QStringLiteral("-")));
+}
+
+void HtmlOptionTest::APageThatCannotBeWrittenIsTold()
+{
+    const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("nowhere/page.html")});
+    QCOMPARE(outcome.status, FAILED);
+    QVERIFY2(outcome.error.startsWith("ozna-schedule: nowhere/page.html: "), outcome.error.constData());
+}
+
+void HtmlOptionTest::WhatStoodThereIsReplacedWhole()
+{
+    const QString name = QStringLiteral("old.html");
+    QFile file(m_folder.filePath(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.write(QByteArray(1 << 20, 'x')) > 0);
+    file.close();
+    QCOMPARE(Rehearse({QStringLiteral("--html"), name}).status, CLEAN);
+    QVERIFY(Content(name).endsWith("</html>\n"));
+    QCOMPARE(QDir(m_folder.path()).entryList({QStringLiteral("old.html*")}), QStringList{name});
+}
+
+void HtmlOptionTest::OneFormAtATime_data()
+{
+    QTest::addColumn<QString>("other");
+    QTest::newRow("json") << QStringLiteral("--json");
+    QTest::newRow("csv") << QStringLiteral("--csv");
+}
+
+void HtmlOptionTest::OneFormAtATime()
+{
+    QFETCH(const QString, other);
+    const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("none.html"), other});
+    QCOMPARE(outcome.status, FAILED);
+    QVERIFY(outcome.error.contains("exclude each other"));
+    QVERIFY(!QDir(m_folder.path()).exists(QStringLiteral("none.html")));
+}
+
+void HtmlOptionTest::TheHelpFitsAScreen()
+{
+    const QList<QByteArray> lines = Rehearse({QStringLiteral("--help")}).output.split('\n');
+    QVERIFY2(lines.size() > 10 && lines.size() <= 24, qPrintable(QString::number(lines.size())));
+    for (const QByteArray& line : lines)
+        QVERIFY2(line.size() <= 80, line.constData());
+}
+
+QTEST_GUILESS_MAIN(HtmlOptionTest)
+#include "tst_HtmlOption.moc"

@@ -1,0 +1,213 @@
+#include "HourScale.h"
+#include "Lanes.h"
+#include "Moment.h"
+#include "TimeZone.h"
+#include "WeekLayout.h"
+
+#include <QTest>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int HOUR_S = HourScale::HOUR_S;
+const QTime MIDNIGHT(0, 0);
+
+qint64 At(const char* text)
+{
+    return Moment::Parse_ms(QStringLiteral("moment"), QLatin1String(text));
+}
+
+Event Playing(const char* begin, const char* end)
+{
+    Event event;
+    event.type = TASK_PLAY_RADIO_FM;
+    event.plays = true;
+    event.begin_ms = event.moment_ms = event.due_ms = At(begin);
+    if (*end != '\0')
+        event.end_ms = At(end);
+    return event;
+}
+
+// "25: 22:00-24:00>" for each day that has a part; "<" goes on from before, ">" goes on, "~" has an open end.
+QString Parts(const std::vector<WeekLayout::Week>& weeks)
+{
+    QStringList texts;
+    for (const WeekLayout::Week& week : weeks)
+    {
+        for (const WeekLayout::Day& day : week.days)
+        {
+            for (const WeekLayout::Bar& bar : day.bars)
+                texts.append(QStringLiteral("%1: %2%3-%4%5")
+                                 .arg(day.date.day())
+                                 .arg(QLatin1String(bar.isBegun ? "<" : ""))
+                                 .arg(bar.begin_s / 60)
+                                 .arg(bar.end_s / 60)
+                                 .arg(QLatin1String(bar.isOpen   ? "~"
+                                                    : bar.goesOn ? ">"
+                                                                 : "")));
+        }
+    }
+    return texts.join(u' ');
+}
+
+} // namespace
+
+class WeekLayoutTest final : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void BarsThatOverlapStandSideBySide_data();
+    void BarsThatOverlapStandSideBySide();
+    void NoEntryCoversAnother_data();
+    void NoEntryCoversAnother();
+    void AnHourIsAsHighAsItsBusiestDayNeeds();
+    void APlaybackIsCutAtMidnight_data();
+    void APlaybackIsCutAtMidnight();
+    void EveryEventHasOneEntryOfItsOwn();
+    void ASpanIsCutIntoWeeks_data();
+    void ASpanIsCutIntoWeeks();
+};
+
+void WeekLayoutTest::BarsThatOverlapStandSideBySide_data()
+{
+    using Bars = std::vector<Lanes::Bar>;
+    QTest::addColumn<Bars>("bars");
+    QTest::addColumn<std::vector<int>>("lanes");
+    QTest::newRow("none") << Bars{} << std::vector<int>{};
+    QTest::newRow("one after the other") << Bars{{0, 1}, {1, 2}, {2.5, 3}} << std::vector<int>{0, 0, 0};
+    QTest::newRow("two at once") << Bars{{0, 2}, {1, 3}} << std::vector<int>{0, 1};
+    QTest::newRow("the same") << Bars{{0, 2}, {0, 2}, {0, 2}} << std::vector<int>{0, 1, 2};
+    QTest::newRow("a lane is used again") << Bars{{0, 9}, {1, 2}, {2, 3}} << std::vector<int>{0, 1, 1};
+    QTest::newRow("the first free one") << Bars{{0, 2}, {1, 9}, {3, 4}} << std::vector<int>{0, 1, 0};
+    QTest::newRow("short ones do not touch") << Bars{{0, 0}, {0.1, 0.1}, {0.3, 0.3}} << std::vector<int>{0, 1, 0};
+}
+
+void WeekLayoutTest::BarsThatOverlapStandSideBySide()
+{
+    QFETCH(const std::vector<Lanes::Bar>, bars);
+    QTEST(Lanes::Assign(bars), "lanes");
+}
+
+void WeekLayoutTest::NoEntryCoversAnother_data()
+{
+    using Items = HourScale::Items;
+    using Places = std::vector<double>;
+    QTest::addColumn<Items>("items");
+    QTest::addColumn<Places>("places");
+    QTest::newRow("none") << Items{} << Places{};
+    QTest::newRow("alone") << Items{{HOUR_S, 1}} << Places{1};
+    QTest::newRow("alone, within its hour") << Items{{HOUR_S + 1800, 1}} << Places{1};
+    QTest::newRow("at the day's end") << Items{{HourScale::DAY_S - 1, 1}} << Places{23};
+    QTest::newRow("in the same second") << Items{{0, 1}, {0, 1}, {0, 1}} << Places{0, 1, 2};
+    QTest::newRow("at the end of an hour") << Items{{3599, 1}, {3599, 1}} << Places{0, 1};
+    QTest::newRow("an hour and the next") << Items{{3598, 1}, {3599, 1}, {3600, 1}} << Places{0, 1, 2};
+    QTest::newRow("apart") << Items{{0, 1}, {1800, 1}} << Places{0, 1};
+    QTest::newRow("high ones") << Items{{0, 2}, {1, 1}, {3599, 2}} << Places{0, 2, 3};
+    QTest::newRow("out of the day") << Items{{-1, 1}, {90000, 1}} << Places{0, 23};
+}
+
+void WeekLayoutTest::NoEntryCoversAnother()
+{
+    QFETCH(const HourScale::Items, items);
+    const HourScale scale({items});
+    QTEST(scale.Places(items), "places");
+}
+
+void WeekLayoutTest::AnHourIsAsHighAsItsBusiestDayNeeds()
+{
+    const HourScale scale({{{0, 1}, {1, 2}, {3, 1}}, {{5, 1}, {HOUR_S, 1}, {HOUR_S + 1, 1}}});
+    QCOMPARE(scale.Rows(), 4 + 2 + 22);
+    QCOMPARE(scale.Place(0), 0.0);
+    QCOMPARE(scale.Place(HOUR_S / 2), 2.0);
+    QCOMPARE(scale.Place(HOUR_S), 4.0);
+    QCOMPARE(scale.Place(2 * HOUR_S), 6.0);
+    QCOMPARE(scale.Place(HourScale::DAY_S), 28.0);
+}
+
+void WeekLayoutTest::APlaybackIsCutAtMidnight_data()
+{
+    QTest::addColumn<QByteArray>("begin");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<QString>("parts");
+    const auto row = [](const char* name, const char* begin, const char* end, const char* parts) {
+        QTest::newRow(name) << QByteArray(begin) << QByteArray(end) << QString::fromLatin1(parts);
+    };
+    row("within a day", "2024-03-29T10:00", "2024-03-29T11:00", "29: 600-660");
+    row("over midnight", "2024-03-29T23:00", "2024-03-30T01:00", "29: 1380-1440> 30: <0-60");
+    row("up to midnight", "2024-03-29T23:00", "2024-03-30T00:00", "29: 1380-1440");
+    row("from midnight on", "2024-03-30T00:00", "2024-03-30T01:00", "30: 0-60");
+    row("over a day", "2024-03-29T23:00", "2024-03-31T01:00", "29: 1380-1440> 30: <0-1440> 31: <0-60");
+    row("over the missing hour", "2024-03-31T01:00", "2024-03-31T04:00", "31: 60-240");
+    row("with an open end", "2024-03-31T23:00", "", "31: 1380-1440> 1: <0-720~");
+    row("beyond the end", "2024-04-01T11:00", "2024-04-01T13:00", "1: 660-720>");
+    row("from before", "2024-03-20T11:00", "2024-03-29T10:00", "29: <540-600");
+    row("all the time", "2024-03-20T11:00", "", "29: <540-1440> 30: <0-1440> 31: <0-1440> 1: <0-720~");
+    row("of no length", "2024-03-29T10:00", "2024-03-29T10:00", "29: 600-600");
+}
+
+void WeekLayoutTest::APlaybackIsCutAtMidnight()
+{
+    QFETCH(const QByteArray, begin);
+    QFETCH(const QByteArray, end);
+    const TimeZone zone("Europe/Rome");
+    const auto weeks = WeekLayout::Weeks({Playing(begin, end)}, At("2024-03-29T09:00"), At("2024-04-01T12:00"));
+    QTEST(Parts(weeks), "parts");
+}
+
+void WeekLayoutTest::EveryEventHasOneEntryOfItsOwn()
+{
+    const TimeZone zone("Europe/Rome");
+    // The first one is marked, as it plays before that.
+    std::vector<Event> events{Playing("2024-10-20T10:00", ""), Playing("2024-10-26T23:00", "2024-10-28T01:00")};
+    // In the night in which an hour comes twice, and asked for at the very end for what comes after it.
+    events.push_back(Playing("2024-10-27T02:30", "2024-10-27T02:40"));
+    events.push_back(Playing("2024-11-04T00:00:05", ""));
+    const auto weeks = WeekLayout::Weeks(events, At("2024-10-26"), At("2024-11-04"));
+    std::vector<int> own(events.size());
+    int carried = 0;
+    for (const WeekLayout::Week& week : weeks)
+    {
+        for (const WeekLayout::Day& day : week.days)
+        {
+            double free = 0;
+            for (const WeekLayout::Entry& entry : day.entries)
+            {
+                (entry.isCarried ? carried : own[entry.event]) += 1;
+                QVERIFY2(entry.top >= free, qPrintable(day.date.toString()));
+                free = entry.top + entry.rows;
+            }
+            QVERIFY(free <= week.scale.Rows());
+        }
+    }
+    QCOMPARE(own, std::vector<int>(events.size(), 1));
+    QCOMPARE(carried, 8 + 2);
+}
+
+void WeekLayoutTest::ASpanIsCutIntoWeeks_data()
+{
+    QTest::addColumn<QByteArray>("from");
+    QTest::addColumn<QByteArray>("until");
+    QTest::addColumn<std::vector<size_t>>("days");
+    using Sizes = std::vector<size_t>;
+    QTest::newRow("day") << QByteArray("2024-05-15") << QByteArray("2024-05-16") << Sizes{1};
+    QTest::newRow("week") << QByteArray("2024-03-25") << QByteArray("2024-04-01") << Sizes{7};
+    QTest::newRow("eight days") << QByteArray("2024-05-15") << QByteArray("2024-05-23") << Sizes{7, 1};
+    QTest::newRow("a week from noon") << QByteArray("2024-05-15T12:00") << QByteArray("2024-05-22T12:00")
+                                      << Sizes{7, 1};
+    QTest::newRow("nothing") << QByteArray("2024-05-15") << QByteArray("2024-05-15") << Sizes{1};
+}
+
+void WeekLayoutTest::ASpanIsCutIntoWeeks()
+{
+    QFETCH(const QByteArray, from);
+    QFETCH(const QByteArray, until);
+    const auto weeks = WeekLayout::Weeks({}, At(from), At(until));
+    std::vector<size_t> days(weeks.size());
+    std::ranges::transform(weeks, days.begin(), [](const WeekLayout::Week& week) { return week.days.size(); });
+    QTEST(days, "days");
+}
+
+QTEST_APPLESS_MAIN(WeekLayoutTest)
+#include "tst_WeekLayout.moc"
