@@ -1,6 +1,7 @@
 #include "EventDetails.h"
 
 #include "EventHtml.h"
+#include "EventText.h"
 #include "Html.h"
 #include "Moment.h"
 #include "RehearsalRun.h"
@@ -77,6 +78,12 @@ QString Requests(const Event& event)
                            : Html::Element("ul", QStringLiteral("requests"), items);
 }
 
+QString Risk(const Event& event)
+{
+    const QString text = EventText::Risk(event);
+    return text.isEmpty() ? text : Html::Element("p", QStringLiteral("risk"), text);
+}
+
 } // namespace
 
 QString EventDetails::SpanText(const RehearsalRun& run, const Event& event)
@@ -94,5 +101,5 @@ QString EventDetails::Markup(const RehearsalRun& run, const Event& event, const 
 {
     return Html::Element("div", QStringLiteral("more"),
                          Html::Element("p", QStringLiteral("title"), title) + Why(run, event) + Span(run, event) +
-                             Tracks(event) + Line(run, event) + Requests(event));
+                             Tracks(event) + Line(run, event) + Requests(event) + Risk(event));
 }
