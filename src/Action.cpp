@@ -2,6 +2,7 @@
 
 #include "Clock.h"
 #include "Log.h"
+#include "ScheduleFields.h"
 #include "StringUtils.h"
 #include "TaskTable.h"
 #include "tasks/PlayPlaylist.h"
@@ -11,31 +12,10 @@
 #include <limits>
 #include <stdexcept>
 
+using namespace ScheduleFields;
+
 namespace
 {
-
-// The fields of a line, in order; the parameters may be missing.
-enum Field : int
-{
-    FIELD_DAYS,
-    FIELD_START_TIME,
-    FIELD_DAY,
-    FIELD_MONTH,
-    FIELD_YEAR,
-    FIELD_FROM,
-    FIELD_TO,
-    FIELD_TASK,
-    FIELD_PARAMETERS,
-    FIELD_COUNT,
-};
-
-constexpr char FIELD_SEPARATOR = '|';
-constexpr char TIME_SEPARATOR = ':';
-constexpr char PARAMETER_SEPARATOR = ',';
-constexpr int TIME_PARTS = 3;
-constexpr int MOST_PARAMETERS = 16; // no kind reads as many; more cost no memory
-constexpr int ANY = -1;
-constexpr int DAYS_A_WEEK = 7;
 
 constexpr int LOST_S = 4; // ahead of the start, the last one included
 
@@ -92,8 +72,7 @@ Action::Action(const QString& line)
     ParseSpotDate(fields);
     ParseValidity(fields[FIELD_FROM], fields[FIELD_TO]);
     const TaskType type = Task::NameToType(fields[FIELD_TASK]);
-    // Any other count, ten fields and more included, leaves the task without parameters.
-    const QString parameterText = fieldCount == FIELD_COUNT ? fields[FIELD_PARAMETERS] : QString();
+    const QString parameterText = ParameterText(fields, fieldCount);
     LogSummary(fields, type, parameterText);
     CreateTask(type, fields[FIELD_START_TIME], parameterText);
 }

@@ -14,7 +14,6 @@ constexpr qint64 BLOCK_SIZE = 65536;
 constexpr qint64 LEAST_READ = 1048576; // a file that grows is read up to here in any case
 constexpr QChar LINE_FEED = u'\n';
 constexpr QChar CARRIAGE_RETURN = u'\r';
-constexpr QChar COMMENT_SIGN = u'#';
 
 bool IsTerminator(QChar character)
 {

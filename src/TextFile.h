@@ -12,6 +12,8 @@
 class TextFile final
 {
 public:
+    static constexpr QChar COMMENT_SIGN = u'#';
+
     explicit TextFile(const QString& path);
 
     // False when the file cannot be opened.

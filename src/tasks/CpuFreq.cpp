@@ -9,7 +9,6 @@
 namespace
 {
 const QString SET_FREQ = QStringLiteral("SetFreq");
-constexpr int FREQUENCY_MHZ = 456;
 } // namespace
 
 CpuFreq::CpuFreq(const QString& frequency)

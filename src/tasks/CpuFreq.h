@@ -6,6 +6,8 @@
 class CpuFreq final : public PunctualTask
 {
 public:
+    static constexpr int FREQUENCY_MHZ = 456;
+
     explicit CpuFreq(const QString& frequency);
     bool Run() override;
 

@@ -11,7 +11,6 @@
 namespace
 {
 
-constexpr int REQUEST_TIMEOUT_MS = 5000;
 constexpr int LONGEST_IGNORED_LINE = 9;
 constexpr char SEPARATOR = ';';
 constexpr int FIELDS = 2;
