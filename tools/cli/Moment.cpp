@@ -14,6 +14,7 @@ namespace
 constexpr int YEAR_ZERO = 1900;
 constexpr int FIRST_YEAR = 1970;
 constexpr int UNKNOWN_SEASON = -1;
+constexpr qint64 LONGEST_CHANGE_MS = 3LL * 3600 * Moment::MS_PER_S; // no clock is put back by more
 
 const QString DATE_FORMAT = QStringLiteral("yyyy-MM-dd");
 const QString TIME_FORMAT = QStringLiteral("HH:mm:ss");
@@ -42,17 +43,19 @@ qint64 Moment::FromLocal_ms(const QDate& date, const QTime& time)
     parts.tm_hour = time.hour();
     parts.tm_min = time.minute();
     parts.tm_sec = time.second();
+    parts.tm_isdst = UNKNOWN_SEASON;
+    std::tm any = parts;
+    const qint64 moment_ms = qint64{std::mktime(&any)} * MS_PER_S + time.msec();
+    // In a zone without summer time the C library would look for one through years.
+    if (any.tm_isdst != 0 || Local(moment_ms - LONGEST_CHANGE_MS).tm_isdst != 1)
+        return moment_ms;
     parts.tm_isdst = 1;
-    std::tm wanted = parts;
-    std::time_t moment = std::mktime(&wanted);
+    std::tm summer = parts;
+    const std::time_t first = std::mktime(&summer);
     // Where there is summer time at that moment it is the first of two.
-    const bool isSummer = wanted.tm_isdst == 1 && wanted.tm_hour == time.hour() && wanted.tm_mday == date.day();
-    if (!isSummer)
-    {
-        parts.tm_isdst = UNKNOWN_SEASON;
-        moment = std::mktime(&parts);
-    }
-    return static_cast<qint64>(moment) * MS_PER_S + time.msec();
+    if (summer.tm_isdst == 1 && summer.tm_hour == time.hour() && summer.tm_mday == date.day())
+        return static_cast<qint64>(first) * MS_PER_S + time.msec();
+    return moment_ms;
 }
 
 qint64 Moment::Parse_ms(const QString& option, const QString& text)
