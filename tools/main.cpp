@@ -21,6 +21,7 @@ struct Command
 };
 
 constexpr std::array COMMANDS{
+    Command{"check", "lines that the daemon drops, or reads otherwise than meant", Commands::Check},
     Command{"rehearse", "exactly what the daemon would ask for, and when", Commands::Rehearse},
 };
 

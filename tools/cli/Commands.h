@@ -7,6 +7,7 @@
 namespace Commands
 {
 
+int Check(const QStringList& arguments);
 int Rehearse(const QStringList& arguments);
 
 } // namespace Commands

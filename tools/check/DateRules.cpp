@@ -1,0 +1,109 @@
+#include "DueDays.h"
+#include "Rules.h"
+#include "SpotRules.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace ScheduleFields;
+
+namespace
+{
+
+// 29 February stays away for eight years around 2100, and longer never.
+constexpr int LONGEST_WAIT_DAYS = 8 * 366 + 1;
+
+const QString DATE_FORMAT = QStringLiteral("yyyy-MM-dd");
+const QString NO_LIMIT = QStringLiteral("*"); // not the form that is asked for, but what it means is what happens
+
+Finding New(const Entry& entry, FindingKind kind, Field field, const QString& text, const QString& advice)
+{
+    return {entry.line.number, kind, Entry::FieldName(field), text, advice};
+}
+
+void LookAtDays(const Entry& entry, Findings& findings)
+{
+    const QString days = entry.Field(FIELD_DAYS);
+    const bool isPlain = std::ranges::all_of(days, [](QChar sign) { return sign == u'0' || sign == u'1'; });
+    if (isPlain && days.size() == DAYS_A_WEEK)
+        return;
+    findings.Add(New(entry, FindingKind::DAYS_FORM, FIELD_DAYS,
+                     isPlain ? QStringLiteral("\"%1\" has %2 characters instead of 7").arg(days).arg(days.size())
+                             : QStringLiteral("\"%1\": only a \"1\" of the first 7 characters means a day").arg(days),
+                     QStringLiteral("write 0 or 1 for each day from Monday to Sunday")));
+}
+
+void LookAtValidity(const Entry& entry, Field field, bool isRead, Findings& findings)
+{
+    const QString text = entry.Field(field);
+    if (isRead || text.isEmpty() || text == NO_LIMIT)
+        return;
+    findings.Add(New(entry, FindingKind::VALIDITY_DATE, field,
+                     QStringLiteral("%1 is no date, and counts as no limit").arg(text),
+                     QStringLiteral("write a date that exists as yyyyMMdd, or nothing")));
+}
+
+// Whether the range alone keeps the entry from ever being due; that is told here.
+bool LookAtRange(const Entry& entry, const QDate& today, Findings& findings)
+{
+    const Action& action = *entry.GetAction();
+    if (action.m_hasFrom && action.m_hasTo && action.m_to < action.m_from)
+    {
+        findings.Add(New(entry, FindingKind::INVERTED_RANGE, FIELD_TO,
+                         QStringLiteral("the last day, %1, comes before the first, %2")
+                             .arg(action.m_to.toString(DATE_FORMAT), action.m_from.toString(DATE_FORMAT)),
+                         QStringLiteral("swap the two dates")));
+        return true;
+    }
+    if (action.m_hasTo && action.m_to < today)
+    {
+        findings.Add(New(entry, FindingKind::EXPIRED, FIELD_TO,
+                         QStringLiteral("was valid until %1, and is over").arg(action.m_to.toString(DATE_FORMAT)),
+                         QStringLiteral("write a later date, or take the line out")));
+        return true;
+    }
+    return false;
+}
+
+void LookAtDue(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
+{
+    const Action& action = *entry.GetAction();
+    if (action.m_dow == 0 && !SpotRules::HasSpot(action))
+    {
+        findings.Add(New(entry, FindingKind::NEVER_DUE, FIELD_DAYS,
+                         QStringLiteral("neither a day of the week nor a spot date: it is never due"),
+                         QStringLiteral("write 1 for a day, or a day, month or year")));
+        return;
+    }
+    QDate first = action.m_hasFrom ? std::max(today, action.m_from) : today;
+    // A day of the week comes at once; a spot date of a far year does not.
+    if (action.m_dow == 0 && action.m_year != ANY)
+        first = std::max(first, QDate(action.m_year, 1, 1).addDays(-1));
+    QDate last = first.addDays(LONGEST_WAIT_DAYS);
+    if (action.m_hasTo)
+        last = std::min(last, action.m_to);
+    if (!dueDays.FirstDue(action, first, last).isValid())
+        findings.Add(New(entry, FindingKind::NEVER_DUE, FIELD_DAYS,
+                         QStringLiteral("none of its days is in the range in which it is valid: it is never due"),
+                         QStringLiteral("change the days, or the first and the last date")));
+}
+
+} // namespace
+
+void Rules::FindOddDates(const std::vector<Entry>& entries, const QDate& today, Findings& findings)
+{
+    DueDays dueDays;
+    for (const Entry& entry : entries)
+    {
+        const Action* const action = entry.GetAction();
+        if (action == nullptr)
+            continue;
+        LookAtDays(entry, findings);
+        LookAtValidity(entry, FIELD_FROM, action->m_hasFrom, findings);
+        LookAtValidity(entry, FIELD_TO, action->m_hasTo, findings);
+        const bool isRangeOver = LookAtRange(entry, today, findings);
+        const bool isSpotOver = SpotRules::LookAtSpot(entry, today, dueDays, findings);
+        if (!isRangeOver && (!isSpotOver || action->m_dow != 0))
+            LookAtDue(entry, today, dueDays, findings);
+    }
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "ScheduleFields.h"
+#include "ScheduleLine.h"
+
+#include <QStringList>
+
+#include <vector>
+
+// A line that the daemon looks at, cut as the daemon cuts it.
+struct Entry
+{
+    ScheduleLine& line;
+    qsizetype fieldCount;   // how many there are
+    QStringList fields;     // the first nine of them, trimmed
+    QStringList parameters; // those that the task gets
+
+    // Null where the line is rejected.
+    [[nodiscard]] Action* GetAction() const { return line.action.get(); }
+
+    // Whether it is an entry with that task.
+    [[nodiscard]] bool Is(TaskType type) const;
+
+    // Empty where there is no such field.
+    [[nodiscard]] QString Field(ScheduleFields::Field field) const { return fields.value(field); }
+
+    // How the documents call the task.
+    [[nodiscard]] QString TaskName() const;
+
+    // How the documents call a field; FIELD_COUNT stands for the whole line.
+    [[nodiscard]] static QString FieldName(ScheduleFields::Field field);
+
+    // lines: outlive the entries.
+    [[nodiscard]] static std::vector<Entry> Of(std::vector<ScheduleLine>& lines);
+};

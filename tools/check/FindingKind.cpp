@@ -1,0 +1,74 @@
+#include "FindingKind.h"
+
+#include <array>
+#include <cstddef>
+
+namespace
+{
+
+constexpr std::array TABLE{
+    FindingKindRow{FindingKind::FIELD_COUNT, "field-count", true},
+    FindingKindRow{FindingKind::TIME_PARTS, "time-parts", true},
+    FindingKindRow{FindingKind::UNKNOWN_TASK, "unknown-task", true},
+    FindingKindRow{FindingKind::WRONG_PARAMETERS, "wrong-parameters", true},
+    FindingKindRow{FindingKind::PLAYLIST_MISSING, "playlist-missing", true},
+    FindingKindRow{FindingKind::PLAYLIST_EMPTY, "playlist-empty", true},
+    FindingKindRow{FindingKind::COMMENTED, "commented", false},
+    FindingKindRow{FindingKind::TEN_FIELDS, "ten-fields", false},
+    FindingKindRow{FindingKind::UNDECODABLE, "undecodable", false},
+    FindingKindRow{FindingKind::CONTROL_CHARACTER, "control-character", false},
+    FindingKindRow{FindingKind::NOT_LATIN1, "not-latin1", false},
+    FindingKindRow{FindingKind::DAYS_FORM, "days-form", false},
+    FindingKindRow{FindingKind::TIME_FORM, "time-form", false},
+    FindingKindRow{FindingKind::TIME_RANGE, "time-range", false},
+    FindingKindRow{FindingKind::MIDNIGHT, "midnight", false},
+    FindingKindRow{FindingKind::AFTER_MIDNIGHT, "after-midnight", false},
+    FindingKindRow{FindingKind::SPOT_ANY, "spot-any", false},
+    FindingKindRow{FindingKind::IMPOSSIBLE_DATE, "impossible-date", false},
+    FindingKindRow{FindingKind::PAST_DATE, "past-date", false},
+    FindingKindRow{FindingKind::UTC_DATE, "utc-date", false},
+    FindingKindRow{FindingKind::VALIDITY_DATE, "validity-date", false},
+    FindingKindRow{FindingKind::INVERTED_RANGE, "inverted-range", false},
+    FindingKindRow{FindingKind::EXPIRED, "expired", false},
+    FindingKindRow{FindingKind::NEVER_DUE, "never-due", false},
+    FindingKindRow{FindingKind::FALLBACK, "fallback", false},
+    FindingKindRow{FindingKind::IGNORED_PARAMETERS, "ignored-parameters", false},
+    FindingKindRow{FindingKind::NO_FILE_NAME, "no-file-name", false},
+    FindingKindRow{FindingKind::VOLUME_RANGE, "volume-range", false},
+    FindingKindRow{FindingKind::LIGHT_RANGE, "light-range", false},
+    FindingKindRow{FindingKind::SWITCH_VALUE, "switch-value", false},
+    FindingKindRow{FindingKind::MASK_RANGE, "mask-range", false},
+    FindingKindRow{FindingKind::FREQUENCY_RANGE, "frequency-range", false},
+    FindingKindRow{FindingKind::PHOTO_SERIES, "photo-series", false},
+    FindingKindRow{FindingKind::CPU_FREQUENCY, "cpu-frequency", false},
+    FindingKindRow{FindingKind::PLAYLIST_LINE, "playlist-line", false},
+    FindingKindRow{FindingKind::PLAYLIST_DURATION, "playlist-duration", false},
+    FindingKindRow{FindingKind::UNMATCHED_STOP, "unmatched-stop", false},
+    FindingKindRow{FindingKind::NEVER_STOPPED, "never-stopped", false},
+    FindingKindRow{FindingKind::DUPLICATE, "duplicate", false},
+    FindingKindRow{FindingKind::BLOCKING, "blocking", false},
+};
+
+constexpr bool IsIndexedByKind()
+{
+    for (size_t i = 0; i < TABLE.size(); ++i)
+    {
+        if (TABLE[i].kind != static_cast<FindingKind>(i))
+            return false;
+    }
+    return TABLE.size() == static_cast<size_t>(FindingKind::COUNT);
+}
+
+static_assert(IsIndexedByKind(), "every kind has a row, at the place of its number");
+
+} // namespace
+
+std::span<const FindingKindRow> FindingKinds::All()
+{
+    return TABLE;
+}
+
+const FindingKindRow& FindingKinds::Row(FindingKind kind)
+{
+    return TABLE[static_cast<size_t>(kind)];
+}

@@ -1,0 +1,17 @@
+#include "Findings.h"
+
+#include <algorithm>
+#include <tuple>
+
+void Findings::Sort()
+{
+    std::ranges::stable_sort(m_all, [](const Finding& left, const Finding& right) {
+        return std::tie(left.line, left.kind) < std::tie(right.line, right.kind);
+    });
+}
+
+int Findings::Errors() const
+{
+    return static_cast<int>(
+        std::ranges::count_if(m_all, [](const Finding& finding) { return FindingKinds::Row(finding.kind).isError; }));
+}

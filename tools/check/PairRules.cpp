@@ -1,0 +1,91 @@
+#include "Rules.h"
+
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
+
+using namespace ScheduleFields;
+
+namespace
+{
+
+Finding New(const Entry& entry, FindingKind kind, Field field, const QString& text, const QString& advice)
+{
+    return {entry.line.number, kind, Entry::FieldName(field), text, advice};
+}
+
+QString Identifier(const Entry& entry)
+{
+    return entry.GetAction()->m_task->m_identifier;
+}
+
+bool IsRadioOff(const Entry& entry)
+{
+    return entry.Is(TASK_STOP_RADIO_FM) || (entry.Is(TASK_PLAY_RADIO_FM) && entry.parameters.value(0).toDouble() == 0);
+}
+
+// The identifiers of the entries with that task.
+QSet<QString> Identifiers(const std::vector<Entry>& entries, TaskType type)
+{
+    QSet<QString> identifiers;
+    for (const Entry& entry : entries)
+    {
+        if (entry.Is(type))
+            identifiers.insert(Identifier(entry));
+    }
+    return identifiers;
+}
+
+void FindOddStops(const std::vector<Entry>& entries, Findings& findings)
+{
+    const QSet<QString> played = Identifiers(entries, TASK_PLAY_PLAYLIST);
+    const QSet<QString> stopped = Identifiers(entries, TASK_STOP_PLAYLIST);
+    const bool hasStreamStop =
+        std::ranges::any_of(entries, [](const Entry& entry) { return entry.Is(TASK_STOP_STREAM); });
+    const bool hasRadioStop = std::ranges::any_of(entries, IsRadioOff);
+    for (const Entry& entry : entries)
+    {
+        if (entry.Is(TASK_STOP_PLAYLIST) && !Identifier(entry).isEmpty() && !played.contains(Identifier(entry)))
+            findings.Add(New(entry, FindingKind::UNMATCHED_STOP, FIELD_PARAMETERS,
+                             QStringLiteral("no PlayPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
+                             QStringLiteral("write the third parameter of the playlist's line, to the letter")));
+        else if (entry.Is(TASK_PLAY_PLAYLIST) && !Identifier(entry).isEmpty() && !stopped.contains(Identifier(entry)))
+            findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
+                             QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
+                             QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
+        else if (entry.Is(TASK_PLAY_STREAM) && !hasStreamStop)
+            findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK, QStringLiteral("nothing stops the stream"),
+                             QStringLiteral("add a StopStream line")));
+        else if (entry.Is(TASK_PLAY_RADIO_FM) && !hasRadioStop)
+            findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK,
+                             QStringLiteral("nothing switches the radio off"),
+                             QStringLiteral("add a StopRadioFm line, or PlayRadioFm with 0")));
+    }
+}
+
+void FindDuplicates(const std::vector<Entry>& entries, Findings& findings)
+{
+    QHash<QStringList, int> lines;
+    for (const Entry& entry : entries)
+    {
+        // The reason of a rejected line is told for each of them.
+        if (entry.GetAction() == nullptr)
+            continue;
+        const auto earlier = lines.constFind(entry.fields);
+        if (earlier == lines.constEnd())
+            lines.insert(entry.fields, entry.line.number);
+        else
+            findings.Add({entry.line.number, FindingKind::DUPLICATE, Entry::FieldName(FIELD_COUNT),
+                          QStringLiteral("the same as line %1: both are done").arg(*earlier),
+                          QStringLiteral("take one of them out")});
+    }
+}
+
+} // namespace
+
+void Rules::FindOddPairs(const std::vector<Entry>& entries, Findings& findings)
+{
+    FindOddStops(entries, findings);
+    FindDuplicates(entries, findings);
+}

@@ -1,0 +1,182 @@
+#include "ParameterRoles.h"
+#include "Rules.h"
+
+#include "Parameter.h"
+#include "tasks/CpuFreq.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+using namespace ScheduleFields;
+
+namespace
+{
+
+// The FM band, in MHz; 0 switches the radio off.
+constexpr double FIRST_FREQUENCY = 87.5;
+constexpr double LAST_FREQUENCY = 108;
+
+constexpr int NO_LIMIT = std::numeric_limits<int>::max();
+
+// The numbers that a parameter can be of use with.
+struct Range
+{
+    ParameterRole role;
+    int least;
+    int most;
+    FindingKind kind;
+    const char* text;
+    const char* advice;
+};
+
+constexpr std::array RANGES{
+    Range{ParameterRole::PLAYER_VOLUME, -1, 100, FindingKind::VOLUME_RANGE, "a volume goes from 0 to 100",
+          "write 0 to 100, or -1 to leave the volume as it is"},
+    Range{ParameterRole::MASTER_VOLUME, 0, 100, FindingKind::VOLUME_RANGE, "a volume goes from 0 to 100",
+          "write 0 to 100"},
+    Range{ParameterRole::INTENSITY, 0, NO_LIMIT, FindingKind::LIGHT_RANGE, "a light has no negative intensity",
+          "write 0 for off, or more"},
+    Range{ParameterRole::MASK, 0, 255, FindingKind::MASK_RANGE, "only the low eight bits of a mask are sent",
+          "write 0 to 255"},
+    Range{ParameterRole::SWITCH, 0, Parameter::ON, FindingKind::SWITCH_VALUE, "every number but 1 means off",
+          "write 1 for on, 0 for off"},
+    Range{ParameterRole::PHOTO_INTERVAL, 0, NO_LIMIT, FindingKind::PHOTO_SERIES, "an interval is not negative",
+          "write the seconds between two photos"},
+    Range{ParameterRole::PHOTO_NUMBER, 1, NO_LIMIT, FindingKind::PHOTO_SERIES,
+          "a series of 0 photos takes one, a negative one never ends", "write 1 or more"},
+};
+
+// What a parameter of that role that is no number should be.
+struct Advice
+{
+    ParameterRole role;
+    const char* text;
+};
+
+constexpr std::array ADVICE{
+    Advice{ParameterRole::PLAYER_VOLUME, "write a volume from 0 to 100, or -1 to leave it as it is"},
+    Advice{ParameterRole::MASTER_VOLUME, "write a volume from 0 to 100"},
+    Advice{ParameterRole::INTENSITY, "write a whole number, 0 for off"},
+    Advice{ParameterRole::FREQUENCY, "write the frequency in MHz, as 98.5"},
+    Advice{ParameterRole::MASK, "write a decimal number from 0 to 255"},
+    Advice{ParameterRole::SWITCH, "write 1 for on, 0 for off"},
+    Advice{ParameterRole::PHOTO_INTERVAL, "write interval in seconds,number of photos"},
+    Advice{ParameterRole::PHOTO_NUMBER, "write interval in seconds,number of photos"},
+    Advice{ParameterRole::PDD_NUMBER, "write 1, the one action that there is"},
+};
+
+Finding New(const Entry& entry, FindingKind kind, const QString& text, const QString& advice)
+{
+    return {entry.line.number, kind, Entry::FieldName(FIELD_PARAMETERS), text, advice};
+}
+
+bool IsWhole(const QString& text)
+{
+    bool isNumber = true;
+    static_cast<void>(Parameter::ToInt(text, 0, [&] { isNumber = false; }));
+    return isNumber;
+}
+
+// Whether the task can make something of it.
+bool IsReadable(ParameterRole role, const QString& text)
+{
+    bool isNumber = false;
+    switch (role)
+    {
+    case ParameterRole::FILE_NAME:
+    case ParameterRole::PORT_AND_PATH:
+    case ParameterRole::IDENTIFIER:
+    case ParameterRole::CPU_FREQUENCY: return true;
+    case ParameterRole::FREQUENCY: static_cast<void>(text.toDouble(&isNumber)); return isNumber;
+    case ParameterRole::PDD_NUMBER: return Parameter::ToInt(text, NONE, [] {}) == STREAM_MIC;
+    default: return IsWhole(text);
+    }
+}
+
+QString AdviseReadable(const Entry& entry, std::span<const ParameterRole> roles)
+{
+    for (size_t i = 0; i < roles.size(); ++i)
+    {
+        if (IsReadable(roles[i], entry.parameters.value(static_cast<qsizetype>(i))))
+            continue;
+        const auto* const advice = std::ranges::find(ADVICE, roles[i], &Advice::role);
+        if (advice != ADVICE.end())
+            return QString::fromLatin1(advice->text);
+    }
+    return QStringLiteral("correct it");
+}
+
+void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, Findings& findings)
+{
+    if (entry.Is(TASK_SET_CPU_FREQ))
+    {
+        if (entry.parameters.value(0) != QString::number(CpuFreq::FREQUENCY_MHZ))
+            findings.Add(
+                New(entry, FindingKind::CPU_FREQUENCY,
+                    QStringLiteral("the number is not used: %1 MHz is asked for, always").arg(CpuFreq::FREQUENCY_MHZ),
+                    QStringLiteral("write %1").arg(CpuFreq::FREQUENCY_MHZ)));
+        return;
+    }
+    for (const DaemonRecord& record : entry.line.records)
+        findings.Add(New(entry, FindingKind::FALLBACK, record.text, AdviseReadable(entry, roles)));
+    // The one kind that falls back without a word.
+    if (entry.Is(TASK_CAMERA) && !IsWhole(entry.parameters.value(0)))
+        findings.Add(New(entry, FindingKind::FALLBACK,
+                         QStringLiteral("'%1' is no number: the camera is switched off").arg(entry.parameters.value(0)),
+                         AdviseReadable(entry, roles)));
+}
+
+void LookAtCount(const Entry& entry, std::span<const ParameterRole> roles, Findings& findings)
+{
+    const auto used = static_cast<qsizetype>(roles.size());
+    if (entry.parameters.size() <= used)
+        return;
+    findings.Add(New(entry, FindingKind::IGNORED_PARAMETERS,
+                     QStringLiteral("\"%1\" is ignored: %2")
+                         .arg(entry.parameters.mid(used).join(QLatin1Char(PARAMETER_SEPARATOR)),
+                              used == 0   ? QStringLiteral("%1 takes no parameter").arg(entry.TaskName())
+                              : used == 1 ? QStringLiteral("%1 reads one parameter").arg(entry.TaskName())
+                                          : QStringLiteral("%1 reads %2 parameters").arg(entry.TaskName()).arg(used)),
+                     entry.Is(TASK_PLAY_RADIO_FM) ? QStringLiteral("write the fraction of a frequency with a point")
+                                                  : QStringLiteral("take it out; no name may have a \",\"")));
+}
+
+void LookAtValue(const Entry& entry, ParameterRole role, const QString& text, Findings& findings)
+{
+    if (role == ParameterRole::FREQUENCY && IsReadable(role, text))
+    {
+        const double frequency = text.toDouble();
+        if (frequency != 0 && !(frequency >= FIRST_FREQUENCY && frequency <= LAST_FREQUENCY))
+            findings.Add(New(entry, FindingKind::FREQUENCY_RANGE,
+                             QStringLiteral("%1 MHz is not in the FM band").arg(text),
+                             QStringLiteral("write %1 to %2, or 0 for off").arg(FIRST_FREQUENCY).arg(LAST_FREQUENCY)));
+    }
+    if ((role == ParameterRole::FILE_NAME || role == ParameterRole::PORT_AND_PATH) && text.isEmpty())
+        findings.Add(New(entry, FindingKind::NO_FILE_NAME, QStringLiteral("nothing is named that could be played"),
+                         role == ParameterRole::FILE_NAME ? QStringLiteral("write the file's name first")
+                                                          : QStringLiteral("write port and path, as 8554/live")));
+    const auto* const range = std::ranges::find(RANGES, role, &Range::role);
+    if (range == RANGES.end() || !IsWhole(text))
+        return;
+    const int value = text.toInt();
+    if (value < range->least || value > range->most)
+        findings.Add(New(entry, range->kind, QStringLiteral("%1: %2").arg(text, QLatin1String(range->text)),
+                         QString::fromLatin1(range->advice)));
+}
+
+} // namespace
+
+void Rules::FindOddParameters(const std::vector<Entry>& entries, Findings& findings)
+{
+    for (const Entry& entry : entries)
+    {
+        if (entry.GetAction() == nullptr)
+            continue;
+        const auto roles = ParameterRoles::Of(entry.GetAction()->m_task->m_type);
+        LookAtFallbacks(entry, roles, findings);
+        LookAtCount(entry, roles, findings);
+        for (size_t i = 0; i < roles.size() && static_cast<qsizetype>(i) < entry.parameters.size(); ++i)
+            LookAtValue(entry, roles[i], entry.parameters[static_cast<qsizetype>(i)], findings);
+    }
+}

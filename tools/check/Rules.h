@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Entry.h"
+#include "Findings.h"
+
+#include <QDate>
+
+// What a check looks for. Each rule adds what it finds; none looks at what another has found.
+namespace Rules
+{
+
+// The daemon's reasons for the lines that it leaves out. playlists: the folder, as the user knows it.
+void FindRejected(const std::vector<Entry>& entries, const QString& playlists, Findings& findings);
+
+// Lines that are comments though they look like entries, too many fields, and characters that get lost.
+void FindOddText(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, Findings& findings);
+
+void FindOddTimes(const std::vector<Entry>& entries, Findings& findings);
+
+// Days, spot dates and ranges, seen from today on.
+void FindOddDates(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+void FindOddParameters(const std::vector<Entry>& entries, Findings& findings);
+
+// Lines of playlist files that give no track, or no duration. Each file is looked at once.
+void FindOddPlaylists(const std::vector<Entry>& entries, Findings& findings);
+
+// Stops without a start, starts without a stop, and lines that come twice.
+void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
+
+// Entries that another one can hold up on a day of the year that begins today, when a peer is slow.
+void FindBlocking(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+} // namespace Rules

@@ -1,0 +1,131 @@
+#include "SpotRules.h"
+
+#include "DueDays.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+using namespace ScheduleFields;
+
+namespace
+{
+
+constexpr int LEAP_YEAR = 2000; // has every date that there is
+constexpr int LAST_MONTH = 12;
+constexpr int YEAR_DAYS = 366;
+constexpr int SAMPLE_DAYS = 7; // no zone keeps summer time for less
+
+const QString ANY_SIGN = QStringLiteral("*");
+const QString DATE_FORMAT = QStringLiteral("yyyy-MM-dd");
+
+Finding New(const Entry& entry, FindingKind kind, Field field, const QString& text, const QString& advice)
+{
+    return {entry.line.number, kind, Entry::FieldName(field), text, advice};
+}
+
+// Takes the days of the week out of an action for as long as it lives, so that the spot date alone counts.
+class SpotAlone final
+{
+public:
+    explicit SpotAlone(Action& action)
+        : m_action(action)
+        , m_days(std::exchange(action.m_dow, std::uint8_t{0}))
+    {
+    }
+    ~SpotAlone() { m_action.m_dow = m_days; }
+    SpotAlone(const SpotAlone&) = delete;
+    SpotAlone& operator=(const SpotAlone&) = delete;
+
+private:
+    Action& m_action;
+    const std::uint8_t m_days;
+};
+
+void LookAtForm(const Entry& entry, Field field, int value, const char* form, Findings& findings)
+{
+    const QString text = entry.Field(field);
+    if (value != ANY || text.isEmpty() || text == ANY_SIGN)
+        return;
+    findings.Add(New(entry, FindingKind::SPOT_ANY, field, QStringLiteral("\"%1\" counts as any").arg(text),
+                     QStringLiteral("write %1, or * for any").arg(QLatin1String(form))));
+}
+
+bool IsImpossible(const Action& action)
+{
+    if (action.m_day == ANY || action.m_month == ANY)
+        return false;
+    return !QDate::isValid(action.m_year == ANY ? LEAP_YEAR : action.m_year, action.m_month, action.m_day);
+}
+
+// The last date that the spot fields allow; invalid where they go on for ever.
+QDate LastDate(const Action& action)
+{
+    if (action.m_year == ANY)
+        return {};
+    const QDate month(action.m_year, action.m_month == ANY ? LAST_MONTH : action.m_month, 1);
+    const int day = action.m_day == ANY ? month.daysInMonth() : std::min(action.m_day, month.daysInMonth());
+    return {month.year(), month.month(), day};
+}
+
+// The first day of the coming year on which the entry is due by a date in UTC that is not the local one.
+QDate FirstOtherDate(const Action& action, const QDate& today, DueDays& dueDays)
+{
+    QDate first = action.m_hasFrom ? std::max(today, action.m_from) : today;
+    if (action.m_year != ANY)
+        first = std::max(first, QDate(action.m_year, 1, 1).addDays(-1));
+    const QDate last = first.addDays(YEAR_DAYS);
+    // Most times of day have one date all over the year.
+    bool mayDiffer = false;
+    for (QDate date = first; date <= last && !mayDiffer; date = date.addDays(SAMPLE_DAYS))
+        mayDiffer = dueDays.IsUtcDateOther(action.m_startTime, date);
+    for (QDate date = first; date <= last && mayDiffer; date = date.addDays(1))
+    {
+        if (dueDays.IsUtcDateOther(action.m_startTime, date) && dueDays.IsDue(action, date))
+            return date;
+    }
+    return {};
+}
+
+} // namespace
+
+bool SpotRules::HasSpot(const Action& action)
+{
+    return action.m_day != ANY || action.m_month != ANY || action.m_year != ANY;
+}
+
+bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
+{
+    Action& action = *entry.GetAction();
+    LookAtForm(entry, FIELD_DAY, action.m_day, "1 to 31", findings);
+    LookAtForm(entry, FIELD_MONTH, action.m_month, "1 to 12", findings);
+    LookAtForm(entry, FIELD_YEAR, action.m_year, "a year", findings);
+    if (!HasSpot(action))
+        return false;
+    if (IsImpossible(action))
+    {
+        findings.Add(New(entry, FindingKind::IMPOSSIBLE_DATE, FIELD_DAY,
+                         QStringLiteral("month %1%2 has no day %3")
+                             .arg(QString::number(action.m_month),
+                                  action.m_year == ANY ? QString() : QStringLiteral(" of %1").arg(action.m_year),
+                                  QString::number(action.m_day)),
+                         QStringLiteral("write a day that the month has")));
+        return true;
+    }
+    const SpotAlone alone(action);
+    const QDate last = LastDate(action);
+    // At the device's time the date in UTC may still be yesterday's.
+    if (action.m_year != ANY && last < today && !dueDays.IsDue(action, today))
+    {
+        findings.Add(New(entry, FindingKind::PAST_DATE, FIELD_YEAR, QStringLiteral("the spot date has gone by"),
+                         QStringLiteral("write a later year, or take the line out")));
+        return true;
+    }
+    const QDate other = FirstOtherDate(action, today, dueDays);
+    if (other.isValid())
+        findings.Add(New(entry, FindingKind::UTC_DATE, FIELD_DAY,
+                         QStringLiteral("the spot date is that of UTC: it is due on %1, local date")
+                             .arg(other.toString(DATE_FORMAT)),
+                         QStringLiteral("take a time at which both dates agree, or write the date in UTC")));
+    return false;
+}

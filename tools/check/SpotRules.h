@@ -1,0 +1,20 @@
+#pragma once
+
+#include "Entry.h"
+#include "Findings.h"
+
+#include <QDate>
+
+class DueDays;
+
+// Fields 3 to 5 of a line.
+namespace SpotRules
+{
+
+// Whether any of them restricts the date.
+[[nodiscard]] bool HasSpot(const Action& action);
+
+// Adds what is odd about the spot date of an entry that was not rejected. Whether no such date is to come.
+[[nodiscard]] bool LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings);
+
+} // namespace SpotRules
