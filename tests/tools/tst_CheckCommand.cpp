@@ -1,0 +1,251 @@
+#include "CheckRun.h"
+#include "OrdinaryUser.h"
+#include "TextDiff.h"
+
+#include <QElapsedTimer>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QtTest>
+
+namespace
+{
+
+constexpr int CLEAN = 0;
+constexpr int WARNINGS = 1;
+constexpr int ERRORS = 2;
+constexpr int FAILED = 3;
+
+const QByteArray GOOD = "1111100|08:30:00|*|*|*|||StopMessage\n";
+const QByteArray WARNED = "1111100|8:30:00|*|*|*|||StopMessage\n";
+const QByteArray REJECTED = "1111100|08:30|*|*|*|||StopMessage\n";
+
+} // namespace
+
+class CheckCommandTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void TheCorpusHasTheFindingsThatItShould();
+    void TheStatusTellsTheWorst_data();
+    void TheStatusTellsTheWorst();
+    void AFileThatCannotBeReadFails();
+    void AFolderFails();
+    void AnUnknownZoneFails();
+    void JsonHasTheSameFindings();
+    void NothingThatATerminalObeysIsShown();
+    void AnyEndOfLineAndAByteOrderMarkAreFine_data();
+    void AnyEndOfLineAndAByteOrderMarkAreFine();
+    void TodayMovesWhatIsOver();
+    void ASpotDateMayBeDueInAnotherMonth_data();
+    void ASpotDateMayBeDueInAnotherMonth();
+    void AThousandLinesTakeNoTime();
+    void HelpFitsATerminal();
+
+private:
+    // Writes a schedule, and gives its path.
+    QString Write(const QByteArray& content, const char* name = "schedule.csv");
+
+    QTemporaryDir m_folder;
+};
+
+QString CheckCommandTest::Write(const QByteArray& content, const char* name)
+{
+    QFile file(m_folder.filePath(QString::fromLatin1(name)));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s", qPrintable(file.errorString()));
+    return file.fileName();
+}
+
+void CheckCommandTest::TheCorpusHasTheFindingsThatItShould()
+{
+    const QString folder = QStringLiteral("corpus");
+    QFile file(CheckRun::DataFolder() + u'/' + folder + QStringLiteral("/expected"));
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
+    const QStringList expected = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    const CheckRun run({QStringLiteral("schedule.csv"), QStringLiteral("--playlists"), QStringLiteral("playlists"),
+                        QStringLiteral("--today"), QStringLiteral("2024-05-15"), QStringLiteral("--tz"),
+                        QStringLiteral("Europe/Rome")},
+                       folder);
+    const QByteArray difference = TextDiff(expected, run.Lines(), "finding");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+    QCOMPARE(run.status, ERRORS);
+}
+
+void CheckCommandTest::TheStatusTellsTheWorst_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("strict");
+    QTest::addColumn<int>("status");
+    QTest::newRow("clean") << GOOD << false << CLEAN;
+    QTest::newRow("clean, strict") << GOOD << true << CLEAN;
+    QTest::newRow("empty, strict") << QByteArray() << true << CLEAN;
+    QTest::newRow("warnings") << GOOD + WARNED << false << CLEAN;
+    QTest::newRow("warnings, strict") << GOOD + WARNED << true << WARNINGS;
+    QTest::newRow("errors") << GOOD + REJECTED << false << ERRORS;
+    QTest::newRow("both, strict") << WARNED + REJECTED << true << ERRORS;
+}
+
+void CheckCommandTest::TheStatusTellsTheWorst()
+{
+    QFETCH(const QByteArray, content);
+    QFETCH(const bool, strict);
+    QStringList arguments{Write(content)};
+    if (strict)
+        arguments.append(QStringLiteral("--strict"));
+    QTEST(CheckRun(arguments).status, "status");
+    QTEST(CheckRun(arguments + QStringList(QStringLiteral("--json"))).status, "status");
+}
+
+void CheckCommandTest::AFileThatCannotBeReadFails()
+{
+    const OrdinaryUser user;
+    const CheckRun missing({m_folder.filePath(QStringLiteral("missing.csv"))});
+    QCOMPARE(missing.status, FAILED);
+    QVERIFY(missing.errors.contains("missing.csv: "));
+    QCOMPARE(missing.output, QByteArray());
+
+    QTemporaryDir folder;
+    QFile closed(folder.filePath(QStringLiteral("closed.csv")));
+    QVERIFY(closed.open(QIODevice::WriteOnly));
+    QVERIFY(closed.setPermissions(QFileDevice::Permissions()));
+    const CheckRun unreadable({closed.fileName()});
+    QCOMPARE(unreadable.status, FAILED);
+    QVERIFY(unreadable.errors.contains("closed.csv: "));
+}
+
+void CheckCommandTest::AFolderFails()
+{
+    QCOMPARE(CheckRun({m_folder.path()}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--playlists"), m_folder.filePath(QStringLiteral("none"))}).status,
+             FAILED);
+    QCOMPARE(CheckRun({}).status, FAILED);
+}
+
+void CheckCommandTest::AnUnknownZoneFails()
+{
+    QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--tz"), QStringLiteral("Europe/Atlantis")}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--today"), QStringLiteral("15.5.2024")}).status, FAILED);
+}
+
+void CheckCommandTest::JsonHasTheSameFindings()
+{
+    const QString file = Write(GOOD + WARNED + REJECTED);
+    const CheckRun run({file, QStringLiteral("--json")});
+    const QJsonObject object = QJsonDocument::fromJson(run.output).object();
+    QCOMPARE(object.value(u"file").toString(), file);
+    QCOMPARE(object.value(u"lines").toInt(), 3);
+    QCOMPARE(object.value(u"errors").toInt(), 1);
+    QCOMPARE(object.value(u"warnings").toInt(), 1);
+
+    QStringList lines;
+    const QJsonArray findings = object.value(u"findings").toArray();
+    for (const QJsonValue& finding : findings)
+        lines.append(QStringLiteral("%1:%2: %3: %4: %5; %6 [%7]")
+                         .arg(file)
+                         .arg(finding[u"line"].toInt())
+                         .arg(finding[u"severity"].toString(), finding[u"field"].toString(),
+                              finding[u"text"].toString(), finding[u"advice"].toString(), finding[u"kind"].toString()));
+    lines.append(QStringLiteral("3 lines, 1 error, 1 warning"));
+    const QByteArray difference = TextDiff(lines, CheckRun({file}).Lines(), "finding");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+}
+
+void CheckCommandTest::NothingThatATerminalObeysIsShown()
+{
+    const CheckRun run({Write("1111100|08:30:00|*|*|*|||Volume|\x1b[2Jloud\n"
+                              "1111100|\x1b]0;title\x07|*|*|*|||Volume|5\n"
+                              "1111100|08:30:00|\x1b[31m|*|*|||StopMessage\n")});
+    QCOMPARE(run.status, ERRORS);
+    QVERIFY(run.output.contains("\\x1b[2Jloud"));
+    for (const char byte : run.output)
+        QVERIFY2(byte == '\n' || static_cast<unsigned char>(byte) >= ' ', run.output.constData());
+}
+
+void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("line feed") << GOOD + WARNED;
+    QTest::newRow("carriage return") << QByteArray(GOOD + WARNED).replace('\n', '\r');
+    QTest::newRow("both") << QByteArray(GOOD + WARNED).replace("\n", "\r\n");
+    QTest::newRow("none at the end") << (GOOD + WARNED).chopped(1);
+    QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + GOOD + WARNED;
+}
+
+void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine()
+{
+    QFETCH(const QByteArray, content);
+    const QStringList lines = CheckRun({Write(content)}).Lines();
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines[0].contains(QStringLiteral("schedule.csv:2: warning: start time: ")), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(QStringLiteral(" [time-form]")), qPrintable(lines[0]));
+    QCOMPARE(lines[1], QStringLiteral("2 lines, 0 errors, 1 warning"));
+}
+
+void CheckCommandTest::TodayMovesWhatIsOver()
+{
+    const QString file = Write("1111111|08:30:00|*|*|*||20240515|StopMessage\n");
+    const QString today = QStringLiteral("--today");
+    QCOMPARE(CheckRun({file, today, QStringLiteral("2024-05-15")}).Lines().size(), 1);
+    QCOMPARE(CheckRun({file, today, QStringLiteral("2024-05-16")}).Lines().size(), 2);
+}
+
+void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth_data()
+{
+    QTest::addColumn<QString>("zone");
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("due");
+    QTest::newRow("behind UTC") << "America/Los_Angeles" << QByteArray("0000000|20:00:00|1|7|*|||StopMessage\n")
+                                << "2024-06-30";
+    QTest::newRow("ahead of UTC") << "Europe/Rome" << QByteArray("0000000|00:30:00|31|7|*|||StopMessage\n")
+                                  << "2024-08-01";
+}
+
+void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth()
+{
+    QFETCH(const QString, zone);
+    QFETCH(const QByteArray, line);
+    QFETCH(const QString, due);
+    const QStringList lines =
+        CheckRun({Write(line), QStringLiteral("--tz"), zone, QStringLiteral("--today"), QStringLiteral("2024-05-15")})
+            .Lines();
+    // It is due, if on another local date.
+    QCOMPARE(lines.size(), 2);
+    QVERIFY2(lines[0].contains(QStringLiteral("it is due on %1, local date").arg(due)), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(QStringLiteral(" [utc-date]")), qPrintable(lines[0]));
+}
+
+void CheckCommandTest::AThousandLinesTakeNoTime()
+{
+    QByteArray content;
+    for (int line = 0; line < 1000; ++line)
+        content += QStringLiteral("1111100|%1:%2:%3|%4|*|*|||Volume|%5\n")
+                       .arg(line / 60 + 4, 2, 10, QLatin1Char('0'))
+                       .arg(line % 60, 2, 10, QLatin1Char('0'))
+                       .arg(line % 50 + 5, 2, 10, QLatin1Char('0'))
+                       .arg(line % 28 + 1)
+                       .arg(line % 100)
+                       .toLatin1();
+    const QString file = Write(content);
+    QElapsedTimer since;
+    since.start();
+    const CheckRun run({file});
+    QCOMPARE(run.Lines().last(), QStringLiteral("1000 lines, 0 errors, 0 warnings"));
+    // Far beyond what it takes, for machines that are busy or slowed down by sanitizers.
+    QVERIFY2(since.elapsed() < 20000, QByteArray::number(since.elapsed()).constData());
+}
+
+void CheckCommandTest::HelpFitsATerminal()
+{
+    const CheckRun run({QStringLiteral("--help")});
+    QCOMPARE(run.status, CLEAN);
+    const QStringList lines = QString::fromUtf8(run.output).split(u'\n');
+    QVERIFY(lines.size() > 5);
+    QVERIFY(lines.size() <= 24);
+    for (const QString& line : lines)
+        QVERIFY2(line.size() <= 80, qPrintable(line));
+}
+
+QTEST_GUILESS_MAIN(CheckCommandTest)
+#include "tst_CheckCommand.moc"

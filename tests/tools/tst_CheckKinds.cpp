@@ -1,0 +1,120 @@
+#include "CheckRun.h"
+#include "FindingKind.h"
+#include "ParameterRoles.h"
+#include "TaskTable.h"
+#include "TextDiff.h"
+
+#include <QDir>
+#include <QtTest>
+
+namespace
+{
+
+const QString PLAYLISTS = QStringLiteral("playlists");
+const QString CORPUS = QStringLiteral("corpus");
+
+QStringList Folders()
+{
+    QStringList folders = QDir(CheckRun::DataFolder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    folders.removeAll(PLAYLISTS);
+    folders.removeAll(CORPUS);
+    return folders;
+}
+
+QStringList Names()
+{
+    QStringList names;
+    for (const FindingKindRow& row : FindingKinds::All())
+        names.append(QString::fromLatin1(row.name));
+    names.sort();
+    return names;
+}
+
+CheckRun Check(const QString& folder, const char* file)
+{
+    return CheckRun(CheckRun::Fixed() + QStringList(QString::fromLatin1(file)), folder);
+}
+
+} // namespace
+
+// Every kind of finding has a folder of lines that have it, and of lines that are close to it but have none.
+class CheckKindsTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void EveryKindHasItsFolder();
+    void NoKindIsCalledAsAnother();
+    void EveryTaskHasRolesForTheParametersThatItNeeds();
+    void BadLinesAreFound_data();
+    void BadLinesAreFound();
+    void GoodLinesAreLeftAlone_data();
+    void GoodLinesAreLeftAlone();
+};
+
+void CheckKindsTest::EveryKindHasItsFolder()
+{
+    const QByteArray difference = TextDiff(Names(), Folders(), "folder");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+}
+
+void CheckKindsTest::NoKindIsCalledAsAnother()
+{
+    QStringList names = Names();
+    QCOMPARE(names.removeDuplicates(), 0);
+}
+
+void CheckKindsTest::EveryTaskHasRolesForTheParametersThatItNeeds()
+{
+    int kinds = 0;
+    for (const TaskKind* kind = TaskTable::Find(TASK_LIGHT); kind != nullptr;
+         kind = TaskTable::Find(static_cast<TaskType>(kinds)))
+    {
+        QVERIFY2(static_cast<int>(ParameterRoles::Of(kind->type).size()) >= kind->minParameters, kind->logName);
+        QVERIFY2(static_cast<int>(ParameterRoles::Of(kind->type).size()) <= kind->maxParameters, kind->logName);
+        ++kinds;
+    }
+    QCOMPARE(kinds, static_cast<int>(TASK_REQUEST_PDD_ACTION) + 1);
+}
+
+void CheckKindsTest::BadLinesAreFound_data()
+{
+    QTest::addColumn<QString>("folder");
+    for (const QString& folder : Folders())
+        QTest::newRow(qPrintable(folder)) << folder;
+}
+
+void CheckKindsTest::BadLinesAreFound()
+{
+    QFETCH(const QString, folder);
+    QFile file(CheckRun::DataFolder() + u'/' + folder + QStringLiteral("/bad.expected"));
+    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
+    const QStringList expected = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    const CheckRun run = Check(folder, "bad.csv");
+    const QByteArray difference = TextDiff(expected, run.Lines(), "finding");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+    QCOMPARE(run.errors, QByteArray());
+
+    // What is expected is of that kind, and of no other.
+    const QStringList found = run.Lines();
+    QVERIFY(found.size() > 1);
+    for (const QString& line : found.first(found.size() - 1))
+        QVERIFY2(line.endsWith(QStringLiteral(" [%1]").arg(folder)), qPrintable(line));
+}
+
+void CheckKindsTest::GoodLinesAreLeftAlone_data()
+{
+    BadLinesAreFound_data();
+}
+
+void CheckKindsTest::GoodLinesAreLeftAlone()
+{
+    QFETCH(const QString, folder);
+    const CheckRun run = Check(folder, "good.csv");
+    QCOMPARE(run.Lines().size(), 1);
+    QVERIFY2(run.Lines().first().endsWith(QStringLiteral(", 0 errors, 0 warnings")), run.output.constData());
+    QCOMPARE(run.status, 0);
+    QCOMPARE(run.errors, QByteArray());
+}
+
+QTEST_GUILESS_MAIN(CheckKindsTest)
+#include "tst_CheckKinds.moc"
