@@ -4,6 +4,7 @@
 
 #include <QStringList>
 
+#include <cstddef>
 #include <memory>
 
 // What a schedule line hands to the task that it asks for.
@@ -36,6 +37,9 @@ namespace TaskTable
 {
 
 inline constexpr const char* UNKNOWN_NAME = "unknown";
+
+// How many kinds there are; their types count from 0.
+inline constexpr std::size_t SIZE = 20;
 
 // The row of that type, or null.
 const TaskKind* Find(TaskType type);

@@ -20,6 +20,9 @@ public:
 
     bool Run() override;
 
+    // How many photos are asked for, as the line gives it.
+    [[nodiscard]] int Number() const { return m_numPhoto; }
+
 protected:
     void timerEvent(QTimerEvent* event) override;
 

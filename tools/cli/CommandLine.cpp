@@ -13,6 +13,11 @@ const QString HELP = QStringLiteral("help");
 const QString MORE = QStringLiteral("...");
 constexpr int OPTION_WIDTH = 22;
 
+QString Dashed(const QString& name)
+{
+    return (name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--")) + name;
+}
+
 } // namespace
 
 CommandLine::CommandLine(const QString& command, const QString& summary, const QStringList& operands)
@@ -33,9 +38,8 @@ void CommandLine::AddFlag(const QString& name, const QString& description)
 void CommandLine::AddValue(const QString& name, const QString& value, const QString& description,
                            const QString& fallback)
 {
-    const QString dashes = name.size() == 1 ? QStringLiteral("-") : QStringLiteral("--");
     m_parser.addOption({name, description, value, fallback});
-    m_rows.append({dashes + name + u' ' + value, description});
+    m_rows.append({Dashed(name) + u' ' + value, description});
 }
 
 bool CommandLine::Parse(const QStringList& arguments)
@@ -63,8 +67,8 @@ int CommandLine::Number(const QString& name, int least, int most) const
     bool isNumber = false;
     const int number = Value(name).toInt(&isNumber);
     if (!isNumber || number < least || number > most)
-        throw ToolError(QStringLiteral("--%1: a number from %2 to %3 is expected, not \"%4\"")
-                            .arg(name, QString::number(least), QString::number(most), Value(name)));
+        throw ToolError(QStringLiteral("%1: a number from %2 to %3 is expected, not \"%4\"")
+                            .arg(Dashed(name), QString::number(least), QString::number(most), Value(name)));
     return number;
 }
 

@@ -57,7 +57,7 @@ qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms, std::opti
 }
 
 RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                           qint64 until_ms)
+                           qint64 until_ms, const IsEnough& isEnough)
     : m_file(file)
     , m_from_ms(from_ms)
     , m_until_ms(until_ms)
@@ -68,14 +68,17 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     Rehearsal rehearsal({start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS), from_ms, until_ms});
     Progress progress;
     qint64 reached_ms = from_ms;
+    bool hasEnough = false;
     m_isWhole = rehearsal.Run([&](double part) {
         const qint64 start = start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS);
         reached_ms = start + static_cast<qint64>(part * static_cast<double>(until_ms - start));
-        return progress.Show(part);
+        hasEnough = isEnough && isEnough(rehearsal.Events(), reached_ms);
+        return !hasEnough && progress.Show(part);
     });
     m_events = rehearsal.Events();
     if (!m_isWhole)
         m_until_ms = std::max(reached_ms, from_ms);
+    m_isWhole = m_isWhole || hasEnough;
 }
 
 void RehearsalRun::TellRejected()

@@ -5,6 +5,7 @@
 #include "ScheduleLine.h"
 #include "Workspace.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -22,11 +23,14 @@ public:
     // Sets the time zone that line asks for, if any.
     static void SetTimeZone(const CommandLine& line);
 
+    // Asked now and then: whether the events are enough, of which all before reached_ms are there.
+    using IsEnough = std::function<bool(const std::vector<Event>& events, qint64 reached_ms)>;
+
     // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
-    // span of interest. Shows progress. Rejected lines are told on standard error, with file and line. Throws ToolError
-    // when file cannot be read.
+    // span of interest, which ends earlier where isEnough says so. Shows progress. Rejected lines are told on standard
+    // error, with file and line. Throws ToolError when file cannot be read.
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                 qint64 until_ms);
+                 qint64 until_ms, const IsEnough& isEnough = {});
 
     // The span that line asks for, from today's beginning on unless it says otherwise; days: how many unless line
     // tells, in the place of the option's own number. Throws ToolError on what is no moment.

@@ -26,9 +26,6 @@ constexpr qint64 DAY_AND_HOUR_MS = 25 * HOUR_MS; // a date on which the clocks a
 // What the bus library waits where a proxy has no time-out of its own, which it tells as a negative one.
 constexpr int LIBRARY_TIMEOUT_MS = 25000;
 
-const QString OWN_NAME = QStringLiteral("scheduler");
-const QString PDD_SIGNAL = QStringLiteral("ExpectedPddAction");
-
 // The first tick of a timer with that period, started at start_ms, that is not before moment_ms.
 qint64 TickFrom(qint64 moment_ms, qint64 start_ms, qint64 period_ms)
 {
@@ -248,7 +245,7 @@ void Rehearsal::MarkStart(Event& event, const Action& action)
 
 void Rehearsal::OnPddAction(uint action, bool enable)
 {
-    Receive({m_now_ms, OWN_NAME, PDD_SIGNAL, {action, enable}, 0});
+    Receive(Request::Announcement(m_now_ms, static_cast<PDD_ACTION>(action), enable));
 }
 
 void Rehearsal::Receive(Request request)

@@ -6,6 +6,9 @@
 namespace
 {
 
+const QString OWN_NAME = QStringLiteral("scheduler");
+const QString PDD_SIGNAL = QStringLiteral("ExpectedPddAction");
+
 QString Shown(const QVariant& argument)
 {
     switch (argument.typeId())
@@ -22,6 +25,11 @@ QString Shown(const QVariant& argument)
 }
 
 } // namespace
+
+Request Request::Announcement(qint64 moment_ms, PDD_ACTION action, bool enable)
+{
+    return {moment_ms, OWN_NAME, PDD_SIGNAL, {static_cast<uint>(action), enable}};
+}
 
 QString Request::Text() const
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Task.h"
+
 #include <QString>
 #include <QVariantList>
 
@@ -11,6 +13,9 @@ struct Request
     QString method;
     QVariantList arguments;
     int timeout_ms = 0; // how long the daemon waits at most for an answer
+
+    // What the daemon announces itself, for who listens.
+    [[nodiscard]] static Request Announcement(qint64 moment_ms, PDD_ACTION action, bool enable);
 
     // `soundmanager PlayFile("gong.mp3", "08:30:00")`
     [[nodiscard]] QString Text() const;

@@ -1,0 +1,115 @@
+#include "LineText.h"
+
+#include "DaysText.h"
+#include "Phrase.h"
+#include "SoundManager.h"
+#include "TaskRequests.h"
+#include "Terminal.h"
+#include "tasks/PlayPlaylist.h"
+
+#include <QStringList>
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int ANY = -1;
+constexpr int LEAP_YEAR = 2000;
+constexpr int FULL_MONTH = 1; // one with 31 days
+constexpr std::uint8_t WEEKEND = 0x41;
+
+QString Days(const Action& action)
+{
+    QStringList parts;
+    const QString spot = DaysText::Spot(action);
+    if (action.m_dow == DaysText::EVERY_DAY)
+        parts.append(DaysText::WeekDays(action.m_dow));
+    else if (action.m_dow == WEEKEND)
+        parts.append(QStringLiteral("at weekends"));
+    else if (action.m_dow != 0)
+        parts.append(QStringLiteral("on ") + DaysText::WeekDays(action.m_dow));
+    if (!spot.isEmpty())
+        parts.append(QStringLiteral("on %1 (the date in UTC)").arg(spot));
+    return parts.isEmpty() ? QStringLiteral("never,") : parts.join(QStringLiteral(", and "));
+}
+
+QString Time(const Action& action)
+{
+    if (action.m_startTime.isValid())
+        return SoundManager::FormatTime(action.m_startTime);
+    return QStringLiteral("%1:%2:%3")
+        .arg(action.m_hour, 2, 10, QLatin1Char('0'))
+        .arg(action.m_minute, 2, 10, QLatin1Char('0'))
+        .arg(action.m_second, 2, 10, QLatin1Char('0'));
+}
+
+QString Validity(const Action& action)
+{
+    if (action.m_hasFrom && action.m_hasTo)
+        return QStringLiteral(", from %1 to %2").arg(DaysText::Date(action.m_from), DaysText::Date(action.m_to));
+    if (action.m_hasFrom)
+        return QStringLiteral(", from %1 on").arg(DaysText::Date(action.m_from));
+    return action.m_hasTo ? QStringLiteral(", until %1").arg(DaysText::Date(action.m_to)) : QString();
+}
+
+// Whether the calendar has such a date at all.
+bool IsDate(const Action& action)
+{
+    return action.m_day == ANY || QDate(action.m_year == ANY ? LEAP_YEAR : action.m_year,
+                                        action.m_month == ANY ? FULL_MONTH : action.m_month, action.m_day)
+                                      .isValid();
+}
+
+QString Tracks(const Action& action, bool areTracksKnown)
+{
+    const auto* const playlist = qobject_cast<const PlayPlaylist*>(action.m_task.get());
+    if (playlist == nullptr || !areTracksKnown)
+        return {};
+    const size_t count = playlist->Tracks().size();
+    return count == 1 ? QStringLiteral(" (1 track)") : QStringLiteral(" (%1 tracks)").arg(count);
+}
+
+QStringList Notes(const ScheduleLine& line, const QList<Request>& requests)
+{
+    const Action& action = *line.action;
+    QStringList notes;
+    if (action.m_dow == 0 && DaysText::Spot(action).isEmpty())
+        notes.append(QStringLiteral("No day of the week is marked, and there is no spot date."));
+    else if (!IsDate(action))
+        notes.append(QStringLiteral("There is no such spot date."));
+    if (action.m_hasFrom && action.m_hasTo && action.m_to < action.m_from)
+        notes.append(QStringLiteral("Its last date comes before its first: it is never valid."));
+    if (!action.m_startTime.isValid())
+        notes.append(QStringLiteral("%1 is no time of day: it does not start then.").arg(Time(action)));
+    const bool sendsNoTime = action.IsPrepared() && std::ranges::none_of(requests, [&](const Request& request) {
+                                 return request.arguments.contains(SoundManager::FormatTime(action.m_startTime));
+                             });
+    if (sendsNoTime || (action.IsPrepared() && !action.m_startTime.isValid()))
+        notes.append(QStringLiteral("The sound manager is told no start time: hh:mm:ss has two digits each."));
+    for (const DaemonRecord& record : line.records)
+        notes.append(QStringLiteral("The daemon warns: %1.")
+                         .arg(record.text.endsWith(u'.') ? record.text.chopped(1) : record.text));
+    return notes;
+}
+
+QString Capitalised(const QString& text)
+{
+    return text.left(1).toUpper() + text.mid(1);
+}
+
+} // namespace
+
+QString LineText::Of(const ScheduleLine& line, bool areTracksKnown)
+{
+    if (line.isSkipped)
+        return line.text.trimmed().isEmpty()
+                   ? QStringLiteral("A blank line, which the daemon skips.")
+                   : QStringLiteral("A comment, which the daemon skips: a \"#\" stands before its last character.");
+    Action& action = *line.action;
+    const QList<Request> requests = TaskRequests::Of(action);
+    const QString sentence = Capitalised(Days(action)) + QStringLiteral(" at ") + Time(action) + Validity(action) +
+                             QStringLiteral(", ") + Phrase::Of(*action.m_task, requests) +
+                             Tracks(action, areTracksKnown) + u'.';
+    return Terminal::Harmless((QStringList(sentence) + Notes(line, requests)).join(u' '));
+}

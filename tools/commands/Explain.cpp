@@ -1,0 +1,73 @@
+#include "CommandLine.h"
+#include "Commands.h"
+#include "ExitStatus.h"
+#include "LineText.h"
+#include "StandInPlaylists.h"
+#include "Terminal.h"
+#include "ToolError.h"
+
+#include <QFile>
+#include <QTextStream>
+
+#include <cstdio>
+
+namespace
+{
+
+const QString STANDARD_INPUT = QStringLiteral("-");
+const QString PLAYLISTS = QStringLiteral("playlists");
+
+QStringList ReadStandardInput()
+{
+    QFile input;
+    if (!input.open(stdin, QIODevice::ReadOnly | QIODevice::Text))
+        throw ToolError(QStringLiteral("standard input: %1").arg(input.errorString()));
+    QStringList lines;
+    QTextStream stream(&input);
+    QString text;
+    while (stream.readLineInto(&text))
+        lines.append(text);
+    if (input.error() != QFileDevice::NoError)
+        throw ToolError(QStringLiteral("standard input: %1").arg(input.errorString()));
+    return lines;
+}
+
+QStringList Texts(const QStringList& operands)
+{
+    QStringList texts;
+    for (const QString& operand : operands)
+        texts += operand == STANDARD_INPUT ? ReadStandardInput() : QStringList(operand);
+    return texts;
+}
+
+} // namespace
+
+int Commands::Explain(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("explain"),
+                     QStringLiteral("Says in words what a line of a schedule asks for, or why the daemon leaves it\n"
+                                    "out. Quote the line; the line - stands for all lines of standard input."),
+                     {QStringLiteral("LINE...")});
+    line.AddValue(PLAYLISTS, QStringLiteral("DIR"),
+                  QStringLiteral("folder of the playlists (default: none is at hand,\nand each counts as there)"));
+    if (!line.Parse(arguments))
+        return ExitStatus::CLEAN;
+
+    StandInPlaylists playlists(line.Value(PLAYLISTS));
+    int number = 0;
+    int status = ExitStatus::CLEAN;
+    for (const QString& text : Texts(line.Operands()))
+    {
+        const ScheduleLine read = playlists.Read(text, ++number);
+        if (!read.IsRejected())
+        {
+            Terminal::Print(LineText::Of(read, playlists.AreTracksKnown()) + u'\n');
+            continue;
+        }
+        status = ExitStatus::ERRORS;
+        Terminal::PrintError(QStringLiteral("line %1: error: %2: the daemon leaves the line out\n")
+                                 .arg(number)
+                                 .arg(Terminal::Harmless(read.Rejection())));
+    }
+    return status;
+}
