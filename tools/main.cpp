@@ -22,6 +22,8 @@ struct Command
 
 constexpr std::array COMMANDS{
     Command{"check", "lines that the daemon drops, or reads otherwise than meant", Commands::Check},
+    Command{"diff", "which starts come, go or move from one file to another", Commands::Diff},
+    Command{"dst", "what becomes of starts where the clocks change", Commands::Dst},
     Command{"explain", "a schedule line in words", Commands::Explain},
     Command{"next", "what starts next, and in how long", Commands::Next},
     Command{"rehearse", "exactly what the daemon would ask for, and when", Commands::Rehearse},

@@ -8,6 +8,8 @@ namespace Commands
 {
 
 int Check(const QStringList& arguments);
+int Diff(const QStringList& arguments);
+int Dst(const QStringList& arguments);
 int Explain(const QStringList& arguments);
 int Next(const QStringList& arguments);
 int Rehearse(const QStringList& arguments);

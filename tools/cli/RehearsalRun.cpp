@@ -64,7 +64,7 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
 {
     const Workspace workspace(file, line.Value(PLAYLISTS));
     m_lines = ScheduleLine::ReadFile(workspace.SchedulePath(), file);
-    TellRejected();
+    m_rejected = TellRejected(m_file, m_lines);
     Rehearsal rehearsal({start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS), from_ms, until_ms});
     Progress progress;
     qint64 reached_ms = from_ms;
@@ -81,18 +81,20 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     m_isWhole = m_isWhole || hasEnough;
 }
 
-void RehearsalRun::TellRejected()
+int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLine>& lines)
 {
-    for (const ScheduleLine& line : m_lines)
+    int rejected = 0;
+    for (const ScheduleLine& line : lines)
     {
         if (!line.IsRejected())
             continue;
-        ++m_rejected;
+        ++rejected;
         Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
-                                 .arg(m_file)
+                                 .arg(file)
                                  .arg(line.number)
                                  .arg(Terminal::Harmless(line.Rejection())));
     }
+    return rejected;
 }
 
 int RehearsalRun::Status() const

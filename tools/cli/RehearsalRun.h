@@ -20,6 +20,9 @@ public:
     // Adds --from and --days as well. days: how many, unless told.
     static void AddSpanOptions(CommandLine& line, int days);
 
+    // Tells the lines that the daemon rejects on standard error, with file; gives how many there are.
+    static int TellRejected(const QString& file, const std::vector<ScheduleLine>& lines);
+
     // Sets the time zone that line asks for, if any.
     static void SetTimeZone(const CommandLine& line);
 
@@ -50,8 +53,6 @@ public:
     [[nodiscard]] int Status() const;
 
 private:
-    void TellRejected();
-
     const QString m_file;
     const qint64 m_from_ms;
     qint64 m_until_ms;
