@@ -54,8 +54,9 @@ struct Change
     {
         const QTime first = First();
         const QTime otherFirst = other.First();
-        return std::tie(first, before, after, content, lineBefore, lineAfter) <
-               std::tie(otherFirst, other.before, other.after, other.content, other.lineBefore, other.lineAfter);
+        // What goes stands before what comes in its place.
+        return std::tie(first, after, before, content, lineBefore, lineAfter) <
+               std::tie(otherFirst, other.after, other.before, other.content, other.lineBefore, other.lineAfter);
     }
 };
 using Changes = std::map<Change, std::set<QDate>>;
