@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QTemporaryDir>
+
+// Runs the tool in a folder of its own, where the files that it is given are. No terminal is near.
+class CommandCall final
+{
+public:
+    struct Result
+    {
+        int status = -1; // 128 and the signal where one has ended it
+        QString output;
+        QString errors;
+    };
+
+    // Throws std::runtime_error when there is no folder to be had.
+    CommandCall();
+
+    // Writes a file of the folder; name may lead into a folder below it. Throws std::runtime_error when it cannot.
+    void Write(const QString& name, const QByteArray& content) const;
+
+    [[nodiscard]] QString Folder() const { return m_folder.path(); }
+
+    // Runs the tool with arguments until it ends. Throws std::runtime_error when it does not start or does not end.
+    [[nodiscard]] Result Run(const QStringList& arguments, const QByteArray& input = {}) const;
+
+    // Another program, in the same way.
+    [[nodiscard]] Result RunProgram(const QString& program, const QStringList& arguments,
+                                    const QByteArray& input = {}) const;
+
+private:
+    QTemporaryDir m_folder;
+};

@@ -1,0 +1,123 @@
+#include "CommandCall.h"
+
+#include <QTest>
+
+// What becomes of starts where the clocks change, whole.
+class tst_Dst final : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void TheClocksChange_data();
+    void TheClocksChange();
+    void APlaylistIsJoinedLateUnlessItHasPlayedBefore();
+    void ARejectedLineIsToldAndGivesStatus2();
+};
+
+void tst_Dst::TheClocksChange_data()
+{
+    QTest::addColumn<QByteArray>("schedule");
+    QTest::addColumn<QString>("zone");
+    QTest::addColumn<QString>("text");
+
+    const auto row = [](const char* name, const char* schedule, const char* zone, const char* text) {
+        QTest::newRow(name) << QByteArray(schedule) << QString::fromLatin1(zone) << QString::fromLatin1(text);
+    };
+    constexpr const char* NOTHING =
+        "From Wed 2024-05-15 to Thu 2025-05-15 every start comes once, on the day that its line names.\n";
+
+    row("an hour comes twice, and is left out", "1111111|02:30:00|*|*|*|||Volume|5\n", "Europe/Rome",
+        "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
+        "  line 1, 02:30:00, set the master volume to 5: is asked for twice: at 02:30:00+02:00 and 02:30:00+01:00\n"
+        "Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+        "  line 1, 02:30:00, set the master volume to 5: does not start: the clocks are put forward over 02:30:00\n");
+    row("a message is asked for ahead", "1111111|02:30:00|*|*|*|||PlayMessage|a.mp3\n", "Europe/Rome",
+        "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
+        "  line 1, 02:30:00, play the message a.mp3: is asked for twice: at 02:29:52+02:00 and 02:29:52+01:00\n"
+        "Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+        "  line 1, 02:30:00, play the message a.mp3: does not start: the clocks are put forward over 02:30:00\n");
+    row("a message right after the hour is asked for early as well", "1111111|03:00:05|*|*|*|||PlayMessage|a.mp3\n",
+        "Europe/Rome",
+        "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
+        "  line 1, 03:00:05, play the message a.mp3: is asked for twice: at 02:59:57+02:00 and 02:59:57+01:00\n");
+    row("half an hour on an island", "1111111|01:45:00|*|*|*|||Volume|5\n1111111|02:15:00|*|*|*|||Volume|6\n",
+        "Australia/Lord_Howe",
+        "Sun 2024-10-06: at 02:00:00 the clocks are put forward to 02:30:00\n"
+        "  line 2, 02:15:00, set the master volume to 6: does not start: the clocks are put forward over 02:15:00\n"
+        "Sun 2025-04-06: at 02:00:00 the clocks are put back to 01:30:00\n"
+        "  line 1, 01:45:00, set the master volume to 5: is asked for twice: at 01:45:00+11:00 and 01:45:00+10:30\n");
+    row("not due that night", "1111110|02:30:00|*|*|*|||Volume|5\n", "Europe/Rome", NOTHING);
+    row("away from the hour", "1111111|03:30:00|*|*|*|||Volume|5\n1111111|01:30:00|*|*|*|||Volume|6\n", "Europe/Rome",
+        NOTHING);
+    row("a zone without changes", "1111111|02:30:00|*|*|*|||Volume|5\n0000000|00:30:00|25|12|*|||Volume|5\n", "UTC",
+        NOTHING);
+    row("a spot date before midnight in UTC", "0000000|00:30:00|25|12|*|||Volume|5\n", "Europe/Rome",
+        "Spot dates that come on another day, as they go by UTC:\n"
+        "  line 1, 00:30:00, set the master volume to 5: starts on Thu 2024-12-26, when it is Wed 2024-12-25 in UTC\n");
+    row("a spot date of every month", "0000000|00:30:00|25|*|*|||Volume|5\n", "Europe/Rome",
+        "Spot dates that come on another day, as they go by UTC:\n"
+        "  line 1, 00:30:00, set the master volume to 5: starts on Sun 2024-05-26, when it is Sat 2024-05-25 in UTC, "
+        "and so on 11 more dates\n");
+    row("a spot date after midnight in UTC", "0000000|22:30:00|25|12|*|||Volume|5\n", "America/New_York",
+        "Spot dates that come on another day, as they go by UTC:\n"
+        "  line 1, 22:30:00, set the master volume to 5: starts on Tue 2024-12-24, when it is Wed 2024-12-25 in UTC\n");
+    row("a whole month by spot ends a day late", "0000000|00:30:00|*|12|*|||Volume|5\n", "Europe/Rome",
+        "Spot dates that come on another day, as they go by UTC:\n"
+        "  line 1, 00:30:00, set the master volume to 5: starts on Wed 2025-01-01, when it is Tue 2024-12-31 in UTC\n");
+    row("a spot date by day", "0000000|12:00:00|25|12|*|||Volume|5\n", "Europe/Rome", NOTHING);
+}
+
+void tst_Dst::TheClocksChange()
+{
+    QFETCH(const QByteArray, schedule);
+    QFETCH(const QString, zone);
+    QFETCH(const QString, text);
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), schedule);
+    const CommandCall::Result result = call.Run(
+        {QStringLiteral("dst"), QStringLiteral("s.csv"), QStringLiteral("--from"), QStringLiteral("2024-05-15"),
+         QStringLiteral("--years"), QStringLiteral("1"), QStringLiteral("--tz"), zone});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output, text);
+    QCOMPARE(result.status, 0);
+}
+
+void tst_Dst::APlaylistIsJoinedLateUnlessItHasPlayedBefore()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), "0000000|02:59:30|30|3|*|||PlayPlaylist|once\n"
+                                        "0000001|02:59:30|*|*|*|||PlayPlaylist|often\n");
+    call.Write(QStringLiteral("once"), "first.mp3;60\nsecond.mp3;60\n");
+    call.Write(QStringLiteral("often"), "first.mp3;60\nsecond.mp3;60\n");
+    const CommandCall::Result result = call.Run(
+        {QStringLiteral("dst"), QStringLiteral("s.csv"), QStringLiteral("--from"), QStringLiteral("2025-03-01"),
+         QStringLiteral("--years"), QStringLiteral("1"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(
+        result.output,
+        QStringLiteral("Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+                       "  line 1, 02:59:30, play the playlist once: is asked for late: at 03:00:00+02:00\n"
+                       "  line 2, 02:59:30, play the playlist often: does not start: the clocks are put forward over "
+                       "02:59:30\n"
+                       "Sun 2025-10-26: at 03:00:00 the clocks are put back to 02:00:00\n"
+                       "  line 2, 02:59:30, play the playlist often: is asked for twice: at 02:59:22+02:00 and "
+                       "02:59:22+01:00\n"));
+}
+
+void tst_Dst::ARejectedLineIsToldAndGivesStatus2()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), "nonsense\n");
+    const CommandCall::Result result =
+        call.Run({QStringLiteral("dst"), QStringLiteral("s.csv"), QStringLiteral("--from"),
+                  QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("UTC")});
+    QCOMPARE(result.errors,
+             QStringLiteral("s.csv:1: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
+                            "line out\n"));
+    QCOMPARE(result.output,
+             QStringLiteral("From Wed 2024-05-15 to Tue 2029-05-15 every start comes once, on the day that its line "
+                            "names.\n"));
+    QCOMPARE(result.status, 2);
+}
+
+QTEST_GUILESS_MAIN(tst_Dst)
+#include "tst_Dst.moc"

@@ -1,0 +1,136 @@
+#include "CommandCall.h"
+#include "ToolHelp.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+
+// The manual pages say what the tool does.
+class tst_ManPages final : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void APageIsRenderedWithoutAWarning_data();
+    void APageIsRenderedWithoutAWarning();
+    void EveryCommandStandsInThePageAndNoOther();
+    void EveryOptionStandsInThePageAndNoOther();
+    void EveryExampleRuns();
+    void EveryTaskStandsInTheFormatsPage();
+
+private:
+    static QString Page(const char* section);
+    // What follows the heading up to the next.
+    static QString Section(const QString& page, const QString& heading);
+    static QSet<QString> Matches(const QString& text, const char* pattern);
+};
+
+QString tst_ManPages::Page(const char* section)
+{
+    QFile file(QStringLiteral(OZNA_SOURCES "/packaging/man/ozna-schedule.") + QLatin1String(section));
+    if (!file.open(QIODevice::ReadOnly))
+        return {};
+    // As it is shown, without what steers the form.
+    QString text = QString::fromUtf8(file.readAll());
+    return text.replace(QStringLiteral("\\-"), QStringLiteral("-"))
+        .replace(QStringLiteral("\\(aq"), QStringLiteral("'"));
+}
+
+QString tst_ManPages::Section(const QString& page, const QString& heading)
+{
+    const QString begin = QStringLiteral("\n.SH %1\n").arg(heading);
+    const qsizetype first = page.indexOf(begin);
+    return first < 0 ? QString() : page.mid(first + begin.size()).section(QStringLiteral("\n.SH "), 0, 0);
+}
+
+QSet<QString> tst_ManPages::Matches(const QString& text, const char* pattern)
+{
+    const QRegularExpression expression(QLatin1String(pattern), QRegularExpression::MultilineOption);
+    QSet<QString> names;
+    QRegularExpressionMatchIterator matches = expression.globalMatch(text);
+    while (matches.hasNext())
+        names.insert(matches.next().captured(1));
+    return names;
+}
+
+void tst_ManPages::APageIsRenderedWithoutAWarning_data()
+{
+    QTest::addColumn<QString>("section");
+
+    QTest::newRow("1") << QStringLiteral("1");
+    QTest::newRow("5") << QStringLiteral("5");
+}
+
+void tst_ManPages::APageIsRenderedWithoutAWarning()
+{
+    QFETCH(const QString, section);
+    const CommandCall call;
+    const CommandCall::Result result = call.RunProgram(
+        QStringLiteral("groff"),
+        {QStringLiteral("-t"), QStringLiteral("-man"), QStringLiteral("-ww"), QStringLiteral("-Tutf8"),
+         QStringLiteral("-P-cbou"), QStringLiteral(OZNA_SOURCES "/packaging/man/ozna-schedule.") + section});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.status, 0);
+    QVERIFY(result.output.startsWith(QStringLiteral("OZNA-SCHEDULE(%1)").arg(section)));
+    for (const QString& line : result.output.split(u'\n'))
+        QVERIFY2(line.size() <= 80, qPrintable(line));
+}
+
+void tst_ManPages::EveryCommandStandsInThePageAndNoOther()
+{
+    const CommandCall call;
+    const QStringList commands = ToolHelp::Commands(call);
+    QVERIFY(!commands.isEmpty());
+    QCOMPARE(Matches(Section(Page("1"), QStringLiteral("COMMANDS")), "^\\.BI ([a-z]+) "),
+             QSet<QString>(commands.begin(), commands.end()));
+}
+
+void tst_ManPages::EveryOptionStandsInThePageAndNoOther()
+{
+    const CommandCall call;
+    QSet<QString> options{QStringLiteral("--help"), QStringLiteral("-h")};
+    for (const QString& command : ToolHelp::Commands(call))
+    {
+        for (const QString& option : ToolHelp::Options(call, command))
+            options.insert(option);
+    }
+    const QString section = Section(Page("1"), QStringLiteral("OPTIONS"));
+    QSet<QString> documented = Matches(section, "^\\.TP\n\\.BI? (--?[a-z][a-z-]*)");
+    documented += Matches(section, "^\\.TP\n\\.BR (-h)");
+    documented += Matches(section, "^\\.TP\n\\.BR -h \", \" (--[a-z]+)");
+    QCOMPARE(documented, options);
+}
+
+void tst_ManPages::EveryExampleRuns()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("schedule.csv"), "1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3,70\n");
+    call.Write(QStringLiteral("new.csv"), "1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3,70\n");
+    const QSet<QString> examples = Matches(Section(Page("1"), QStringLiteral("EXAMPLES")), "^ozna-schedule (.*)$");
+    QVERIFY(examples.size() >= 5);
+    for (const QString& example : examples)
+    {
+        const CommandCall::Result result =
+            call.RunProgram(QStringLiteral("sh"), {QStringLiteral("-c"), QStringLiteral(OZNA_TOOL " ") + example});
+        QVERIFY2(result.status == 0 && result.errors.isEmpty(), qPrintable(example + u'\n' + result.errors));
+    }
+}
+
+void tst_ManPages::EveryTaskStandsInTheFormatsPage()
+{
+    const CommandCall call;
+    const QSet<QString> names = Matches(Section(Page("5"), QStringLiteral("TASKS")), "^[0-9]+\t([A-Za-z]+)\t");
+    QCOMPARE(names.size(), 19);
+    for (const QString& name : names)
+    {
+        // A name that the daemon does not know, or that nothing serves, is an unknown task.
+        const QString errors =
+            call.Run({QStringLiteral("explain"), QStringLiteral("1111111|06:00:00|*|*|*|||%1|1").arg(name)}).errors;
+        const bool isRefused = name == QLatin1String("RecordMic") || name == QLatin1String("RecordVideo");
+        QVERIFY2(isRefused != errors.isEmpty() && !errors.contains(QLatin1String("task (99)")),
+                 qPrintable(name + u' ' + errors));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_ManPages)
+#include "tst_ManPages.moc"

@@ -1,0 +1,134 @@
+#include "CommandCall.h"
+
+#include <QDateTime>
+#include <QTest>
+
+// The next starts as a timetable, whole.
+class tst_Next final : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void TheNextStartsComeInOrder_data();
+    void TheNextStartsComeInOrder();
+    void TenStartsAreShownUnlessTold();
+    void ItBeginsNowUnlessTold();
+    void ARejectedLineIsToldAndGivesStatus2();
+    void ANumberThatIsNoneIsRefused();
+};
+
+void tst_Next::TheNextStartsComeInOrder_data()
+{
+    QTest::addColumn<QByteArray>("schedule");
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<QString>("table");
+
+    QTest::newRow("two lines")
+        << QByteArray("1111100|08:30:00|*|*|*|||PlayMessage|gong.mp3\n"
+                      "1111111|22:15:30|*|*|*|||Light|0\n")
+        << "2024-05-17T05:10" << 4
+        << "Fri 2024-05-17 08:30:00  in 3 h 20 min   PlayMessage       gong.mp3                  "
+           "line 1\n"
+           "Fri 2024-05-17 22:15:30  in 17 h 5 min   Light             false                     "
+           "line 2\n"
+           "Sat 2024-05-18 22:15:30  in 1 d 17 h     Light             false                     "
+           "line 2\n"
+           "Sun 2024-05-19 22:15:30  in 2 d 17 h     Light             false                     "
+           "line 2\n";
+    QTest::newRow("asked for already, and not begun")
+        << QByteArray("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n") << "2024-05-17T08:29:55" << 1
+        << "Fri 2024-05-17 08:30:00  in 5 s          PlayMessage       gong.mp3                  line 1\n";
+    QTest::newRow("begun already") << QByteArray("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n")
+                                   << "2024-05-17T08:30:01" << 1
+                                   << "Sat 2024-05-18 08:30:00  in 23 h 59 min  PlayMessage       gong.mp3             "
+                                      "     line 1\n";
+    QTest::newRow("what is prepared and what is not, over midnight in UTC")
+        << QByteArray("1111111|02:00:05|*|*|*|||PlayMessage|gong.mp3\n1111111|02:00:01|*|*|*|||Volume|5\n")
+        << "2024-05-17" << 1
+        << "Fri 2024-05-17 02:00:01  in 2 h          Volume            5.0                       line 2\n";
+    QTest::newRow("the same time twice")
+        << QByteArray("1111111|02:30:00|*|*|*|||Volume|5\n") << "2024-10-27" << 2
+        << "Sun 2024-10-27 02:30:00  in 2 h 30 min   Volume            5.0                       line 1\n"
+           "Sun 2024-10-27 02:30:00  in 3 h 30 min   Volume            5.0                       line 1  repeated\n";
+    QTest::newRow("fewer") << QByteArray("0000000|18:00:00|25|12|*|||Volume|5\n") << "2024-05-15T05:10" << 10
+                           << "Wed 2024-12-25 18:00:00  in 224 d 13 h   Volume            5.0                       "
+                              "line 1\n"
+                              "Thu 2025-12-25 18:00:00  in 589 d 13 h   Volume            5.0                       "
+                              "line 1\n"
+                              "only 2 starts from Wed 2024-05-15 05:10:00 to Fri 2026-05-15 05:10:00\n";
+    QTest::newRow("a single one") << QByteArray("0000000|18:00:00|25|12|2024|||Volume|5\n") << "2024-12-25T17:00" << 10
+                                  << "Wed 2024-12-25 18:00:00  in 1 h          Volume            5.0                  "
+                                     "     line 1\n"
+                                     "only 1 start from Wed 2024-12-25 17:00:00 to Fri 2026-12-25 17:00:00\n";
+    QTest::newRow("none, as midnight never starts")
+        << QByteArray("1111111|00:00:00|*|*|*|||Volume|5\n") << "2024-05-15" << 10
+        << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
+    QTest::newRow("no lines") << QByteArray() << "2024-05-15" << 10
+                              << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
+}
+
+void tst_Next::TheNextStartsComeInOrder()
+{
+    QFETCH(const QByteArray, schedule);
+    QFETCH(const QString, from);
+    QFETCH(const int, count);
+    QFETCH(const QString, table);
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), schedule);
+    const CommandCall::Result result =
+        call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"), from, QStringLiteral("-n"),
+                  QString::number(count), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output, table);
+    QCOMPARE(result.status, 0);
+}
+
+void tst_Next::TenStartsAreShownUnlessTold()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), "1111111|06:00:00|*|*|*|||Volume|5\n");
+    const CommandCall::Result result = call.Run(
+        {QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"), QStringLiteral("2024-05-15")});
+    QCOMPARE(result.output.count(u'\n'), 10);
+}
+
+void tst_Next::ItBeginsNowUnlessTold()
+{
+    const CommandCall call;
+    const QDateTime due = QDateTime::currentDateTimeUtc().addSecs(7200);
+    call.Write(QStringLiteral("s.csv"),
+               "1111111|" + due.toString(QStringLiteral("HH:mm:ss")).toLatin1() + "|*|*|*|||Volume|5\n");
+    const CommandCall::Result result = call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("-n"),
+                                                 QStringLiteral("1"), QStringLiteral("--tz"), QStringLiteral("UTC")});
+    const QString moment = QLocale::c().toString(due, QStringLiteral("ddd yyyy-MM-dd HH:mm:ss"));
+    QVERIFY2(result.output.startsWith(moment + QStringLiteral("  in 2 h ")) ||
+                 result.output.startsWith(moment + QStringLiteral("  in 1 h 59 min ")),
+             qPrintable(result.output));
+}
+
+void tst_Next::ARejectedLineIsToldAndGivesStatus2()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), "1111111|06:00:00|*|*|*|||Volume|5\nnonsense\n");
+    const CommandCall::Result result =
+        call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"),
+                  QStringLiteral("2024-05-15"), QStringLiteral("-n"), QStringLiteral("1")});
+    QCOMPARE(result.errors,
+             QStringLiteral("s.csv:2: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
+                            "line out\n"));
+    QCOMPARE(result.output.count(u'\n'), 1);
+    QCOMPARE(result.status, 2);
+}
+
+void tst_Next::ANumberThatIsNoneIsRefused()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("s.csv"), "");
+    const CommandCall::Result result =
+        call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("-n"), QStringLiteral("0")});
+    QCOMPARE(result.errors, QStringLiteral("ozna-schedule: -n: a number from 1 to 10000 is expected, not \"0\"\n"));
+    QCOMPARE(result.status, 3);
+}
+
+QTEST_GUILESS_MAIN(tst_Next)
+#include "tst_Next.moc"
