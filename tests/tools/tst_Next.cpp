@@ -63,6 +63,12 @@ void tst_Next::TheNextStartsComeInOrder_data()
     QTest::newRow("none, as midnight never starts")
         << QByteArray("1111111|00:00:00|*|*|*|||Volume|5\n") << "2024-05-15" << 10
         << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
+    QTest::newRow("none, as a playlist that has played is not joined late")
+        << QByteArray("1111111|00:00:00|*|*|*|||PlayPlaylist|night\n") << "2024-05-15" << 10
+        << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
+    QTest::newRow("a playlist at midnight that has not played yet")
+        << QByteArray("0000000|00:00:00|15|5|*|||PlayPlaylist|night\n") << "2024-05-14" << 1
+        << "Thu 2024-05-16 00:00:00  in 2 d          PlayPlaylist      night                     line 1\n";
     QTest::newRow("no lines") << QByteArray() << "2024-05-15" << 10
                               << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
 }
@@ -75,6 +81,7 @@ void tst_Next::TheNextStartsComeInOrder()
     QFETCH(const QString, table);
     const CommandCall call;
     call.Write(QStringLiteral("s.csv"), schedule);
+    call.Write(QStringLiteral("night"), "first.mp3;60\nsecond.mp3;60\n");
     const CommandCall::Result result =
         call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"), from, QStringLiteral("-n"),
                   QString::number(count), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")});

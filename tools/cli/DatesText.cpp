@@ -5,7 +5,7 @@
 
 #include <QStringList>
 
-#include <algorithm>
+#include <numeric>
 
 namespace
 {
@@ -27,6 +27,13 @@ Dates Select(const QDate& first, const QDate& last, std::uint8_t days)
             dates.insert(date);
     }
     return dates;
+}
+
+std::uint8_t DaysOf(const Dates& dates)
+{
+    return std::accumulate(dates.begin(), dates.end(), std::uint8_t{0}, [](std::uint8_t days, const QDate& date) {
+        return static_cast<std::uint8_t>(days | DaysText::WeekDayBit(date));
+    });
 }
 
 QString Named(const Dates& dates)
@@ -52,9 +59,7 @@ QString DatesText::Of(const std::set<QDate>& dates, QTime time, qint64 from_ms, 
 {
     if (dates.size() < FEWEST_FOR_RULE)
         return Named(dates);
-    std::uint8_t days = 0;
-    for (const QDate& date : dates)
-        days |= DaysText::WeekDayBit(date);
+    std::uint8_t days = DaysOf(dates);
     const QDate first = *dates.begin();
     const QDate last = *dates.rbegin();
     const bool isContiguous = first.daysTo(last) + 1 == static_cast<qint64>(dates.size());

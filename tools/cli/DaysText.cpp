@@ -73,8 +73,7 @@ QString DaysText::Spot(const Action& action)
         return QStringLiteral("%1 %2 %3")
             .arg(action.m_day)
             .arg(month, hasYear ? QString::number(action.m_year) : QStringLiteral("of every year"));
-    const QString text =
-        (hasDay ? QStringLiteral("day %1 of ").arg(action.m_day) : QStringLiteral("every day of ")) + month;
+    QString text = (hasDay ? QStringLiteral("day %1 of ").arg(action.m_day) : QStringLiteral("every day of ")) + month;
     if (!hasYear)
         return text;
     return text + (hasMonth ? QStringLiteral(" %1") : QStringLiteral(" of %1")).arg(action.m_year);

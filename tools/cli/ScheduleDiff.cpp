@@ -68,11 +68,7 @@ Content ContentOf(const Event& event, const RehearsalRun& run)
     QString requests = QString::number(event.type);
     for (Request request : event.requests)
     {
-        for (QVariant& argument : request.arguments)
-        {
-            if (argument == Moment::TimeText(event.due_ms))
-                argument = QString();
-        }
+        std::ranges::replace(request.arguments, QVariant(Moment::TimeText(event.due_ms)), QVariant(QString()));
         requests += u'\n' + request.Text();
     }
     return {Phrase::Of(*line.action->m_task, event.requests), requests};

@@ -9,6 +9,9 @@
 #include "SpotDates.h"
 #include "Terminal.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 
@@ -94,8 +97,9 @@ int Commands::Dst(const QStringList& arguments)
 
     Rehearsals rehearsals(changes.size() + spans.size());
     std::vector<std::vector<Event>> nights;
-    for (const ClockChange& change : changes)
-        nights.push_back(rehearsals.Next(Around(change)));
+    nights.reserve(changes.size());
+    std::ranges::transform(changes, std::back_inserter(nights),
+                           [&](const ClockChange& change) { return rehearsals.Next(Around(change)); });
     std::vector<Event> spots;
     for (const Span& span : spans)
         std::ranges::move(rehearsals.Next(span), std::back_inserter(spots));

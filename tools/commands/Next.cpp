@@ -7,6 +7,7 @@
 #include "Terminal.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -22,14 +23,14 @@ constexpr int TASK_WIDTH = 18;
 constexpr int SUBJECT_WIDTH = 26;
 
 // A message is asked for ahead of its time, a late playlist starts behind it.
-qint64 Start_ms(const Event& event)
+qint64 StartOf(const Event& event)
 {
     return std::max(event.moment_ms, event.due_ms);
 }
 
 bool IsNext(const Event& event, qint64 from_ms)
 {
-    return event.kind == EventKind::START && Start_ms(event) >= from_ms;
+    return event.kind == EventKind::START && StartOf(event) >= from_ms;
 }
 
 // A column, and at least one blank behind it.
@@ -42,8 +43,7 @@ QString Row(const Event& event, qint64 from_ms)
 {
     QString text = QStringLiteral("%1 %2  ").arg(Moment::DateText(Moment::LocalDate(event.due_ms)),
                                                  Moment::TimeText(event.due_ms));
-    text +=
-        Column(QStringLiteral("in ") + Moment::SpanText((Start_ms(event) - from_ms) / Moment::MS_PER_S), SPAN_WIDTH);
+    text += Column(QStringLiteral("in ") + Moment::SpanText((StartOf(event) - from_ms) / Moment::MS_PER_S), SPAN_WIDTH);
     text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(EventText::Subject(event)), SUBJECT_WIDTH);
     text += QStringLiteral("line %1").arg(event.lineNumber);
     const QString mark = event.moment_ms < from_ms ? QString() : EventText::Mark(event, from_ms);

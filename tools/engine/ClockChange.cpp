@@ -8,7 +8,7 @@
 namespace
 {
 
-qint64 Offset_s(qint64 moment_ms)
+qint64 OffsetOf(qint64 moment_ms)
 {
     const auto seconds = static_cast<std::time_t>(moment_ms / Moment::MS_PER_S);
     std::tm parts{};
@@ -25,7 +25,7 @@ std::vector<ClockChange> ClockChange::Between(qint64 from_ms, qint64 until_ms)
     qint64 moment_ms = Stretch::From(from_ms).end_ms;
     while (moment_ms < until_ms)
     {
-        const qint64 shift_s = Offset_s(moment_ms) - Offset_s(moment_ms - Moment::MS_PER_S);
+        const qint64 shift_s = OffsetOf(moment_ms) - OffsetOf(moment_ms - Moment::MS_PER_S);
         if (shift_s != 0)
             changes.push_back({moment_ms, shift_s});
         moment_ms = Stretch::From(moment_ms).end_ms;
