@@ -1,27 +1,21 @@
 #include "CheckRun.h"
 
-#include <QProcess>
-
-#include <stdexcept>
+#include "CommandCall.h"
 
 namespace
 {
 
-constexpr int DEADLINE_MS = 30000;
-const QString FOLDER = QStringLiteral(OZNA_CHECK_DATA);
+const QString FOLDER = QStringLiteral(OZNA_SOURCES "/tests/data/check");
 
 } // namespace
 
 CheckRun::CheckRun(const QStringList& arguments, const QString& folder)
 {
-    QProcess process;
-    process.setWorkingDirectory(folder.isEmpty() ? FOLDER : FOLDER + u'/' + folder);
-    process.start(QStringLiteral(OZNA_TOOL), QStringList(QStringLiteral("check")) + arguments, QIODevice::ReadOnly);
-    if (!process.waitForFinished(DEADLINE_MS) || process.exitStatus() != QProcess::NormalExit)
-        throw std::runtime_error("the check does not end: " + process.errorString().toStdString());
-    status = process.exitCode();
-    output = process.readAllStandardOutput();
-    errors = process.readAllStandardError();
+    const CommandCall call(folder.isEmpty() ? FOLDER : FOLDER + u'/' + folder);
+    const CommandCall::Result result = call.Run(QStringList(QStringLiteral("check")) + arguments);
+    status = result.status;
+    output = result.output.toUtf8();
+    errors = result.errors.toUtf8();
 }
 
 QStringList CheckRun::Lines() const

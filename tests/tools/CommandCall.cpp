@@ -17,13 +17,19 @@ constexpr int SIGNALLED = 128;
 
 CommandCall::CommandCall()
 {
-    if (!m_folder.isValid())
-        throw std::runtime_error(m_folder.errorString().toStdString());
+    if (!m_ownFolder.emplace().isValid())
+        throw std::runtime_error(m_ownFolder->errorString().toStdString());
+    m_folder = m_ownFolder->path();
+}
+
+CommandCall::CommandCall(const QString& folder)
+    : m_folder(folder)
+{
 }
 
 void CommandCall::Write(const QString& name, const QByteArray& content) const
 {
-    QFile file(m_folder.filePath(name));
+    QFile file(m_folder + u'/' + name);
     if (!QDir().mkpath(QFileInfo(file.fileName()).path()) || !file.open(QIODevice::WriteOnly) ||
         file.write(content) != content.size())
         throw std::runtime_error(file.errorString().toStdString());
@@ -38,7 +44,7 @@ CommandCall::Result CommandCall::RunProgram(const QString& program, const QStrin
                                             const QByteArray& input) const
 {
     QProcess process;
-    process.setWorkingDirectory(m_folder.path());
+    process.setWorkingDirectory(m_folder);
     process.start(program, arguments);
     if (!process.waitForStarted(DEADLINE_MS))
         throw std::runtime_error(process.errorString().toStdString());

@@ -5,7 +5,9 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-// Runs the tool in a folder of its own, where the files that it is given are. No terminal is near.
+#include <optional>
+
+// Runs the tool in a folder where the files that it is given are. No terminal is near.
 class CommandCall final
 {
 public:
@@ -16,13 +18,16 @@ public:
         QString errors;
     };
 
-    // Throws std::runtime_error when there is no folder to be had.
+    // In a new folder, gone with the object. Throws std::runtime_error when there is none to be had.
     CommandCall();
+
+    // In a folder that is there, and is left as it is.
+    explicit CommandCall(const QString& folder);
 
     // Writes a file of the folder; name may lead into a folder below it. Throws std::runtime_error when it cannot.
     void Write(const QString& name, const QByteArray& content) const;
 
-    [[nodiscard]] QString Folder() const { return m_folder.path(); }
+    [[nodiscard]] QString Folder() const { return m_folder; }
 
     // Runs the tool with arguments until it ends. Throws std::runtime_error when it does not start or does not end.
     [[nodiscard]] Result Run(const QStringList& arguments, const QByteArray& input = {}) const;
@@ -32,5 +37,6 @@ public:
                                     const QByteArray& input = {}) const;
 
 private:
-    QTemporaryDir m_folder;
+    std::optional<QTemporaryDir> m_ownFolder;
+    QString m_folder;
 };

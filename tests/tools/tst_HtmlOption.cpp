@@ -1,7 +1,7 @@
+#include "CommandCall.h"
+
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 #include <QTest>
 
 namespace
@@ -38,32 +38,26 @@ private:
     Outcome Rehearse(const QStringList& options) const;
     QByteArray Content(const QString& name) const;
 
-    QTemporaryDir m_folder;
+    const CommandCall m_call;
 };
 
 void HtmlOptionTest::initTestCase()
 {
-    QFile file(m_folder.filePath(QStringLiteral("week.csv")));
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
-    QVERIFY(file.write("1111111|08:30:00|*|*|*|||Volume|5\n") > 0);
+    m_call.Write(QStringLiteral("week.csv"), "1111111|08:30:00|*|*|*|||Volume|5\n");
 }
 
 Outcome HtmlOptionTest::Rehearse(const QStringList& options) const
 {
-    QProcess process;
-    process.setWorkingDirectory(m_folder.path());
-    process.start(QStringLiteral(OZNA_TOOL),
-                  QStringList{QStringLiteral("rehearse"), QStringLiteral("week.csv"), QStringLiteral("--from"),
-                              QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")} +
-                      options);
-    if (!process.waitForFinished())
-        return {-1, {}, process.errorString().toLocal8Bit()};
-    return {process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError()};
+    const CommandCall::Result result =
+        m_call.Run(QStringList{QStringLiteral("rehearse"), QStringLiteral("week.csv"), QStringLiteral("--from"),
+                               QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")} +
+                   options);
+    return {result.status, result.output.toUtf8(), result.errors.toUtf8()};
 }
 
 QByteArray HtmlOptionTest::Content(const QString& name) const
 {
-    QFile file(m_folder.filePath(name));
+    QFile file(m_call.Folder() + u'/' + name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
@@ -95,7 +89,7 @@ void HtmlOptionTest::ADashIsStandardOutput()
     const QByteArray output = Rehearse({QStringLiteral("--html"), QStringLiteral("-")}).output;
     QCOMPARE(Rehearse({QStringLiteral("--html"), QStringLiteral("same.html")}).status, CLEAN);
     QCOMPARE(output, Content(QStringLiteral("same.html")));
-    QVERIFY(!QDir(m_folder.path()).exists(QStringLiteral("-")));
+    QVERIFY(!QDir(m_call.Folder()).exists(QStringLiteral("-")));
 }
 
 void HtmlOptionTest::APageThatCannotBeWrittenIsTold()
@@ -108,13 +102,13 @@ void HtmlOptionTest::APageThatCannotBeWrittenIsTold()
 void HtmlOptionTest::WhatStoodThereIsReplacedWhole()
 {
     const QString name = QStringLiteral("old.html");
-    QFile file(m_folder.filePath(name));
+    QFile file(m_call.Folder() + u'/' + name);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(file.write(QByteArray(1 << 20, 'x')) > 0);
     file.close();
     QCOMPARE(Rehearse({QStringLiteral("--html"), name}).status, CLEAN);
     QVERIFY(Content(name).endsWith("</html>\n"));
-    QCOMPARE(QDir(m_folder.path()).entryList({QStringLiteral("old.html*")}), QStringList{name});
+    QCOMPARE(QDir(m_call.Folder()).entryList({QStringLiteral("old.html*")}), QStringList{name});
 }
 
 void HtmlOptionTest::OneFormAtATime_data()
@@ -130,7 +124,7 @@ void HtmlOptionTest::OneFormAtATime()
     const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("none.html"), other});
     QCOMPARE(outcome.status, FAILED);
     QVERIFY(outcome.error.contains("exclude each other"));
-    QVERIFY(!QDir(m_folder.path()).exists(QStringLiteral("none.html")));
+    QVERIFY(!QDir(m_call.Folder()).exists(QStringLiteral("none.html")));
 }
 
 void HtmlOptionTest::TheHelpFitsAScreen()

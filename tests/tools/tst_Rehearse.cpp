@@ -1,7 +1,7 @@
+#include "CommandCall.h"
 #include "TextDiff.h"
 
 #include <QDir>
-#include <QProcess>
 #include <QTest>
 
 // `ozna-schedule rehearse` as its users run it: each folder of tests/data/rehearse has a schedule, the arguments, and
@@ -30,11 +30,11 @@ private:
 namespace
 {
 
-constexpr int WAIT_MS = 50000;
 constexpr int STATUS_CLEAN = 0;
 constexpr int STATUS_ERRORS = 2;
 constexpr int STATUS_FAILED = 3;
 
+const QString DATA = QStringLiteral(OZNA_SOURCES "/tests/data/rehearse");
 const QString SCHEDULE = QStringLiteral("schedule.csv");
 
 QByteArray Content(const QDir& folder, const char* name)
@@ -53,18 +53,14 @@ QByteArray Difference(const QByteArray& expected, const QByteArray& found, const
 
 RehearseTest::Outcome RehearseTest::Run(const QString& folder, const QStringList& arguments)
 {
-    QProcess process;
-    process.setWorkingDirectory(folder);
-    process.start(QStringLiteral(OZNA_TOOL), QStringList{QStringLiteral("rehearse")} + arguments);
-    if (!process.waitForFinished(WAIT_MS))
-        return {{}, "did not end", -1};
-    return {process.readAllStandardOutput(), process.readAllStandardError(), process.exitCode()};
+    const CommandCall::Result result = CommandCall(folder).Run(QStringList{QStringLiteral("rehearse")} + arguments);
+    return {result.output.toUtf8(), result.errors.toUtf8(), result.status};
 }
 
 void RehearseTest::ARehearsalIsShownAsExpected_data()
 {
     QTest::addColumn<QString>("folder");
-    const QDir data(QStringLiteral(OZNA_REHEARSE_DATA));
+    const QDir data(DATA);
     const QStringList folders = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     QVERIFY(folders.size() >= 9);
     for (const QString& folder : folders)
@@ -102,8 +98,7 @@ void RehearseTest::AMomentThatIsNoneIsNamed_data()
 void RehearseTest::AMomentThatIsNoneIsNamed()
 {
     QFETCH(const QString, moment);
-    const Outcome outcome =
-        Run(QStringLiteral(OZNA_REHEARSE_DATA "/risk"), {SCHEDULE, QStringLiteral("--from"), moment});
+    const Outcome outcome = Run(DATA + QStringLiteral("/risk"), {SCHEDULE, QStringLiteral("--from"), moment});
     QCOMPARE(outcome.errors, QByteArray("ozna-schedule: --from: a moment like 2024-05-15 or 2024-05-15T08:30:00 is "
                                         "expected, not \"") +
                                  moment.toUtf8() + "\"\n");
