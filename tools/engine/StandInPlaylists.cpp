@@ -1,7 +1,6 @@
 #include "StandInPlaylists.h"
 
 #include "ToolError.h"
-#include "tasks/PlayPlaylist.h"
 
 #include <QDir>
 #include <QFile>
@@ -47,7 +46,7 @@ bool StandInPlaylists::MakeMissing(const ScheduleLine& line) const
 {
     static const QRegularExpression MISSED(QStringLiteral(R"(^Playlist file open failed \(path=(.*)\)$)"),
                                            QRegularExpression::DotMatchesEverythingOption);
-    const QString folder = PlayPlaylist::GetPlaylistsPath() + u'/';
+    const QString folder = m_workspace->PlaylistFolder() + u'/';
     for (const DaemonRecord& record : line.records)
     {
         const QString path = MISSED.match(record.text).captured(1);
