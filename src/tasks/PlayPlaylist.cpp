@@ -11,6 +11,7 @@
 namespace
 {
 
+constexpr int REQUEST_TIMEOUT_MS = 5000;
 constexpr int LONGEST_IGNORED_LINE = 9;
 constexpr char SEPARATOR = ';';
 constexpr int FIELDS = 2;

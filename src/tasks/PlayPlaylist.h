@@ -16,8 +16,6 @@ class PlayPlaylist final : public PlayTask
 {
     Q_OBJECT
 public:
-    static constexpr int REQUEST_TIMEOUT_MS = 5000;
-
     // time: "hh:mm:ss", anything else is sent as an empty time. name: the file in the playlist folder.
     // volume: see PlayTask. Throws std::runtime_error, with the reason logged, when no track can be loaded.
     PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier);

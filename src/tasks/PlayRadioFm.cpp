@@ -10,6 +10,8 @@
 namespace
 {
 
+constexpr int SWITCH_ON_TIMEOUT_MS = 20000;
+
 double ParseFrequency(const QString& text)
 {
     bool isNumber = false;
@@ -22,7 +24,7 @@ double ParseFrequency(const QString& text)
 
 PeerReply SwitchOn()
 {
-    const ProxyTimeout patience(Scheduler::m_soundManProxy, PlayRadioFm::SWITCH_ON_TIMEOUT_MS);
+    const ProxyTimeout patience(Scheduler::m_soundManProxy, SWITCH_ON_TIMEOUT_MS);
     OZNA_LOG(LEVEL_TRACE, "Requesting SoundManager()->PlayRadioFm()");
     return SoundManager::Call(SoundManager::PLAY_RADIO_FM);
 }

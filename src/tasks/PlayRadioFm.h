@@ -7,8 +7,6 @@ class PlayRadioFm final : public PunctualTask
 {
     Q_OBJECT
 public:
-    static constexpr int SWITCH_ON_TIMEOUT_MS = 20000;
-
     // frequency: in MHz.
     explicit PlayRadioFm(const QString& frequency);
 

@@ -19,6 +19,7 @@ struct Place
 {
     const Entry* entry;
     int start_s; // of the day
+    Patience patience;
 };
 
 int Second(const Action& action)
@@ -46,7 +47,7 @@ public:
         for (const Entry& entry : entries)
         {
             if (entry.GetAction() != nullptr && entry.GetAction()->m_startTime.isValid())
-                m_places.push_back({&entry, Second(*entry.GetAction())});
+                m_places.push_back({&entry, Second(*entry.GetAction()), Patience(entry)});
         }
         std::ranges::stable_sort(m_places, {}, &Place::start_s);
     }
@@ -55,8 +56,8 @@ public:
     {
         for (const Place& place : m_places)
         {
-            const int wait_s = m_patience.Longest_s(*place.entry);
-            const QStringList held = HeldUp(place, wait_s);
+            const int wait_s = place.patience.Longest_s();
+            const QStringList held = HeldUp(place);
             if (!held.isEmpty())
                 findings.Add({place.entry->line.number, FindingKind::BLOCKING, Entry::FieldName(FIELD_START_TIME),
                               QStringLiteral("may take up to %1 s, and hold up line%2 %3")
@@ -68,8 +69,9 @@ public:
 
 private:
     // The numbers of the lines that can come too late because of place.
-    QStringList HeldUp(const Place& place, int wait_s)
+    QStringList HeldUp(const Place& place)
     {
+        const int wait_s = place.patience.Longest_s();
         const Entry& entry = *place.entry;
         const int begin_s = place.start_s - (entry.GetAction()->IsPrepared() ? Action::PREPARED_AHEAD_S : 0);
         QStringList held;
@@ -79,7 +81,7 @@ private:
             const int ahead_s = other->start_s - begin_s;
             // In one second the order is that of the file.
             const bool isLater = ahead_s > 0 || other->entry->line.number > entry.line.number;
-            const bool isLostAnyway = wait_s < SLOW_S && Patience::ShareAPeer(entry, *other->entry);
+            const bool isLostAnyway = wait_s < SLOW_S && place.patience.SharesAPeerWith(other->patience);
             if (other->entry != &entry && isLater && !isLostAnyway &&
                 IsEndangered(*other->entry->GetAction(), ahead_s, wait_s) && MeetOnADay(entry, *other->entry))
                 held.append(QString::number(other->entry->line.number));
@@ -111,7 +113,6 @@ private:
     }
 
     const QDate m_today;
-    const Patience m_patience;
     DueDays m_dueDays;
     std::vector<Place> m_places;
     std::map<const Entry*, std::vector<bool>> m_days;

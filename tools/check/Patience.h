@@ -2,34 +2,24 @@
 
 #include "Entry.h"
 
-#include <array>
+#include <QSet>
 
 // How long the daemon may wait for peers while it does an entry, and nothing else.
 class Patience final
 {
 public:
-    // Reads the time-outs that the daemon gives its peers.
-    Patience();
+    // Has the entry's task done once, before peers that accept everything. entry: not a rejected one.
+    explicit Patience(const Entry& entry);
 
-    // In seconds, for an entry that was not rejected.
-    [[nodiscard]] int Longest_s(const Entry& entry) const;
+    // In seconds.
+    [[nodiscard]] int Longest_s() const { return m_longest_ms / MS_PER_S; }
 
-    // Whether both ask the same peer: where it does not answer, neither is done, whoever waits for whom.
-    [[nodiscard]] static bool ShareAPeer(const Entry& one, const Entry& other);
+    // Whether both ask one peer: where it does not answer, neither is done, whoever waits for whom.
+    [[nodiscard]] bool SharesAPeerWith(const Patience& other) const { return m_peers.intersects(other.m_peers); }
 
 private:
-    enum Peer : int
-    {
-        SOUND,
-        PHOTO,
-        LIGHT,
-        CPU_FREQ,
-        GPS,
-        NETWORK,
-        PEERS, // none of them
-    };
+    static constexpr int MS_PER_S = 1000;
 
-    [[nodiscard]] static Peer PeerOf(const Entry& entry);
-
-    std::array<int, PEERS + 1> m_timeout_ms{}; // 0 for none
+    int m_longest_ms = 0;
+    QSet<QString> m_peers;
 };

@@ -3,7 +3,7 @@
 
 #include "TaskTable.h"
 #include "TextFile.h"
-#include "tasks/PlayPlaylist.h"
+#include "Workspace.h"
 
 #include <algorithm>
 #include <array>
@@ -91,7 +91,7 @@ constexpr std::array TABLE{
 
 } // namespace
 
-void Rules::FindRejected(const std::vector<Entry>& entries, const QString& playlists, Findings& findings)
+void Rules::FindRejected(const std::vector<Entry>& entries, Findings& findings)
 {
     for (const Entry& entry : entries)
     {
@@ -102,7 +102,7 @@ void Rules::FindRejected(const std::vector<Entry>& entries, const QString& playl
             TABLE, [&](const Row& each) { return reason.startsWith(QLatin1String(each.reason)); });
         if (row.kind == FindingKind::PLAYLIST_EMPTY)
             reason = PlaylistReading(entry.parameters.value(0)).Rejection();
-        reason.replace(PlayPlaylist::GetPlaylistsPath(), playlists);
+        reason = Workspace::Readable(reason);
         findings.Add({entry.line.number, row.kind, Entry::FieldName(row.field), reason, row.advise(entry)});
     }
 }

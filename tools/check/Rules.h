@@ -9,8 +9,8 @@
 namespace Rules
 {
 
-// The daemon's reasons for the lines that it leaves out. playlists: the folder, as the user knows it.
-void FindRejected(const std::vector<Entry>& entries, const QString& playlists, Findings& findings);
+// The daemon's reasons for the lines that it leaves out.
+void FindRejected(const std::vector<Entry>& entries, Findings& findings);
 
 // Lines that are comments though they look like entries, too many fields, and characters that get lost.
 void FindOddText(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, Findings& findings);

@@ -22,11 +22,11 @@ QDate Today(const CommandLine& line)
                                              : Moment::Now_ms());
 }
 
-Findings Look(std::vector<ScheduleLine>& lines, const QDate& today, const QString& playlists)
+Findings Look(std::vector<ScheduleLine>& lines, const QDate& today)
 {
     const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
-    Rules::FindRejected(entries, playlists, findings);
+    Rules::FindRejected(entries, findings);
     Rules::FindOddText(lines, entries, findings);
     Rules::FindOddTimes(entries, findings);
     Rules::FindOddDates(entries, today, findings);
@@ -58,7 +58,7 @@ int Commands::Check(const QStringList& arguments)
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace.SchedulePath(), file);
-    const Findings findings = Look(lines, today, workspace.PlaylistFolder());
+    const Findings findings = Look(lines, today);
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)

@@ -23,9 +23,6 @@ using Moment::MS_PER_S;
 constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 constexpr qint64 DAY_AND_HOUR_MS = 25 * HOUR_MS; // a date on which the clocks are put back
 
-// What the bus library waits where a proxy has no time-out of its own, which it tells as a negative one.
-constexpr int LIBRARY_TIMEOUT_MS = 25000;
-
 // The first tick of a timer with that period, started at start_ms, that is not before moment_ms.
 qint64 TickFrom(qint64 moment_ms, qint64 start_ms, qint64 period_ms)
 {
@@ -46,8 +43,7 @@ Rehearsal::Rehearsal(const Plan& plan)
 {
     Clock::SetSource([this] { return m_now_ms; });
     PeerCall::SetTransport([this](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
-        const int timeout_ms = proxy->timeout() < 0 ? LIBRARY_TIMEOUT_MS : proxy->timeout();
-        Receive({m_now_ms, proxy->service().section(u'.', -1), method, arguments, timeout_ms});
+        Receive(Request::Sent(m_now_ms, *proxy, method, arguments));
         return PeerReply(0);
     });
 }

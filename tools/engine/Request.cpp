@@ -1,10 +1,14 @@
 #include "Request.h"
 
+#include <QDBusAbstractInterface>
 #include <QLocale>
 #include <QStringList>
 
 namespace
 {
+
+// What the bus library waits where a proxy has no time-out of its own, which it tells as a negative one.
+constexpr int LIBRARY_TIMEOUT_MS = 25000;
 
 const QString OWN_NAME = QStringLiteral("scheduler");
 const QString PDD_SIGNAL = QStringLiteral("ExpectedPddAction");
@@ -25,6 +29,13 @@ QString Shown(const QVariant& argument)
 }
 
 } // namespace
+
+Request Request::Sent(qint64 moment_ms, const QDBusAbstractInterface& proxy, const QString& method,
+                      const QVariantList& arguments)
+{
+    const int timeout_ms = proxy.timeout() < 0 ? LIBRARY_TIMEOUT_MS : proxy.timeout();
+    return {moment_ms, proxy.service().section(u'.', -1), method, arguments, timeout_ms};
+}
 
 Request Request::Announcement(qint64 moment_ms, PDD_ACTION action, bool enable)
 {

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QVariantList>
 
+class QDBusAbstractInterface;
+
 // One request of the daemon to a peer, or one announcement of its own.
 struct Request
 {
@@ -13,6 +15,10 @@ struct Request
     QString method;
     QVariantList arguments;
     int timeout_ms = 0; // how long the daemon waits at most for an answer
+
+    // What the daemon asks of proxy's peer.
+    [[nodiscard]] static Request Sent(qint64 moment_ms, const QDBusAbstractInterface& proxy, const QString& method,
+                                      const QVariantList& arguments);
 
     // What the daemon announces itself, for who listens.
     [[nodiscard]] static Request Announcement(qint64 moment_ms, PDD_ACTION action, bool enable);

@@ -21,7 +21,7 @@ public:
         Peers::CreateProxies();
         PeerCall::SetTransport(
             [&requests](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
-                requests.append({NO_MOMENT, proxy->service().section(u'.', -1), method, arguments});
+                requests.append(Request::Sent(NO_MOMENT, *proxy, method, arguments));
                 return PeerReply(0);
             });
     }
