@@ -38,7 +38,9 @@ int MillisecondsUntil(const QString& startTime)
     if (!start.isValid())
         return 0;
     const int wait_ms = QTime::currentTime().msecsTo(start);
-    // A time half a day back is tomorrow's.
+    // A time half a day back is tomorrow's, and one as far ahead was yesterday's.
+    if (wait_ms > HALF_DAY_MS)
+        return 0;
     return wait_ms < -HALF_DAY_MS ? wait_ms + 2 * HALF_DAY_MS : std::max(wait_ms, 0);
 }
 

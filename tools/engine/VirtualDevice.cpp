@@ -37,7 +37,9 @@ qint64 BeginOf(const Request& request, int argument)
     if (!time.isValid())
         return request.moment_ms;
     const qint64 wait_ms = Moment::LocalTime(request.moment_ms).msecsTo(time);
-    // A time half a day back is tomorrow's.
+    // A time half a day back is tomorrow's, and one as far ahead was yesterday's.
+    if (wait_ms > DAY_MS / 2)
+        return request.moment_ms;
     return request.moment_ms + (wait_ms < -DAY_MS / 2 ? wait_ms + DAY_MS : std::max<qint64>(wait_ms, 0));
 }
 
