@@ -11,6 +11,7 @@ const texts = (parts) => [...parts].map(text).join(";");
 report([...document.querySelectorAll("[data-event]")].sort((a, b) => a.dataset.event - b.dataset.event).map((entry) => [
     entry.dataset.event, texts(entry.querySelectorAll("button .badge")), text(entry.querySelector(".source")),
     texts(entry.querySelectorAll(".requests li")), texts(entry.querySelectorAll(".tracks li")),
+    text(entry.querySelector(".risk")),
 ].join("\t")).join("\n"));
 )";
 

@@ -70,7 +70,9 @@ QString PageTest::EventLine(size_t index) const
     return QStringList{QString::number(index),
                        EventText::Mark(event, m_run->Begin_ms()).replace(QStringLiteral(", "), QStringLiteral(";")),
                        QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text,
-                       requests.join(u';'), tracks.join(u';')}
+                       requests.join(u';'),
+                       tracks.join(u';'),
+                       EventText::Risk(event)}
         .join(u'\t');
 }
 
