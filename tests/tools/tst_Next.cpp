@@ -125,6 +125,10 @@ void tst_Next::ARejectedLineIsToldAndGivesStatus2()
                             "line out\n"));
     QCOMPARE(result.output.count(u'\n'), 1);
     QCOMPARE(result.status, 2);
+
+    call.Write(QStringLiteral("a%2%3.csv"), "nonsense\n");
+    QVERIFY(call.Run({QStringLiteral("next"), QStringLiteral("a%2%3.csv")})
+                .errors.startsWith(QLatin1String("a%2%3.csv:1: error: Wrong action fields ")));
 }
 
 void tst_Next::ANumberThatIsNoneIsRefused()

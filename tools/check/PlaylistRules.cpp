@@ -41,10 +41,10 @@ void LookAt(const PlaylistReading::Line& line, const Entry& entry, Findings& fin
                           QStringLiteral("%1 is no track: \"%2\"").arg(where, line.text), AdviseTrack(line)});
     }
     else if (line.duration_s <= 0)
-        findings.Add(
-            {entry.line.number, FindingKind::PLAYLIST_DURATION, field,
-             QStringLiteral("%1 counts as lasting %2 s: \"%3\"").arg(where).arg(line.duration_s).arg(line.text),
-             QStringLiteral("write the duration in whole seconds behind the ;, and nothing else")});
+        findings.Add({entry.line.number, FindingKind::PLAYLIST_DURATION, field,
+                      QStringLiteral("%1 counts as lasting %2 s: \"%3\"")
+                          .arg(where, QString::number(line.duration_s), line.text),
+                      QStringLiteral("write the duration in whole seconds behind the ;, and nothing else")});
 }
 
 } // namespace

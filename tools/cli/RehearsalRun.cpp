@@ -89,10 +89,9 @@ int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLi
         if (!line.IsRejected())
             continue;
         ++rejected;
-        Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
-                                 .arg(file)
-                                 .arg(line.number)
-                                 .arg(Terminal::Harmless(line.Rejection())));
+        Terminal::PrintError(
+            QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
+                .arg(Terminal::Harmless(file), QString::number(line.number), Terminal::Harmless(line.Rejection())));
     }
     return rejected;
 }
