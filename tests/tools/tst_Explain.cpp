@@ -108,6 +108,16 @@ void tst_Explain::ALineIsSaidInWords_data()
         "Every day at 25:00:00, set the master volume to 5. 25:00:00 is no time of day: it does not start then.");
     odd("1111111|8:30:00|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:30:00, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
+    odd("1111111|07:60:05|*|*|*|||Volume|5", "Every day at 08:00:05, set the master volume to 5.");
+    odd("1111111|07:60:05|*|*|*|||PlayMessage|gong.mp3",
+        "Every day at 08:00:05, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
+        "digits each.");
+    odd("1111111|24:00:07|*|*|*|||PlayMessage|gong.mp3",
+        "Every day at 24:00:07, play the message gong.mp3. 24:00:07 is no time of day: it is asked for on the evening "
+        "before. The sound manager is told no start time: hh:mm:ss has two digits each.");
+    odd("1111111|24:00:08|*|*|*|||PlayMessage|gong.mp3",
+        "Every day at 24:00:08, play the message gong.mp3. 24:00:08 is no time of day: it does not start then. The "
+        "sound manager is told no start time: hh:mm:ss has two digits each.");
         "digits each.");
     odd("1111111|8:30:00|*|*|*|||Volume|5", "Every day at 08:30:00, set the master volume to 5.");
     odd("# closed", "A comment, which the daemon skips: a \"#\" stands before its last character.");

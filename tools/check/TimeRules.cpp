@@ -1,7 +1,7 @@
 #include "Rules.h"
 
-#include "Moment.h"
 #include "SoundManager.h"
+#include "StartTime.h"
 
 using namespace ScheduleFields;
 
@@ -10,24 +10,41 @@ namespace
 
 const QString FORMAT = QStringLiteral("HH:mm:ss");
 const QString EXISTING = QStringLiteral("write a time from 00:00:03 to 23:59:59");
-constexpr int MINUTE_S = 60;
-constexpr int HOUR_S = 3600;
 
 Finding New(const Entry& entry, FindingKind kind, const QString& text, const QString& advice)
 {
     return {entry.line.number, kind, Entry::FieldName(FIELD_START_TIME), text, advice};
 }
 
+// What becomes of a time that is on no day.
+QString InsteadOf(const Action& action)
+{
+    if (StartTime::IsAskedForTheEveningBefore(action))
+        return QStringLiteral("it is asked for on the evening before");
+    return StartTime::IsAtEveryLoad(action) ? QStringLiteral("it starts when the schedule is loaded instead")
+                                            : QStringLiteral("it does not start then");
+}
+
+// What becomes of a time that is not the one that is written.
+QString CountsAs(const Action& action, const QString& meant)
+{
+    if (!action.IsPrepared())
+        return QStringLiteral(", and counts as %1").arg(meant);
+    return QStringLiteral(": it starts at %1%2, but the player gets an empty start time")
+        .arg(meant, StartTime::IsAtEveryLoad(action) ? QStringLiteral(" and when the schedule is loaded") : QString());
+}
+
 Finding OutOfRange(const Entry& entry)
 {
     const Action& action = *entry.GetAction();
-    const qint64 second = qint64{action.m_hour} * HOUR_S + qint64{action.m_minute} * MINUTE_S + qint64{action.m_second};
     const QString given = entry.Field(FIELD_START_TIME);
-    if (second < 0 || second >= Moment::DAY_S)
+    const QTime time = StartTime::Of(action);
+    if (!time.isValid())
         return New(entry, FindingKind::TIME_RANGE,
-                   QStringLiteral("%1 is no time of a day: it does not start then").arg(given), EXISTING);
-    const QString meant = QTime(0, 0).addSecs(static_cast<int>(second)).toString(FORMAT);
-    return New(entry, FindingKind::TIME_RANGE, QStringLiteral("%1 does not exist, and counts as %2").arg(given, meant),
+                   QStringLiteral("%1 is no time of a day: %2").arg(given, InsteadOf(action)), EXISTING);
+    const QString meant = time.toString(FORMAT);
+    return New(entry, FindingKind::TIME_RANGE,
+               QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)),
                QStringLiteral("write %1").arg(meant));
 }
 
@@ -37,6 +54,7 @@ void LookAtMidnight(const Entry& entry, Findings& findings)
     const int second = QTime(0, 0).secsTo(action.m_startTime);
     // What may start late is found late.
     if (second > Action::IN_TIME_S || action.m_task->GetDelayable_s() > 0)
+    // What may start late is found late, but only as long as it has not played.
         return;
     if (second == 0)
         findings.Add(New(entry, FindingKind::MIDNIGHT, QStringLiteral("at midnight sharp it never starts"),
@@ -65,11 +83,7 @@ void Rules::FindOddTimes(const std::vector<Entry>& entries, Findings& findings)
         {
             const QString meant = action->m_startTime.toString(FORMAT);
             findings.Add(New(entry, FindingKind::TIME_FORM,
-                             action->IsPrepared()
-                                 ? QStringLiteral("is not written hh:mm:ss: it starts at %1, but the player gets an "
-                                                  "empty start time")
-                                       .arg(meant)
-                                 : QStringLiteral("is not written hh:mm:ss, and counts as %1").arg(meant),
+                             QStringLiteral("is not written hh:mm:ss%1").arg(CountsAs(*action, meant)),
                              QStringLiteral("write %1").arg(meant)));
         }
         LookAtMidnight(entry, findings);

@@ -3,6 +3,7 @@
 #include "DaysText.h"
 #include "Phrase.h"
 #include "SoundManager.h"
+#include "StartTime.h"
 #include "TaskRequests.h"
 #include "Terminal.h"
 #include "tasks/PlayPlaylist.h"
@@ -36,8 +37,9 @@ QString Days(const Action& action)
 
 QString Time(const Action& action)
 {
-    if (action.m_startTime.isValid())
-        return SoundManager::FormatTime(action.m_startTime);
+    const QTime time = StartTime::Of(action);
+    if (time.isValid())
+        return SoundManager::FormatTime(time);
     return QStringLiteral("%1:%2:%3")
         .arg(action.m_hour, 2, 10, QLatin1Char('0'))
         .arg(action.m_minute, 2, 10, QLatin1Char('0'))
@@ -80,8 +82,13 @@ QStringList Notes(const ScheduleLine& line, const QList<Request>& requests)
         notes.append(QStringLiteral("There is no such spot date."));
     if (action.m_hasFrom && action.m_hasTo && action.m_to < action.m_from)
         notes.append(QStringLiteral("Its last date comes before its first: it is never valid."));
-    if (!action.m_startTime.isValid())
-        notes.append(QStringLiteral("%1 is no time of day: it does not start then.").arg(Time(action)));
+    if (!StartTime::Of(action).isValid())
+        notes.append((StartTime::IsAskedForTheEveningBefore(action)
+                          ? QStringLiteral("%1 is no time of day: it is asked for on the evening before.")
+                          : QStringLiteral("%1 is no time of day: it does not start then."))
+                         .arg(Time(action)));
+    if (StartTime::IsAtEveryLoad(action))
+        notes.append(QStringLiteral("The time does not exist: it also starts when the schedule is loaded."));
     const bool sendsNoTime = action.IsPrepared() && std::ranges::none_of(requests, [&](const Request& request) {
                                  return request.arguments.contains(SoundManager::FormatTime(action.m_startTime));
                              });

@@ -1,0 +1,34 @@
+#include "StartTime.h"
+
+#include "Moment.h"
+
+namespace
+{
+
+constexpr int MINUTE_S = 60;
+constexpr int HOUR_S = 3600;
+
+// Of the day, or beyond it.
+qint64 Second(const Action& action)
+{
+    return qint64{action.m_hour} * HOUR_S + qint64{action.m_minute} * MINUTE_S + qint64{action.m_second};
+}
+
+} // namespace
+
+QTime StartTime::Of(const Action& action)
+{
+    const qint64 second = Second(action);
+    return second < 0 || second >= Moment::DAY_S ? QTime() : QTime(0, 0).addSecs(static_cast<int>(second));
+}
+
+bool StartTime::IsAskedForTheEveningBefore(const Action& action)
+{
+    const qint64 second = Second(action);
+    return action.IsPrepared() && second >= Moment::DAY_S && second < Moment::DAY_S + Action::PREPARED_AHEAD_S;
+}
+
+bool StartTime::IsAtEveryLoad(const Action& action)
+{
+    return !action.m_startTime.isValid() && action.m_task->GetDelayable_s() > 0;
+}
