@@ -52,12 +52,15 @@ void LookAtMidnight(const Entry& entry, Findings& findings)
 {
     const Action& action = *entry.GetAction();
     const int second = QTime(0, 0).secsTo(action.m_startTime);
-    // What may start late is found late.
-    if (second > Action::IN_TIME_S || action.m_task->GetDelayable_s() > 0)
-    // What may start late is found late, but only as long as it has not played.
+    if (second > Action::IN_TIME_S)
         return;
+    // What may start late is found late, but only as long as it has not played.
     if (second == 0)
-        findings.Add(New(entry, FindingKind::MIDNIGHT, QStringLiteral("at midnight sharp it never starts"),
+        findings.Add(New(entry, FindingKind::MIDNIGHT,
+                         action.m_task->GetDelayable_s() > 0
+                             ? QStringLiteral("at midnight sharp it starts once after the schedule is loaded, and then "
+                                              "never again")
+                             : QStringLiteral("at midnight sharp it never starts"),
                          QStringLiteral("write 00:00:03 or later, or 23:59:59")));
     else
         findings.Add(New(entry, FindingKind::AFTER_MIDNIGHT,
