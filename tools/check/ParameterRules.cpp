@@ -94,11 +94,12 @@ bool IsReadable(ParameterRole role, const QString& text)
     }
 }
 
-QString AdviseReadable(const Entry& entry, std::span<const ParameterRole> roles)
+// number: of the parameters that the task can make nothing of, from 0.
+QString AdviseReadable(const Entry& entry, std::span<const ParameterRole> roles, int number = 0)
 {
     for (size_t i = 0; i < roles.size(); ++i)
     {
-        if (IsReadable(roles[i], entry.parameters.value(static_cast<qsizetype>(i))))
+        if (IsReadable(roles[i], entry.parameters.value(static_cast<qsizetype>(i))) || number-- > 0)
             continue;
         const auto* const advice = std::ranges::find(ADVICE, roles[i], &Advice::role);
         if (advice != ADVICE.end())
@@ -118,8 +119,10 @@ void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, F
                     QStringLiteral("write %1").arg(CpuFreq::FREQUENCY_MHZ)));
         return;
     }
+    // The daemon tells them in order.
+    int number = 0;
     for (const DaemonRecord& record : entry.line.records)
-        findings.Add(New(entry, FindingKind::FALLBACK, record.text, AdviseReadable(entry, roles)));
+        findings.Add(New(entry, FindingKind::FALLBACK, record.text, AdviseReadable(entry, roles, number++)));
     // The one kind that falls back without a word.
     if (entry.Is(TASK_CAMERA) && !IsWhole(entry.parameters.value(0)))
         findings.Add(New(entry, FindingKind::FALLBACK,
