@@ -14,7 +14,8 @@ namespace
 constexpr int LEAP_YEAR = 2000; // has every date that there is
 constexpr int LAST_MONTH = 12;
 constexpr int YEAR_DAYS = 366;
-constexpr int SAMPLE_DAYS = 7; // no zone keeps summer time for less
+constexpr int LAST_YEAR = 9999; // the time of far later ones is more than a number holds
+constexpr int SAMPLE_DAYS = 7;  // no zone keeps summer time for less
 
 const QString ANY_SIGN = QStringLiteral("*");
 const QString DATE_FORMAT = QStringLiteral("yyyy-MM-dd");
@@ -55,7 +56,9 @@ bool IsImpossible(const Action& action)
 {
     if (action.m_day == ANY || action.m_month == ANY)
         return false;
-    return !QDate::isValid(action.m_year == ANY ? LEAP_YEAR : action.m_year, action.m_month, action.m_day);
+    // The year 0, which is none, has gone by as any other.
+    const int year = action.m_year == ANY || action.m_year == 0 ? LEAP_YEAR : action.m_year;
+    return !QDate::isValid(year, action.m_month, action.m_day);
 }
 
 // The last date that the spot fields allow; invalid where they go on for ever.
@@ -110,6 +113,14 @@ bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueD
                                   action.m_year == ANY ? QString() : QStringLiteral(" of %1").arg(action.m_year),
                                   QString::number(action.m_day)),
                          QStringLiteral("write a day that the month has")));
+        return true;
+    }
+    if (action.m_year > LAST_YEAR)
+    {
+        findings.Add(
+            New(entry, FindingKind::NEVER_DUE, FIELD_YEAR,
+                QStringLiteral("there is no device in the year %1: the spot date never comes").arg(action.m_year),
+                QStringLiteral("write a year of four digits, or * for any")));
         return true;
     }
     const SpotAlone alone(action);
