@@ -24,6 +24,7 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::MIDNIGHT, "midnight", false},
     FindingKindRow{FindingKind::AFTER_MIDNIGHT, "after-midnight", false},
     FindingKindRow{FindingKind::SPOT_ANY, "spot-any", false},
+    FindingKindRow{FindingKind::DAYS_AND_SPOT, "days-and-spot", false},
     FindingKindRow{FindingKind::IMPOSSIBLE_DATE, "impossible-date", false},
     FindingKindRow{FindingKind::PAST_DATE, "past-date", false},
     FindingKindRow{FindingKind::UTC_DATE, "utc-date", false},

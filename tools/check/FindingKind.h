@@ -23,6 +23,7 @@ enum class FindingKind : std::uint8_t
     MIDNIGHT,
     AFTER_MIDNIGHT,
     SPOT_ANY,
+    DAYS_AND_SPOT,
     IMPOSSIBLE_DATE,
     PAST_DATE,
     UTC_DATE,

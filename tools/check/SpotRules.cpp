@@ -1,5 +1,6 @@
 #include "SpotRules.h"
 
+#include "DaysText.h"
 #include "DueDays.h"
 
 #include <algorithm>
@@ -59,6 +60,23 @@ bool IsImpossible(const Action& action)
     // The year 0, which is none, has gone by as any other.
     const int year = action.m_year == ANY || action.m_year == 0 ? LEAP_YEAR : action.m_year;
     return !QDate::isValid(year, action.m_month, action.m_day);
+}
+
+// The days of the week do not restrict the spot date: they come on top. Whether they leave nothing to it.
+bool LookAtDaysBesides(const Entry& entry, Findings& findings)
+{
+    const Action& action = *entry.GetAction();
+    const bool isEveryDay = action.m_dow == DaysText::EVERY_DAY;
+    if (action.m_dow == 0 || (!isEveryDay && action.m_day != ANY))
+        return isEveryDay;
+    findings.Add(
+        New(entry, FindingKind::DAYS_AND_SPOT, FIELD_DAYS,
+            isEveryDay
+                ? QStringLiteral("with all days marked the spot date counts for nothing: it is due "
+                                 "every day")
+                : QStringLiteral("it is due on these days all the time, and on %1 besides").arg(DaysText::Spot(action)),
+            QStringLiteral("write 0000000 for the spot date alone; from and to restrict the days")));
+    return isEveryDay;
 }
 
 // The last date that the spot fields allow; invalid where they go on for ever.
@@ -123,6 +141,8 @@ bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueD
                 QStringLiteral("write a year of four digits, or * for any")));
         return true;
     }
+    if (LookAtDaysBesides(entry, findings))
+        return false;
     const SpotAlone alone(action);
     const QDate last = LastDate(action);
     // At the device's time the date in UTC may still be yesterday's.
