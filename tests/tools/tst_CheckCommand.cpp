@@ -41,6 +41,7 @@ private Q_SLOTS:
     void ASpotDateMayBeDueInAnotherMonth_data();
     void ASpotDateMayBeDueInAnotherMonth();
     void AThousandLinesTakeNoTime();
+    void OfManyLinesThatAreHeldUpTheFirstAreNamed();
     void HelpFitsATerminal();
 
 private:
@@ -234,6 +235,16 @@ void CheckCommandTest::AThousandLinesTakeNoTime()
     QCOMPARE(run.Lines().last(), QStringLiteral("1000 lines, 0 errors, 0 warnings"));
     // Far beyond what it takes, for machines that are busy or slowed down by sanitizers.
     QVERIFY2(since.elapsed() < 20000, QByteArray::number(since.elapsed()).constData());
+}
+
+void CheckCommandTest::OfManyLinesThatAreHeldUpTheFirstAreNamed()
+{
+    QByteArray content = "1111100|08:00:00|*|*|*|||Light|5\n";
+    for (int line = 0; line < 13; ++line)
+        content += QByteArrayLiteral("1111100|08:00:00|*|*|*|||Volume|") + QByteArray::number(line) + '\n';
+    const QStringList lines = CheckRun({Write(content)}).Lines();
+    QVERIFY2(lines[0].contains(QStringLiteral("hold up lines 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and 3 more; ")),
+             qPrintable(lines[0]));
 }
 
 void CheckCommandTest::HelpFitsATerminal()

@@ -15,6 +15,9 @@ constexpr int YEAR_DAYS = 366;
 // A peer that is this slow need not be broken: the radio is, when it is switched on.
 constexpr int SLOW_S = 20;
 
+// Of the entries that are held up: nobody reads hundreds of numbers.
+constexpr int MOST_NAMED = 10;
+
 struct Place
 {
     const Entry* entry;
@@ -59,11 +62,14 @@ public:
             const int wait_s = place.patience.Longest_s();
             const QStringList held = HeldUp(place);
             if (!held.isEmpty())
-                findings.Add({place.entry->line.number, FindingKind::BLOCKING, Entry::FieldName(FIELD_START_TIME),
-                              QStringLiteral("may take up to %1 s, and hold up line%2 %3")
-                                  .arg(QString::number(wait_s), held.size() > 1 ? QStringLiteral("s") : QString(),
-                                       held.join(QStringLiteral(", "))),
-                              QStringLiteral("keep them %1 s apart").arg(wait_s)});
+                findings.Add(
+                    {place.entry->line.number, FindingKind::BLOCKING, Entry::FieldName(FIELD_START_TIME),
+                     QStringLiteral("may take up to %1 s, and hold up line%2 %3%4")
+                         .arg(QString::number(wait_s), held.size() > 1 ? QStringLiteral("s") : QString(),
+                              held.mid(0, MOST_NAMED).join(QStringLiteral(", ")),
+                              held.size() > MOST_NAMED ? QStringLiteral(" and %1 more").arg(held.size() - MOST_NAMED)
+                                                       : QString()),
+                     QStringLiteral("keep them %1 s apart").arg(wait_s)});
         }
     }
 
