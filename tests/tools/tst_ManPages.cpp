@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "FindingKind.h"
 #include "ToolHelp.h"
 
 #include <QFile>
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void APageIsRenderedWithoutAWarning();
     void EveryCommandStandsInThePageAndNoOther();
     void EveryOptionStandsInThePageAndNoOther();
+    void EveryKindOfFindingStandsInThePageAndNoOther();
     void EveryExampleRuns();
     void EveryTaskStandsInTheFormatsPage();
 
@@ -99,6 +101,15 @@ void tst_ManPages::EveryOptionStandsInThePageAndNoOther()
     documented += Matches(section, "^\\.TP\n\\.BR (-h)");
     documented += Matches(section, "^\\.TP\n\\.BR -h \", \" (--[a-z]+)");
     QCOMPARE(documented, options);
+}
+
+void tst_ManPages::EveryKindOfFindingStandsInThePageAndNoOther()
+{
+    QStringList rows;
+    for (const FindingKindRow& row : FindingKinds::All())
+        rows.append(QLatin1String(row.name) + (row.isError ? QStringLiteral("\terror") : QStringLiteral("\twarning")));
+    QCOMPARE(Matches(Section(Page("1"), QStringLiteral("FINDINGS")), "^([a-z0-9-]+\t(error|warning))\t"),
+             QSet<QString>(rows.begin(), rows.end()));
 }
 
 void tst_ManPages::EveryExampleRuns()
