@@ -11,6 +11,8 @@ private Q_SLOTS:
     void ALineIsSaidInWords();
     void ARejectedLineTellsTheDaemonsReason();
     void LinesComeFromStandardInput();
+    void StandardInputIsReadAsAFileIs_data();
+    void StandardInputIsReadAsAFileIs();
     void AKnownPlaylistTellsItsTracks();
     void AMissingPlaylistIsRejectedWhereTheFolderIsKnown();
     void ANameThatLeadsOutOfTheFolderMakesNoFile();
@@ -106,8 +108,6 @@ void tst_Explain::ALineIsSaidInWords_data()
         "before its first: it is never valid.");
     odd("1111111|25:00:00|*|*|*|||Volume|5",
         "Every day at 25:00:00, set the master volume to 5. 25:00:00 is no time of day: it does not start then.");
-    odd("1111111|8:30:00|*|*|*|||PlayMessage|gong.mp3",
-        "Every day at 08:30:00, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
     odd("1111111|07:60:05|*|*|*|||Volume|5", "Every day at 08:00:05, set the master volume to 5.");
     odd("1111111|07:60:05|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:00:05, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
@@ -118,6 +118,8 @@ void tst_Explain::ALineIsSaidInWords_data()
     odd("1111111|24:00:08|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 24:00:08, play the message gong.mp3. 24:00:08 is no time of day: it does not start then. The "
         "sound manager is told no start time: hh:mm:ss has two digits each.");
+    odd("1111111|8:30:00|*|*|*|||PlayMessage|gong.mp3",
+        "Every day at 08:30:00, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
         "digits each.");
     odd("1111111|8:30:00|*|*|*|||Volume|5", "Every day at 08:30:00, set the master volume to 5.");
     odd("# closed", "A comment, which the daemon skips: a \"#\" stands before its last character.");
@@ -163,6 +165,24 @@ void tst_Explain::LinesComeFromStandardInput()
                             "Every day at 06:00:00, set the master volume to 5.\n"
                             "Every day at 06:00:00, stop the stream that is playing.\n"));
     QCOMPARE(result.status, 0);
+}
+
+void tst_Explain::StandardInputIsReadAsAFileIs_data()
+{
+    QTest::addColumn<QByteArray>("input");
+
+    const QByteArray line = "1111111|06:00:00|*|*|*|||Volume|5";
+    QTest::newRow("carriage returns") << line + '\r' + line + '\r';
+    QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + line + "\r\n" + line;
+}
+
+void tst_Explain::StandardInputIsReadAsAFileIs()
+{
+    QFETCH(const QByteArray, input);
+    const CommandCall call;
+    const CommandCall::Result result = call.Run({QStringLiteral("explain"), QStringLiteral("-")}, input);
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output, QStringLiteral("Every day at 06:00:00, set the master volume to 5.\n").repeated(2));
 }
 
 void tst_Explain::AKnownPlaylistTellsItsTracks()

@@ -4,10 +4,11 @@
 #include "LineText.h"
 #include "StandInPlaylists.h"
 #include "Terminal.h"
+#include "TextFile.h"
 #include "ToolError.h"
 
 #include <QFile>
-#include <QTextStream>
+#include <QTemporaryFile>
 
 #include <cstdio>
 
@@ -17,18 +18,32 @@ namespace
 const QString STANDARD_INPUT = QStringLiteral("-");
 const QString PLAYLISTS = QStringLiteral("playlists");
 
+[[noreturn]] void FailToRead(const QString& reason)
+{
+    throw ToolError(QStringLiteral("standard input: %1").arg(reason));
+}
+
+// By way of a file, so that encoding and ends of lines are those of a schedule's file.
 QStringList ReadStandardInput()
 {
     QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly | QIODevice::Text))
-        throw ToolError(QStringLiteral("standard input: %1").arg(input.errorString()));
-    QStringList lines;
-    QTextStream stream(&input);
-    QString text;
-    while (stream.readLineInto(&text))
-        lines.append(text);
+    if (!input.open(stdin, QIODevice::ReadOnly))
+        FailToRead(input.errorString());
+    const QByteArray content = input.readAll();
     if (input.error() != QFileDevice::NoError)
-        throw ToolError(QStringLiteral("standard input: %1").arg(input.errorString()));
+        FailToRead(input.errorString());
+    QTemporaryFile file;
+    if (!file.open() || file.write(content) != content.size() || !file.flush())
+        FailToRead(file.errorString());
+    TextFile schedule(file.fileName());
+    if (!schedule.Open())
+        FailToRead(QStringLiteral("%1: cannot be opened").arg(file.fileName()));
+    QStringList lines;
+    QString text;
+    while (schedule.ReadLine(text))
+        lines.append(text);
+    if (!schedule.ReadError().isEmpty())
+        FailToRead(schedule.ReadError());
     return lines;
 }
 
