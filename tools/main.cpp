@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <csignal>
 
 namespace
 {
@@ -67,6 +68,8 @@ int Run(const QStringList& arguments)
 int main(int argc, char* argv[])
 {
     Workspace::PrepareProcess();
+    // A reader that has seen enough, as head, ends the output and not the tool, which has a folder to take away.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
     const QCoreApplication application(argc, argv);
     try
     {

@@ -1,6 +1,7 @@
 #include "CommandCall.h"
 #include "ToolHelp.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
@@ -18,6 +19,7 @@ private Q_SLOTS:
     void WhatIsUnknownIsRefused_data();
     void WhatIsUnknownIsRefused();
     void ColoursAreForTerminalsAlone();
+    void AReaderThatEndsEarlyLeavesNothingBehind();
     void OnATerminalABarShowsAndCtrlCEndsIt();
     void InAPipeNoBarShowsAndASignalEndsIt();
 
@@ -162,6 +164,22 @@ void tst_ToolHelp::ColoursAreForTerminalsAlone()
     const CommandCall::Result result = RunOnTerminal(piped);
     QVERIFY(!result.output.contains(ESCAPE));
     QVERIFY2(result.output.contains(QLatin1String("SetMasterVolume(5.0)")), qPrintable(result.output));
+}
+
+void tst_ToolHelp::AReaderThatEndsEarlyLeavesNothingBehind()
+{
+    // Far more than a pipe holds.
+    m_call.Write(QStringLiteral("wrong.csv"), QByteArray("nonsense\n").repeated(10000));
+    QVERIFY(QDir(m_call.Folder()).mkpath(QStringLiteral("temporary")));
+    const QString command = QStringLiteral("{ TMPDIR=temporary %1 check wrong.csv; echo $? >status; } | head -n 1");
+    const CommandCall::Result result =
+        m_call.RunProgram(QStringLiteral("sh"), {QStringLiteral("-c"), command.arg(TOOL)});
+    QVERIFY2(result.output.startsWith(QLatin1String("wrong.csv:1: error: ")), qPrintable(result.output));
+    QCOMPARE(result.errors, QString());
+    QFile status(m_call.Folder() + QStringLiteral("/status"));
+    QVERIFY(status.open(QIODevice::ReadOnly));
+    QCOMPARE(status.readAll().trimmed(), QByteArray("2"));
+    QVERIFY(QDir(m_call.Folder() + QStringLiteral("/temporary")).isEmpty());
 }
 
 void tst_ToolHelp::OnATerminalABarShowsAndCtrlCEndsIt()
