@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -20,6 +21,8 @@ private Q_SLOTS:
     void WhatIsUnknownIsRefused();
     void ColoursAreForTerminalsAlone();
     void AReaderThatEndsEarlyLeavesNothingBehind();
+    void ASignalLeavesNothingBehind_data();
+    void ASignalLeavesNothingBehind();
     void OnATerminalABarShowsAndCtrlCEndsIt();
     void InAPipeNoBarShowsAndASignalEndsIt();
 
@@ -54,8 +57,8 @@ constexpr int LONG_LINES = 500;
 constexpr int HEIGHT = 24;
 constexpr int WIDTH = 80;
 
-// Whether the process has a handler for Ctrl-C: without one it would just be killed.
-bool CatchesInterrupt(qint64 process)
+// Whether the process has a handler for the signal: without one it would just be killed.
+bool Catches(qint64 process, int signal)
 {
     QFile status(QStringLiteral("/proc/%1/status").arg(process));
     if (!status.open(QIODevice::ReadOnly))
@@ -63,7 +66,7 @@ bool CatchesInterrupt(qint64 process)
     static const QRegularExpression CAUGHT(QStringLiteral("^SigCgt:\\s*([0-9a-f]+)$"),
                                            QRegularExpression::MultilineOption);
     const QString mask = CAUGHT.match(QString::fromLatin1(status.readAll())).captured(1);
-    return (mask.toULongLong(nullptr, 16) >> (SIGINT - 1) & 1U) != 0;
+    return (mask.toULongLong(nullptr, 16) >> (signal - 1) & 1U) != 0;
 }
 
 } // namespace
@@ -182,6 +185,33 @@ void tst_ToolHelp::AReaderThatEndsEarlyLeavesNothingBehind()
     QVERIFY(QDir(m_call.Folder() + QStringLiteral("/temporary")).isEmpty());
 }
 
+void tst_ToolHelp::ASignalLeavesNothingBehind_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("terminal closed") << SIGHUP;
+    QTest::newRow("told to end") << SIGTERM;
+}
+
+void tst_ToolHelp::ASignalLeavesNothingBehind()
+{
+    QFETCH(const int, signal);
+    WriteLongSchedule();
+    const QTemporaryDir temporary;
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("TMPDIR"), temporary.path());
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(m_call.Folder());
+    process.start(LONG_REHEARSAL.first(), LONG_REHEARSAL.mid(1));
+    // It is at work, in a folder of its own.
+    QTRY_VERIFY_WITH_TIMEOUT(Catches(process.processId(), signal), DEADLINE_MS);
+    QVERIFY(!QDir(temporary.path()).isEmpty());
+    QCOMPARE(::kill(static_cast<pid_t>(process.processId()), signal), 0);
+    QVERIFY(process.waitForFinished(DEADLINE_MS));
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+    QVERIFY(QDir(temporary.path()).isEmpty());
+}
+
 void tst_ToolHelp::OnATerminalABarShowsAndCtrlCEndsIt()
 {
     WriteLongSchedule();
@@ -205,7 +235,7 @@ void tst_ToolHelp::InAPipeNoBarShowsAndASignalEndsIt()
     QProcess process;
     process.setWorkingDirectory(m_call.Folder());
     process.start(LONG_REHEARSAL.first(), LONG_REHEARSAL.mid(1));
-    QTRY_VERIFY_WITH_TIMEOUT(CatchesInterrupt(process.processId()), DEADLINE_MS);
+    QTRY_VERIFY_WITH_TIMEOUT(Catches(process.processId(), SIGINT), DEADLINE_MS);
     // Where there was a bar, it would be there by now.
     QVERIFY(!process.waitForFinished(BAR_MS));
     QCOMPARE(::kill(static_cast<pid_t>(process.processId()), SIGINT), 0);

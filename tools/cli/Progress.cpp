@@ -15,11 +15,14 @@ constexpr int WHOLE = 100; // per cent
 
 volatile std::sig_atomic_t m_interrupted = 0;
 
+// What a second Ctrl-C gets.
+void (*m_earlierHandler)(int) = SIG_DFL;
+
 // Runs in a signal context.
 void OnInterrupt(int sig)
 {
     m_interrupted = 1;
-    static_cast<void>(std::signal(sig, SIG_DFL));
+    static_cast<void>(std::signal(sig, m_earlierHandler));
 }
 
 } // namespace
@@ -28,7 +31,9 @@ Progress::Progress()
 {
     m_since.start();
     // Where it cannot be caught it ends the tool at once.
-    static_cast<void>(std::signal(SIGINT, OnInterrupt));
+    const auto earlier = std::signal(SIGINT, OnInterrupt);
+    if (earlier != SIG_ERR && earlier != OnInterrupt)
+        m_earlierHandler = earlier;
 }
 
 Progress::~Progress()

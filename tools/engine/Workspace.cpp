@@ -80,6 +80,8 @@ Workspace::Workspace(const QString& file, const QString& playlists)
     Link(schedule.absoluteFilePath(), SchedulePath());
     Link(QFileInfo(m_playlists).absoluteFilePath(), PlayPlaylist::GetPlaylistsPath());
     WriteConfiguration();
+    m_removal.emplace(QStringList{SchedulePath(), Scheduler::GetSchedulePath(), PlayPlaylist::GetPlaylistsPath(),
+                                  m_folder.path() + CONFIGURATION, m_folder.path()});
 }
 
 Workspace::~Workspace()

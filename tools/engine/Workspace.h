@@ -1,7 +1,11 @@
 #pragma once
 
+#include "RemovalAtSignal.h"
+
 #include <QString>
 #include <QTemporaryDir>
+
+#include <optional>
 
 // The data folder that the daemon's code sees in this process: a new one, gone with the object, that holds the one
 // schedule file and the playlists. Nothing of the user's is written to, and no bus is reached. Only one may live.
@@ -49,4 +53,5 @@ private:
     const QString m_file;
     QString m_playlists;
     QTemporaryDir m_folder;
+    std::optional<RemovalAtSignal> m_removal;
 };
