@@ -72,6 +72,8 @@ void tst_Completion::ValuesAreOfferedByTheirKind_data()
     row("next --playlists s", "season");
     row("next schedule.csv --tz Europe/Rom", "Europe/Rome");
     row("next schedule.csv --tz Europ", "Europe/");
+    row("next schedule.csv --tz = Europe/Rom", "Europe/Rome");
+    row("next --playlists =", "season");
     row("next schedule.csv --from s", "");
     row("next schedule.csv -n s", "");
     row("explain s", "");
