@@ -201,6 +201,9 @@ void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth_data()
                                 << "2024-06-30";
     QTest::newRow("ahead of UTC") << "Europe/Rome" << QByteArray("0000000|00:30:00|31|7|*|||StopMessage\n")
                                   << "2024-08-01";
+    // It is looked for before that second, when it is still the day before in UTC.
+    QTest::newRow("at midnight in UTC") << "Europe/Rome" << QByteArray("0000000|02:00:00|31|7|*|||StopMessage\n")
+                                        << "2024-08-01";
 }
 
 void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth()

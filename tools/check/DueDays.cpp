@@ -4,6 +4,8 @@
 #include "Moment.h"
 #include "ScheduleFields.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -30,7 +32,9 @@ DueDays::~DueDays()
 
 void DueDays::Show(const QTime& time, const QDate& date)
 {
-    m_now_ms = Moment::FromLocal_ms(date, time.isValid() ? time : QTime(NOON_HOUR, 0));
+    const QTime start = time.isValid() ? time : QTime(NOON_HOUR, 0);
+    const int ahead_s = std::min(Action::EARLY_S, QTime(0, 0).secsTo(start));
+    m_now_ms = Moment::FromLocal_ms(date, start.addSecs(-ahead_s));
 }
 
 bool DueDays::IsDue(const Action& action, const QDate& date)

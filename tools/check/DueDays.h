@@ -15,7 +15,8 @@ public:
     DueDays(const DueDays&) = delete;
     DueDays& operator=(const DueDays&) = delete;
 
-    // At its start time on that date; a time that does not exist counts as noon.
+    // When the daemon begins to look for it on that date, a few seconds ahead of its start time; one that does not
+    // exist counts as noon.
     [[nodiscard]] bool IsDue(const Action& action, const QDate& date);
 
     // The first such date of those from first to last; invalid where there is none.
