@@ -42,7 +42,6 @@ private Q_SLOTS:
     void ASpotDateMayBeDueInAnotherMonth();
     void AThousandLinesTakeNoTime();
     void OfManyLinesThatAreHeldUpTheFirstAreNamed();
-    void HelpFitsATerminal();
 
 private:
     // Writes a schedule, and gives its path.
@@ -248,17 +247,6 @@ void CheckCommandTest::OfManyLinesThatAreHeldUpTheFirstAreNamed()
     const QStringList lines = CheckRun({Write(content)}).Lines();
     QVERIFY2(lines[0].contains(QStringLiteral("hold up lines 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and 3 more; ")),
              qPrintable(lines[0]));
-}
-
-void CheckCommandTest::HelpFitsATerminal()
-{
-    const CheckRun run({QStringLiteral("--help")});
-    QCOMPARE(run.status, CLEAN);
-    const QStringList lines = QString::fromUtf8(run.output).split(u'\n');
-    QVERIFY(lines.size() > 5);
-    QVERIFY(lines.size() <= 24);
-    for (const QString& line : lines)
-        QVERIFY2(line.size() <= 80, qPrintable(line));
 }
 
 QTEST_GUILESS_MAIN(CheckCommandTest)

@@ -12,7 +12,6 @@ using namespace ScheduleFields;
 namespace
 {
 
-constexpr int LEAP_YEAR = 2000; // has every date that there is
 constexpr int LAST_MONTH = 12;
 constexpr int YEAR_DAYS = 366;
 constexpr int LAST_YEAR = 9999; // the time of far later ones is more than a number holds
@@ -51,15 +50,6 @@ void LookAtForm(const Entry& entry, Field field, int value, const char* form, Fi
         return;
     findings.Add(New(entry, FindingKind::SPOT_ANY, field, QStringLiteral("\"%1\" counts as any").arg(text),
                      QStringLiteral("write %1, or * for any").arg(QLatin1String(form))));
-}
-
-bool IsImpossible(const Action& action)
-{
-    if (action.m_day == ANY || action.m_month == ANY)
-        return false;
-    // The year 0, which is none, has gone by as any other.
-    const int year = action.m_year == ANY || action.m_year == 0 ? LEAP_YEAR : action.m_year;
-    return !QDate::isValid(year, action.m_month, action.m_day);
 }
 
 // The days of the week do not restrict the spot date: they come on top. Whether they leave nothing to it.
@@ -123,7 +113,7 @@ bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueD
     LookAtForm(entry, FIELD_YEAR, action.m_year, "a year", findings);
     if (!HasSpot(action))
         return false;
-    if (IsImpossible(action))
+    if (DaysText::IsSpotImpossible(action))
     {
         findings.Add(New(entry, FindingKind::IMPOSSIBLE_DATE, FIELD_DAY,
                          QStringLiteral("month %1%2 has no day %3")

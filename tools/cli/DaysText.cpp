@@ -1,6 +1,7 @@
 #include "DaysText.h"
 
 #include "Action.h"
+#include "ScheduleFields.h"
 
 #include <QLocale>
 #include <QStringList>
@@ -10,7 +11,9 @@ namespace
 
 constexpr int DAYS_A_WEEK = 7;
 constexpr int SHORTEST_RANGE = 3; // days that follow each other; fewer are named one by one
-constexpr int ANY = -1;
+using ScheduleFields::ANY;
+
+constexpr int LEAP_YEAR = 2000; // has every date that there is
 
 // day: 1 for Monday, as people count.
 std::uint8_t BitOf(int day)
@@ -24,6 +27,14 @@ QString MonthName(int month)
 }
 
 } // namespace
+
+bool DaysText::IsSpotImpossible(const Action& action)
+{
+    if (action.m_day == ANY || action.m_month == ANY)
+        return false;
+    const int year = action.m_year == ANY || action.m_year == 0 ? LEAP_YEAR : action.m_year;
+    return !QDate::isValid(year, action.m_month, action.m_day);
+}
 
 QString DaysText::Joined(const QStringList& parts)
 {

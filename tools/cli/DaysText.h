@@ -26,6 +26,9 @@ inline constexpr std::uint8_t EVERY_DAY = 0x7f;
 // The action's spot date: "25 December of every year", "day 31 of every month of 2024"; empty where it has none.
 [[nodiscard]] QString Spot(const Action& action);
 
+// Whether no calendar has the action's spot date, as 30 February. The year 0, which is none, has gone by as any other.
+[[nodiscard]] bool IsSpotImpossible(const Action& action);
+
 // "Mondays, Wednesdays and Fridays".
 [[nodiscard]] QString Joined(const QStringList& parts);
 

@@ -15,9 +15,6 @@
 namespace
 {
 
-constexpr int ANY = -1;
-constexpr int LEAP_YEAR = 2000;
-constexpr int FULL_MONTH = 1; // one with 31 days
 constexpr std::uint8_t WEEKEND = 0x41;
 
 QString Days(const Action& action)
@@ -55,14 +52,6 @@ QString Validity(const Action& action)
     return action.m_hasTo ? QStringLiteral(", until %1").arg(DaysText::Date(action.m_to)) : QString();
 }
 
-// Whether the calendar has such a date at all.
-bool IsDate(const Action& action)
-{
-    return action.m_day == ANY || QDate(action.m_year == ANY ? LEAP_YEAR : action.m_year,
-                                        action.m_month == ANY ? FULL_MONTH : action.m_month, action.m_day)
-                                      .isValid();
-}
-
 QString Tracks(const Action& action, bool areTracksKnown)
 {
     const auto* const playlist = qobject_cast<const PlayPlaylist*>(action.m_task.get());
@@ -78,7 +67,7 @@ QStringList Notes(const ScheduleLine& line, const QList<Request>& requests)
     QStringList notes;
     if (action.m_dow == 0 && DaysText::Spot(action).isEmpty())
         notes.append(QStringLiteral("No day of the week is marked, and there is no spot date."));
-    else if (!IsDate(action))
+    else if (DaysText::IsSpotImpossible(action))
         notes.append(QStringLiteral("There is no such spot date."));
     if (action.m_hasFrom && action.m_hasTo && action.m_to < action.m_from)
         notes.append(QStringLiteral("Its last date comes before its first: it is never valid."));

@@ -38,6 +38,9 @@ ScheduleLine StandInPlaylists::Read(const QString& text, int number)
     ScheduleLine line = ScheduleLine::Read(text, number);
     if (line.IsRejected() && !m_areTracksKnown && MakeMissing(line))
         return ScheduleLine::Read(text, number);
+    // Nobody knows the folder that stands in.
+    for (DaemonRecord& record : line.records)
+        record.text.replace(m_folder.path() + u'/', QString());
     return line;
 }
 
