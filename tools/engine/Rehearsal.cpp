@@ -114,6 +114,11 @@ void Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch)
 {
     // Each tick is run once; that of the start itself is none.
     qint64 free_ms = std::max(m_now_ms, m_plan.start_ms + 1);
+    qint64 seen_ms = stretch.begin_ms - 1;
+    const auto see = [&](qint64 until_ms) {
+        m_missed.NoteRunning(seen_ms, until_ms, m_watches.Watches());
+        seen_ms = std::max(seen_ms, until_ms);
+    };
     while (true)
     {
         m_watches.Sort(scheduler);
@@ -127,13 +132,18 @@ void Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch)
         if (m_device.Next_ms() <= std::min(tick_ms, stretch.end_ms - 1))
         {
             m_now_ms = std::max(m_now_ms, m_device.Next_ms());
+            see(m_now_ms);
             PlayDevice();
             free_ms = std::max(free_ms, m_now_ms);
             continue;
         }
         if (tick_ms >= stretch.end_ms)
+        {
+            see(stretch.end_ms);
             return;
+        }
         m_now_ms = tick_ms;
+        see(m_now_ms);
         Pass(scheduler);
         free_ms = tick_ms + 1;
     }
