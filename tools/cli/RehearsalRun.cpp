@@ -65,13 +65,13 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     const Workspace workspace(file, line.Value(PLAYLISTS));
     m_lines = ScheduleLine::ReadFile(workspace.SchedulePath(), file);
     m_rejected = TellRejected(m_file, m_lines);
-    Rehearsal rehearsal({start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS), from_ms, until_ms});
+    const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
+    Rehearsal rehearsal({begin_ms, from_ms, until_ms});
     Progress progress;
     qint64 reached_ms = from_ms;
     bool hasEnough = false;
     m_isWhole = rehearsal.Run([&](double part) {
-        const qint64 start = start_ms.value_or(from_ms - Rehearsal::WARM_UP_MS);
-        reached_ms = start + static_cast<qint64>(part * static_cast<double>(until_ms - start));
+        reached_ms = begin_ms + static_cast<qint64>(part * static_cast<double>(until_ms - begin_ms));
         hasEnough = isEnough && isEnough(rehearsal.Events(), reached_ms);
         return !hasEnough && progress.Show(part);
     });

@@ -44,7 +44,7 @@ public:
     {
         if (m_isEnded)
             return {};
-        Rehearsal rehearsal({span.begin_ms - Rehearsal::WARM_UP_MS, span.begin_ms, span.end_ms});
+        Rehearsal rehearsal({Rehearsal::LongBefore_ms(span.begin_ms), span.begin_ms, span.end_ms});
         m_isEnded = !rehearsal.Run([this](double part) {
             return m_progress.Show((static_cast<double>(m_done) + part) / static_cast<double>(m_count));
         });

@@ -23,6 +23,8 @@ using Moment::MS_PER_S;
 constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 constexpr qint64 DAY_AND_HOUR_MS = 25 * HOUR_MS; // a date on which the clocks are put back
 
+constexpr int WARM_UP_DAYS = 7;
+
 // The first tick of a timer with that period, started at start_ms, that is not before moment_ms.
 qint64 TickFrom(qint64 moment_ms, qint64 start_ms, qint64 period_ms)
 {
@@ -35,6 +37,11 @@ qint64 FloorToSecond(qint64 moment_ms)
 }
 
 } // namespace
+
+qint64 Rehearsal::LongBefore_ms(qint64 from_ms)
+{
+    return Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(-WARM_UP_DAYS), QTime(0, 0));
+}
 
 Rehearsal::Rehearsal(const Plan& plan)
     : m_plan(plan)

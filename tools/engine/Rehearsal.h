@@ -27,9 +27,9 @@ public:
         bool everyPass = false; // run each pass of the timers, also those that can find nothing
     };
 
-    // How much earlier than the first moment of interest a daemon is started that has been running for long: what is
-    // switched on once a week is on then.
-    static constexpr qint64 WARM_UP_MS = 7LL * 86400 * 1000;
+    // When a daemon is started that has been running for long at from_ms: what is switched on once a week is on then.
+    // At a midnight, as later on a day it would force what was due before on another one.
+    [[nodiscard]] static qint64 LongBefore_ms(qint64 from_ms);
 
     explicit Rehearsal(const Plan& plan);
     ~Rehearsal() override;
