@@ -12,6 +12,7 @@ class RehearseTest final : public QObject
 private Q_SLOTS:
     void ARehearsalIsShownAsExpected_data();
     void ARehearsalIsShownAsExpected();
+    void ANameWithAPercentSignIsShownAsItStands();
     void AFileThatIsMissingIsNamed();
     void AMomentThatIsNoneIsNamed_data();
     void AMomentThatIsNoneIsNamed();
@@ -62,7 +63,7 @@ void RehearseTest::ARehearsalIsShownAsExpected_data()
     QTest::addColumn<QString>("folder");
     const QDir data(DATA);
     const QStringList folders = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    QVERIFY(folders.size() >= 9);
+    QVERIFY(folders.size() >= 13);
     for (const QString& folder : folders)
         QTest::addRow("%s", qPrintable(folder)) << data.filePath(folder);
 }
@@ -77,6 +78,19 @@ void RehearseTest::ARehearsalIsShownAsExpected()
                                   Difference(expectedErrors, outcome.errors, "error");
     QVERIFY2(difference.isEmpty(), difference.constData());
     QCOMPARE(outcome.status, expectedErrors.isEmpty() ? STATUS_CLEAN : STATUS_ERRORS);
+}
+
+void RehearseTest::ANameWithAPercentSignIsShownAsItStands()
+{
+    const CommandCall call;
+    call.Write(QStringLiteral("a%1.csv"), "nonsense\n1111111|08:00:00|*|*|*|||PlayPlaylist|p%1\n");
+    call.Write(QStringLiteral("p%1"), "first.mp3;60\nsecond.mp3;60\nthird.mp3;60\n");
+    const CommandCall::Result result =
+        call.Run({QStringLiteral("rehearse"), QStringLiteral("a%1.csv"), QStringLiteral("--tz"), QStringLiteral("UTC"),
+                  QStringLiteral("--start-at"), QStringLiteral("2024-05-15T08:01")});
+    QVERIFY2(result.errors.startsWith(QStringLiteral("a%1.csv:1: error: ")), qPrintable(result.errors));
+    QVERIFY2(result.output.contains(QStringLiteral("p%1 from track 3 ")), qPrintable(result.output));
+    QCOMPARE(result.status, STATUS_ERRORS);
 }
 
 void RehearseTest::AFileThatIsMissingIsNamed()

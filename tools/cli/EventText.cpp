@@ -79,7 +79,7 @@ QString EventText::Subject(const Event& event)
     if (request->method == QLatin1String(SoundManager::PLAY_PLAYLIST))
     {
         const uint track = request->arguments.value(2).toUInt();
-        return track > 1 ? QStringLiteral("%1 from track %2").arg(first).arg(track) : first;
+        return track > 1 ? QStringLiteral("%1 from track %2").arg(first, QString::number(track)) : first;
     }
     if (request->method == QLatin1String(SoundManager::PLAY_FILE) ||
         request->method == QLatin1String(SoundManager::PLAY_STREAM))
