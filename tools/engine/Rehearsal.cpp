@@ -184,12 +184,12 @@ void Rehearsal::PlayDeviceBefore(qint64 moment_ms)
     }
 }
 
-// The latest event of the last day for which that holds; null when there is none.
-template <typename Predicate> const Event* Rehearsal::Latest(Predicate predicate) const
+// The latest event from since_ms on for which that holds; null when there is none.
+template <typename Predicate> const Event* Rehearsal::Latest(qint64 since_ms, Predicate predicate) const
 {
     for (auto event = m_events.crbegin(); event != m_events.crend(); ++event)
     {
-        if (event->moment_ms < m_now_ms - DAY_AND_HOUR_MS)
+        if (event->moment_ms < since_ms)
             return nullptr;
         if (predicate(*event))
             return &*event;
@@ -212,7 +212,7 @@ void Rehearsal::OnFound(const Action& action, ActionFinding finding)
     Event event = NewEvent(action, finding == ActionFinding::LOST ? EventKind::LOST : EventKind::SKIPPED);
     m_missed.Note(action, event.due_ms);
     // Every far pass finds it again until its time.
-    if (Latest([&](const Event& earlier) {
+    if (Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& earlier) {
             return earlier.kind == event.kind && earlier.lineNumber == event.lineNumber &&
                    earlier.due_ms == event.due_ms;
         }) != nullptr)
@@ -242,8 +242,9 @@ void Rehearsal::MarkStart(Event& event, const Action& action)
     event.isForced = action.m_forced;
     event.delay_s = action.m_forced ? Clock::SecondsSince(action.m_startTime) : action.m_delay;
     const QDate date = Moment::LocalDate(event.due_ms);
-    const Event* const earlier = Latest(
-        [&](const Event& other) { return other.kind == EventKind::START && other.lineNumber == event.lineNumber; });
+    const Event* const earlier = Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& other) {
+        return other.kind == EventKind::START && other.lineNumber == event.lineNumber;
+    });
     event.isRepeated = earlier != nullptr && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == date;
     if (event.isForced)
         event.reason = QStringLiteral("in force since %1 when the schedule is loaded")
@@ -269,9 +270,10 @@ void Rehearsal::Receive(Request request)
         event.kind = EventKind::FOLLOWUP;
         event.moment_ms = m_now_ms;
         event.due_ms = m_now_ms;
-        // Only a series of photos asks for something by itself: that it ends.
-        const Event* const series = Latest(
-            [](const Event& other) { return other.kind == EventKind::START && other.type == TASK_RECORD_PHOTO; });
+        // Only a series of photos asks for something by itself: that it ends. It may have run for days.
+        const Event* const series = Latest(m_plan.start_ms, [](const Event& other) {
+            return other.kind == EventKind::START && other.type == TASK_RECORD_PHOTO;
+        });
         if (series != nullptr)
         {
             event.lineNumber = series->lineNumber;

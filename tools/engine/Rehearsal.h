@@ -52,7 +52,7 @@ private:
     void Receive(Request request);
     Event NewEvent(const Action& action, EventKind kind) const;
     void MarkStart(Event& event, const Action& action);
-    template <typename Predicate> const Event* Latest(Predicate predicate) const;
+    template <typename Predicate> const Event* Latest(qint64 since_ms, Predicate predicate) const;
 
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
