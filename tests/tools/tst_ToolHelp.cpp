@@ -138,6 +138,7 @@ void tst_ToolHelp::WhatIsUnknownIsRefused_data()
     row("next s.csv --from 2024-13-01",
         "--from: a moment like 2024-05-15 or 2024-05-15T08:30:00 is expected, not \"2024-13-01\"");
     row("next s.csv --tz Europe/Nowhere", "--tz: no time zone \"Europe/Nowhere\" on this system");
+    row("next s.csv --tz zone.tab", "--tz: no time zone \"zone.tab\" on this system");
     row("next s.csv --tz ../zoneinfo/UTC", "--tz: no time zone \"../zoneinfo/UTC\" on this system");
     row("next missing.csv", "missing.csv: No such file or directory");
     row("next .", ".: is not a file");

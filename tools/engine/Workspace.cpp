@@ -22,6 +22,7 @@ constexpr const char* NO_BUS = "unix:path=/nonexistent";
 constexpr const char* CONFIGURATION_VARIABLE = "OZNA_CONFIG_FILE"; // of the platform's stand-in
 
 const QString ZONE_FOLDER = QStringLiteral("/usr/share/zoneinfo/");
+const QByteArray ZONE_MAGIC = QByteArrayLiteral("TZif"); // which all zones' files begin with
 const QString SCHEDULE = QStringLiteral("schedule.csv");
 const QString CONFIGURATION = QStringLiteral("/ozna.ini");
 const QString DEVICE_PLAYLISTS = QStringLiteral("/../playlists");
@@ -37,6 +38,15 @@ QString& Root()
 {
     static QString root = {};
     return root;
+}
+
+// The folder holds tables and texts as well: the C library would take them for UTC.
+bool IsZone(const QString& name)
+{
+    if (name.startsWith(u'/') || name.contains(QLatin1String("..")) || !QFileInfo(ZONE_FOLDER + name).isFile())
+        return false;
+    QFile file(ZONE_FOLDER + name);
+    return file.open(QIODevice::ReadOnly) && file.read(ZONE_MAGIC.size()) == ZONE_MAGIC;
 }
 
 QString Reason()
@@ -123,7 +133,7 @@ void Workspace::SetTimeZone(const QString& zone)
 {
     if (zone.isEmpty())
         return;
-    if (zone.startsWith(u'/') || zone.contains(QLatin1String("..")) || !QFileInfo(ZONE_FOLDER + zone).isFile())
+    if (!IsZone(zone))
         throw ToolError(QStringLiteral("--tz: no time zone \"%1\" on this system").arg(zone));
     qputenv(ZONE_VARIABLE, zone.toLocal8Bit());
     ::tzset();
