@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace
 {
 
@@ -30,6 +32,7 @@ private Q_SLOTS:
     void ADashIsStandardOutput();
     void APageThatCannotBeWrittenIsTold();
     void WhatStoodThereIsReplacedWhole();
+    void WhatIsNoPageIsLeftAlone();
     void OneFormAtATime_data();
     void OneFormAtATime();
     void TheHelpFitsAScreen();
@@ -109,6 +112,27 @@ void HtmlOptionTest::WhatStoodThereIsReplacedWhole()
     QCOMPARE(Rehearse({QStringLiteral("--html"), name}).status, CLEAN);
     QVERIFY(Content(name).endsWith("</html>\n"));
     QCOMPARE(QDir(m_call.Folder()).entryList({QStringLiteral("old.html*")}), QStringList{name});
+}
+
+void HtmlOptionTest::WhatIsNoPageIsLeftAlone()
+{
+    const QString pipe = m_call.Folder() + QStringLiteral("/pipe");
+    QCOMPARE(::mkfifo(qPrintable(pipe), S_IRUSR | S_IWUSR), 0);
+    Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("pipe")});
+    QCOMPARE(outcome.error, QByteArray("ozna-schedule: --html: pipe is not a file\n"));
+    QCOMPARE(outcome.status, FAILED);
+    struct stat status
+    {
+    };
+    QCOMPARE(::stat(qPrintable(pipe), &status), 0);
+    QVERIFY(S_ISFIFO(status.st_mode));
+
+    const QByteArray schedule = Content(QStringLiteral("week.csv"));
+    outcome =
+        Rehearse({QStringLiteral("--html"), QStringLiteral("../%1/week.csv").arg(QDir(m_call.Folder()).dirName())});
+    QVERIFY2(outcome.error.endsWith("/week.csv is the schedule itself\n"), outcome.error.constData());
+    QCOMPARE(outcome.status, FAILED);
+    QCOMPARE(Content(QStringLiteral("week.csv")), schedule);
 }
 
 void HtmlOptionTest::OneFormAtATime_data()

@@ -9,6 +9,7 @@
 #include "ToolError.h"
 #include "WeekLayout.h"
 
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTimeZone>
 
@@ -20,6 +21,18 @@ const QString JSON = QStringLiteral("json");
 const QString CSV = QStringLiteral("csv");
 const QString HTML = QStringLiteral("html");
 const QString STANDARD_OUTPUT = QStringLiteral("-");
+
+// The page takes its file's place: a device or a pipe would be lost, and so would the schedule.
+void CheckPage(const QString& name, const QString& schedule)
+{
+    const QFileInfo page(name);
+    if (name == STANDARD_OUTPUT || !page.exists())
+        return;
+    if (!page.isFile())
+        throw ToolError(QStringLiteral("--html: %1 is not a file").arg(name));
+    if (page.canonicalFilePath() == QFileInfo(schedule).canonicalFilePath())
+        throw ToolError(QStringLiteral("--html: %1 is the schedule itself").arg(name));
+}
 
 // The file is there whole, or as it was before.
 void WritePage(const RehearsalRun& run, const QString& name)
@@ -55,6 +68,9 @@ int Commands::Rehearse(const QStringList& arguments)
         return ExitStatus::CLEAN;
     if (int{line.Has(JSON)} + int{line.Has(CSV)} + int{line.Has(HTML)} > 1)
         throw ToolError(QStringLiteral("--json, --csv and --html exclude each other"));
+
+    if (line.Has(HTML))
+        CheckPage(line.Value(HTML), line.Operand(0));
 
     RehearsalRun::SetTimeZone(line);
     std::optional<qint64> start_ms;
