@@ -132,7 +132,9 @@ void VirtualDevice::Stop(const Request& request, size_t event)
     const QString identifier = request.arguments.value(STOP_IDENTIFIER).toString();
     for (const auto& [id, playback] : m_playing)
     {
-        if (playback.source != source || !(identifier.isEmpty() || identifier == playback.identifier))
+        const bool isMeant = playback.source == source && (identifier.isEmpty() || identifier == playback.identifier);
+        // Its end may have been asked for in the same pass, by another line.
+        if (!isMeant || m_events[playback.event].stoppedByLine != 0)
             continue;
         m_events[playback.event].stoppedByLine = m_events[event].lineNumber;
         EndAt(request.moment_ms, id);
