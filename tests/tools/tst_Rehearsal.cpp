@@ -73,6 +73,7 @@ class RehearsalTest final : public QObject
 private Q_SLOTS:
     void SkippingAheadChangesNothing_data();
     void SkippingAheadChangesNothing();
+    void OneMayEndItInTheMiddleOfADay();
     void cleanupTestCase();
 
 private:
@@ -118,6 +119,22 @@ void RehearsalTest::SkippingAheadChangesNothing()
     if (!difference.isEmpty())
         qWarning("%s\n%s", schedule.Text().constData(), difference.constData()); // what QVERIFY2 would cut
     QVERIFY(difference.isEmpty());
+}
+
+void RehearsalTest::OneMayEndItInTheMiddleOfADay()
+{
+    const RandomSchedule schedule(1, 2000);
+    const Workspace workspace(schedule.Path(), schedule.Folder());
+    Rehearsal rehearsal({schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + SPAN_MS});
+    std::vector<double> parts;
+    QVERIFY(!rehearsal.Run([&](double part) {
+        parts.push_back(part);
+        return parts.size() < 3;
+    }));
+    QCOMPARE(parts.size(), size_t{3});
+    QVERIFY(std::ranges::is_sorted(parts));
+    QVERIFY(parts[2] < 0.25);
+    QVERIFY(!rehearsal.Events().empty());
 }
 
 void RehearsalTest::cleanupTestCase()

@@ -25,6 +25,9 @@ constexpr qint64 DAY_AND_HOUR_MS = 25 * HOUR_MS; // a date on which the clocks a
 
 constexpr int WARM_UP_DAYS = 7;
 
+// A day of thousands of lines takes a while: who waits is asked in between as well.
+constexpr int TICKS_A_QUESTION = 256;
+
 // The first tick of a timer with that period, started at start_ms, that is not before moment_ms.
 qint64 TickFrom(qint64 moment_ms, qint64 start_ms, qint64 period_ms)
 {
@@ -78,9 +81,13 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     return isWhole;
 }
 
+double Rehearsal::DonePart() const
+{
+    return static_cast<double>(m_now_ms - m_plan.start_ms) / static_cast<double>(m_plan.until_ms - m_plan.start_ms);
+}
+
 bool Rehearsal::RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn)
 {
-    const double whole_ms = static_cast<double>(m_plan.until_ms - m_plan.start_ms);
     for (qint64 tick_ms = m_plan.start_ms + Scheduler::EARLY_INTERVAL_MS; tick_ms < m_plan.until_ms;
          tick_ms += Scheduler::EARLY_INTERVAL_MS)
     {
@@ -88,7 +95,7 @@ bool Rehearsal::RunEveryPass(Scheduler& scheduler, const std::function<bool(doub
         m_now_ms = tick_ms;
         PlayDevice();
         Pass(scheduler);
-        if (tick_ms % HOUR_MS == 0 && !goOn(static_cast<double>(tick_ms - m_plan.start_ms) / whole_ms))
+        if (tick_ms % HOUR_MS == 0 && !goOn(DonePart()))
             return false;
     }
     PlayDeviceBefore(m_plan.until_ms);
@@ -97,12 +104,11 @@ bool Rehearsal::RunEveryPass(Scheduler& scheduler, const std::function<bool(doub
 
 bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn)
 {
-    const double whole_ms = static_cast<double>(m_plan.until_ms - m_plan.start_ms);
     m_watches.Load(scheduler);
     std::optional<Stretch> before;
     while (m_now_ms < m_plan.until_ms)
     {
-        if (!goOn(static_cast<double>(m_now_ms - m_plan.start_ms) / whole_ms))
+        if (!goOn(DonePart()))
             return false;
         Stretch stretch = Stretch::From(m_now_ms);
         stretch.end_ms = std::min(stretch.end_ms, m_plan.until_ms);
@@ -110,14 +116,16 @@ bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(doub
         if (before)
             m_missed.LookAtChange(*before, stretch, m_watches.Watches());
         before = stretch;
-        RunStretch(scheduler, stretch);
+        if (!RunStretch(scheduler, stretch, goOn))
+            return false;
         m_missed.Look(stretch, m_watches.Watches());
         m_now_ms = stretch.end_ms;
     }
     return true;
 }
 
-void Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch)
+// False when goOn ended it.
+bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn)
 {
     // Each tick is run once; that of the start itself is none.
     qint64 free_ms = std::max(m_now_ms, m_plan.start_ms + 1);
@@ -126,8 +134,10 @@ void Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch)
         m_missed.NoteRunning(seen_ms, until_ms, m_watches.Watches());
         seen_ms = std::max(seen_ms, until_ms);
     };
-    while (true)
+    for (int tick = 1;; ++tick)
     {
+        if (tick % TICKS_A_QUESTION == 0 && !goOn(DonePart()))
+            return false;
         m_watches.Sort(scheduler);
         const qint64 far_ms = m_watches.NextFar_ms(free_ms);
         const qint64 early_ms = m_watches.NextEarly_ms(free_ms);
@@ -147,7 +157,7 @@ void Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch)
         if (tick_ms >= stretch.end_ms)
         {
             see(stretch.end_ms);
-            return;
+            return true;
         }
         m_now_ms = tick_ms;
         see(m_now_ms);

@@ -56,7 +56,8 @@ private:
 
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
-    void RunStretch(Scheduler& scheduler, const Stretch& stretch);
+    bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
+    [[nodiscard]] double DonePart() const;
     void Pass(Scheduler& scheduler);
     void PlayDevice();
     void PlayDeviceBefore(qint64 moment_ms);
