@@ -50,7 +50,11 @@ QString End(const Event& event)
 {
     if (!event.plays || event.end_ms == Event::OPEN || event.type == TASK_PLAY_MESSAGE)
         return {};
-    QString text = INDENT + QStringLiteral("ends %1").arg(Moment::TimeText(event.end_ms));
+    const QDate date = Moment::LocalDate(event.end_ms);
+    QString text = INDENT + QStringLiteral("ends ");
+    if (date != Moment::LocalDate(event.moment_ms))
+        text += Moment::DateText(date) + u' ';
+    text += Moment::TimeText(event.end_ms);
     if (event.stoppedByLine != 0)
         text += QStringLiteral(", stopped by line %1").arg(event.stoppedByLine);
     return text + u'\n';
