@@ -29,11 +29,11 @@ void tst_Next::TheNextStartsComeInOrder_data()
         << "2024-05-17T05:10" << 4
         << "Fri 2024-05-17 08:30:00  in 3 h 20 min   PlayMessage       gong.mp3                  "
            "line 1\n"
-           "Fri 2024-05-17 22:15:30  in 17 h 5 min   Light             false                     "
+           "Fri 2024-05-17 22:15:30  in 17 h 5 min   Light             off                       "
            "line 2\n"
-           "Sat 2024-05-18 22:15:30  in 1 d 17 h     Light             false                     "
+           "Sat 2024-05-18 22:15:30  in 1 d 17 h     Light             off                       "
            "line 2\n"
-           "Sun 2024-05-19 22:15:30  in 2 d 17 h     Light             false                     "
+           "Sun 2024-05-19 22:15:30  in 2 d 17 h     Light             off                       "
            "line 2\n";
     QTest::newRow("asked for already, and not begun")
         << QByteArray("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n") << "2024-05-17T08:29:55" << 1

@@ -32,6 +32,18 @@ bool IsIndexedByKind()
     return true;
 }
 
+const QString ON = QStringLiteral("on");
+const QString OFF = QStringLiteral("off");
+const QString DISABLE_LAN = QStringLiteral("DisableLan"); // of the network manager
+
+// What the methods without arguments switch; empty for those that switch nothing.
+QString Switched(const QString& method)
+{
+    if (method == QLatin1String(SoundManager::PLAY_AUX))
+        return ON;
+    return method == DISABLE_LAN ? OFF : QString();
+}
+
 const QString PLAYING = QStringLiteral("playing");
 
 } // namespace
@@ -73,7 +85,7 @@ QString EventText::Subject(const Event& event)
         return candidate.method != QLatin1String(SoundManager::SET_PLAYER_VOLUME) && !candidate.arguments.isEmpty();
     });
     if (request == event.requests.end())
-        return {};
+        return event.requests.isEmpty() ? QString() : Switched(event.requests.first().method);
     const QStringList texts = request->ArgumentTexts();
     QString first = request->arguments[0].toString();
     if (request->method == QLatin1String(SoundManager::PLAY_PLAYLIST))
@@ -86,7 +98,11 @@ QString EventText::Subject(const Event& event)
         return first;
     if (request->method == QLatin1String(SoundManager::RADIO_FM_SET_FREQUENCY))
         return texts[0] + QStringLiteral(" MHz");
+    if (request->method == QLatin1String(SoundManager::STOP_PLAY) && first == QLatin1String(SoundManager::SOURCE_AUX))
+        return OFF;
     if (request->method == QLatin1String(SoundManager::STOP_PLAY))
         return request->arguments.value(1).toString();
+    if (request->arguments[0].typeId() == QMetaType::Bool)
+        return request->arguments[0].toBool() ? ON : OFF;
     return texts.join(QStringLiteral(", "));
 }

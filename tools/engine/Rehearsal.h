@@ -1,10 +1,8 @@
 #pragma once
 
-#include "Event.h"
-#include "MissedTimes.h"
+#include "EventLog.h"
 #include "Scheduler.h"
 #include "Stretch.h"
-#include "VirtualDevice.h"
 #include "WatchList.h"
 
 #include <QObject>
@@ -39,38 +37,23 @@ public:
     [[nodiscard]] bool Run(const std::function<bool(double)>& goOn = {});
 
     // In the order of their moments.
-    [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
+    [[nodiscard]] const std::vector<Event>& Events() const { return m_log.Events(); }
 
     // How many of the daemon's passes were run.
     [[nodiscard]] qint64 Passes() const { return m_passes; }
 
 private:
-    static constexpr size_t NONE = static_cast<size_t>(-1);
-
-    void OnFound(const Action& action, ActionFinding finding);
     void OnPddAction(uint action, bool enable);
-    void Receive(Request request);
-    Event NewEvent(const Action& action, EventKind kind) const;
-    void MarkStart(Event& event, const Action& action);
-    template <typename Predicate> const Event* Latest(qint64 since_ms, Predicate predicate) const;
-
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
     [[nodiscard]] double DonePart() const;
     void Pass(Scheduler& scheduler);
-    void PlayDevice();
     void PlayDeviceBefore(qint64 moment_ms);
-    void Finish();
-    void MarkRisks();
 
     const Plan m_plan;
     qint64 m_now_ms;
-    std::vector<Event> m_events;
-    VirtualDevice m_device;
+    EventLog m_log;
     WatchList m_watches;
-    MissedTimes m_missed;
-    const Action* m_running = nullptr; // whose task is run
-    size_t m_event = NONE;             // to which requests belong
     qint64 m_passes = 0;
 };

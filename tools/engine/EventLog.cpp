@@ -1,0 +1,150 @@
+#include "EventLog.h"
+
+#include "Clock.h"
+#include "Moment.h"
+#include "tasks/PlayPlaylist.h"
+
+#include <algorithm>
+
+namespace
+{
+
+using Moment::MS_PER_S;
+
+constexpr qint64 DAY_AND_HOUR_MS = 25 * 3600 * MS_PER_S; // a date on which the clocks are put back
+
+qint64 FloorToSecond(qint64 moment_ms)
+{
+    return moment_ms / MS_PER_S * MS_PER_S;
+}
+
+} // namespace
+
+EventLog::EventLog(const qint64& now_ms)
+    : m_now_ms(now_ms)
+    , m_start_ms(now_ms)
+    , m_device(m_events)
+{
+}
+
+// The latest event from since_ms on for which that holds; null when there is none.
+template <typename Predicate> const Event* EventLog::Latest(qint64 since_ms, Predicate predicate) const
+{
+    for (auto event = m_events.crbegin(); event != m_events.crend(); ++event)
+    {
+        if (event->moment_ms < since_ms)
+            return nullptr;
+        if (predicate(*event))
+            return &*event;
+    }
+    return nullptr;
+}
+
+void EventLog::OnFound(const Action& action, ActionFinding finding)
+{
+    if (finding == ActionFinding::READY)
+    {
+        Event event = NewEvent(action, EventKind::START);
+        MarkStart(event, action);
+        m_missed.Note(action, event.due_ms);
+        m_running = &action;
+        m_event = m_events.size();
+        m_events.push_back(std::move(event));
+        return;
+    }
+    Event event = NewEvent(action, finding == ActionFinding::LOST ? EventKind::LOST : EventKind::SKIPPED);
+    m_missed.Note(action, event.due_ms);
+    // Every far pass finds it again until its time.
+    if (Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& earlier) {
+            return earlier.kind == event.kind && earlier.lineNumber == event.lineNumber &&
+                   earlier.due_ms == event.due_ms;
+        }) != nullptr)
+        return;
+    event.reason = finding == ActionFinding::LOST ? QStringLiteral("found too late to be prepared")
+                                                  : QStringLiteral("its StopPlaylist follows too soon");
+    m_events.push_back(std::move(event));
+}
+
+Event EventLog::NewEvent(const Action& action, EventKind kind) const
+{
+    Event event;
+    event.kind = kind;
+    event.moment_ms = m_now_ms;
+    event.lineNumber = action.m_lineNumber;
+    event.type = action.m_task->m_type;
+    event.taskName = action.m_task->GetName();
+    const bool isLate = action.m_forced || action.m_delay > 0;
+    event.due_ms =
+        isLate ? FloorToSecond(m_now_ms) - Clock::SecondsSince(action.m_startTime) * MS_PER_S
+               : FloorToSecond(m_now_ms) + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second) * MS_PER_S;
+    return event;
+}
+
+void EventLog::MarkStart(Event& event, const Action& action) const
+{
+    event.isForced = action.m_forced;
+    event.delay_s = action.m_forced ? Clock::SecondsSince(action.m_startTime) : action.m_delay;
+    const QDate date = Moment::LocalDate(event.due_ms);
+    const Event* const earlier = Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& other) {
+        return other.kind == EventKind::START && other.lineNumber == event.lineNumber;
+    });
+    event.isRepeated = earlier != nullptr && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == date;
+    if (event.isForced)
+        event.reason = QStringLiteral("in force since %1 when the schedule is loaded")
+                           .arg(action.m_startTime.toString(QStringLiteral("HH:mm:ss")));
+    else if (event.isRepeated)
+        event.reason = earlier->due_ms == event.due_ms
+                           ? QStringLiteral("asked for again before its time")
+                           : QStringLiteral("the clocks are put back: the time comes twice");
+    else if (event.delay_s > 0)
+        event.reason = QStringLiteral("by %1").arg(Moment::SpanText(event.delay_s));
+}
+
+void EventLog::Receive(Request request)
+{
+    if (m_event == NONE)
+    {
+        Event event;
+        event.kind = EventKind::FOLLOWUP;
+        event.moment_ms = m_now_ms;
+        event.due_ms = m_now_ms;
+        // Only a series of photos asks for something by itself: that it ends. It may have run for days.
+        const Event* const series = Latest(m_start_ms, [](const Event& other) {
+            return other.kind == EventKind::START && other.type == TASK_RECORD_PHOTO;
+        });
+        if (series != nullptr)
+        {
+            event.lineNumber = series->lineNumber;
+            event.type = series->type;
+            event.taskName = series->taskName;
+        }
+        m_event = m_events.size();
+        m_events.push_back(std::move(event));
+    }
+    static const std::vector<PlaylistItem> NO_TRACKS;
+    const auto* playlist = m_running != nullptr ? qobject_cast<const PlayPlaylist*>(m_running->m_task.get()) : nullptr;
+    m_device.Receive(request, m_event, playlist != nullptr ? playlist->Tracks() : NO_TRACKS);
+    m_events[m_event].requests.append(std::move(request));
+}
+
+void EventLog::EndPass()
+{
+    m_event = NONE;
+    m_running = nullptr;
+}
+
+void EventLog::PlayDevice()
+{
+    m_device.Play(m_now_ms);
+    EndPass();
+}
+
+void EventLog::Finish(qint64 from_ms)
+{
+    m_events.insert(m_events.end(), m_missed.Events().begin(), m_missed.Events().end());
+    std::erase_if(m_events, [from_ms](const Event& event) {
+        const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > from_ms);
+        return event.moment_ms < from_ms && !stillPlays;
+    });
+    std::ranges::stable_sort(m_events, {}, &Event::moment_ms);
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Event.h"
+#include "MissedTimes.h"
+#include "Scheduler.h"
+#include "VirtualDevice.h"
+
+#include <vector>
+
+// Makes events of what a rehearsal's passes find and its peers are asked for, and has the device do it.
+class EventLog final
+{
+public:
+    // now_ms: the rehearsal's clock, at its start; outlives the log.
+    explicit EventLog(const qint64& now_ms);
+
+    EventLog(const EventLog&) = delete;
+    EventLog& operator=(const EventLog&) = delete;
+
+    // A pass has found that; the requests that follow are those of an action that is ready.
+    void OnFound(const Action& action, ActionFinding finding);
+
+    void Receive(Request request);
+
+    // What is asked for from now on belongs to no action that was found.
+    void EndPass();
+
+    // The device sends the signals that are due.
+    void PlayDevice();
+
+    // When the next one is due; the greatest number when none is.
+    [[nodiscard]] qint64 NextSignal_ms() const { return m_device.Next_ms(); }
+
+    [[nodiscard]] MissedTimes& Missed() { return m_missed; }
+
+    // Adds what was missed, leaves out what is over before from_ms, and puts the events in order. No request follows.
+    void Finish(qint64 from_ms);
+
+    [[nodiscard]] std::vector<Event>& Events() { return m_events; }
+    [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
+
+private:
+    static constexpr size_t NONE = static_cast<size_t>(-1);
+
+    [[nodiscard]] Event NewEvent(const Action& action, EventKind kind) const;
+    void MarkStart(Event& event, const Action& action) const;
+    template <typename Predicate> const Event* Latest(qint64 since_ms, Predicate predicate) const;
+
+    const qint64& m_now_ms;
+    const qint64 m_start_ms;
+    std::vector<Event> m_events;
+    VirtualDevice m_device;
+    MissedTimes m_missed;
+    const Action* m_running = nullptr; // whose task is run
+    size_t m_event = NONE;             // to which requests belong
+};
