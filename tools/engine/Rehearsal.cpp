@@ -10,6 +10,7 @@
 
 #include <QCoreApplication>
 #include <QDBusAbstractInterface>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <optional>
@@ -53,21 +54,22 @@ Rehearsal::Rehearsal(const Plan& plan)
 
 Rehearsal::~Rehearsal()
 {
-    Peers::DeleteProxies();
     Clock::SetSource({});
     PeerCall::SetTransport({});
 }
 
 bool Rehearsal::Run(const std::function<bool(double)>& goOn)
 {
+    // Deleted after the scheduler, which creates them and has their signals.
+    const auto deletePeers = qScopeGuard([] { Peers::DeleteProxies(); });
     Scheduler scheduler(Workspace::FileName());
     connect(&scheduler, &Scheduler::Found, this,
             [this](const Action& action, ActionFinding finding) { m_log.OnFound(action, finding); });
     connect(&scheduler, &Scheduler::ExpectedPddAction, this, &Rehearsal::OnPddAction);
     scheduler.Start();
-    const auto noOne = [](double) { return true; };
-    const bool isWhole =
-        m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : noOne) : RunStretches(scheduler, goOn ? goOn : noOne);
+    const auto always = [](double) { return true; };
+    const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : always)
+                                          : RunStretches(scheduler, goOn ? goOn : always);
     disconnect(&scheduler, nullptr, this, nullptr);
     m_log.Finish(m_plan.from_ms);
     Risks::Mark(m_log.Events());
