@@ -165,9 +165,14 @@ bool Action::IsDueToday() const
     return ((m_dow & (1U << weekDay)) != 0 || IsSpotDay()) && IsValidToday();
 }
 
+bool Action::HasSpotDate() const
+{
+    return m_day != ANY || m_month != ANY || m_year != ANY;
+}
+
 bool Action::IsSpotDay() const
 {
-    if (m_day == ANY && m_month == ANY && m_year == ANY)
+    if (!HasSpotDate())
         return false;
     // The spot date is that of UTC, unlike the day of week: an asymmetry that is required.
     const QDate today = Clock::UtcToday();

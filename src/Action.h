@@ -49,6 +49,9 @@ public:
     // Whether today is one of the entry's days: of the week or the spot date, and valid.
     bool IsDueToday() const;
 
+    // Whether the line restricts day, month or year, on which it is due besides its days of the week.
+    bool HasSpotDate() const;
+
     int m_lineNumber = 0; // of the schedule file; 0 for an action that comes from none
     int m_hour = 0;       // as the line gives it, not checked
     int m_minute = 0;

@@ -68,7 +68,7 @@ bool LookAtRange(const Entry& entry, const QDate& today, Findings& findings)
 void LookAtDue(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
 {
     const Action& action = *entry.GetAction();
-    if (action.m_dow == 0 && !SpotRules::HasSpot(action))
+    if (action.m_dow == 0 && !action.HasSpotDate())
     {
         findings.Add(New(entry, FindingKind::NEVER_DUE, FIELD_DAYS,
                          QStringLiteral("neither a day of the week nor a spot date: it is never due"),

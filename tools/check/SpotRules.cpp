@@ -100,18 +100,13 @@ QDate FirstOtherDate(const Action& action, const QDate& today, DueDays& dueDays)
 
 } // namespace
 
-bool SpotRules::HasSpot(const Action& action)
-{
-    return action.m_day != ANY || action.m_month != ANY || action.m_year != ANY;
-}
-
 bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
 {
     Action& action = *entry.GetAction();
     LookAtForm(entry, FIELD_DAY, action.m_day, "1 to 31", findings);
     LookAtForm(entry, FIELD_MONTH, action.m_month, "1 to 12", findings);
     LookAtForm(entry, FIELD_YEAR, action.m_year, "a year", findings);
-    if (!HasSpot(action))
+    if (!action.HasSpotDate())
         return false;
     if (DaysText::IsSpotImpossible(action))
     {

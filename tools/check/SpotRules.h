@@ -11,9 +11,6 @@ class DueDays;
 namespace SpotRules
 {
 
-// Whether any of them restricts the date.
-[[nodiscard]] bool HasSpot(const Action& action);
-
 // Adds what is odd about the spot date of an entry that was not rejected. Whether no such date is to come.
 [[nodiscard]] bool LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings);
 

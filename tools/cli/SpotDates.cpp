@@ -26,7 +26,7 @@ bool IsWritten(const Action& action, const QDate& date)
 
 bool HasSpot(const ScheduleLine& line)
 {
-    return line.action != nullptr && !DaysText::Spot(*line.action).isEmpty();
+    return line.action != nullptr && line.action->HasSpotDate();
 }
 
 bool IsElsewhere(const Event& event, const Action& action)

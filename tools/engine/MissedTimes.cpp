@@ -11,8 +11,6 @@ using Moment::MS_PER_S;
 
 constexpr int LAST_UNSEEN_S = 2; // after midnight: what is due then, no pass sees ahead
 
-constexpr int ANY = -1; // spot day, month or year
-
 Event Missed(const Action& action, qint64 moment_ms, const QString& reason)
 {
     Event event;
@@ -39,8 +37,7 @@ QString MissedTimes::Reason(const Open& open) const
         return QStringLiteral("still under way since its last start");
     if (QTime(0, 0).secsTo(open.action->m_startTime) <= LAST_UNSEEN_S)
         return QStringLiteral("too soon after midnight: the daemon looks ahead within one day only");
-    const bool hasSpot = open.action->m_day != ANY || open.action->m_month != ANY || open.action->m_year != ANY;
-    if (hasSpot && open.due_ms % DAY_MS <= LAST_UNSEEN_S * MS_PER_S)
+    if (open.action->HasSpotDate() && open.due_ms % DAY_MS <= LAST_UNSEEN_S * MS_PER_S)
         return QStringLiteral("too soon after midnight in UTC, when its spot date begins");
     const qint64 sinceChange_ms = open.due_ms - m_lastChange_ms;
     if (sinceChange_ms >= 0 && sinceChange_ms < Action::EARLY_S * MS_PER_S)
