@@ -21,7 +21,7 @@ constexpr const char* DATES[] = {
 // Name, then content.
 constexpr const char* PLAYLISTS[][2] = {
     {"short", "a.mp3;0010\nb.mp3;0020\n"},
-    {"long", "first.mp3;1800\nsecond.mp3;3600\nthird.mp3;5400\n"},
+    {"long", "first.mp3;1700\nsecond.mp3;3600\nthird.mp3;5400\n"},
     {"night", "evening.mp3;20000\nnight.mp3;30000\n"},
     {"odd", "back.mp3;-500\nnothing.mp3;0\nword.mp3;abc\nlast.mp3;30\n"},
     {"one", "a single track.mp3;600\n"},

@@ -204,9 +204,11 @@ void tst_ToolHelp::ASignalLeavesNothingBehind()
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_call.Folder());
     process.start(LONG_REHEARSAL.first(), LONG_REHEARSAL.mid(1));
+    // Until then it is a copy of this process, which catches signals as well.
+    QVERIFY(process.waitForStarted(DEADLINE_MS));
     // It is at work, in a folder of its own.
     QTRY_VERIFY_WITH_TIMEOUT(Catches(process.processId(), signal), DEADLINE_MS);
-    QVERIFY(!QDir(temporary.path()).isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(!QDir(temporary.path()).isEmpty(), DEADLINE_MS);
     QCOMPARE(::kill(static_cast<pid_t>(process.processId()), signal), 0);
     QVERIFY(process.waitForFinished(DEADLINE_MS));
     QCOMPARE(process.exitStatus(), QProcess::CrashExit);
@@ -236,6 +238,8 @@ void tst_ToolHelp::InAPipeNoBarShowsAndASignalEndsIt()
     QProcess process;
     process.setWorkingDirectory(m_call.Folder());
     process.start(LONG_REHEARSAL.first(), LONG_REHEARSAL.mid(1));
+    // Until then it is a copy of this process, which catches signals as well.
+    QVERIFY(process.waitForStarted(DEADLINE_MS));
     QTRY_VERIFY_WITH_TIMEOUT(Catches(process.processId(), SIGINT), DEADLINE_MS);
     // Where there was a bar, it would be there by now.
     QVERIFY(!process.waitForFinished(BAR_MS));
