@@ -11,7 +11,7 @@ namespace
 
 using Moment::MS_PER_S;
 
-constexpr qint64 DAY_AND_HOUR_MS = 25 * 3600 * MS_PER_S; // a date on which the clocks are put back
+constexpr qint64 DAY_AND_HOUR_MS = 25LL * 3600 * MS_PER_S; // a date on which the clocks are put back
 
 qint64 FloorToSecond(qint64 moment_ms)
 {
