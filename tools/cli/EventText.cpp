@@ -22,7 +22,7 @@ constexpr std::array KINDS{
     KindRow{EventKind::MISSED, "missed"}, KindRow{EventKind::FOLLOWUP, "followup"},
 };
 
-bool IsIndexedByKind()
+constexpr bool IsIndexedByKind()
 {
     for (size_t i = 0; i < KINDS.size(); ++i)
     {
@@ -31,6 +31,8 @@ bool IsIndexedByKind()
     }
     return true;
 }
+
+static_assert(IsIndexedByKind(), "a row stands at the place of its kind");
 
 const QString ON = QStringLiteral("on");
 const QString OFF = QStringLiteral("off");
@@ -50,7 +52,6 @@ const QString PLAYING = QStringLiteral("playing");
 
 QString EventText::KindName(EventKind kind)
 {
-    Q_ASSERT(IsIndexedByKind());
     return QLatin1String(KINDS[static_cast<size_t>(kind)].name);
 }
 

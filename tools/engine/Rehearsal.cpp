@@ -6,6 +6,7 @@
 #include "Peers.h"
 #include "Risks.h"
 #include "Scheduler.h"
+#include "ToolError.h"
 #include "Workspace.h"
 
 #include <QCoreApplication>
@@ -63,9 +64,10 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     // Deleted after the scheduler, which creates them and has their signals.
     const auto deletePeers = qScopeGuard([] { Peers::DeleteProxies(); });
     Scheduler scheduler(Workspace::FileName());
-    connect(&scheduler, &Scheduler::Found, this,
-            [this](const Action& action, ActionFinding finding) { m_log.OnFound(action, finding); });
-    connect(&scheduler, &Scheduler::ExpectedPddAction, this, &Rehearsal::OnPddAction);
+    if (!connect(&scheduler, &Scheduler::Found, this,
+                 [this](const Action& action, ActionFinding finding) { m_log.OnFound(action, finding); }) ||
+        !connect(&scheduler, &Scheduler::ExpectedPddAction, this, &Rehearsal::OnPddAction))
+        throw ToolError(QStringLiteral("the engine cannot be listened to"));
     scheduler.Start();
     const auto always = [](double) { return true; };
     const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : always)
