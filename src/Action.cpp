@@ -161,8 +161,23 @@ void Action::CreateTask(TaskType type, const QString& startTime, const QString& 
 
 bool Action::IsDueToday() const
 {
-    const unsigned int weekDay = static_cast<unsigned int>(Clock::LocalNow().tm_wday);
-    return ((m_dow & (1U << weekDay)) != 0 || IsSpotDay()) && IsValidToday();
+    const bool isBounded = m_hasFrom || m_hasTo;
+    return IsDue(Clock::LocalNow().tm_wday, isBounded ? Clock::LocalToday() : QDate(),
+                 HasSpotDate() ? Clock::UtcToday() : QDate());
+}
+
+bool Action::IsDueOn(const QDate& date) const
+{
+    const int weekDay = date.dayOfWeek() % DAYS_A_WEEK;
+    return IsDue(weekDay, date, HasSpotDate() ? Clock::UtcDateAt(date, m_startTime) : QDate());
+}
+
+// The spot date is that of UTC, unlike the day of week: an asymmetry that is required.
+bool Action::IsDue(int weekDay, const QDate& date, const QDate& utcDate) const
+{
+    const bool isSpotDay = HasSpotDate() && Includes(m_day, utcDate.day()) && Includes(m_month, utcDate.month()) &&
+                           Includes(m_year, utcDate.year());
+    return ((m_dow & (1U << static_cast<unsigned int>(weekDay))) != 0 || isSpotDay) && IsValid(date);
 }
 
 bool Action::HasSpotDate() const
@@ -170,21 +185,9 @@ bool Action::HasSpotDate() const
     return m_day != ANY || m_month != ANY || m_year != ANY;
 }
 
-bool Action::IsSpotDay() const
+bool Action::IsValid(const QDate& date) const
 {
-    if (!HasSpotDate())
-        return false;
-    // The spot date is that of UTC, unlike the day of week: an asymmetry that is required.
-    const QDate today = Clock::UtcToday();
-    return Includes(m_day, today.day()) && Includes(m_month, today.month()) && Includes(m_year, today.year());
-}
-
-bool Action::IsValidToday() const
-{
-    if (!m_hasFrom && !m_hasTo)
-        return true;
-    const QDate today = Clock::LocalToday();
-    return !(m_hasFrom && today < m_from) && !(m_hasTo && today > m_to);
+    return !(m_hasFrom && date < m_from) && !(m_hasTo && date > m_to);
 }
 
 bool Action::IsPrepared() const
@@ -206,11 +209,21 @@ bool Action::IsEarly() const
         OZNA_LOG(LEVEL_DETAIL, "Task %s IsEarly (forced ready)", qPrintable(m_task->GetName()));
         return true;
     }
-    if (IsBetween(SecondsToStart(), 1, EARLY_S))
+    if (IsAhead())
     {
         OZNA_LOG(LEVEL_DETAIL, "Task %s IsEarly: active in <%d seconds", qPrintable(m_task->GetName()), EARLY_S);
         return true;
     }
+    return IsLateStart();
+}
+
+bool Action::IsAhead() const
+{
+    return IsBetween(SecondsToStart(), 1, EARLY_S);
+}
+
+bool Action::IsLateStart() const
+{
     const unsigned int tolerance_s = m_task->GetDelayable_s();
     const auto* playlist = qobject_cast<const PlayPlaylist*>(m_task.get());
     if (tolerance_s == 0 || (playlist != nullptr && playlist->IsCompleted()))

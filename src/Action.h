@@ -8,6 +8,7 @@
 #include <QTime>
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 
 // One entry of the schedule: on which days and at what time of day which task is done. Owns its task; has no parent.
@@ -29,6 +30,12 @@ public:
     // Due today and starting within seconds, forced, or late but within what the task tolerates.
     bool IsEarly() const;
 
+    // Starting within the next seconds.
+    bool IsAhead() const;
+
+    // Late, but within what the task tolerates: a playlist that has not been played since.
+    bool IsLateStart() const;
+
     // Time to start now. Sets m_delay.
     bool IsReady();
 
@@ -48,6 +55,9 @@ public:
 
     // Whether today is one of the entry's days: of the week or the spot date, and valid.
     bool IsDueToday() const;
+
+    // The same for the entry's start time on that local date.
+    bool IsDueOn(const QDate& date) const;
 
     // Whether the line restricts day, month or year, on which it is due besides its days of the week.
     bool HasSpotDate() const;
@@ -69,6 +79,10 @@ public:
     int m_delay = 0;       // by how many seconds the start is late, from IsReady for the Start that follows
     bool m_forced = false; // to be started at once; cleared by Start
 
+    // The start for which something came of the entry last, as MissedStarts counts them.
+    std::int64_t m_answeredDue_s = NO_START;
+    static constexpr std::int64_t NO_START = std::numeric_limits<std::int64_t>::min();
+
 Q_SIGNALS:
     void PddActionRequested(PDD_ACTION action, bool enable);
 
@@ -84,7 +98,7 @@ private:
     void LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const;
     void CreateTask(TaskType type, const QString& startTime, const QString& parameterText);
 
-    bool IsSpotDay() const;
-    bool IsValidToday() const;
+    bool IsDue(int weekDay, const QDate& date, const QDate& utcDate) const;
+    bool IsValid(const QDate& date) const;
     int SecondsToStart() const; // negative after the start
 };

@@ -12,18 +12,41 @@ constexpr int DAY_S = 86400;
 
 static_assert(sizeof(std::time_t) == 8, "calendar time must carry past 2038");
 
+// Two readings that are further apart than this were interrupted, and say nothing of one moment.
+constexpr std::int64_t ONE_MOMENT_MS = 20;
+constexpr int MOST_READINGS = 5;
+
+const QDate FIRST_DATE(1970, 1, 1);
+
 // Not by std::chrono: its reading is compiled into the library, which on a 32-bit processor ends in 2038.
-std::int64_t SystemClock()
+std::int64_t SystemClock(clockid_t clock)
 {
     std::timespec now{};
     // Fails for a clock that does not exist alone.
-    static_cast<void>(::clock_gettime(CLOCK_REALTIME, &now));
+    static_cast<void>(::clock_gettime(clock, &now));
     return std::int64_t{now.tv_sec} * MS_PER_S + now.tv_nsec / NS_PER_MS;
+}
+
+std::int64_t SystemCalendar()
+{
+    return SystemClock(CLOCK_REALTIME);
+}
+
+// The monotonic clock stands still while the machine is suspended; this one does not.
+std::int64_t SystemUptime()
+{
+    return SystemClock(CLOCK_BOOTTIME);
 }
 
 Clock::Source& CurrentSource()
 {
-    static Clock::Source source = SystemClock;
+    static Clock::Source source = SystemCalendar;
+    return source;
+}
+
+Clock::Source& UptimeSource()
+{
+    static Clock::Source source = SystemUptime;
     return source;
 }
 
@@ -57,9 +80,32 @@ QDate DateOf(const std::tm& parts)
 
 } // namespace
 
-void Clock::SetSource(Source source)
+void Clock::SetSource(Source calendar, Source uptime)
 {
-    CurrentSource() = source ? std::move(source) : SystemClock;
+    const bool isVirtual = static_cast<bool>(calendar);
+    CurrentSource() = isVirtual ? std::move(calendar) : SystemCalendar;
+    if (uptime)
+        UptimeSource() = std::move(uptime);
+    else
+        UptimeSource() = isVirtual ? CurrentSource() : SystemUptime;
+}
+
+Clock::Reading Clock::Read()
+{
+    std::int64_t uptime_ms = UptimeSource()();
+    std::int64_t calendar_ms = CurrentSource()();
+    for (int i = 1; i < MOST_READINGS; ++i)
+    {
+        const std::int64_t after_ms = UptimeSource()();
+        if (after_ms - uptime_ms <= ONE_MOMENT_MS)
+            break;
+        uptime_ms = after_ms;
+        calendar_ms = CurrentSource()();
+    }
+    const std::tm parts = Local(WholeSeconds(calendar_ms));
+    const std::int64_t days = FIRST_DATE.daysTo(DateOf(parts));
+    const int second = (parts.tm_hour * 60 + parts.tm_min) * 60 + std::min(parts.tm_sec, 59);
+    return {(days * DAY_S + second) * MS_PER_S + Milliseconds(calendar_ms), calendar_ms, uptime_ms};
 }
 
 std::time_t Clock::Now()
@@ -89,6 +135,26 @@ QDate Clock::UtcToday()
     const std::time_t now = Now();
     std::tm parts{};
     ::gmtime_r(&now, &parts);
+    return DateOf(parts);
+}
+
+std::int64_t Clock::Uptime_ms()
+{
+    return UptimeSource()();
+}
+
+QDate Clock::UtcDateAt(const QDate& local, const QTime& time)
+{
+    std::tm parts{};
+    parts.tm_year = local.year() - 1900;
+    parts.tm_mon = local.month() - 1;
+    parts.tm_mday = local.day();
+    parts.tm_hour = time.hour();
+    parts.tm_min = time.minute();
+    parts.tm_sec = time.second();
+    parts.tm_isdst = -1;
+    const std::time_t moment = std::mktime(&parts);
+    ::gmtime_r(&moment, &parts);
     return DateOf(parts);
 }
 

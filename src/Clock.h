@@ -17,8 +17,19 @@ public:
     // Milliseconds since 1970-01-01 00:00:00 UTC.
     using Source = std::function<std::int64_t()>;
 
-    // Puts a virtual clock in the system clock's place; an empty source puts the system clock back.
-    static void SetSource(Source source);
+    // Puts virtual clocks in the system clocks' place; an empty source puts them back. uptime: of the machine, which no
+    // step of the calendar moves; where none is given it goes with the calendar.
+    static void SetSource(Source calendar, Source uptime = {});
+
+    // The clocks at one moment, in milliseconds.
+    struct Reading
+    {
+        std::int64_t local_ms;    // what the clock on the wall shows, since it showed 1970-01-01 00:00:00
+        std::int64_t calendar_ms; // since 1970-01-01 00:00:00 UTC
+        std::int64_t uptime_ms;   // since the machine started, time in suspension included
+    };
+    static Reading Read();
+    static std::int64_t Uptime_ms();
 
     // The current calendar time, in seconds.
     static std::time_t Now();
@@ -31,6 +42,9 @@ public:
 
     static QDate LocalToday();
     static QDate UtcToday();
+
+    // The UTC date when the wall clock shows that local date and time.
+    static QDate UtcDateAt(const QDate& local, const QTime& time);
 
     // Seconds until today's local date at the given time of day, negative when it is past. Values out of range carry
     // over, and the daylight-saving state is that of now. Differences that no int holds are clamped.

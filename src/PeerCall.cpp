@@ -1,5 +1,8 @@
 #include "PeerCall.h"
 
+#include "Clock.h"
+#include "PeerWaits.h"
+
 #include <QDBusAbstractInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
@@ -37,7 +40,11 @@ PeerCall::Transport& CurrentTransport()
 
 PeerReply PeerCall::Send(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
 {
-    return CurrentTransport()(proxy, method, arguments);
+    const std::int64_t begin_ms = Clock::Uptime_ms();
+    PeerReply reply = CurrentTransport()(proxy, method, arguments);
+    if (proxy != nullptr)
+        PeerWaits::Note(proxy->service(), begin_ms, Clock::Uptime_ms());
+    return reply;
 }
 
 void PeerCall::SetTransport(Transport transport)

@@ -63,9 +63,16 @@ void Scheduler::Run()
 
 void Scheduler::Start()
 {
+    Begin(Clock::Read());
+}
+
+// since: what was due up to then is told by who was there before, if anybody.
+void Scheduler::Begin(const Clock::Reading& since)
+{
     OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");
     LoadSchedule(m_scheduleFile);
     FindReadyActions();
+    m_missed.Load(m_farActions, since);
     m_farTimer.start();
     m_earlyTimer.start();
     OZNA_LOG(LEVEL_NORMAL, "Schedule started");
@@ -76,8 +83,16 @@ void Scheduler::Stop()
     OZNA_LOG(LEVEL_NORMAL, "Stopping schedule...");
     m_farTimer.stop();
     m_earlyTimer.stop();
+    m_missed.Stop(m_earlyActions);
     OZNA_LOG(LEVEL_NORMAL, "Schedule stopped");
     CleanUp();
+}
+
+void Scheduler::Restart()
+{
+    const Clock::Reading now = m_missed.Restart(m_earlyActions);
+    Stop();
+    Begin(now);
 }
 
 void Scheduler::CleanUp()
@@ -133,8 +148,7 @@ int Scheduler::Reload()
     if (!m_enabled)
         return STATUS_OK;
     OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
-    Stop();
-    Start();
+    Restart();
     return STATUS_OK;
 }
 
@@ -152,10 +166,7 @@ void Scheduler::OnFilesUpdated(int Status, int FileType)
     if (m_enabled)
     {
         OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
-        m_enabled = false;
-        Stop();
-        m_enabled = true;
-        Start();
+        Restart();
     }
     else
     {
@@ -240,6 +251,9 @@ void Scheduler::CheckFarActions()
     OZNA_LOG(LEVEL_TRACE, "> TOTAL ACTIONS:  %d", m_farActions.Size() + m_earlyActions.Size());
     OZNA_LOG(LEVEL_TRACE, "----------------------------");
 
+    for (const MissedStart& start : m_missed.Look(m_earlyActions))
+        Q_EMIT Missed(start);
+
     ActionList::Noted early;
     for (auto action = m_farActions.begin(); action != m_farActions.end(); ++action)
     {
@@ -251,6 +265,7 @@ void Scheduler::CheckFarActions()
             OZNA_LOG(LEVEL_WARNING, "VIRTUALLY STOPPED action found: %d (%s, %s), SKIPPED and marked COMPLETED",
                      task.m_type, qPrintable(task.GetName()), qPrintable(task.m_identifier));
             task.SetCompleted(true);
+            MissedStarts::Answer(**action, !(*action)->IsAhead());
             Q_EMIT Found(**action, ActionFinding::SKIPPED);
             continue;
         }
@@ -284,6 +299,7 @@ void Scheduler::CheckEarlyActions()
         if (action.IsReady())
         {
             OZNA_LOG(LEVEL_NORMAL, "READY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+            MissedStarts::Answer(action, action.m_forced || action.m_delay > 0);
             Q_EMIT Found(action, ActionFinding::READY);
             action.Start();
             started.push_back(entry);
@@ -291,6 +307,7 @@ void Scheduler::CheckEarlyActions()
         else if (action.IsLost())
         {
             OZNA_LOG(LEVEL_NORMAL, "LOST action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
+            MissedStarts::Answer(action, false);
             Q_EMIT Found(action, ActionFinding::LOST);
             lost.push_back(entry);
         }

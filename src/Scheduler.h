@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ActionList.h"
+#include "MissedStarts.h"
 #include "Task.h"
 
 #include <QObject>
@@ -52,6 +53,9 @@ public:
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
 
+    // Whether the next far pass decides on a start that has passed, or is about to.
+    [[nodiscard]] bool IsDeciding() const { return m_missed.IsDeciding(); }
+
     // Every action is in one of the two.
     const ActionList& FarActions() const { return m_farActions; }
     const ActionList& EarlyActions() const { return m_earlyActions; }
@@ -75,6 +79,7 @@ Q_SIGNALS:
 
     // For who looks on in this process; the bus hears nothing of it.
     void Found(const Action& action, ActionFinding finding);
+    void Missed(const MissedStart& start);
 
 public Q_SLOTS:
     int IsEnabled(bool& enabled, QString& filename);
@@ -100,6 +105,8 @@ private Q_SLOTS:
     void OnFilesUpdated(int Status, int FileType);
 
 private:
+    void Begin(const Clock::Reading& since);
+    void Restart();
     void CleanUp();
     void LoadSchedule(const QString& fileName);
     void AddAction(const QString& line, int lineNumber);
@@ -110,6 +117,7 @@ private:
     bool m_enabled = false;
     ActionList m_farActions;   // every loaded action that is not in the other list
     ActionList m_earlyActions; // found early, watched closely
+    MissedStarts m_missed;
     QTimer m_farTimer;
     QTimer m_earlyTimer;
 };

@@ -42,7 +42,7 @@ std::time_t MomentOf(const std::tm& parts, VirtualClock::Occurrence occurrence)
 VirtualClock::VirtualClock()
 {
     SetLocal(QDate(2024, 5, 15), QTime(12, 0));
-    Clock::SetSource([this] { return m_time_ms; });
+    Clock::SetSource([this] { return m_time_ms; }, [this] { return m_uptime_ms; });
 }
 
 VirtualClock::~VirtualClock()

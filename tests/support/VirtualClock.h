@@ -5,7 +5,8 @@
 
 #include <cstdint>
 
-// Takes the system clock's place for as long as it lives. Time stands still until it is moved.
+// Takes the system clocks' place for as long as it lives. Time stands still until it is moved: advancing lets it pass,
+// setting another moment is a step of the calendar that the machine's uptime does not make.
 class VirtualClock final
 {
 public:
@@ -35,11 +36,19 @@ public:
     void SetUtc_ms(std::int64_t time_ms) { m_time_ms = time_ms; }
     void SetUtc(const QDate& date, const QTime& time);
 
-    void Advance_ms(std::int64_t step_ms) { m_time_ms += step_ms; }
-    void Advance_s(std::int64_t step_s) { m_time_ms += step_s * 1000; }
+    void Advance_ms(std::int64_t step_ms)
+    {
+        m_time_ms += step_ms;
+        m_uptime_ms += step_ms;
+    }
+    void Advance_s(std::int64_t step_s) { Advance_ms(step_s * 1000); }
+
+    // Puts the calendar forward, or back.
+    void Step_s(std::int64_t step_s) { m_time_ms += step_s * 1000; }
 
     [[nodiscard]] std::int64_t Utc_ms() const { return m_time_ms; }
 
 private:
     std::int64_t m_time_ms = 0;
+    std::int64_t m_uptime_ms = 0;
 };

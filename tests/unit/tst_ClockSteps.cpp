@@ -1,7 +1,12 @@
+#include "Clock.h"
 #include "Log.h"
+#include "MissedLines.h"
 #include "PassingTest.h"
 #include "TimeZone.h"
 
+#include <QDateTime>
+
+using namespace MissedLines;
 using namespace Qt::StringLiterals;
 
 namespace
@@ -51,23 +56,45 @@ private:
 void ClockStepsTest::TodayComesAfter1970()
 {
     Time().SetUtc_ms(0);
+    const QDateTime loaded(Clock::LocalToday(), Clock::TimeOfDay());
     WritePlaylist();
     StartSchedule({"08:30:00 Volume|1", "08:29:00 Volume|2", "08:29:30 PlayPlaylist|day"});
     Pass(60);
     QCOMPARE(TakeRequests(), QStringList());
-    // What was due before is missed, as after any late start; only the playlist is joined.
+    // Of what was due before only the playlist is joined. The others are told: the latest, and how many there were.
     Set(WEDNESDAY, QTime(8, 29, 45));
     Pass(60);
     const QStringList expected{u"08:29:48 PlayPlaylist(s:day, s:, u:2, s:08:29:30, b:false)"_s, VOLUME};
     QCOMPARE(TakeRequests(), expected);
-    EXPECT_LOG(LEVEL_WARNING, {{2, "[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 18 s, "
-                                   "tolerated delay: 94 s)"}});
+    struct Start
+    {
+        QDateTime due;
+        QByteArray task;
+        int line;
+    };
+    QList<Start> starts;
+    for (QDate date = loaded.date(); date <= WEDNESDAY; date = date.addDays(1))
+    {
+        starts.append({QDateTime(date, QTime(8, 29)), "5 (Volume)", 2});
+        starts.append({QDateTime(date, QTime(8, 29, 30)), "2 (PlayPlaylist)", 3});
+        starts.append({QDateTime(date, QTime(8, 30)), "5 (Volume)", 1});
+    }
+    starts.removeIf([&](const Start& start) { return start.due <= loaded || start.due.date() == WEDNESDAY; });
+    LogLines lines;
+    for (const Start& start : starts.last(19))
+        lines.append(
+            Missed(start.task, start.line, start.due.toString(u"yyyy-MM-dd HH:mm:ss").toLatin1(), CLOCK_FORWARD));
+    lines.append(Missed("5 (Volume)", 2, "08:29:00", CLOCK_FORWARD));
+    lines.append(Others(static_cast<int>(starts.size()) - 19));
+    lines.append({2, "[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 18 s, tolerated "
+                     "delay: 94 s)"});
+    EXPECT_LOG(LEVEL_WARNING, (lines));
 }
 
 void ClockStepsTest::LightAndRadioFollowTheClockOfTheLoad()
 {
     const TimeZone utc("UTC");
-    Time().SetUtc_ms(0);
+    Set(WEDNESDAY, QTime(6, 0));
     StartSchedule({"07:00:00 Light|80", "07:30:00 PlayRadioFm|98.5"});
     Set(WEDNESDAY, QTime(12, 0));
     Pass(60);
@@ -77,6 +104,8 @@ void ClockStepsTest::LightAndRadioFollowTheClockOfTheLoad()
     const QStringList expected{u"12:01:03 SetIntensity(u:80)"_s, u"12:01:03 Switch(b:true)"_s,
                                u"12:01:03 PlayRadioFm()"_s, u"12:01:03 RadioFmSetFrequency(d:98.5)"_s};
     QCOMPARE(TakeRequests(), expected);
+    EXPECT_LOG(LEVEL_WARNING, {Missed("0 (Light)", 1, "07:00:00", CLOCK_FORWARD),
+                               Missed("6 (PlayRadioFm)", 2, "07:30:00", CLOCK_FORWARD)});
 }
 
 void ClockStepsTest::BackOverAStartItComesAgain_data()
@@ -94,7 +123,7 @@ void ClockStepsTest::BackOverAStartItComesAgain()
     StartSchedule({"08:30:00 Volume|1"});
     Pass(18);
     QCOMPARE(TakeRequests(), QStringList{VOLUME});
-    Time().Advance_s(-back_s);
+    Time().Step_s(-back_s);
     Pass(static_cast<int>(std::min<qint64>(back_s, 7200)) + 60);
     QCOMPARE(TakeRequests(), back_s == 86400 ? QStringList() : QStringList{VOLUME});
     Set(back_s == 86400 ? WEDNESDAY.addDays(-1) : WEDNESDAY.addDays(1), QTime(8, 29, 45));
@@ -111,7 +140,7 @@ void ClockStepsTest::BackByASecondItComesAgainByLuck()
         StartSchedule({"08:30:00 Volume|1"});
         Pass(15, phase_ms);
         QCOMPARE(TakeRequests(), QStringList{VOLUME});
-        Time().Advance_s(-1);
+        Time().Step_s(-1);
         Pass(60, phase_ms);
         again += static_cast<int>(TakeRequests().size());
     }
@@ -123,17 +152,22 @@ void ClockStepsTest::ForwardOverAStartItIsMissed_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QTime>("to");
-    QTest::newRow("a volume, by seconds") << QByteArray("08:30:00 Volume|1") << QTime(8, 30, 3);
-    QTest::newRow("a volume, by an hour") << QByteArray("08:30:00 Volume|1") << QTime(9, 30);
-    QTest::newRow("a message, by seconds") << QByteArray("08:30:00 PlayMessage|gong.mp3") << QTime(8, 30, 3);
-    QTest::newRow("a message, by an hour") << QByteArray("08:30:00 PlayMessage|gong.mp3") << QTime(9, 30);
-    QTest::newRow("a playlist, past its tolerance") << QByteArray("08:30:00 PlayPlaylist|day") << QTime(8, 31, 35);
+    QTest::addColumn<QByteArray>("task");
+    const QByteArray volume = "08:30:00 Volume|1";
+    const QByteArray message = "08:30:00 PlayMessage|gong.mp3";
+    QTest::newRow("a volume, by seconds") << volume << QTime(8, 30, 3) << QByteArray("5 (Volume)");
+    QTest::newRow("a volume, by an hour") << volume << QTime(9, 30) << QByteArray("5 (Volume)");
+    QTest::newRow("a message, by seconds") << message << QTime(8, 30, 3) << QByteArray("1 (PlayMessage)");
+    QTest::newRow("a message, by an hour") << message << QTime(9, 30) << QByteArray("1 (PlayMessage)");
+    QTest::newRow("a playlist, past its tolerance")
+        << QByteArray("08:30:00 PlayPlaylist|day") << QTime(8, 31, 35) << QByteArray("2 (PlayPlaylist)");
 }
 
 void ClockStepsTest::ForwardOverAStartItIsMissed()
 {
     QFETCH(QByteArray, line);
     QFETCH(QTime, to);
+    QFETCH(QByteArray, task);
     WritePlaylist();
     for (const int before_s : {40, 9}) // far, and found early
     {
@@ -143,6 +177,7 @@ void ClockStepsTest::ForwardOverAStartItIsMissed()
         Set(WEDNESDAY, to);
         Pass(60);
         QCOMPARE(TakeRequests(), QStringList());
+        EXPECT_LOG(LEVEL_WARNING, {Missed(task, 1, "08:30:00", CLOCK_FORWARD)});
     }
 }
 
@@ -169,6 +204,8 @@ void ClockStepsTest::ForwardByADayItComesWhereItIsDue()
     Pass(60);
     const QStringList expected{u"08:30:00 SetMasterVolume(d:2)"_s, u"08:30:00 SetMasterVolume(d:3)"_s};
     QCOMPARE(TakeRequests(), expected);
+    EXPECT_LOG(LEVEL_WARNING, {Missed("5 (Volume)", 1, "2024-05-17 08:30:00", CLOCK_FORWARD),
+                               Missed("5 (Volume)", 3, "2024-05-17 08:30:00", CLOCK_FORWARD)});
 }
 
 void ClockStepsTest::APlaylistIsJoinedLate_data()
@@ -221,7 +258,7 @@ void ClockStepsTest::AMessageThatPlaysIsNotAskedForAgain()
     StartSchedule({"08:30:00 PlayMessage|gong.mp3"});
     Pass(10);
     QCOMPARE(TakeRequests(), QStringList{MESSAGE});
-    Time().Advance_s(-60);
+    Time().Step_s(-60);
     Pass(120);
     QCOMPARE(TakeRequests(), QStringList());
 }
@@ -232,7 +269,7 @@ void ClockStepsTest::AMessageThatHasEndedIsAskedForAgain()
     StartSchedule({"08:30:00 PlayMessage|gong.mp3"});
     Pass(10);
     QCOMPARE(TakeRequests(), QStringList{MESSAGE});
-    Time().Advance_s(-60);
+    Time().Step_s(-60);
     Pass(20);
     EndMessage();
     Pass(100);
@@ -254,7 +291,7 @@ void ClockStepsTest::AnActionFoundEarlyWaitsForItsTime()
     StartSchedule({"08:30:00 Volume|1"});
     Pass(6);
     QCOMPARE(EarlyList(), QStringList{u"Volume 08:30:00"_s});
-    Time().Advance_s(-back_s);
+    Time().Step_s(-back_s);
     Pass(5);
     QCOMPARE(EarlyList(), QStringList{u"Volume 08:30:00"_s});
     Pass(back_s + 60);
@@ -270,6 +307,7 @@ void ClockStepsTest::AnActionFoundEarlyAndMissedComesOnTheNextDay()
     Set(FRIDAY, QTime(9, 30));
     Pass(60);
     QCOMPARE(TakeRequests(), QStringList());
+    EXPECT_LOG(LEVEL_WARNING, {Missed("5 (Volume)", 1, "08:30:00", CLOCK_FORWARD)});
     // It is watched already, and nobody asks for the day again.
     Set(FRIDAY.addDays(1), QTime(8, 29));
     Pass(90);

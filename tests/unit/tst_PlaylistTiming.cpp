@@ -1,5 +1,6 @@
 #include "Action.h"
 #include "ActionLine.h"
+#include "MissedLines.h"
 #include "SchedulerAccess.h"
 #include "SchedulerTest.h"
 #include "tasks/PlayPlaylist.h"
@@ -273,7 +274,7 @@ void PlaylistTimingTest::APlaylistThatIsStoppedAtOnceIsSkipped()
     CheckFar();
     Time().SetLocal(QTime(12, 4));
     CheckFar();
-    EXPECT_LOG(4, {});
+    EXPECT_LOG(4, {MissedLines::Missed("13 (StopPlaylist)", 2, "12:02:05", MissedLines::CLOCK_FORWARD)});
     EXPECT_REQUESTS(Bus(), {});
 
     // The next day it is played, which takes the mark away.

@@ -1,6 +1,7 @@
 #include "EventLog.h"
 
 #include "Clock.h"
+#include "ClockChange.h"
 #include "Moment.h"
 #include "tasks/PlayPlaylist.h"
 
@@ -46,14 +47,12 @@ void EventLog::OnFound(const Action& action, ActionFinding finding)
     {
         Event event = NewEvent(action, EventKind::START);
         MarkStart(event, action);
-        m_missed.Note(action, event.due_ms);
         m_running = &action;
         m_event = m_events.size();
         m_events.push_back(std::move(event));
         return;
     }
     Event event = NewEvent(action, finding == ActionFinding::LOST ? EventKind::LOST : EventKind::SKIPPED);
-    m_missed.Note(action, event.due_ms);
     // Every far pass finds it again until its time.
     if (Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& earlier) {
             return earlier.kind == event.kind && earlier.lineNumber == event.lineNumber &&
@@ -63,6 +62,32 @@ void EventLog::OnFound(const Action& action, ActionFinding finding)
     event.reason = finding == ActionFinding::LOST ? QStringLiteral("found too late to be prepared")
                                                   : QStringLiteral("its StopPlaylist follows too soon");
     m_events.push_back(std::move(event));
+}
+
+void EventLog::OnMissed(const MissedStart& start)
+{
+    const qint64 now_s = m_now_ms / MS_PER_S;
+    const QDate date = StartIndex::DateOf(start.due_s);
+    const QTime time = StartIndex::TimeOf(start.due_s);
+    Event event;
+    event.kind = EventKind::MISSED;
+    // Of a time that comes twice, the one that has just passed.
+    const qint64 straight_ms = (now_s - Clock::Read().local_ms / MS_PER_S + start.due_s) * MS_PER_S;
+    const bool isPlain = Moment::LocalDate(straight_ms) == date && Moment::LocalTime(straight_ms) == time;
+    event.moment_ms = isPlain ? straight_ms : Moment::FromLocal_ms(date, time);
+    event.reason = start.cause;
+    // A time that the clocks leave out is missed when they do.
+    if (Moment::LocalTime(event.moment_ms) != time)
+    {
+        event.moment_ms = ClockChange::Between(event.moment_ms - DAY_AND_HOUR_MS, m_now_ms + 1).back().moment_ms;
+        event.reason =
+            QStringLiteral("the clocks are put forward over %1").arg(time.toString(QStringLiteral("HH:mm:ss")));
+    }
+    event.due_ms = event.moment_ms;
+    event.lineNumber = start.lineNumber;
+    event.type = start.type;
+    event.taskName = start.taskName;
+    m_missed.push_back(std::move(event));
 }
 
 Event EventLog::NewEvent(const Action& action, EventKind kind) const
@@ -139,12 +164,12 @@ void EventLog::PlayDevice()
     EndPass();
 }
 
-void EventLog::Finish(qint64 from_ms)
+void EventLog::Finish(qint64 from_ms, qint64 until_ms)
 {
-    m_events.insert(m_events.end(), m_missed.Events().begin(), m_missed.Events().end());
-    std::erase_if(m_events, [from_ms](const Event& event) {
+    m_events.insert(m_events.end(), m_missed.begin(), m_missed.end());
+    std::erase_if(m_events, [=](const Event& event) {
         const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > from_ms);
-        return event.moment_ms < from_ms && !stillPlays;
+        return (event.moment_ms < from_ms && !stillPlays) || event.moment_ms >= until_ms;
     });
     std::ranges::stable_sort(m_events, {}, &Event::moment_ms);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Event.h"
-#include "MissedTimes.h"
 #include "Scheduler.h"
 #include "VirtualDevice.h"
 
@@ -20,6 +19,9 @@ public:
     // A pass has found that; the requests that follow are those of an action that is ready.
     void OnFound(const Action& action, ActionFinding finding);
 
+    // A far pass tells that a start has passed.
+    void OnMissed(const MissedStart& start);
+
     void Receive(Request request);
 
     // What is asked for from now on belongs to no action that was found.
@@ -31,10 +33,9 @@ public:
     // When the next one is due; the greatest number when none is.
     [[nodiscard]] qint64 NextSignal_ms() const { return m_device.Next_ms(); }
 
-    [[nodiscard]] MissedTimes& Missed() { return m_missed; }
-
-    // Adds what was missed, leaves out what is over before from_ms, and puts the events in order. No request follows.
-    void Finish(qint64 from_ms);
+    // Leaves out what is over before from_ms and what comes from until_ms on, and puts the events in order. No request
+    // follows.
+    void Finish(qint64 from_ms, qint64 until_ms);
 
     [[nodiscard]] std::vector<Event>& Events() { return m_events; }
     [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
@@ -49,8 +50,8 @@ private:
     const qint64& m_now_ms;
     const qint64 m_start_ms;
     std::vector<Event> m_events;
+    std::vector<Event> m_missed; // apart from the others, as they come later than their moments
     VirtualDevice m_device;
-    MissedTimes m_missed;
     const Action* m_running = nullptr; // whose task is run
     size_t m_event = NONE;             // to which requests belong
 };

@@ -14,7 +14,6 @@
 #include <QScopeGuard>
 
 #include <algorithm>
-#include <optional>
 
 namespace
 {
@@ -24,6 +23,9 @@ using Moment::MS_PER_S;
 constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 
 constexpr int WARM_UP_DAYS = 7;
+
+// Passes behind the end that may decide on a start before it.
+constexpr int MOST_DECIDING = 4;
 
 // A day of thousands of lines takes a while: who waits is asked in between as well.
 constexpr int TICKS_A_QUESTION = 256;
@@ -66,14 +68,17 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     Scheduler scheduler(Workspace::FileName());
     if (!connect(&scheduler, &Scheduler::Found, this,
                  [this](const Action& action, ActionFinding finding) { m_log.OnFound(action, finding); }) ||
+        !connect(&scheduler, &Scheduler::Missed, this, [this](const MissedStart& start) { m_log.OnMissed(start); }) ||
         !connect(&scheduler, &Scheduler::ExpectedPddAction, this, &Rehearsal::OnPddAction))
         throw ToolError(QStringLiteral("the engine cannot be listened to"));
     scheduler.Start();
     const auto always = [](double) { return true; };
     const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : always)
                                           : RunStretches(scheduler, goOn ? goOn : always);
+    if (isWhole)
+        Decide(scheduler);
     disconnect(&scheduler, nullptr, this, nullptr);
-    m_log.Finish(m_plan.from_ms);
+    m_log.Finish(m_plan.from_ms, m_plan.until_ms);
     Risks::Mark(m_log.Events());
     // What still plays is stopped with the schedule: no part of what was asked for.
     PeerCall::SetTransport([](QDBusAbstractInterface*, const QString&, const QVariantList&) { return PeerReply(0); });
@@ -104,7 +109,6 @@ bool Rehearsal::RunEveryPass(Scheduler& scheduler, const std::function<bool(doub
 bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn)
 {
     m_watches.Load(scheduler);
-    std::optional<Stretch> before;
     while (m_now_ms < m_plan.until_ms)
     {
         if (!goOn(DonePart()))
@@ -112,12 +116,8 @@ bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(doub
         Stretch stretch = Stretch::From(m_now_ms);
         stretch.end_ms = std::min(stretch.end_ms, m_plan.until_ms);
         m_watches.Renew(stretch);
-        if (before)
-            m_log.Missed().LookAtChange(*before, stretch, m_watches.Watches());
-        before = stretch;
         if (!RunStretch(scheduler, stretch, goOn))
             return false;
-        m_log.Missed().Look(stretch, m_watches.Watches());
         m_now_ms = stretch.end_ms;
     }
     return true;
@@ -128,17 +128,12 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
 {
     // Each tick is run once; that of the start itself is none.
     qint64 free_ms = std::max(m_now_ms, m_plan.start_ms + 1);
-    qint64 seen_ms = stretch.begin_ms - 1;
-    const auto see = [&](qint64 until_ms) {
-        m_log.Missed().NoteRunning(seen_ms, until_ms, m_watches.Watches());
-        seen_ms = std::max(seen_ms, until_ms);
-    };
     for (int tick = 1;; ++tick)
     {
         if (tick % TICKS_A_QUESTION == 0 && !goOn(DonePart()))
             return false;
         m_watches.Sort(scheduler);
-        const qint64 far_ms = m_watches.NextFar_ms(free_ms);
+        const qint64 far_ms = scheduler.IsDeciding() ? free_ms : m_watches.NextFar_ms(free_ms);
         const qint64 early_ms = m_watches.NextEarly_ms(free_ms);
         qint64 tick_ms = stretch.end_ms;
         if (far_ms != WatchList::NEVER)
@@ -148,20 +143,27 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
         if (m_log.NextSignal_ms() <= std::min(tick_ms, stretch.end_ms - 1))
         {
             m_now_ms = std::max(m_now_ms, m_log.NextSignal_ms());
-            see(m_now_ms);
             m_log.PlayDevice();
             free_ms = std::max(free_ms, m_now_ms);
             continue;
         }
         if (tick_ms >= stretch.end_ms)
-        {
-            see(stretch.end_ms);
             return true;
-        }
         m_now_ms = tick_ms;
-        see(m_now_ms);
         Pass(scheduler);
         free_ms = tick_ms + 1;
+    }
+}
+
+// What was due right before the end is decided on after it.
+void Rehearsal::Decide(Scheduler& scheduler)
+{
+    m_now_ms = TickFrom(std::max(m_now_ms, m_plan.until_ms), m_plan.start_ms, Scheduler::FAR_INTERVAL_MS);
+    scheduler.CheckFarActions();
+    for (int i = 0; i < MOST_DECIDING && scheduler.IsDeciding(); ++i)
+    {
+        m_now_ms += Scheduler::FAR_INTERVAL_MS;
+        scheduler.CheckFarActions();
     }
 }
 

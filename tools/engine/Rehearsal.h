@@ -49,6 +49,7 @@ private:
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
     [[nodiscard]] double DonePart() const;
     void Pass(Scheduler& scheduler);
+    void Decide(Scheduler& scheduler);
     void PlayDeviceBefore(qint64 moment_ms);
 
     const Plan m_plan;

@@ -45,11 +45,13 @@ void WatchList::Renew(const Stretch& stretch)
 {
     m_stretch = stretch;
     const qint64 now_s = Clock::Now();
+    const qint64 midnight_s = StartIndex::Latest(QTime(0, 0), Clock::Read().local_ms / MS_PER_S);
     for (Watch& watch : m_watches)
     {
         const Action& action = *watch.action;
         watch.isDue = action.IsDueToday();
         watch.start_ms = (now_s + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second)) * MS_PER_S;
+        watch.due_s = midnight_s + action.m_startTime.msecsSinceStartOfDay() / MS_PER_S;
     }
 }
 
@@ -67,20 +69,29 @@ void WatchList::Sort(const Scheduler& scheduler)
 
 qint64 WatchList::NextFar_ms(qint64 now_ms) const
 {
+    return std::accumulate(m_watches.begin(), m_watches.end(), NEVER, [&](qint64 next_ms, const Watch& watch) {
+        const bool isWatched = watch.isDue && !watch.isWatchedClosely;
+        return isWatched ? Sooner(next_ms, NextFar_ms(watch, now_ms)) : next_ms;
+    });
+}
+
+qint64 WatchList::NextFar_ms(const Watch& watch, qint64 now_ms) const
+{
+    const Action& action = *watch.action;
     qint64 next_ms = NEVER;
-    for (const Watch& watch : m_watches)
-    {
-        if (!watch.isDue || watch.isWatchedClosely || watch.action->m_task->IsRunning())
-            continue;
-        if (watch.action->m_forced)
-            return now_ms;
-        const Span early{watch.start_ms - Action::EARLY_S * MS_PER_S, watch.start_ms};
-        next_ms = Sooner(next_ms, Next_ms(early, now_ms));
-        // The pass compares a tolerance as a signed number.
-        if (watch.playlist != nullptr && !watch.playlist->IsCompleted())
-            next_ms =
-                Sooner(next_ms, NextLate_ms(watch, now_ms, qint64{static_cast<int>(watch.playlist->GetDelayable_s())}));
-    }
+    // The passes right before and after a start decide whether it is missed.
+    if (action.m_startTime.isValid() && action.m_answeredDue_s != watch.due_s)
+        next_ms =
+            Next_ms({watch.start_ms - Scheduler::FAR_INTERVAL_MS, watch.start_ms + Scheduler::FAR_INTERVAL_MS}, now_ms);
+    if (action.m_task->IsRunning())
+        return next_ms;
+    if (action.m_forced)
+        return now_ms;
+    next_ms = Sooner(next_ms, Next_ms({watch.start_ms - Action::EARLY_S * MS_PER_S, watch.start_ms}, now_ms));
+    // The pass compares a tolerance as a signed number.
+    if (watch.playlist != nullptr && !watch.playlist->IsCompleted())
+        next_ms =
+            Sooner(next_ms, NextLate_ms(watch, now_ms, qint64{static_cast<int>(watch.playlist->GetDelayable_s())}));
     return next_ms;
 }
 

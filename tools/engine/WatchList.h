@@ -25,6 +25,7 @@ public:
         bool isDue = false;
         bool isWatchedClosely = false; // is in the scheduler's early list
         qint64 start_ms = 0;           // when it is due, in the stretch or out of it
+        qint64 due_s = 0;              // the same by the clock on the wall, as MissedStarts counts
     };
 
     static constexpr qint64 NEVER = -1;
@@ -53,6 +54,7 @@ private:
         qint64 end_ms;
     };
 
+    [[nodiscard]] qint64 NextFar_ms(const Watch& watch, qint64 now_ms) const;
     [[nodiscard]] qint64 NextEarly_ms(const Watch& watch, qint64 now_ms) const;
     [[nodiscard]] qint64 NextLate_ms(const Watch& watch, qint64 now_ms, qint64 tolerance_s) const;
     [[nodiscard]] qint64 Next_ms(const Span& span, qint64 now_ms) const;

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Clock.h"
+#include "MissedStart.h"
+#include "StartIndex.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+// Finds the starts that pass without anything, and why. It looks at the clock on the wall: what it showed between two
+// looks has passed, also what a step or a change to summer time left out. What it shows once more has not.
+//
+// A start is answered when its action is started, joined late, found lost, or skipped for a stop that is near; an
+// answer is noted in the action. What becomes of the request is the task's to tell.
+class MissedStarts final
+{
+public:
+    // The schedule has been loaded. What was due up to since is no concern of it.
+    void Load(const ActionList& actions, const Clock::Reading& since);
+
+    // The schedule goes, and its actions with it: from now on it is not looked at.
+    void Stop(const ActionList& watched) { Close(watched, Clock::Read(), false); }
+
+    // The same, to be loaded anew at once, which takes the start from what would still have been started. Gives the
+    // moment up to which it was looked at.
+    Clock::Reading Restart(const ActionList& watched);
+
+    // The action is answered now. isLate: after its time.
+    static void Answer(Action& action, bool isLate);
+
+    // A far pass begins. watched: the actions that were found early before, which may still be started. Gives what has
+    // been missed, in the order of the times, and logs it at level 2: the latest with a record each, the others
+    // counted.
+    std::vector<MissedStart> Look(const ActionList& watched);
+
+    // Whether the next far pass will have to decide on a start.
+    [[nodiscard]] bool IsDeciding() const { return m_isDeciding; }
+
+private:
+    // A start that has passed, of which it is not known yet whether it will still be answered.
+    struct Open
+    {
+        Action* action;
+        std::int64_t due_s;
+        QString cause;
+    };
+
+    // What happened between the last look and this one.
+    struct Passage
+    {
+        Clock::Reading from;
+        Clock::Reading to;
+        [[nodiscard]] std::int64_t Jump_ms() const
+        {
+            return (to.local_ms - from.local_ms) - (to.uptime_ms - from.uptime_ms);
+        }
+        [[nodiscard]] std::int64_t ClockStep_ms() const
+        {
+            return (to.calendar_ms - from.calendar_ms) - (to.uptime_ms - from.uptime_ms);
+        }
+    };
+
+    void LookAt(const Passage& passage);
+    void Tell() const;
+    void OpenPassed(const Passage& passage);
+    void DropComing(std::int64_t now_s);
+    void Settle(const ActionList& watched, std::int64_t now_s);
+    void NoteBusy(std::int64_t now_s);
+    void Close(const ActionList& watched, const Clock::Reading& now, bool isRestart);
+    [[nodiscard]] QString CauseOf(const Action& action, std::int64_t due_s, const Passage& passage) const;
+    [[nodiscard]] bool WasLoadedJustBefore(std::int64_t due_s) const;
+    [[nodiscard]] bool IsBusy(const Action& action, std::int64_t due_s) const;
+    void Add(const Open& open, const QString& cause);
+
+    StartIndex m_index;
+    std::optional<Clock::Reading> m_last; // look, or load; none while nothing is loaded
+    std::int64_t m_loaded_ms = 0;         // by the clock on the wall
+    std::int64_t m_seen_s = 0;            // up to here all starts were looked at
+    std::vector<Open> m_open;
+    std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is still under way
+    bool m_isDeciding = false;
+    std::vector<MissedStart> m_missed; // not told yet
+    bool m_areAll = true;              // false: there were older ones, too many to be looked at
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QString>
+
+#include <cstdint>
+
+// How long the loop has waited for which peer, so that what came too late meanwhile can be explained.
+namespace PeerWaits
+{
+
+// The loop has waited for service from begin_ms to end_ms, of the machine's uptime. Only what a start can be missed
+// for is kept, and only the latest.
+void Note(const QString& service, std::int64_t begin_ms, std::int64_t end_ms);
+
+// The service that was waited for longest between the two moments; empty when none was for long.
+[[nodiscard]] QString Longest(std::int64_t from_ms, std::int64_t to_ms);
+
+} // namespace PeerWaits

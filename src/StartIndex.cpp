@@ -1,0 +1,72 @@
+#include "StartIndex.h"
+
+#include <algorithm>
+
+namespace
+{
+
+constexpr int MS_PER_S = 1000;
+constexpr std::ptrdiff_t MOST_VISITS = 100'000; // besides those of a day; a day without any counts as one
+const QDate FIRST_DATE(1970, 1, 1);
+
+// Rounds down, also before 1970.
+std::int64_t DayOf(std::int64_t moment_s)
+{
+    const std::int64_t day = moment_s / StartIndex::DAY_S;
+    return moment_s % StartIndex::DAY_S < 0 ? day - 1 : day;
+}
+
+int SecondOf(std::int64_t moment_s)
+{
+    return static_cast<int>(moment_s - DayOf(moment_s) * StartIndex::DAY_S);
+}
+
+} // namespace
+
+void StartIndex::Build(const ActionList& actions)
+{
+    m_starts.clear();
+    for (const auto& action : actions)
+    {
+        if (action->m_startTime.isValid())
+            m_starts.push_back({action->m_startTime.msecsSinceStartOfDay() / MS_PER_S, action.get()});
+    }
+    std::ranges::stable_sort(m_starts, {}, &Start::second);
+}
+
+bool StartIndex::Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& visit) const
+{
+    std::ptrdiff_t left = MOST_VISITS;
+    for (std::int64_t day = DayOf(to_s); !m_starts.empty() && day >= DayOf(from_s); --day)
+    {
+        if (left <= 0)
+            return false;
+        const int last = day == DayOf(to_s) ? SecondOf(to_s) : static_cast<int>(DAY_S);
+        const int before = day == DayOf(from_s) ? SecondOf(from_s) : -1;
+        const auto begin = std::ranges::upper_bound(m_starts, before, {}, &Start::second);
+        const auto end = std::ranges::upper_bound(m_starts, last, {}, &Start::second);
+        left -= 1 + (end - begin);
+        for (auto start = end; start > begin;)
+        {
+            --start;
+            visit(*start->action, day * DAY_S + start->second);
+        }
+    }
+    return true;
+}
+
+std::int64_t StartIndex::Latest(QTime time, std::int64_t now_s)
+{
+    const std::int64_t today_s = DayOf(now_s) * DAY_S + time.msecsSinceStartOfDay() / MS_PER_S;
+    return today_s > now_s ? today_s - DAY_S : today_s;
+}
+
+QDate StartIndex::DateOf(std::int64_t moment_s)
+{
+    return FIRST_DATE.addDays(DayOf(moment_s));
+}
+
+QTime StartIndex::TimeOf(std::int64_t moment_s)
+{
+    return QTime::fromMSecsSinceStartOfDay(SecondOf(moment_s) * MS_PER_S);
+}
