@@ -1,3 +1,4 @@
+#include "DaemonLog.h"
 #include "RandomSchedule.h"
 #include "Rehearsal.h"
 #include "TextDiff.h"
@@ -5,7 +6,13 @@
 
 #include <QTest>
 
+#include <QHash>
+#include <QRegularExpression>
+#include <QTest>
+
 #include <algorithm>
+#include <numeric>
+#include <random>
 
 namespace
 {
@@ -48,6 +55,18 @@ QStringList Starts(const Rehearsal& rehearsal)
     return texts;
 }
 
+// What has passed without being started.
+QStringList Missed(const Rehearsal& rehearsal)
+{
+    QStringList texts;
+    for (const Event& event : rehearsal.Events())
+    {
+        if (event.kind == EventKind::MISSED)
+            texts.append(QStringLiteral("%1 line %2: %3").arg(event.due_ms).arg(event.lineNumber).arg(event.reason));
+    }
+    return texts;
+}
+
 // What is called missed though it was started in time.
 QStringList WronglyMissed(const Rehearsal& rehearsal)
 {
@@ -64,6 +83,54 @@ QStringList WronglyMissed(const Rehearsal& rehearsal)
     return texts;
 }
 
+// How many starts the records of missed ones tell, those that are counted together included.
+qsizetype Counted(const QStringList& records)
+{
+    static const QRegularExpression OTHERS(QStringLiteral("^MISSED actions: ([0-9]+) others"));
+    return std::accumulate(records.begin(), records.end(), qsizetype{0}, [](qsizetype count, const QString& record) {
+        const QString others = OTHERS.match(record).captured(1);
+        return count + (others.isEmpty() ? 1 : others.toInt());
+    });
+}
+
+// A day with what can disturb a daemon.
+struct RandomPlan
+{
+    // Half of it happens near the starts of an undisturbed day.
+    RandomPlan(std::uint32_t seed, const Rehearsal::Plan& undisturbed, const std::vector<Event>& events)
+        : plan(undisturbed)
+    {
+        std::mt19937 random(seed);
+        const auto below = [&](qint64 bound) { return static_cast<qint64>(random()) % bound; };
+        for (qint64 count = below(12); count > 0; --count)
+        {
+            // Half of them are loads, a quarter steps by seconds and a quarter by up to two hours.
+            const qint64 longest_ms = below(2) == 0 ? 30'000 : 7'200'000;
+            const qint64 step_ms = below(2) == 0 ? 0 : below(2 * longest_ms) - longest_ms;
+            qint64 after_ms = below(SPAN_MS);
+            if (!events.empty() && below(2) == 0)
+                after_ms =
+                    events[static_cast<size_t>(below(std::ssize(events)))].due_ms - plan.start_ms - below(10'000);
+            plan.disturbances.push_back({std::max<qint64>(after_ms, 0), step_ms});
+        }
+        std::ranges::sort(plan.disturbances, {}, &Rehearsal::Disturbance::after_ms);
+        static const QStringList PEERS{QStringLiteral("soundmanager"), QStringLiteral("lightmanager"),
+                                       QStringLiteral("photomanager"), QStringLiteral("networkmanager")};
+        if (below(2) == 0)
+            plan.silentPeers.append(PEERS[below(PEERS.size())]);
+    }
+
+    [[nodiscard]] QByteArray Text() const
+    {
+        QString text = QStringLiteral("from %1, silent: %2").arg(plan.start_ms).arg(plan.silentPeers.join(u' '));
+        for (const Rehearsal::Disturbance& disturbance : plan.disturbances)
+            text += QStringLiteral("\nafter %1: %2").arg(disturbance.after_ms).arg(disturbance.step_ms);
+        return text.toUtf8();
+    }
+
+    Rehearsal::Plan plan;
+};
+
 } // namespace
 
 // What a rehearsal leaves out is what would have found nothing.
@@ -71,25 +138,30 @@ class RehearsalTest final : public QObject
 {
     Q_OBJECT
 private Q_SLOTS:
-    void SkippingAheadChangesNothing_data();
+    void SkippingAheadChangesNothing_data() { AddSeeds(OZNA_SEEDS); }
     void SkippingAheadChangesNothing();
+    void WhatIsMissedIsWhatTheDaemonLogs_data() { AddSeeds(OZNA_SEEDS / 4); }
+    void WhatIsMissedIsWhatTheDaemonLogs();
     void OneMayEndItInTheMiddleOfADay();
     void cleanupTestCase();
 
 private:
+    static void AddSeeds(int count);
+
     qint64 m_requests = 0;
     qint64 m_passes = 0;
     qint64 m_everyPass = 0;
+    QHash<QString, int> m_causes; // what was missed, by cause
 };
 
-void RehearsalTest::SkippingAheadChangesNothing_data()
+void RehearsalTest::AddSeeds(int count)
 {
     QTest::addColumn<int>("seed");
     // Each zone has seeds of its own.
     int zone = 0;
     for (const char letter : qgetenv("TZ"))
         zone += letter;
-    for (int i = 0; i < OZNA_SEEDS; ++i)
+    for (int i = 0; i < count; ++i)
         QTest::addRow("%d", zone * 1000 + i) << zone * 1000 + i;
 }
 
@@ -101,11 +173,13 @@ void RehearsalTest::SkippingAheadChangesNothing()
     Rehearsal::Plan plan{schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + SPAN_MS};
     QStringList requests;
     QStringList starts;
+    QStringList missed;
     {
         Rehearsal rehearsal(plan);
         QVERIFY(rehearsal.Run());
         requests = Requests(rehearsal);
         starts = Starts(rehearsal);
+        missed = Missed(rehearsal);
         QCOMPARE(WronglyMissed(rehearsal), QStringList());
         m_passes += rehearsal.Passes();
     }
@@ -114,11 +188,54 @@ void RehearsalTest::SkippingAheadChangesNothing()
     QVERIFY(slow.Run());
     m_everyPass += slow.Passes();
     m_requests += requests.size();
-    const QByteArray difference =
-        TextDiff(Requests(slow), requests, "request") + TextDiff(Starts(slow), starts, "start");
+    const QByteArray difference = TextDiff(Requests(slow), requests, "request") +
+                                  TextDiff(Starts(slow), starts, "start") +
+                                  TextDiff(Missed(slow), missed, "missed start");
     if (!difference.isEmpty())
         qWarning("%s\n%s", schedule.Text().constData(), difference.constData()); // what QVERIFY2 would cut
     QVERIFY(difference.isEmpty());
+}
+
+// The clock is stepped, the schedule is loaded anew and a peer does not answer, at random; each pass of the timers is
+// run in the one, and the daemon's own records are read.
+void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
+{
+    QFETCH(const int, seed);
+    const RandomSchedule schedule(static_cast<std::uint32_t>(seed), MOST_LINES);
+    const Workspace workspace(schedule.Path(), schedule.Folder());
+    Rehearsal::Plan plan{schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + SPAN_MS};
+    std::vector<Event> events;
+    {
+        Rehearsal rehearsal(plan);
+        QVERIFY(rehearsal.Run());
+        events = rehearsal.Events();
+    }
+    const RandomPlan random(static_cast<std::uint32_t>(seed), plan, events);
+    plan = random.plan;
+    QStringList missed;
+    {
+        Rehearsal rehearsal(plan);
+        QVERIFY(rehearsal.Run());
+        missed = Missed(rehearsal);
+    }
+    plan.everyPass = true;
+    DaemonLog log(LEVEL_WARNING);
+    Rehearsal slow(plan);
+    QVERIFY(slow.Run());
+    const QStringList expected = Missed(slow);
+    QStringList logged;
+    for (const DaemonRecord& record : log.Take())
+    {
+        if (record.text.startsWith(QLatin1String("MISSED action")))
+            logged.append(record.text);
+    }
+    const QByteArray difference = TextDiff(expected, missed, "missed start");
+    if (!difference.isEmpty())
+        qWarning("%s\n%s\n%s", schedule.Text().constData(), random.Text().constData(), difference.constData());
+    QVERIFY(difference.isEmpty());
+    QCOMPARE(Counted(logged), expected.size());
+    for (const QString& text : expected)
+        ++m_causes[text.section(QLatin1String(": "), 1)];
 }
 
 void RehearsalTest::OneMayEndItInTheMiddleOfADay()
@@ -139,9 +256,12 @@ void RehearsalTest::OneMayEndItInTheMiddleOfADay()
 
 void RehearsalTest::cleanupTestCase()
 {
+    for (auto cause = m_causes.cbegin(); cause != m_causes.cend(); ++cause)
+        qInfo("%d missed: %s", cause.value(), qPrintable(cause.key()));
     qInfo("%lld requests; %lld passes instead of %lld", m_requests, m_passes, m_everyPass);
     QVERIFY(m_requests > OZNA_SEEDS * 10);
     QVERIFY(m_passes < m_everyPass / 10);
+    QVERIFY(m_causes.size() >= OZNA_SEEDS / 10 - 1);
 }
 
 int main(int argc, char* argv[])

@@ -1,6 +1,5 @@
 #include "Rehearsal.h"
 
-#include "Clock.h"
 #include "Moment.h"
 #include "PeerCall.h"
 #include "Peers.h"
@@ -14,6 +13,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
@@ -30,12 +30,6 @@ constexpr int MOST_DECIDING = 4;
 // A day of thousands of lines takes a while: who waits is asked in between as well.
 constexpr int TICKS_A_QUESTION = 256;
 
-// The first tick of a timer with that period, started at start_ms, that is not before moment_ms.
-qint64 TickFrom(qint64 moment_ms, qint64 start_ms, qint64 period_ms)
-{
-    return start_ms + (moment_ms - start_ms + period_ms - 1) / period_ms * period_ms;
-}
-
 } // namespace
 
 qint64 Rehearsal::LongBefore_ms(qint64 from_ms)
@@ -45,20 +39,26 @@ qint64 Rehearsal::LongBefore_ms(qint64 from_ms)
 
 Rehearsal::Rehearsal(const Plan& plan)
     : m_plan(plan)
-    , m_now_ms(plan.start_ms)
-    , m_log(m_now_ms)
+    , m_clock(plan.start_ms)
+    , m_log(m_clock.Now_ms())
 {
-    Clock::SetSource([this] { return m_now_ms; });
     PeerCall::SetTransport([this](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
-        m_log.Receive(Request::Sent(m_now_ms, *proxy, method, arguments));
-        return PeerReply(0);
+        return Answer(Request::Sent(m_clock.Now_ms(), *proxy, method, arguments));
     });
 }
 
 Rehearsal::~Rehearsal()
 {
-    Clock::SetSource({});
     PeerCall::SetTransport({});
+}
+
+PeerReply Rehearsal::Answer(const Request& request)
+{
+    m_log.Receive(request);
+    if (!m_plan.silentPeers.contains(request.peer))
+        return PeerReply(0);
+    m_clock.Pass(request.timeout_ms);
+    return PeerReply::Failed(QStringLiteral("Did not receive a reply"));
 }
 
 bool Rehearsal::Run(const std::function<bool(double)>& goOn)
@@ -78,47 +78,87 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     if (isWhole)
         Decide(scheduler);
     disconnect(&scheduler, nullptr, this, nullptr);
-    m_log.Finish(m_plan.from_ms, m_plan.until_ms);
+    m_log.Finish(m_plan.from_ms, End_ms());
     Risks::Mark(m_log.Events());
     // What still plays is stopped with the schedule: no part of what was asked for.
     PeerCall::SetTransport([](QDBusAbstractInterface*, const QString&, const QVariantList&) { return PeerReply(0); });
     return isWhole;
 }
 
+qint64 Rehearsal::End_ms() const
+{
+    return m_clock.After_ms(m_plan.until_ms - m_plan.start_ms);
+}
+
+qint64 Rehearsal::NextDisturbance_ms() const
+{
+    return m_disturbed < m_plan.disturbances.size() ? m_clock.After_ms(m_plan.disturbances[m_disturbed].after_ms)
+                                                    : std::numeric_limits<qint64>::max();
+}
+
+// Brings about what is due.
+void Rehearsal::Disturb(Scheduler& scheduler)
+{
+    while (NextDisturbance_ms() <= m_clock.Now_ms())
+    {
+        const Disturbance& disturbance = m_plan.disturbances[m_disturbed++];
+        if (disturbance.step_ms != 0)
+        {
+            m_clock.Step(disturbance.step_ms);
+            continue;
+        }
+        scheduler.Reload();
+        m_log.EndPass();
+        m_clock.StartTimers();
+        m_watches.Load(scheduler);
+    }
+}
+
 double Rehearsal::DonePart() const
 {
-    return static_cast<double>(m_now_ms - m_plan.start_ms) / static_cast<double>(m_plan.until_ms - m_plan.start_ms);
+    return static_cast<double>(m_clock.Now_ms() - m_plan.start_ms) /
+           static_cast<double>(m_plan.until_ms - m_plan.start_ms);
 }
 
 bool Rehearsal::RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn)
 {
-    for (qint64 tick_ms = m_plan.start_ms + Scheduler::EARLY_INTERVAL_MS; tick_ms < m_plan.until_ms;
-         tick_ms += Scheduler::EARLY_INTERVAL_MS)
+    for (qint64 free_ms = m_plan.start_ms;;)
     {
-        PlayDeviceBefore(tick_ms);
-        m_now_ms = tick_ms;
+        const qint64 tick_ms = m_clock.TickFrom(free_ms, Scheduler::EARLY_INTERVAL_MS);
+        const qint64 next_ms = std::min(tick_ms, NextDisturbance_ms());
+        PlayDeviceBefore(std::min(next_ms, End_ms()));
+        if (next_ms >= End_ms())
+            return true;
+        m_clock.PassTo(next_ms);
+        if (NextDisturbance_ms() <= next_ms)
+        {
+            // The tick of that moment is still to come.
+            Disturb(scheduler);
+            free_ms = m_clock.Now_ms();
+            continue;
+        }
         m_log.PlayDevice();
         Pass(scheduler);
+        free_ms = std::max(tick_ms + 1, m_clock.Now_ms());
         if (tick_ms % HOUR_MS == 0 && !goOn(DonePart()))
             return false;
     }
-    PlayDeviceBefore(m_plan.until_ms);
-    return true;
 }
 
 bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn)
 {
     m_watches.Load(scheduler);
-    while (m_now_ms < m_plan.until_ms)
+    while (m_clock.Now_ms() < End_ms())
     {
         if (!goOn(DonePart()))
             return false;
-        Stretch stretch = Stretch::From(m_now_ms);
-        stretch.end_ms = std::min(stretch.end_ms, m_plan.until_ms);
+        Stretch stretch = Stretch::From(m_clock.Now_ms());
+        stretch.end_ms = std::min({stretch.end_ms, End_ms(), NextDisturbance_ms()});
         m_watches.Renew(stretch);
         if (!RunStretch(scheduler, stretch, goOn))
             return false;
-        m_now_ms = stretch.end_ms;
+        m_clock.PassTo(stretch.end_ms);
+        Disturb(scheduler);
     }
     return true;
 }
@@ -126,56 +166,57 @@ bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(doub
 // False when goOn ended it.
 bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn)
 {
-    // Each tick is run once; that of the start itself is none.
-    qint64 free_ms = std::max(m_now_ms, m_plan.start_ms + 1);
+    // Each tick is run once.
+    qint64 free_ms = m_clock.Now_ms();
+    const qint64 passes = m_farPasses;
     for (int tick = 1;; ++tick)
     {
         if (tick % TICKS_A_QUESTION == 0 && !goOn(DonePart()))
             return false;
         m_watches.Sort(scheduler);
-        const qint64 far_ms = scheduler.IsDeciding() ? free_ms : m_watches.NextFar_ms(free_ms);
+        // The first far pass of a stretch sees what the clocks left out before it.
+        const bool mustLook = scheduler.IsDeciding() || m_farPasses == passes;
+        const qint64 far_ms = mustLook ? free_ms : m_watches.NextFar_ms(free_ms);
         const qint64 early_ms = m_watches.NextEarly_ms(free_ms);
         qint64 tick_ms = stretch.end_ms;
         if (far_ms != WatchList::NEVER)
-            tick_ms = std::min(tick_ms, TickFrom(far_ms, m_plan.start_ms, Scheduler::FAR_INTERVAL_MS));
+            tick_ms = std::min(tick_ms, m_clock.TickFrom(far_ms, Scheduler::FAR_INTERVAL_MS));
         if (early_ms != WatchList::NEVER)
-            tick_ms = std::min(tick_ms, TickFrom(early_ms, m_plan.start_ms, Scheduler::EARLY_INTERVAL_MS));
+            tick_ms = std::min(tick_ms, m_clock.TickFrom(early_ms, Scheduler::EARLY_INTERVAL_MS));
         if (m_log.NextSignal_ms() <= std::min(tick_ms, stretch.end_ms - 1))
         {
-            m_now_ms = std::max(m_now_ms, m_log.NextSignal_ms());
+            m_clock.PassTo(m_log.NextSignal_ms());
             m_log.PlayDevice();
-            free_ms = std::max(free_ms, m_now_ms);
+            free_ms = std::max(free_ms, m_clock.Now_ms());
             continue;
         }
         if (tick_ms >= stretch.end_ms)
             return true;
-        m_now_ms = tick_ms;
+        m_clock.PassTo(tick_ms);
         Pass(scheduler);
-        free_ms = tick_ms + 1;
+        free_ms = std::max(tick_ms + 1, m_clock.Now_ms());
     }
 }
 
 // What was due right before the end is decided on after it.
 void Rehearsal::Decide(Scheduler& scheduler)
 {
-    m_now_ms = TickFrom(std::max(m_now_ms, m_plan.until_ms), m_plan.start_ms, Scheduler::FAR_INTERVAL_MS);
-    scheduler.CheckFarActions();
-    for (int i = 0; i < MOST_DECIDING && scheduler.IsDeciding(); ++i)
+    for (int i = 0; i <= MOST_DECIDING && (i == 0 || scheduler.IsDeciding()); ++i)
     {
-        m_now_ms += Scheduler::FAR_INTERVAL_MS;
+        m_clock.PassTo(m_clock.TickFrom(std::max(m_clock.Now_ms() + 1, End_ms()), Scheduler::FAR_INTERVAL_MS));
         scheduler.CheckFarActions();
     }
 }
 
 void Rehearsal::Pass(Scheduler& scheduler)
 {
-    if ((m_now_ms - m_plan.start_ms) % Scheduler::FAR_INTERVAL_MS == 0)
+    if (m_clock.IsTick(Scheduler::FAR_INTERVAL_MS))
     {
         scheduler.CheckFarActions();
-        ++m_passes;
+        ++m_farPasses;
     }
     scheduler.CheckEarlyActions();
-    ++m_passes;
+    ++m_earlyPasses;
     m_log.EndPass();
 }
 
@@ -183,12 +224,12 @@ void Rehearsal::PlayDeviceBefore(qint64 moment_ms)
 {
     while (m_log.NextSignal_ms() < moment_ms)
     {
-        m_now_ms = std::max(m_now_ms, m_log.NextSignal_ms());
+        m_clock.PassTo(m_log.NextSignal_ms());
         m_log.PlayDevice();
     }
 }
 
 void Rehearsal::OnPddAction(uint action, bool enable)
 {
-    m_log.Receive(Request::Announcement(m_now_ms, static_cast<PDD_ACTION>(action), enable));
+    m_log.Receive(Request::Announcement(m_clock.Now_ms(), static_cast<PDD_ACTION>(action), enable));
 }

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "EventLog.h"
+#include "PeerReply.h"
+#include "RehearsalClock.h"
 #include "Scheduler.h"
 #include "Stretch.h"
 #include "WatchList.h"
 
 #include <QObject>
+#include <QStringList>
 
 #include <functional>
 #include <vector>
@@ -16,13 +19,23 @@ class Rehearsal final : public QObject
 {
     Q_OBJECT
 public:
+    // What happens to the daemon when so much time has passed since its start: the calendar is stepped, or the schedule
+    // is loaded anew.
+    struct Disturbance
+    {
+        qint64 after_ms;
+        qint64 step_ms; // 0: a reload
+    };
+
     // Moments in milliseconds since 1970-01-01 00:00:00 UTC.
     struct Plan
     {
-        qint64 start_ms;        // the daemon loads the schedule
-        qint64 from_ms;         // what comes before it is left out, but for what still plays
-        qint64 until_ms;        // the first moment that is no part of it
-        bool everyPass = false; // run each pass of the timers, also those that can find nothing
+        qint64 start_ms;                            // the daemon loads the schedule
+        qint64 from_ms;                             // what comes before it is left out, but for what still plays
+        qint64 until_ms;                            // the first moment that is no part of it
+        bool everyPass = false;                     // run each pass of the timers, also those that can find nothing
+        std::vector<Disturbance> disturbances = {}; // in the order of their moments
+        QStringList silentPeers = {};               // which never answer, as "soundmanager"
     };
 
     // When a daemon is started that has been running for long at from_ms: what is switched on once a week is on then.
@@ -40,21 +53,27 @@ public:
     [[nodiscard]] const std::vector<Event>& Events() const { return m_log.Events(); }
 
     // How many of the daemon's passes were run.
-    [[nodiscard]] qint64 Passes() const { return m_passes; }
+    [[nodiscard]] qint64 Passes() const { return m_farPasses + m_earlyPasses; }
 
 private:
     void OnPddAction(uint action, bool enable);
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
+    [[nodiscard]] PeerReply Answer(const Request& request);
+    [[nodiscard]] qint64 End_ms() const;
+    [[nodiscard]] qint64 NextDisturbance_ms() const;
+    void Disturb(Scheduler& scheduler);
     [[nodiscard]] double DonePart() const;
     void Pass(Scheduler& scheduler);
     void Decide(Scheduler& scheduler);
     void PlayDeviceBefore(qint64 moment_ms);
 
     const Plan m_plan;
-    qint64 m_now_ms;
+    RehearsalClock m_clock;
     EventLog m_log;
     WatchList m_watches;
-    qint64 m_passes = 0;
+    size_t m_disturbed = 0; // how many of the disturbances have been
+    qint64 m_farPasses = 0;
+    qint64 m_earlyPasses = 0;
 };
