@@ -47,3 +47,8 @@ QString PeerWaits::Longest(std::int64_t from_ms, std::int64_t to_ms)
     }
     return service;
 }
+
+void PeerWaits::Clear()
+{
+    Waits().clear();
+}

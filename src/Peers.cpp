@@ -1,5 +1,6 @@
 #include "Peers.h"
 
+#include "PeerWaits.h"
 #include "Scheduler.h"
 
 #include <ConfigProxy.h>
@@ -64,6 +65,7 @@ template <typename Proxy> void Delete(Proxy*& proxy)
 
 void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
 {
+    PeerWaits::Clear();
     Create(Scheduler::m_configManProxy, CONFIG_MANAGER, CONFIG_TIMEOUT_MS);
     Create(Scheduler::m_updateManProxy, UPDATE_MANAGER);
     onUpdateManager();
