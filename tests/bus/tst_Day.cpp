@@ -142,6 +142,21 @@ void Day::SendsWhatIsDueAndNothingElse()
     // A message that has not been heard to end would be stopped.
     QVERIFY(
         Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: a-day-late.mp3")));
+    // What the clock was put forward over on that day.
+    QStringList missed;
+    for (const char* start :
+         {"11 (Gps), line 3, due at 06:00:00", "12 (Lan), line 4, due at 06:30:00",
+          "9 (SetCpuFreq), line 5, due at 07:00:00", "0 (Light), line 6, due at 07:00:00",
+          "8 (Amplifiers), line 7, due at 07:00:00", "5 (Volume), line 8, due at 07:00:00",
+          "6 (PlayRadioFm), line 9, due at 07:30:00", "15 (StopRadioFm), line 13, due at 09:00:00",
+          "2 (PlayPlaylist), line 14, due at 10:00:00", "13 (StopPlaylist), line 15, due at 10:00:40",
+          "19 (RequestPddAction), line 16, due at 11:00:00", "18 (EnableAux), line 17, due at 12:00:00",
+          "18 (EnableAux), line 18, due at 12:30:00", "16 (PlayStream), line 19, due at 13:00:00",
+          "17 (Stoptream), line 20, due at 13:30:00", "10 (Camera), line 21, due at 14:00:00",
+          "4 (RecordPhoto), line 22, due at 14:01:00", "14 (StopMessage), line 23, due at 15:00:00"})
+        missed += QStringLiteral("2 [MissedStarts.cpp] MISSED action: %1: the clock was put forward")
+                      .arg(QLatin1String(start));
+    COMPARE_LINES(Daemon().Take(2), missed);
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Device().Calls(), m_expected);
 }
