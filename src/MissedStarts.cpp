@@ -4,6 +4,7 @@
 #include "PeerWaits.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace
 {
@@ -34,11 +35,6 @@ const QString UTC_MIDNIGHT = QStringLiteral("its time comes too soon after midni
 std::int64_t SecondOf(std::int64_t moment_ms)
 {
     return moment_ms / MS_PER_S - (moment_ms % MS_PER_S < 0 ? 1 : 0);
-}
-
-bool Contains(const ActionList& list, const Action* action)
-{
-    return std::ranges::any_of(list, [action](const auto& entry) { return entry.get() == action; });
 }
 
 // Whether a playlist can still be joined. A watched one needs nothing but its tolerance, as no pass finds it any more.
@@ -149,10 +145,15 @@ void MissedStarts::DropComing(std::int64_t now_s)
 
 void MissedStarts::Settle(const ActionList& watched, std::int64_t now_s)
 {
+    if (m_open.empty())
+        return;
+    std::unordered_set<const Action*> watchedActions;
+    for (const auto& action : watched)
+        watchedActions.insert(action.get());
     std::erase_if(m_open, [&](const Open& open) {
         if (open.action->m_answeredDue_s == open.due_s)
             return true;
-        const bool isWatched = Contains(watched, open.action);
+        const bool isWatched = watchedActions.contains(open.action);
         if ((isWatched && now_s - open.due_s <= Action::IN_TIME_S) ||
             CanBeJoined(*open.action, open.due_s, now_s, isWatched))
             return false;
@@ -207,7 +208,7 @@ QString MissedStarts::CauseOf(const Action& action, std::int64_t due_s, const Pa
     const QTime time = StartIndex::TimeOf(due_s);
     if (time == QTime(0, 0) && action.m_task->GetDelayable_s() == 0)
         return CANNOT_START;
-    if (WasLoadedJustBefore(due_s))
+    if (WasLoadedJustBefore(due_s, passage))
         return LOADED;
     if (passage.Jump_ms() > LEAST_JUMP_MS)
         return passage.ClockStep_ms() > LEAST_JUMP_MS ? CLOCK_FORWARD : LOCAL_FORWARD;
@@ -221,11 +222,13 @@ QString MissedStarts::CauseOf(const Action& action, std::int64_t due_s, const Pa
     return IsRightAfterUtcMidnight(action, StartIndex::DateOf(due_s), time) ? UTC_MIDNIGHT : STOOD_STILL;
 }
 
-// The first pass after a load comes so long after it.
-bool MissedStarts::WasLoadedJustBefore(std::int64_t due_s) const
+// The first look after a load comes so long after it, or a little later on a busy machine.
+bool MissedStarts::WasLoadedJustBefore(std::int64_t due_s, const Passage& passage) const
 {
-    const std::int64_t sinceLoad_ms = due_s * MS_PER_S - m_loaded_ms;
-    return m_last->local_ms == m_loaded_ms && sinceLoad_ms <= LOOK_MS;
+    const bool isFirstLook = passage.from.local_ms == m_loaded_ms;
+    const bool isInTime = passage.to.uptime_ms - passage.from.uptime_ms < LOOK_MS + LEAST_JUMP_MS;
+    return isFirstLook &&
+           (due_s * MS_PER_S - m_loaded_ms <= LOOK_MS || (isInTime && passage.Jump_ms() < LEAST_JUMP_MS));
 }
 
 bool MissedStarts::IsBusy(const Action& action, std::int64_t due_s) const

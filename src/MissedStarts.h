@@ -69,7 +69,7 @@ private:
     void NoteBusy(std::int64_t now_s);
     void Close(const ActionList& watched, const Clock::Reading& now, bool isRestart);
     [[nodiscard]] QString CauseOf(const Action& action, std::int64_t due_s, const Passage& passage) const;
-    [[nodiscard]] bool WasLoadedJustBefore(std::int64_t due_s) const;
+    [[nodiscard]] bool WasLoadedJustBefore(std::int64_t due_s, const Passage& passage) const;
     [[nodiscard]] bool IsBusy(const Action& action, std::int64_t due_s) const;
     void Add(const Open& open, const QString& cause);
 
