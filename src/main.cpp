@@ -5,6 +5,7 @@
 #include "Scheduler.h"
 #include "SchedulerAdaptor.h"
 #include "SignalPipe.h"
+#include "StandardDescriptors.h"
 
 #include <LogInterface.h>
 
@@ -30,6 +31,7 @@ constexpr const char* SCHEDULE_FILE = "schedule.csv";
 constexpr int LARGE_BLOCK = 131072; // bytes
 constexpr int EXIT_NORMAL = 0;
 constexpr int EXIT_NO_BUS = -1;
+constexpr int EXIT_NO_DESCRIPTOR = -1; // nobody could be told of anything
 
 // Runs in a signal context: only wakes the event loop, which then exits with 0.
 void signals_handler(int sig)
@@ -83,6 +85,9 @@ void OnBusLost()
 
 int main(int argc, char* argv[])
 {
+    // A record meant for a closed standard error must not go to the bus, whose socket would have its number.
+    if (!StandardDescriptors::OpenClosed())
+        return EXIT_NO_DESCRIPTOR;
     // A large block goes back to the device as soon as it is free. Unless it is told where large begins, the allocator
     // takes that from what it sees, and after one long call keeps megabytes for the next.
     static_cast<void>(::mallopt(M_MMAP_THRESHOLD, LARGE_BLOCK));
