@@ -3,8 +3,10 @@
 #include "Action.h"
 #include "Clock.h"
 #include "DataRoot.h"
+#include "LastCalls.h"
 #include "Log.h"
 #include "Peers.h"
+#include "StopRequest.h"
 #include "TextFile.h"
 
 #include <UpdateManagerProxy.h>
@@ -65,6 +67,8 @@ void Scheduler::Start()
 {
     OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");
     LoadSchedule(m_scheduleFile);
+    if (StopRequest::IsMade())
+        return;
     FindReadyActions();
     m_farTimer.start();
     m_earlyTimer.start();
@@ -83,6 +87,7 @@ void Scheduler::Stop()
 void Scheduler::CleanUp()
 {
     OZNA_LOG(LEVEL_NORMAL, "Cleaning up schedule...");
+    const LastCalls lastCalls;
     m_farActions.Clear();
     m_earlyActions.Clear();
     // What a long schedule took goes back to the device, which has other uses for it.
@@ -105,7 +110,7 @@ int Scheduler::IsEnabled(bool& enabled, QString& filename)
 int Scheduler::SetEnabled(bool enabled)
 {
     OZNA_LOG(LEVEL_NORMAL, "Scheduler is %s", m_enabled ? "enabled" : "disabled");
-    if (!m_enabled && enabled)
+    if (!m_enabled && enabled && !StopRequest::IsMade())
     {
         m_enabled = true;
         Start();
@@ -130,7 +135,7 @@ int Scheduler::SetScheduleFile(const QString& filename)
 
 int Scheduler::Reload()
 {
-    if (!m_enabled)
+    if (!m_enabled || StopRequest::IsMade())
         return STATUS_OK;
     OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
     Stop();
@@ -146,22 +151,12 @@ void Scheduler::OnPddActionRequested(PDD_ACTION action, bool enable)
 
 void Scheduler::OnFilesUpdated(int Status, int FileType)
 {
-    if (FileType != SCHEDULE_FILE || Status != UPDATE_COMPLETED)
+    if (FileType != SCHEDULE_FILE || Status != UPDATE_COMPLETED || StopRequest::IsMade())
         return;
     OZNA_LOG(LEVEL_NORMAL, "Schedule file updated");
-    if (m_enabled)
-    {
-        OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
-        m_enabled = false;
-        Stop();
-        m_enabled = true;
-        Start();
-    }
-    else
-    {
+    if (!m_enabled)
         OZNA_LOG(LEVEL_WARNING, "Scheduler is disabled: automatically re-enable it");
-        SetEnabled(true);
-    }
+    static_cast<void>(m_enabled ? Reload() : SetEnabled(true));
 }
 
 void Scheduler::LoadSchedule(const QString& fileName)
@@ -179,6 +174,8 @@ void Scheduler::LoadSchedule(const QString& fileName)
         QString line;
         while (file.ReadLine(line))
         {
+            if (StopRequest::IsMade())
+                return;
             if (!TextFile::IsBlankOrComment(line))
                 AddAction(line, file.LineNumber());
         }
@@ -279,6 +276,8 @@ void Scheduler::CheckEarlyActions()
     ActionList::Noted lost;
     for (auto entry = m_earlyActions.begin(); entry != m_earlyActions.end(); ++entry)
     {
+        if (StopRequest::IsMade())
+            break;
         Action& action = **entry;
         const Task& task = *action.m_task;
         if (action.IsReady())

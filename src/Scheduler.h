@@ -28,6 +28,7 @@ enum class ActionFinding : std::uint8_t
 
 // The engine: owns the actions of the schedule file and the two timers that pick the ones to start.
 // Everything runs on the event-loop thread. The slots with a result are the bus's; it is the status 0, always.
+// Once the process is to end (see StopRequest), nothing is loaded and no action is started any more.
 class Scheduler final : public QObject
 {
     Q_OBJECT

@@ -6,6 +6,7 @@
 #include "SchedulerAdaptor.h"
 #include "SignalPipe.h"
 #include "StandardDescriptors.h"
+#include "StopRequest.h"
 
 #include <LogInterface.h>
 
@@ -33,11 +34,13 @@ constexpr int EXIT_NORMAL = 0;
 constexpr int EXIT_NO_BUS = -1;
 constexpr int EXIT_NO_DESCRIPTOR = -1; // nobody could be told of anything
 
-// Runs in a signal context: only wakes the event loop, which then exits with 0.
+// Runs in a signal context: only notes the request and wakes the event loop, which then exits with 0.
 void signals_handler(int sig)
 {
-    if (sig == SIGINT || sig == SIGTERM)
-        SignalPipe::Wake();
+    if (sig != SIGINT && sig != SIGTERM)
+        return;
+    StopRequest::Make();
+    SignalPipe::Wake();
 }
 
 bool InstallHandler(int sig)
@@ -78,6 +81,7 @@ bool Register(QDBusConnection& bus)
 void OnBusLost()
 {
     OZNA_LOG(LEVEL_ERROR, "DBUS: Session bus connection lost");
+    StopRequest::Make();
     QCoreApplication::exit(EXIT_NO_BUS);
 }
 
