@@ -19,10 +19,6 @@ namespace
 
 constexpr int STOPPED_SOON_S = 10; // a playlist whose stop is nearer than this is not worth starting
 
-// The update manager's announcement that concerns the schedule.
-constexpr int UPDATE_COMPLETED = 0;
-constexpr int SCHEDULE_FILE = 2;
-
 // What every bus method answers: failures show in the log, never in the status.
 constexpr int STATUS_OK = 0;
 
@@ -78,6 +74,7 @@ void Scheduler::Start()
 void Scheduler::Stop()
 {
     OZNA_LOG(LEVEL_NORMAL, "Stopping schedule...");
+    m_updates.Uncover();
     m_farTimer.stop();
     m_earlyTimer.stop();
     OZNA_LOG(LEVEL_NORMAL, "Schedule stopped");
@@ -151,12 +148,16 @@ void Scheduler::OnPddActionRequested(PDD_ACTION action, bool enable)
 
 void Scheduler::OnFilesUpdated(int Status, int FileType)
 {
-    if (FileType != SCHEDULE_FILE || Status != UPDATE_COMPLETED || StopRequest::IsMade())
+    if (!WaitingUpdates::IsOfSchedule(Status, FileType) || StopRequest::IsMade())
         return;
     OZNA_LOG(LEVEL_NORMAL, "Schedule file updated");
+    if (m_updates.IsCovered())
+        return;
+    const int mark = m_updates.Mark();
     if (!m_enabled)
         OZNA_LOG(LEVEL_WARNING, "Scheduler is disabled: automatically re-enable it");
     static_cast<void>(m_enabled ? Reload() : SetEnabled(true));
+    m_updates.Cover(mark);
 }
 
 void Scheduler::LoadSchedule(const QString& fileName)

@@ -2,6 +2,7 @@
 
 #include "ActionList.h"
 #include "Task.h"
+#include "WaitingUpdates.h"
 
 #include <QObject>
 #include <QString>
@@ -98,6 +99,7 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     // Loads an installed schedule file (type 2, status 0), enabling the scheduler where needed; ignores all else.
+    // Announcements that waited already when the load began are covered by it.
     void OnFilesUpdated(int Status, int FileType);
 
 private:
@@ -113,4 +115,5 @@ private:
     ActionList m_earlyActions; // found early, watched closely
     QTimer m_farTimer;
     QTimer m_earlyTimer;
+    WaitingUpdates m_updates;
 };
