@@ -129,7 +129,7 @@ void Update::AnUpdateManagerThatComesLaterIsHeard()
 // A load of it takes some time.
 void Update::StartWithLongSchedule()
 {
-    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n" + ONE_LINE.repeated(1000) +
+    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n" + ONE_LINE.repeated(3000) +
                   "1111111|08:30:12|*|*|*|||Volume|2\n");
     Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
     QVERIFY(StartDaemon());

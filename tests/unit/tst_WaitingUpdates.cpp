@@ -42,6 +42,7 @@ void WaitingUpdatesTest::WhatWaitsIsTakenTogether_data()
     row("around an enabling that changes nothing", "ueu", "schedule");
     row("around an update of something else", "uou", "schedule");
     row("behind a reload", "ruu", "schedule schedule");
+    row("one that comes between two loads", "updu", "schedule schedule");
 }
 
 void WaitingUpdatesTest::Queue(QChar step)
@@ -50,6 +51,7 @@ void WaitingUpdatesTest::Queue(QChar step)
     switch (step.toLatin1())
     {
     case 'u': later([] { Q_EMIT Scheduler::m_updateManProxy->FilesUpdated(0, 2); }); break;
+    case 'p': later([this] { Queue(u'u'); }); break;
     case 'o': later([] { Q_EMIT Scheduler::m_updateManProxy->FilesUpdated(0, 1); }); break;
     case 'd': later([this] { Engine().SetEnabled(false); }); break;
     case 'e': later([this] { Engine().SetEnabled(true); }); break;
@@ -67,6 +69,8 @@ void WaitingUpdatesTest::WhatWaitsIsTakenTogether()
     StartWith({});
     for (const QChar step : steps)
         Queue(step);
+    // Each handles what waits when it is called.
+    QCoreApplication::sendPostedEvents();
     QCoreApplication::sendPostedEvents();
 
     QStringList found;
@@ -76,7 +80,7 @@ void WaitingUpdatesTest::WhatWaitsIsTakenTogether()
             found.append(message.section(u'/', -1).section(u'.', 0, 0));
     }
     QCOMPARE(found.join(u' '), loaded);
-    QCOMPARE(LogRecorder::Messages().count(u"Schedule file updated"_s), steps.count(u'u'));
+    QCOMPARE(LogRecorder::Messages().count(u"Schedule file updated"_s), steps.count(u'u') + steps.count(u'p'));
     bool enabled = false;
     QString name;
     QCOMPARE(Engine().IsEnabled(enabled, name), 0);
