@@ -11,4 +11,8 @@ namespace BusReading
 // a process that lives but answers nobody. False when the bus library cannot be told.
 [[nodiscard]] bool NeverPause(const QDBusConnection& bus);
 
+// Waits until the event loop has all that the bus has sent before, also what it sent while the process stood still; for
+// a second at most. False when the bus does not answer.
+[[nodiscard]] bool CatchUp(const QDBusConnection& bus);
+
 } // namespace BusReading

@@ -1,9 +1,11 @@
 #include "PeerCall.h"
 
 #include "Clock.h"
+#include "LastCalls.h"
 #include "PeerWaits.h"
 
 #include <QDBusAbstractInterface>
+#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 
@@ -21,12 +23,21 @@ bool IsTooLong(const QVariant& argument)
     return argument.metaType() == QMetaType::fromType<QString>() && argument.toString().size() > MAX_TEXT;
 }
 
+bool IsTimeOut(const QDBusMessage& reply)
+{
+    return reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply;
+}
+
 PeerReply OverTheBus(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
 {
     if (std::ranges::any_of(arguments, IsTooLong))
         return PeerReply::Failed(QStringLiteral("Argument too long"));
     QDBusPendingCall call = proxy->asyncCallWithArgumentList(method, arguments);
+    if (LastCalls::IsSilent(proxy))
+        return PeerReply::Failed(QStringLiteral("Not waited for"));
     call.waitForFinished();
+    if (IsTimeOut(call.reply()))
+        LastCalls::NoteTimeOut(proxy);
     return PeerReply(call.reply());
 }
 
@@ -40,6 +51,8 @@ PeerCall::Transport& CurrentTransport()
 
 PeerReply PeerCall::Send(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
 {
+    if (!LastCalls::MayAsk())
+        return PeerReply::NotSent(QStringLiteral("The scheduler is stopping"));
     const std::int64_t begin_ms = Clock::Uptime_ms();
     PeerReply reply = CurrentTransport()(proxy, method, arguments);
     if (proxy != nullptr)

@@ -18,7 +18,8 @@ public:
 
     // Calls method on the proxy's peer with the arguments as they are typed, and blocks until the reply comes or
     // the proxy's time-out is over. A text of more
-    // than a million characters is not sent: the call fails as one on the bus does. Never throws and logs nothing.
+    // than a million characters is not sent: the call fails as one on the bus does. When the process is to end, only
+    // what LastCalls allows is sent, and waited for. Never throws and logs nothing.
     [[nodiscard]] static PeerReply Send(QDBusAbstractInterface* proxy, const QString& method,
                                         const QVariantList& arguments = {});
 

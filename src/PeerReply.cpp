@@ -57,3 +57,10 @@ PeerReply PeerReply::Failed(const QString& errorMessage)
     reply.m_errorMessage = errorMessage;
     return reply;
 }
+
+PeerReply PeerReply::NotSent(const QString& reason)
+{
+    PeerReply reply = Failed(reason);
+    reply.m_isSent = false;
+    return reply;
+}

@@ -19,6 +19,10 @@ public:
     // A call that failed on the bus.
     [[nodiscard]] static PeerReply Failed(const QString& errorMessage);
 
+    // A call that was not made. It is reported like one that failed on the bus, and not at all where the status alone
+    // is judged: there is none, and the call must not count as accepted.
+    [[nodiscard]] static PeerReply NotSent(const QString& reason);
+
     [[nodiscard]] bool IsBusError() const { return m_busError; }
     [[nodiscard]] QString ErrorMessage() const { return m_errorMessage; }
     [[nodiscard]] int Status() const { return m_status; }
@@ -39,6 +43,8 @@ public:
     template <typename OnRefused, typename OnAccepted>
     bool ReportStatus(OnRefused onRefused, OnAccepted onAccepted) const
     {
+        if (!m_isSent)
+            return false;
         if (m_status != 0)
             onRefused(m_status);
         else
@@ -47,6 +53,7 @@ public:
     }
 
 private:
+    bool m_isSent = true;
     bool m_busError = false;
     QString m_errorMessage;
     int m_status = 0;

@@ -3,8 +3,10 @@
 #include "Action.h"
 #include "Clock.h"
 #include "DataRoot.h"
+#include "LastCalls.h"
 #include "Log.h"
 #include "Peers.h"
+#include "StopRequest.h"
 #include "TextFile.h"
 
 #include <UpdateManagerProxy.h>
@@ -16,10 +18,6 @@ namespace
 {
 
 constexpr int STOPPED_SOON_S = 10; // a playlist whose stop is nearer than this is not worth starting
-
-// The update manager's announcement that concerns the schedule.
-constexpr int UPDATE_COMPLETED = 0;
-constexpr int SCHEDULE_FILE = 2;
 
 // What every bus method answers: failures show in the log, never in the status.
 constexpr int STATUS_OK = 0;
@@ -71,6 +69,8 @@ void Scheduler::Begin(const Clock::Reading& since)
 {
     OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");
     LoadSchedule(m_scheduleFile);
+    if (StopRequest::IsMade())
+        return;
     FindReadyActions();
     m_missed.Load(m_farActions, since);
     m_farTimer.start();
@@ -81,6 +81,7 @@ void Scheduler::Begin(const Clock::Reading& since)
 void Scheduler::Stop()
 {
     OZNA_LOG(LEVEL_NORMAL, "Stopping schedule...");
+    m_updates.Uncover();
     m_farTimer.stop();
     m_earlyTimer.stop();
     m_missed.Stop(m_earlyActions);
@@ -98,6 +99,7 @@ void Scheduler::Restart()
 void Scheduler::CleanUp()
 {
     OZNA_LOG(LEVEL_NORMAL, "Cleaning up schedule...");
+    const LastCalls lastCalls;
     m_farActions.Clear();
     m_earlyActions.Clear();
     // What a long schedule took goes back to the device, which has other uses for it.
@@ -120,7 +122,7 @@ int Scheduler::IsEnabled(bool& enabled, QString& filename)
 int Scheduler::SetEnabled(bool enabled)
 {
     OZNA_LOG(LEVEL_NORMAL, "Scheduler is %s", m_enabled ? "enabled" : "disabled");
-    if (!m_enabled && enabled)
+    if (!m_enabled && enabled && !StopRequest::IsMade())
     {
         m_enabled = true;
         Start();
@@ -145,7 +147,7 @@ int Scheduler::SetScheduleFile(const QString& filename)
 
 int Scheduler::Reload()
 {
-    if (!m_enabled)
+    if (!m_enabled || StopRequest::IsMade())
         return STATUS_OK;
     OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
     Restart();
@@ -160,19 +162,16 @@ void Scheduler::OnPddActionRequested(PDD_ACTION action, bool enable)
 
 void Scheduler::OnFilesUpdated(int Status, int FileType)
 {
-    if (FileType != SCHEDULE_FILE || Status != UPDATE_COMPLETED)
+    if (!WaitingUpdates::IsOfSchedule(Status, FileType) || StopRequest::IsMade())
         return;
     OZNA_LOG(LEVEL_NORMAL, "Schedule file updated");
-    if (m_enabled)
-    {
-        OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
-        Restart();
-    }
-    else
-    {
+    if (m_updates.IsCovered())
+        return;
+    const int mark = m_updates.Mark();
+    if (!m_enabled)
         OZNA_LOG(LEVEL_WARNING, "Scheduler is disabled: automatically re-enable it");
-        SetEnabled(true);
-    }
+    static_cast<void>(m_enabled ? Reload() : SetEnabled(true));
+    m_updates.Cover(mark);
 }
 
 void Scheduler::LoadSchedule(const QString& fileName)
@@ -190,6 +189,8 @@ void Scheduler::LoadSchedule(const QString& fileName)
         QString line;
         while (file.ReadLine(line))
         {
+            if (StopRequest::IsMade())
+                return;
             if (!TextFile::IsBlankOrComment(line))
                 AddAction(line, file.LineNumber());
         }
@@ -294,6 +295,8 @@ void Scheduler::CheckEarlyActions()
     ActionList::Noted lost;
     for (auto entry = m_earlyActions.begin(); entry != m_earlyActions.end(); ++entry)
     {
+        if (StopRequest::IsMade())
+            break;
         Action& action = **entry;
         const Task& task = *action.m_task;
         if (action.IsReady())

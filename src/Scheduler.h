@@ -3,6 +3,7 @@
 #include "ActionList.h"
 #include "MissedStarts.h"
 #include "Task.h"
+#include "WaitingUpdates.h"
 
 #include <QObject>
 #include <QString>
@@ -29,6 +30,7 @@ enum class ActionFinding : std::uint8_t
 
 // The engine: owns the actions of the schedule file and the two timers that pick the ones to start.
 // Everything runs on the event-loop thread. The slots with a result are the bus's; it is the status 0, always.
+// Once the process is to end (see StopRequest), nothing is loaded and no action is started any more.
 class Scheduler final : public QObject
 {
     Q_OBJECT
@@ -102,6 +104,7 @@ public Q_SLOTS:
 
 private Q_SLOTS:
     // Loads an installed schedule file (type 2, status 0), enabling the scheduler where needed; ignores all else.
+    // Announcements that waited already when the load began are covered by it.
     void OnFilesUpdated(int Status, int FileType);
 
 private:
@@ -120,4 +123,5 @@ private:
     MissedStarts m_missed;
     QTimer m_farTimer;
     QTimer m_earlyTimer;
+    WaitingUpdates m_updates;
 };

@@ -5,6 +5,8 @@
 #include "Scheduler.h"
 #include "SchedulerAdaptor.h"
 #include "SignalPipe.h"
+#include "StandardDescriptors.h"
+#include "StopRequest.h"
 
 #include <LogInterface.h>
 
@@ -30,12 +32,15 @@ constexpr const char* SCHEDULE_FILE = "schedule.csv";
 constexpr int LARGE_BLOCK = 131072; // bytes
 constexpr int EXIT_NORMAL = 0;
 constexpr int EXIT_NO_BUS = -1;
+constexpr int EXIT_NO_DESCRIPTOR = -1; // nobody could be told of anything
 
-// Runs in a signal context: only wakes the event loop, which then exits with 0.
+// Runs in a signal context: only notes the request and wakes the event loop, which then exits with 0.
 void signals_handler(int sig)
 {
-    if (sig == SIGINT || sig == SIGTERM)
-        SignalPipe::Wake();
+    if (sig != SIGINT && sig != SIGTERM)
+        return;
+    StopRequest::Make();
+    SignalPipe::Wake();
 }
 
 bool InstallHandler(int sig)
@@ -76,6 +81,7 @@ bool Register(QDBusConnection& bus)
 void OnBusLost()
 {
     OZNA_LOG(LEVEL_ERROR, "DBUS: Session bus connection lost");
+    StopRequest::Make();
     QCoreApplication::exit(EXIT_NO_BUS);
 }
 
@@ -83,6 +89,9 @@ void OnBusLost()
 
 int main(int argc, char* argv[])
 {
+    // A record meant for a closed standard error must not go to the bus, whose socket would have its number.
+    if (!StandardDescriptors::OpenClosed())
+        return EXIT_NO_DESCRIPTOR;
     // A large block goes back to the device as soon as it is free. Unless it is told where large begins, the allocator
     // takes that from what it sees, and after one long call keeps megabytes for the next.
     static_cast<void>(::mallopt(M_MMAP_THRESHOLD, LARGE_BLOCK));

@@ -2,6 +2,10 @@
 
 #include <QString>
 
+#include <memory>
+
+class LogOutput;
+
 // The client of the device's log service. One instance a process, owned by main and never deleted.
 class LogInterface
 {
@@ -15,9 +19,11 @@ public:
     LogInterface& operator=(const LogInterface&) = delete;
 
     // Hands one record over. level: 1 errors, 2 warnings, 4 progress, 5 details, 9 trace.
-    // text and origin are NUL-terminated; neither is kept. Never throws, never fails visibly.
+    // text and origin are NUL-terminated; neither is kept. Never throws, never fails visibly, waits for nobody: what
+    // cannot be written is dropped, and the next record that can be comes behind one that tells how many were.
     void EmitLogString(unsigned int level, const char* text, const char* origin);
 
 private:
     unsigned int m_maxLevel;
+    std::shared_ptr<LogOutput> m_output;
 };

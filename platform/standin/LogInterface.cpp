@@ -1,5 +1,7 @@
 #include "LogInterface.h"
 
+#include "LogOutput.h"
+
 #include <QByteArray>
 
 #include <csignal>
@@ -12,6 +14,10 @@ namespace
 
 constexpr const char* LEVEL_VARIABLE = "OZNA_LOG_LEVEL";
 constexpr unsigned int DEFAULT_LEVEL = 4;
+
+// The record that tells of lost ones.
+constexpr unsigned int LOST_LEVEL = 2;
+constexpr const char* LOST_ORIGIN = "/com/kestrelix/ozna/scheduler/schedulerobj"; // that of nearly every record
 
 unsigned int MaxLevelFromEnvironment()
 {
@@ -67,10 +73,34 @@ void AppendPrintable(std::string& record, std::string_view text)
     }
 }
 
+// One line, whatever the text holds: what is no record cannot look like one.
+std::string Record(unsigned int level, std::string_view text, std::string_view origin)
+{
+    while (text.ends_with('\n'))
+        text.remove_suffix(1);
+
+    std::string record = std::to_string(level);
+    record += ' ';
+    AppendPrintable(record, origin);
+    record += ' ';
+    AppendPrintable(record, text);
+    record += '\n';
+    return record;
+}
+
+std::string LossRecord(unsigned int lost)
+{
+    const std::string site = std::string("[") + __FILE__ + ':' + std::to_string(__LINE__) + "] ";
+    return Record(LOST_LEVEL, site + "Log records lost: " + std::to_string(lost), LOST_ORIGIN);
+}
+
 } // namespace
 
 LogInterface::LogInterface(const QString& objectPath)
     : m_maxLevel(MaxLevelFromEnvironment())
+    , m_output(std::make_shared<LogOutput>(STDERR_FILENO, [maxLevel = m_maxLevel](unsigned int lost) {
+        return LOST_LEVEL <= maxLevel ? LossRecord(lost) : std::string();
+    }))
 {
     // Standard error needs no address; the path is the device library's.
     Q_UNUSED(objectPath)
@@ -82,21 +112,7 @@ LogInterface::~LogInterface() = default;
 
 void LogInterface::EmitLogString(unsigned int level, const char* text, const char* origin)
 {
-    if (level > m_maxLevel)
-        return;
-
-    std::string_view body(text);
-    while (body.ends_with('\n'))
-        body.remove_suffix(1);
-
-    std::string record = std::to_string(level);
-    record += ' ';
-    AppendPrintable(record, origin);
-    record += ' ';
-    AppendPrintable(record, body);
-    record += '\n';
-
-    // One write a record, so that records of several processes never mix. A log that takes nothing
-    // (a full disk, a pipe without a reader) has nowhere to report it to.
-    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, record.data(), record.size());
+    // One write a record, so that records of several processes never mix.
+    if (level <= m_maxLevel)
+        m_output->Write(Record(level, text, origin));
 }

@@ -10,6 +10,7 @@
 #include <sys/eventfd.h>
 
 class Scheduler;
+class TextFile;
 
 namespace
 {
@@ -19,6 +20,9 @@ bool IsFault(std::string_view name)
     const char* fault = std::getenv("OZNA_FAULT");
     return fault != nullptr && fault == name;
 }
+
+// So many lines of files are read before the process halts.
+constexpr int LINES_UNTIL_HALT = 5000;
 
 int Fail()
 {
@@ -31,6 +35,8 @@ int Fail()
 // The linker makes these names.
 // NOLINTBEGIN(bugprone-reserved-identifier, readability-identifier-naming)
 extern "C" {
+bool __real__ZN8TextFile8ReadLineER7QString(TextFile* file, QString& line);
+bool __wrap__ZN8TextFile8ReadLineER7QString(TextFile* file, QString& line);
 void __real__ZN9Scheduler3RunEv(Scheduler* scheduler);
 void __wrap__ZN9Scheduler3RunEv(Scheduler* scheduler);
 int __real_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier);
@@ -45,6 +51,15 @@ bool __real__ZN10BusReading10NeverPauseERK15QDBusConnection(const QDBusConnectio
 bool __wrap__ZN10BusReading10NeverPauseERK15QDBusConnection(const QDBusConnection& bus);
 void __real__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager);
 void __wrap__ZN5Peers13CreateProxiesERKSt8functionIFvvEE(const std::function<void()>& onUpdateManager);
+}
+
+// Halts in the middle of a file, until the test has the process go on.
+bool __wrap__ZN8TextFile8ReadLineER7QString(TextFile* file, QString& line)
+{
+    static int lines = 0;
+    if (IsFault("halt") && ++lines == LINES_UNTIL_HALT)
+        std::raise(SIGSTOP);
+    return __real__ZN8TextFile8ReadLineER7QString(file, line);
 }
 
 int __wrap_sigaction(int sig, const struct sigaction* action, struct sigaction* earlier)

@@ -3,8 +3,7 @@
 #include <QByteArray>
 #include <QString>
 
-// A pipe as a daemon's standard error, which halts the daemon where it would write more than the pipe holds, until the
-// log is read: a test can then change what the daemon is in the middle of.
+// A pipe as a daemon's standard error, which is read when the test says so, and full until then.
 class LogPipe final
 {
 public:

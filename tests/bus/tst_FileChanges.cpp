@@ -1,7 +1,7 @@
 #include "BusTest.h"
 #include "Lines.h"
-#include "LogPipe.h"
 
+#include <csignal>
 #include <unistd.h>
 
 using namespace Lines;
@@ -19,17 +19,22 @@ private Q_SLOTS:
     void AFullDiskBehindTheLogStopsNothing();
 
 private:
+    void StartHalted();
     void Change(const QString& kind, const QString& path, const QByteArray& line) const;
 };
 
 namespace
 {
 
-constexpr int LINES = 20000; // more than the daemon has read when the pipe is full
+constexpr int LINES = 20000; // far more than the daemon has read when it halts
 constexpr int MORE = 10;
 constexpr int CUT = 10000;
 const QByteArray TRACK = "song.mp3;60\n";
 const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
+const QStringList CUT_LINE{
+    QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"),
+    QStringLiteral("2 [Scheduler.cpp] Action ignored"),
+};
 
 void AddKinds()
 {
@@ -42,6 +47,17 @@ void AddKinds()
 }
 
 } // namespace
+
+// The daemon, linked so that it halts in the middle of its first file.
+void FileChanges::StartHalted()
+{
+    UseDaemon(QStringLiteral("tests/ozna-scheduler-faulty"));
+    Daemon().Environment().insert(QStringLiteral("OZNA_FAULT"), QStringLiteral("halt"));
+    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Time().Apply(Daemon().Environment());
+    Daemon().Start();
+    QVERIFY(Daemon().WaitUntilHalted());
+}
 
 void FileChanges::Change(const QString& kind, const QString& path, const QByteArray& line) const
 {
@@ -73,24 +89,19 @@ void FileChanges::AScheduleThatChangesIsReadOn()
     QFETCH(int, count);
     const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
     WriteSchedule(ONE_LINE.repeated(LINES));
-    LogPipe log(DataPath(QStringLiteral("log")));
-    Daemon().LogTo(DataPath(QStringLiteral("log")));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
-    Daemon().Start();
-    QVERIFY(log.WaitUntilFull());
+    StartHalted();
     Change(kind, path, ONE_LINE);
+    Daemon().Signal(SIGCONT);
 
-    QVERIFY(log.ReadUntil("Schedule started"));
-    QVERIFY(log.Log().contains("Schedule loaded (" + QByteArray::number(count) + " tasks)"));
-    QCOMPARE(log.Log().count("Wrong action fields (1 found, at least 8 expected)"),
-             kind == QStringLiteral("cut") ? 1 : 0);
-    QCOMPARE(log.Log().count("Action ignored"), kind == QStringLiteral("cut") ? 1 : 0);
+    QVERIFY(Daemon().WaitForLog(STARTED.last()));
+    QVERIFY(Daemon().Log().contains(Loaded(count).first()));
+    COMPARE_LINES(Daemon().Take(2), kind == QStringLiteral("cut") ? CUT_LINE : QStringList());
 
     // The file that stands there now is read next.
     WriteSchedule(ONE_LINE, QStringLiteral("new.csv"));
     QCOMPARE(::rename(qPrintable(DataPath(QStringLiteral("schedule/new.csv"))), qPrintable(path)), 0);
     QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
-    QVERIFY(log.ReadUntil("Schedule loaded (1 tasks)"));
+    QVERIFY(Daemon().Take().contains(Loaded(1).first()));
 }
 
 void FileChanges::APlaylistThatChangesIsReadOn_data()
@@ -104,17 +115,17 @@ void FileChanges::APlaylistThatChangesIsReadOn()
     QFETCH(int, count);
     WriteSchedule("1111111|08:30:04|*|*|*|||PlayPlaylist|day\n");
     WritePlaylist(TRACK.repeated(LINES), QStringLiteral("day"));
-    LogPipe log(DataPath(QStringLiteral("log")));
-    Daemon().LogTo(DataPath(QStringLiteral("log")));
-    Daemon().Start();
-    QVERIFY(log.WaitUntilFull());
+    StartHalted();
     Change(kind, DataPath(QStringLiteral("playlists/day")), TRACK);
+    Daemon().Signal(SIGCONT);
 
-    QVERIFY(log.ReadUntil("Schedule started"));
-    QVERIFY(log.Log().contains("Playlist loaded (" + QByteArray::number(count) + " tracks)"));
-    QVERIFY(log.Log().contains("Schedule loaded (1 tasks)"));
+    QVERIFY(Daemon().WaitForLog(STARTED.last()));
+    QVERIFY(Daemon().Log().contains(QStringLiteral("4 [tasks/PlayPlaylist.cpp] Playlist loaded (%1 tracks) (from "
+                                                   "/com/kestrelix/ozna/audiomanager/audioobj)")
+                                        .arg(count)));
+    QVERIFY(Daemon().Log().contains(Loaded(1).first()));
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 58), Qt::UTC));
-    QVERIFY(log.ReadUntil("TASK START@TIME REQUESTED"));
+    QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  1 08:30:04 false")});
 }
 

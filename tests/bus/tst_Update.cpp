@@ -1,6 +1,8 @@
 #include "BusTest.h"
 #include "Lines.h"
 
+#include <csignal>
+
 using namespace Lines;
 
 // What the daemon makes of the update manager's announcements.
@@ -15,6 +17,12 @@ private Q_SLOTS:
     void OtherAnnouncementsAreIgnored();
     void AStrangersAnnouncementIsIgnored();
     void AnUpdateManagerThatComesLaterIsHeard();
+    void AnnouncementsThatWaitCostOneLoad();
+    void AnnouncementsThatCameWhileTheProcessStoodStillCostOneLoad();
+
+private:
+    void StartWithLongSchedule();
+    [[nodiscard]] qsizetype LoadsAfterAnnouncements();
 };
 
 namespace
@@ -24,6 +32,7 @@ const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
 const QStringList CREATED_STOP{QStringLiteral("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage")};
 const QStringList UPDATED{QStringLiteral("4 [Scheduler.cpp] Schedule file updated")};
 constexpr const char* FILES_UPDATED = "update.FilesUpdated";
+constexpr int ANNOUNCEMENTS = 500;
 
 } // namespace
 
@@ -115,6 +124,51 @@ void Update::AnUpdateManagerThatComesLaterIsHeard()
         Device().Emit(FILES_UPDATED, {0, 2});
         return Daemon().Log().contains(UPDATED.first());
     }));
+}
+
+// A load of it takes some time.
+void Update::StartWithLongSchedule()
+{
+    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n" + ONE_LINE.repeated(3000) +
+                  "1111111|08:30:12|*|*|*|||Volume|2\n");
+    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    QVERIFY(StartDaemon());
+}
+
+// How many loads the announcements have cost, when the last of them has been heard.
+qsizetype Update::LoadsAfterAnnouncements()
+{
+    const bool isHeard = WaitUntil([this] { return Daemon().Log().count(UPDATED.first()) == ANNOUNCEMENTS; });
+    // What waited has been handled when this is answered.
+    static_cast<void>(Client().Call("IsEnabled"));
+    return isHeard ? Daemon().Log().count(STARTED.last()) - 1 : ANNOUNCEMENTS;
+}
+
+void Update::AnnouncementsThatWaitCostOneLoad()
+{
+    constexpr int BLOCKED_MS = 2000;
+    StartWithLongSchedule();
+    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    Device().AnswerStatus("sound.SetMasterVolume", 0, BLOCKED_MS, 1);
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
+    QVERIFY(Device().WaitForCalls(1));
+    Device().Emit(FILES_UPDATED, {0, 2}, ANNOUNCEMENTS);
+    const qsizetype loads = LoadsAfterAnnouncements();
+    // Due ten seconds after the loop goes on, and not missed.
+    QVERIFY(Device().WaitForCalls(2));
+    COMPARE_LINES(Device().Calls(),
+                  {QStringLiteral("sound.SetMasterVolume d 1"), QStringLiteral("sound.SetMasterVolume d 2")});
+    QCOMPARE(loads, 1);
+}
+
+void Update::AnnouncementsThatCameWhileTheProcessStoodStillCostOneLoad()
+{
+    StartWithLongSchedule();
+    Daemon().Signal(SIGSTOP);
+    QVERIFY(Daemon().WaitUntilHalted());
+    Device().Emit(FILES_UPDATED, {0, 2}, ANNOUNCEMENTS);
+    Daemon().Signal(SIGCONT);
+    QCOMPARE(LoadsAfterAnnouncements(), 1);
 }
 
 QTEST_GUILESS_MAIN(Update)

@@ -81,6 +81,15 @@ void DaemonProcess::DropPrivileges()
     });
 }
 
+void DaemonProcess::CloseAtStart(const QList<int>& descriptors)
+{
+    // Runs between fork and exec.
+    m_process.setChildProcessModifier([descriptors] {
+        for (const int descriptor : descriptors)
+            ::close(descriptor);
+    });
+}
+
 void DaemonProcess::Start()
 {
     m_process.setProcessEnvironment(m_environment);
@@ -95,6 +104,23 @@ void DaemonProcess::Signal(int signal) const
 {
     if (::kill(static_cast<pid_t>(m_process.processId()), signal) != 0)
         qFatal("cannot signal the daemon");
+}
+
+bool DaemonProcess::WaitUntilHalted() const
+{
+    return WaitUntil([this] {
+        QFile file(QStringLiteral("/proc/%1/stat").arg(Pid()));
+        // The state follows the name, which is in parentheses.
+        return file.open(QIODevice::ReadOnly) && file.readAll().contains(") T ");
+    });
+}
+
+QString DaemonProcess::Opened(int descriptor) const
+{
+    std::array<char, 100> target{};
+    const QByteArray link = QStringLiteral("/proc/%1/fd/%2").arg(Pid()).arg(descriptor).toLatin1();
+    const ssize_t size = ::readlink(link.constData(), target.data(), target.size());
+    return QString::fromLocal8Bit(target.data(), std::max<ssize_t>(size, 0));
 }
 
 int DaemonProcess::WaitForExit()

@@ -25,10 +25,19 @@ public:
     // From the next start on: file permissions count for the daemon, also when root runs the tests.
     void DropPrivileges();
 
+    // From the next start on: the daemon begins with these descriptors closed.
+    void CloseAtStart(const QList<int>& descriptors);
+
     void Start();
 
     // Sends a signal to the process.
     void Signal(int signal) const;
+
+    // Waits until a signal has stopped the process, which SIGCONT has it go on from.
+    [[nodiscard]] bool WaitUntilHalted() const;
+
+    // What the descriptor is: the path of a file, "socket:[...]"; empty when it is closed.
+    [[nodiscard]] QString Opened(int descriptor) const;
 
     // Waits for the end. The exit status, as the shell shows it; -1 when it does not end or crashes.
     [[nodiscard]] int WaitForExit();
