@@ -44,7 +44,6 @@ Scheduler::Scheduler(const QString& fileName)
     if (!connect(&m_farTimer, &QTimer::timeout, this, &Scheduler::CheckFarActions) ||
         !connect(&m_earlyTimer, &QTimer::timeout, this, &Scheduler::CheckEarlyActions))
         throw std::runtime_error("scheduler timers");
-
     m_enabled = true;
 }
 
@@ -174,16 +173,16 @@ void Scheduler::LoadSchedule(const QString& fileName)
         if (!file.Open())
         {
             OZNA_LOG(LEVEL_NORMAL, "No schedules programmed (schedule file not found)");
+            if (!file.OpenError().isEmpty())
+                OZNA_LOG(LEVEL_WARNING, "Schedule file open error: %s", qPrintable(file.OpenError()));
             return;
         }
-        QString line;
-        while (file.ReadLine(line))
-        {
-            if (!TextFile::IsBlankOrComment(line))
-                AddAction(line, file.LineNumber());
-        }
+        for (QString line; file.ReadLine(line);)
+            AddAction(line, file.LineNumber());
         if (!file.ReadError().isEmpty())
             OZNA_LOG(LEVEL_WARNING, "Schedule file read error: %s", qPrintable(file.ReadError()));
+        if (!file.HasLineEnd())
+            OZNA_LOG(LEVEL_WARNING, "Schedule file may be cut: line %d has no line end", file.LineNumber());
         OZNA_LOG(LEVEL_NORMAL, "Schedule loaded (%d tasks)", m_farActions.Size());
     }
     catch (const std::exception&)
@@ -194,6 +193,8 @@ void Scheduler::LoadSchedule(const QString& fileName)
 
 void Scheduler::AddAction(const QString& line, int lineNumber)
 {
+    if (TextFile::IsBlankOrComment(line))
+        return;
     std::unique_ptr<Action> action;
     try
     {
@@ -216,8 +217,7 @@ void Scheduler::FindReadyActions()
 {
     OZNA_LOG(LEVEL_NORMAL, "Finding ready actions...");
     const QTime now = Clock::TimeOfDay();
-    Action* const light = m_farActions.FindLatestStarted(TASK_LIGHT, now);
-    if (light != nullptr)
+    if (Action* const light = m_farActions.FindLatestStarted(TASK_LIGHT, now); light != nullptr)
     {
         OZNA_LOG(LEVEL_NORMAL, "Found Light action to start");
         light->m_forced = true;

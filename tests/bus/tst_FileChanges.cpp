@@ -85,6 +85,8 @@ void FileChanges::AScheduleThatChangesIsReadOn()
     QCOMPARE(log.Log().count("Wrong action fields (1 found, at least 8 expected)"),
              kind == QStringLiteral("cut") ? 1 : 0);
     QCOMPARE(log.Log().count("Action ignored"), kind == QStringLiteral("cut") ? 1 : 0);
+    QCOMPARE(log.Log().count("may be cut"), kind == QStringLiteral("cut") ? 1 : 0);
+    QCOMPARE(log.Log().count("Schedule file may be cut: line 10001 has no line end"), log.Log().count("may be cut"));
 
     // The file that stands there now is read next.
     WriteSchedule(ONE_LINE, QStringLiteral("new.csv"));
@@ -113,6 +115,8 @@ void FileChanges::APlaylistThatChangesIsReadOn()
     QVERIFY(log.ReadUntil("Schedule started"));
     QVERIFY(log.Log().contains("Playlist loaded (" + QByteArray::number(count) + " tracks)"));
     QVERIFY(log.Log().contains("Schedule loaded (1 tasks)"));
+    QCOMPARE(log.Log().count("may be cut"), kind == QStringLiteral("cut") ? 1 : 0);
+    QCOMPARE(log.Log().count("Playlist file may be cut: line 10001 has no line end"), log.Log().count("may be cut"));
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 58), Qt::UTC));
     QVERIFY(log.ReadUntil("TASK START@TIME REQUESTED"));
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  1 08:30:04 false")});
