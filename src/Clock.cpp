@@ -172,9 +172,9 @@ int Clock::SecondsTo(int hour, int minute, int second)
 
 int Clock::SecondsSince(QTime time)
 {
-    if (!time.isValid())
-        return 0;
     const QTime now = TimeOfDay();
-    const int seconds = time.msecsTo(now) / static_cast<int>(MS_PER_S);
-    return now < time ? seconds + DAY_S : seconds;
+    // The library would count no time at all from an invalid one.
+    const QTime start = time.isValid() ? time : QTime(0, 0);
+    const int seconds = start.msecsTo(now) / static_cast<int>(MS_PER_S);
+    return now < start ? seconds + DAY_S : seconds;
 }

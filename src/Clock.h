@@ -51,6 +51,6 @@ public:
     static int SecondsTo(int hour, int minute, int second);
 
     // Whole seconds since the wall clock last showed time: a time later in the day counts as yesterday's, also when it
-    // is less than a second ahead. From 0 to 86400; 0 for an invalid time.
+    // is less than a second ahead. From 0 to 86400. An invalid time counts as 00:00:00.
     static int SecondsSince(QTime time);
 };

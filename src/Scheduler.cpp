@@ -2,7 +2,6 @@
 
 #include "Action.h"
 #include "Clock.h"
-#include "DataRoot.h"
 #include "LastCalls.h"
 #include "Log.h"
 #include "Peers.h"
@@ -19,9 +18,6 @@ namespace
 
 constexpr int STOPPED_SOON_S = 10; // a playlist whose stop is nearer than this is not worth starting
 
-// What every bus method answers: failures show in the log, never in the status.
-constexpr int STATUS_OK = 0;
-
 const QString LOG_TIME_FORMAT = QStringLiteral("HH:mm:ss");
 
 } // namespace
@@ -34,16 +30,19 @@ Scheduler::Scheduler(const QString& fileName)
             throw std::runtime_error("update-manager link");
     });
 
-    // A gong is due on the second: coarse timers may come 5 % late.
-    m_farTimer.setTimerType(Qt::PreciseTimer);
-    m_earlyTimer.setTimerType(Qt::PreciseTimer);
-    m_farTimer.setInterval(FAR_INTERVAL_MS);
-    m_earlyTimer.setInterval(EARLY_INTERVAL_MS);
-    if (!connect(&m_farTimer, &QTimer::timeout, this, &Scheduler::CheckFarActions) ||
-        !connect(&m_earlyTimer, &QTimer::timeout, this, &Scheduler::CheckEarlyActions))
+    const bool areSet = SetUp(m_farTimer, FAR_INTERVAL_MS, &Scheduler::CheckFarActions) &&
+                        SetUp(m_earlyTimer, EARLY_INTERVAL_MS, &Scheduler::CheckEarlyActions);
+    if (!areSet)
         throw std::runtime_error("scheduler timers");
-
     m_enabled = true;
+}
+
+bool Scheduler::SetUp(QTimer& timer, int interval_ms, void (Scheduler::*pass)())
+{
+    // A gong is due on the second: coarse timers may come 5 % late.
+    timer.setTimerType(Qt::PreciseTimer);
+    timer.setInterval(interval_ms);
+    return connect(&timer, &QTimer::timeout, this, pass);
 }
 
 Scheduler::~Scheduler()
@@ -57,11 +56,6 @@ void Scheduler::Run()
         Start();
     else
         OZNA_LOG(LEVEL_NORMAL, "Scheduler is disabled");
-}
-
-void Scheduler::Start()
-{
-    Begin(Clock::Read());
 }
 
 // since: what was due up to then is told by who was there before, if anybody.
@@ -89,13 +83,6 @@ void Scheduler::Stop()
     CleanUp();
 }
 
-void Scheduler::Restart()
-{
-    const Clock::Reading now = m_missed.Restart(m_earlyActions);
-    Stop();
-    Begin(now);
-}
-
 void Scheduler::CleanUp()
 {
     OZNA_LOG(LEVEL_NORMAL, "Cleaning up schedule...");
@@ -105,18 +92,6 @@ void Scheduler::CleanUp()
     // What a long schedule took goes back to the device, which has other uses for it.
     static_cast<void>(::malloc_trim(0));
     OZNA_LOG(LEVEL_NORMAL, "Scheduler cleaned-up !");
-}
-
-QString Scheduler::GetSchedulePath()
-{
-    return DataRoot() + QStringLiteral("/schedule");
-}
-
-int Scheduler::IsEnabled(bool& enabled, QString& filename)
-{
-    enabled = m_enabled;
-    filename = m_scheduleFile;
-    return STATUS_OK;
 }
 
 int Scheduler::SetEnabled(bool enabled)
@@ -150,7 +125,9 @@ int Scheduler::Reload()
     if (!m_enabled || StopRequest::IsMade())
         return STATUS_OK;
     OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
-    Restart();
+    const Clock::Reading now = m_missed.Restart(m_earlyActions);
+    Stop();
+    Begin(now);
     return STATUS_OK;
 }
 
@@ -184,18 +161,18 @@ void Scheduler::LoadSchedule(const QString& fileName)
         if (!file.Open())
         {
             OZNA_LOG(LEVEL_NORMAL, "No schedules programmed (schedule file not found)");
+            if (!file.OpenError().isEmpty())
+                OZNA_LOG(LEVEL_WARNING, "Schedule file open error: %s", qPrintable(file.OpenError()));
             return;
         }
-        QString line;
-        while (file.ReadLine(line))
-        {
-            if (StopRequest::IsMade())
-                return;
-            if (!TextFile::IsBlankOrComment(line))
-                AddAction(line, file.LineNumber());
-        }
+        for (QString line; !StopRequest::IsMade() && file.ReadLine(line);)
+            AddAction(line, file.LineNumber());
+        if (StopRequest::IsMade())
+            return;
         if (!file.ReadError().isEmpty())
             OZNA_LOG(LEVEL_WARNING, "Schedule file read error: %s", qPrintable(file.ReadError()));
+        if (!file.HasLineEnd())
+            OZNA_LOG(LEVEL_WARNING, "Schedule file may be cut: line %d has no line end", file.LineNumber());
         OZNA_LOG(LEVEL_NORMAL, "Schedule loaded (%d tasks)", m_farActions.Size());
     }
     catch (const std::exception&)
@@ -206,6 +183,8 @@ void Scheduler::LoadSchedule(const QString& fileName)
 
 void Scheduler::AddAction(const QString& line, int lineNumber)
 {
+    if (TextFile::IsBlankOrComment(line))
+        return;
     std::unique_ptr<Action> action;
     try
     {
@@ -228,8 +207,7 @@ void Scheduler::FindReadyActions()
 {
     OZNA_LOG(LEVEL_NORMAL, "Finding ready actions...");
     const QTime now = Clock::TimeOfDay();
-    Action* const light = m_farActions.FindLatestStarted(TASK_LIGHT, now);
-    if (light != nullptr)
+    if (Action* const light = m_farActions.FindLatestStarted(TASK_LIGHT, now); light != nullptr)
     {
         OZNA_LOG(LEVEL_NORMAL, "Found Light action to start");
         light->m_forced = true;
@@ -293,10 +271,8 @@ void Scheduler::CheckEarlyActions()
 {
     ActionList::Noted started;
     ActionList::Noted lost;
-    for (auto entry = m_earlyActions.begin(); entry != m_earlyActions.end(); ++entry)
+    for (auto entry = m_earlyActions.begin(); entry != m_earlyActions.end() && !StopRequest::IsMade(); ++entry)
     {
-        if (StopRequest::IsMade())
-            break;
         Action& action = **entry;
         const Task& task = *action.m_task;
         if (action.IsReady())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ActionList.h"
+#include "DataRoot.h"
 #include "MissedStarts.h"
 #include "Task.h"
 #include "WaitingUpdates.h"
@@ -50,7 +51,7 @@ public:
     void Run();
 
     // Loads the schedule file, forces the light and radio state that should be in force, and starts the timers.
-    void Start();
+    void Start() { Begin(Clock::Read()); }
 
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
@@ -63,7 +64,7 @@ public:
     const ActionList& EarlyActions() const { return m_earlyActions; }
 
     // The folder of the schedule files, without a trailing separator.
-    static QString GetSchedulePath();
+    static QString GetSchedulePath() { return DataRoot() + QStringLiteral("/schedule"); }
 
     // The proxies that all tasks share; created by the constructor, never deleted.
     static inline ConfigProxy* m_configManProxy = nullptr;
@@ -84,7 +85,12 @@ Q_SIGNALS:
     void Missed(const MissedStart& start);
 
 public Q_SLOTS:
-    int IsEnabled(bool& enabled, QString& filename);
+    int IsEnabled(bool& enabled, QString& filename)
+    {
+        enabled = m_enabled;
+        filename = m_scheduleFile;
+        return STATUS_OK;
+    }
 
     // Starts or stops the schedule where that changes anything; announces the resulting state in every case.
     int SetEnabled(bool enabled);
@@ -108,8 +114,11 @@ private Q_SLOTS:
     void OnFilesUpdated(int Status, int FileType);
 
 private:
+    // What every bus method answers: failures show in the log, never in the status.
+    static constexpr int STATUS_OK = 0;
+
     void Begin(const Clock::Reading& since);
-    void Restart();
+    bool SetUp(QTimer& timer, int interval_ms, void (Scheduler::*pass)());
     void CleanUp();
     void LoadSchedule(const QString& fileName);
     void AddAction(const QString& line, int lineNumber);

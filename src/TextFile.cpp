@@ -1,11 +1,11 @@
 #include "TextFile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace
 {
@@ -15,44 +15,67 @@ constexpr qint64 LEAST_READ = 1048576; // a file that grows is read up to here i
 constexpr QChar LINE_FEED = u'\n';
 constexpr QChar CARRIAGE_RETURN = u'\r';
 
-bool IsTerminator(QChar character)
-{
-    return character == LINE_FEED || character == CARRIAGE_RETURN;
-}
-
 bool IsVisible(QChar character)
 {
     return std::u16string_view(u" \n\r\t").find(character.unicode()) == std::u16string_view::npos;
 }
 
-bool IsRegular(const struct stat& status)
+// What the system has no error for.
+constexpr int NOT_REGULAR = -1;
+const QString NOT_REGULAR_TEXT = QStringLiteral("Not a regular file");
+
+// Why something of that kind is not opened; 0 for a regular file.
+int KindError(const struct stat& status)
 {
-    return S_ISREG(status.st_mode);
+    if (S_ISREG(status.st_mode))
+        return 0;
+    return S_ISDIR(status.st_mode) ? EISDIR : NOT_REGULAR;
 }
 
-// False when there is no such file. A name with a NUL names none: the system would look at another file.
+// False, with errno set, when it fails. A name with a NUL names nothing: the system would look at another file.
 bool Look(const QByteArray& name, struct stat& status)
 {
-    return !name.contains('\0') && ::stat(name.constData(), &status) == 0;
+    if (!name.contains('\0'))
+        return ::stat(name.constData(), &status) == 0;
+    errno = EINVAL;
+    return false;
 }
 
-// Opens a regular file and nothing else; -1 when it cannot be opened.
-int OpenRegular(const QByteArray& name)
+struct Opening
+{
+    int descriptor = -1; // where there is no error
+    int error = 0;
+};
+
+// Opens a regular file and nothing else.
+Opening OpenRegular(const QByteArray& name)
 {
     struct stat status
     {
     };
+    if (!Look(name, status))
+        return {.error = errno};
     // Looking before opening spares devices the side effects that an open may have.
-    if (!Look(name, status) || !IsRegular(status))
-        return -1;
+    if (const int error = KindError(status); error != 0)
+        return {.error = error};
 
     const int descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0)
+        return {.error = errno};
     // The name may have come to mean another file since; the descriptor cannot.
-    if (descriptor < 0 || (::fstat(descriptor, &status) == 0 && IsRegular(status)))
-        return descriptor;
-
+    const int error = ::fstat(descriptor, &status) == 0 ? KindError(status) : errno;
+    if (error == 0)
+        return {.descriptor = descriptor};
     ::close(descriptor);
-    return -1;
+    return {.error = error};
+}
+
+// That a file does not exist is no reason worth telling.
+QString ReasonOf(int error)
+{
+    if (error == NOT_REGULAR)
+        return NOT_REGULAR_TEXT;
+    return error == ENOENT ? QString() : qt_error_string(error);
 }
 
 } // namespace
@@ -64,12 +87,16 @@ TextFile::TextFile(const QString& path)
 
 bool TextFile::Open()
 {
-    const int descriptor = OpenRegular(QFile::encodeName(m_path));
-    if (descriptor < 0)
-        return false;
-    if (!m_file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle))
+    const Opening opening = OpenRegular(QFile::encodeName(m_path));
+    if (opening.error != 0)
     {
-        ::close(descriptor);
+        m_openError = ReasonOf(opening.error);
+        return false;
+    }
+    if (!m_file.open(opening.descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered, QFileDevice::AutoCloseHandle))
+    {
+        m_openError = m_file.errorString();
+        ::close(opening.descriptor);
         return false;
     }
     // Some files of the system are longer than the size that they show.
@@ -81,27 +108,26 @@ bool TextFile::ReadLine(QString& line)
 {
     line.resize(0);
     bool isLine = false;
-    while (m_position < m_block.size() || ReadBlock())
+    bool hasEnd = false;
+    while (!hasEnd && (m_position < m_block.size() || ReadBlock()))
     {
-        if (std::exchange(m_afterReturn, false) && m_block[m_position] == LINE_FEED)
-        {
-            ++m_position;
-            continue;
-        }
         const auto begin = m_block.cbegin() + m_position;
-        const auto end = std::find_if(begin, m_block.cend(), IsTerminator);
+        const auto end = std::find(begin, m_block.cend(), LINE_FEED);
         line.append(&*begin, end - begin);
         isLine = true;
-        m_position = end - m_block.cbegin();
-        if (end == m_block.cend())
-            continue;
-        ++m_position;
-        m_afterReturn = *end == CARRIAGE_RETURN;
-        break;
+        hasEnd = end != m_block.cend();
+        m_position = end - m_block.cbegin() + (hasEnd ? 1 : 0);
     }
-    if (isLine)
-        ++m_lineNumber;
-    return isLine;
+    if (!isLine)
+        return false;
+    if (hasEnd && line.endsWith(CARRIAGE_RETURN))
+        line.chop(1);
+    m_hasLineEnd = hasEnd;
+    m_hasLoneReturn = line.contains(CARRIAGE_RETURN);
+    if (m_hasLoneReturn)
+        line.remove(CARRIAGE_RETURN);
+    ++m_lineNumber;
+    return true;
 }
 
 // Reads on until there is text, which the first bytes of a character alone are not. False when there is no more.

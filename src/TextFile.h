@@ -19,15 +19,26 @@ public:
     // False when the file cannot be opened.
     [[nodiscard]] bool Open();
 
+    // Why it could not be opened, in the system's words; empty when it was, or when there is no such file.
+    [[nodiscard]] QString OpenError() const { return m_openError; }
+
     // Whether anything has that path, be it a file that can be opened or not.
     [[nodiscard]] bool Exists() const;
 
-    // Reads the next line, of any length, without its terminator: a line feed, a carriage return, or both in that
-    // system's order. False when there is none, at the end of the file or where reading fails.
+    // Reads the next line, of any length, without its end: a line feed, or a carriage return and a line feed. A
+    // carriage return that no line feed follows is dropped, and ends no line. False when there is none, at the end of
+    // the file or where reading fails.
     [[nodiscard]] bool ReadLine(QString& line);
 
     // The number of the line read last, counted from 1; 0 before the first.
     [[nodiscard]] int LineNumber() const { return m_lineNumber; }
+
+    // Whether the line read last has an end. Only the last line of a file can have none: the file may be cut.
+    // True before the first.
+    [[nodiscard]] bool HasLineEnd() const { return m_hasLineEnd; }
+
+    // Whether a carriage return was dropped from the line read last.
+    [[nodiscard]] bool HasLoneReturn() const { return m_hasLoneReturn; }
 
     // Why reading ended before the end of the file; empty when it did not.
     [[nodiscard]] QString ReadError() const;
@@ -45,6 +56,8 @@ private:
     QStringDecoder m_decoder; // invalid until the first block has told the encoding
     QString m_block;          // what was read last
     qsizetype m_position = 0; // how much of the block has been handed out
-    bool m_afterReturn = false;
+    QString m_openError;
+    bool m_hasLineEnd = true;
+    bool m_hasLoneReturn = false;
     int m_lineNumber = 0;
 };

@@ -78,6 +78,8 @@ bool PlayPlaylist::LoadPlaylistInfo()
         if (file.Exists())
             OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file (path=%s) exists: why I couldn't open it ?",
                           qPrintable(path));
+        if (!file.OpenError().isEmpty())
+            OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file open error: %s", qPrintable(file.OpenError()));
         return false;
     }
     QString line;
@@ -85,6 +87,9 @@ bool PlayPlaylist::LoadPlaylistInfo()
         LoadLine(line);
     if (!file.ReadError().isEmpty())
         OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError()));
+    if (!file.HasLineEnd())
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file may be cut: line %d has no line end (path=%s)",
+                      file.LineNumber(), qPrintable(path));
     if (m_items.empty())
     {
         OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist is empty");

@@ -29,6 +29,20 @@ inline QStringList Loading(const QString& path)
 inline const QStringList NOT_FOUND{
     QStringLiteral("4 [Scheduler.cpp] No schedules programmed (schedule file not found)")};
 
+// Why, where there is something of that name.
+inline QStringList OpenError(const QString& reason)
+{
+    return {QStringLiteral("2 [Scheduler.cpp] Schedule file open error: %1").arg(reason)};
+}
+
+inline const QStringList TOO_LONG = OpenError(QStringLiteral("File name too long"));
+
+// The last line of a schedule, where it has no end.
+inline QStringList Cut(int line)
+{
+    return {QStringLiteral("2 [Scheduler.cpp] Schedule file may be cut: line %1 has no line end").arg(line)};
+}
+
 inline QStringList Loaded(int tasks)
 {
     return {QStringLiteral("4 [Scheduler.cpp] Schedule loaded (%1 tasks)").arg(tasks)};

@@ -167,6 +167,7 @@ void Crowd::AClientThatNeverReadsHarmsNobody()
     QVERIFY(StartDaemon());
     const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
     QCOMPARE(Client().Call("SetScheduleFile", {QString(LENGTH, QLatin1Char('x'))}), QStringLiteral("0"));
+    COMPARE_LINES(Daemon().Take(2), TOO_LONG);
 
     MuteClient mute(Bus().Address().toLatin1());
     for (int i = 0; i < CALLS; ++i)

@@ -34,6 +34,7 @@ const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
 const QStringList CUT_LINE{
     QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"),
     QStringLiteral("2 [Scheduler.cpp] Action ignored"),
+    QStringLiteral("2 [Scheduler.cpp] Schedule file may be cut: line 10001 has no line end"),
 };
 
 void AddKinds()
@@ -124,6 +125,10 @@ void FileChanges::APlaylistThatChangesIsReadOn()
                                                    "/com/kestrelix/ozna/audiomanager/audioobj)")
                                         .arg(count)));
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
+    const QString cut = QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
+                                       "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)")
+                            .arg(DataPath(QStringLiteral("playlists/day")));
+    COMPARE_LINES(Daemon().Take(2), kind == QStringLiteral("cut") ? QStringList{cut} : QStringList());
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 58), Qt::UTC));
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  1 08:30:04 false")});

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QStringEncoder>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,13 +18,18 @@ class Files : public BusTest
 private Q_SLOTS:
     void WhatIsNoRegularFileCountsAsNotFound_data();
     void WhatIsNoRegularFileCountsAsNotFound();
+    void WithoutADescriptorTheReasonIsToldAndTheNextLoadWorks();
     void WhatCanBeReadIsScheduled_data();
     void WhatCanBeReadIsScheduled();
+    void CarriageReturnsAloneEndNoLine();
     void AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes_data();
     void AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes();
     void ANameTooLongForTheBusCostsItselfOnly();
     void ABadLineCostsItselfOnly();
     void AHugeFileIsLoaded();
+
+private:
+    static void AddWholeFiles();
 };
 
 namespace
@@ -43,6 +49,38 @@ QByteArray WithEnds(const QByteArray& lines, const QByteArray& end)
     return QByteArray(lines).replace("\n", end);
 }
 
+// How many descriptors a process may have.
+class DescriptorLimit final
+{
+public:
+    explicit DescriptorLimit(qint64 pid)
+        : m_pid(static_cast<pid_t>(pid))
+    {
+    }
+
+    // False when the process does not exist, or is somebody else's.
+    [[nodiscard]] bool Set(int count) const
+    {
+        rlimit limit{};
+        if (::prlimit(m_pid, RLIMIT_NOFILE, nullptr, &limit) != 0)
+            return false;
+        limit.rlim_cur = static_cast<rlim_t>(count);
+        return ::prlimit(m_pid, RLIMIT_NOFILE, &limit, nullptr) == 0;
+    }
+
+    // The number that the next descriptor gets.
+    [[nodiscard]] int LeastFree() const
+    {
+        int number = 0;
+        while (QFileInfo(QStringLiteral("/proc/%1/fd/%2").arg(m_pid).arg(number)).isSymLink())
+            ++number;
+        return number;
+    }
+
+private:
+    const pid_t m_pid;
+};
+
 void Symlink(const QString& target, const QString& link)
 {
     if (::symlink(qPrintable(target), qPrintable(link)) != 0)
@@ -54,20 +92,26 @@ void Symlink(const QString& target, const QString& link)
 void Files::WhatIsNoRegularFileCountsAsNotFound_data()
 {
     QTest::addColumn<QString>("kind");
-    QTest::newRow("missing") << QStringLiteral("missing");
-    QTest::newRow("a folder") << QStringLiteral("folder");
-    QTest::newRow("a pipe without a writer") << QStringLiteral("pipe");
-    QTest::newRow("an endless device") << QStringLiteral("/dev/zero");
-    QTest::newRow("an empty device") << QStringLiteral("/dev/null");
-    QTest::newRow("a terminal") << QStringLiteral("/dev/tty");
-    QTest::newRow("a link to itself") << QStringLiteral("loop");
-    QTest::newRow("a link to nothing") << QStringLiteral("dangling");
-    QTest::newRow("no permission") << QStringLiteral("forbidden");
+    QTest::addColumn<QStringList>("reason");
+    const auto row = [](const char* name, const char* kind, const QStringList& reason) {
+        QTest::newRow(name) << QString::fromLatin1(kind) << reason;
+    };
+    const QStringList other = OpenError(QStringLiteral("Not a regular file"));
+    row("missing", "missing", {});
+    row("a folder", "folder", OpenError(QStringLiteral("Is a directory")));
+    row("a pipe without a writer", "pipe", other);
+    row("an endless device", "/dev/zero", other);
+    row("an empty device", "/dev/null", other);
+    row("a terminal", "/dev/tty", other);
+    row("a link to itself", "loop", OpenError(QStringLiteral("Too many levels of symbolic links")));
+    row("a link to nothing", "dangling", {});
+    row("no permission", "forbidden", OpenError(QStringLiteral("Permission denied")));
 }
 
 void Files::WhatIsNoRegularFileCountsAsNotFound()
 {
     QFETCH(QString, kind);
+    QFETCH(QStringList, reason);
     const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
     if (kind == QStringLiteral("folder"))
         QVERIFY(QDir().mkdir(path));
@@ -87,8 +131,46 @@ void Files::WhatIsNoRegularFileCountsAsNotFound()
         Symlink(kind, path);
 
     QVERIFY(StartDaemon());
-    COMPARE_LINES(Daemon().Take(4), CREATED + READY + Loading(path) + NOT_FOUND + STARTED);
+    COMPARE_LINES(Daemon().Take(4), CREATED + READY + Loading(path) + NOT_FOUND + reason + STARTED);
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+void Files::WithoutADescriptorTheReasonIsToldAndTheNextLoadWorks()
+{
+    const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
+    const QString playlist = DataPath(QStringLiteral("playlists/day"));
+    const QString told = QStringLiteral("Too many open files");
+    WriteSchedule(ONE_LINE + "1111111|12:00:00|*|*|*|||PlayPlaylist|day\n");
+    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().Log().contains(Loaded(2).first()));
+    static_cast<void>(Daemon().Take());
+
+    const DescriptorLimit limit(DaemonPid());
+    QVERIFY(limit.Set(limit.LeastFree()));
+    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    COMPARE_LINES(Daemon().Take(4), RESTARTING + STOPPED + Loading(path) + NOT_FOUND + OpenError(told) + STARTED);
+
+    // The schedule's own is the last one.
+    QVERIFY(limit.Set(limit.LeastFree() + 1));
+    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    const auto record = [](int level, const QString& text) {
+        return QStringLiteral("%1 [tasks/PlayPlaylist.cpp] %2 (from /com/kestrelix/ozna/soundmanager/soundobj)")
+            .arg(level)
+            .arg(text);
+    };
+    const QStringList errors{
+        record(1, QStringLiteral("Playlist file open failed (path=%1)").arg(playlist)),
+        record(1, QStringLiteral("Playlist file (path=%1) exists: why I couldn't open it ?").arg(playlist)),
+        record(2, QStringLiteral("Playlist file open error: ") + told),
+        QStringLiteral("1 [tasks/PlayPlaylist.cpp] TASK CREATION FAILED"),
+        QStringLiteral("2 [Scheduler.cpp] Action ignored")};
+    COMPARE_LINES(Daemon().Take(2), errors);
+    QVERIFY(Daemon().Log().contains(Loaded(1).first()));
+
+    QVERIFY(limit.Set(limit.LeastFree() + 2));
+    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    QCOMPARE(Daemon().Take(4).filter(Loaded(2).first()).size(), 1);
 }
 
 void Files::WhatCanBeReadIsScheduled_data()
@@ -96,27 +178,36 @@ void Files::WhatCanBeReadIsScheduled_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<int>("tasks");
     QTest::addColumn<int>("rejected");
-    QTest::newRow("empty") << QByteArray() << 0 << 0;
-    QTest::newRow("blank lines and comments") << QByteArray("\n \t \n# a comment\n1|2#3\n\r\n") << 0 << 0;
-    QTest::newRow("a lone #") << QByteArray("#\n") + ONE_LINE << 1 << 1;
-    QTest::newRow("a last line without its end") << ONE_LINE + ONE_LINE.chopped(1) << 2 << 0;
-    QTest::newRow("a last line that is cut") << ONE_LINE + ONE_LINE.left(16) << 1 << 1;
-    QTest::newRow("lines of another system") << WithEnds(ONE_LINE + ONE_LINE, "\r\n") << 2 << 0;
-    QTest::newRow("lines that end with carriage returns") << WithEnds(ONE_LINE + ONE_LINE, "\r") << 2 << 0;
-    QTest::newRow("lines whose ends were translated twice") << WithEnds(ONE_LINE + ONE_LINE, "\r\r\n") << 2 << 0;
-    QTest::newRow("a byte-order mark") << QByteArray("\xef\xbb\xbf") + ONE_LINE << 1 << 0;
+    QTest::addColumn<int>("cut"); // the line without an end; 0 for none
+    QTest::newRow("a last line without its end") << ONE_LINE + ONE_LINE.chopped(1) << 2 << 0 << 2;
+    QTest::newRow("a last line that is cut") << ONE_LINE + ONE_LINE.left(16) << 1 << 1 << 2;
+    QTest::newRow("a comment without its end") << ONE_LINE + "# the" << 1 << 0 << 2;
+    AddWholeFiles();
+}
+
+void Files::AddWholeFiles()
+{
+    const auto row = [](const QByteArray& name, const QByteArray& content, int tasks, int rejected) {
+        QTest::newRow(name) << content << tasks << rejected << 0;
+    };
+    row("empty", {}, 0, 0);
+    row("blank lines and comments", "\n \t \n# a comment\n1|2#3\n\r\n", 0, 0);
+    row("a lone #", QByteArray("#\n") + ONE_LINE, 1, 1);
+    row("lines of another system", WithEnds(ONE_LINE + ONE_LINE, "\r\n"), 2, 0);
+    row("lines whose ends were translated twice", WithEnds(ONE_LINE + ONE_LINE, "\r\r\n"), 2, 0);
+    row("a byte-order mark", QByteArray("\xef\xbb\xbf") + ONE_LINE, 1, 0);
     for (const char* end : {"\n", "\r\n"})
     {
         const QByteArray name = QByteArray("UTF-16 as a spreadsheet saves it, ") +
                                 (qstrlen(end) == 1 ? "line feeds" : "both ends of line") + ", the little end first";
         const QByteArray lines = WithEnds(ONE_LINE + ONE_LINE, end);
-        QTest::newRow(name) << Encoded(lines, QStringConverter::Utf16LE) << 2 << 0;
-        QTest::newRow(QByteArray(name).replace("little", "big")) << Encoded(lines, QStringConverter::Utf16BE) << 2 << 0;
+        row(name, Encoded(lines, QStringConverter::Utf16LE), 2, 0);
+        row(QByteArray(name).replace("little", "big"), Encoded(lines, QStringConverter::Utf16BE), 2, 0);
     }
-    QTest::newRow("a NUL in a line") << QByteArray("1111111|12:00:00|*|*\0|*|||StopMessage\n", 38) + ONE_LINE << 2 << 0;
-    QTest::newRow("bytes that are no text") << QByteArray("\xfd\x80|\xc0\xff\n") + ONE_LINE << 1 << 1;
-    QTest::newRow("a block of NUL bytes") << QByteArray(100000, '\0') + '\n' + ONE_LINE << 1 << 1;
-    QTest::newRow("a line of a megabyte") << QByteArray(1 << 20, '|') + '\n' + ONE_LINE << 1 << 1;
+    row("a NUL in a line", QByteArray("1111111|12:00:00|*|*\0|*|||StopMessage\n", 38) + ONE_LINE, 2, 0);
+    row("bytes that are no text", QByteArray("\xfd\x80|\xc0\xff\n") + ONE_LINE, 1, 1);
+    row("a block of NUL bytes", QByteArray(100000, '\0') + '\n' + ONE_LINE, 1, 1);
+    row("a line of a megabyte", QByteArray(1 << 20, '|') + '\n' + ONE_LINE, 1, 1);
 }
 
 void Files::WhatCanBeReadIsScheduled()
@@ -124,14 +215,26 @@ void Files::WhatCanBeReadIsScheduled()
     QFETCH(QByteArray, content);
     QFETCH(int, tasks);
     QFETCH(int, rejected);
+    QFETCH(int, cut);
     WriteSchedule(content);
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().Log().contains(Loaded(tasks).first()));
-    const QStringList ignored = Daemon().Take(2).filter(QStringLiteral("2 [Scheduler.cpp] Action ignored"));
-    QCOMPARE(ignored.size(), rejected);
+    const QStringList errors = Daemon().Take(2);
+    QCOMPARE(errors.filter(QStringLiteral("2 [Scheduler.cpp] Action ignored")).size(), rejected);
+    COMPARE_LINES(errors.filter(QStringLiteral("may be cut")), cut > 0 ? Cut(cut) : QStringList());
     // No byte in front of the first line shifts its days.
     QCOMPARE(Daemon().Log().filter(QStringLiteral("5 [Action.cpp] Dow:    0x7f (1111111) ")).size(), tasks);
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+}
+
+void Files::CarriageReturnsAloneEndNoLine()
+{
+    WriteSchedule(WithEnds(ONE_LINE + ONE_LINE, "\r"));
+    QVERIFY(StartDaemon());
+    COMPARE_LINES(Daemon().Take(2), QStringList{QStringLiteral("1 [Action.cpp] Unknown task (99)"),
+                                                QStringLiteral("2 [Scheduler.cpp] Action ignored")} +
+                                        Cut(1));
+    QVERIFY(Daemon().Log().contains(Loaded(0).first()));
 }
 
 void Files::AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes_data()

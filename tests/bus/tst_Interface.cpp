@@ -193,10 +193,11 @@ void Interface::AStrangeScheduleFileNameIsKeptAsItIs_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("shown");
+    QTest::addColumn<QStringList>("reason");
     const auto row = [](const char* title, const QString& name, const QString& shown) {
-        QTest::newRow(title) << name << shown;
+        QTest::newRow(title) << name << shown << QStringList();
     };
-    row("empty", QString(), QString());
+    QTest::newRow("empty") << QString() << QString() << OpenError(QStringLiteral("Is a directory"));
     row("a path upwards", QStringLiteral("../other"), QStringLiteral("../other"));
     row("not of this alphabet", QStringLiteral("gr\u00fc\u00df\u20ac.csv"), QStringLiteral("gr\u00fc\u00df\u20ac.csv"));
     row("percent signs", QStringLiteral("%s%n%d.csv"), QStringLiteral("%s%n%d.csv"));
@@ -208,12 +209,13 @@ void Interface::AStrangeScheduleFileNameIsKeptAsItIs()
 {
     QFETCH(QString, name);
     QFETCH(QString, shown);
+    QFETCH(QStringList, reason);
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
     QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
     COMPARE_LINES(Daemon().Take(4),
                   QStringList{QStringLiteral("4 [Scheduler.cpp] Schedule file set to %1").arg(shown)} + RESTARTING +
-                      STOPPED + Loading(DataPath(QStringLiteral("schedule/")) + shown) + NOT_FOUND + STARTED);
+                      STOPPED + Loading(DataPath(QStringLiteral("schedule/")) + shown) + NOT_FOUND + reason + STARTED);
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,") + name);
 }
 

@@ -59,7 +59,8 @@ void Names::AVeryLongNameIsKept()
     QVERIFY(Client().WaitForSignals(1) == QStringList{QStringLiteral("SchedulingEnabled(true,%1)").arg(name)});
     QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
     const QStringList records = Daemon().Take(4);
-    QCOMPARE(records.size(), 12);
+    QCOMPARE(records.size(), 13);
+    COMPARE_LINES(records.mid(8, 2), NOT_FOUND + TOO_LONG);
     for (const QString& record : records)
         QVERIFY(record.size() <= 512);
 
@@ -92,10 +93,11 @@ void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
     };
     const QByteArray path = DataPath(QStringLiteral("schedule/")).toUtf8() + name.toLatin1();
     const QString level = QStringLiteral("4 [Scheduler.cpp] ");
-    COMPARE_LINES(Daemon().Take(4),
-                  QStringList{level + cut("Schedule file set to " + name.toLatin1())} + RESTARTING + STOPPED +
-                      QStringList{QStringLiteral("4 [Scheduler.cpp] Starting schedule...")} +
-                      QStringList{level + cut("Loading schedule from " + path + "...")} + NOT_FOUND + STARTED);
+    COMPARE_LINES(Daemon().Take(4), QStringList{level + cut("Schedule file set to " + name.toLatin1())} + RESTARTING +
+                                        STOPPED +
+                                        QStringList{QStringLiteral("4 [Scheduler.cpp] Starting schedule...")} +
+                                        QStringList{level + cut("Loading schedule from " + path + "...")} + NOT_FOUND +
+                                        TOO_LONG + STARTED);
     QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
     QCOMPARE(StopDaemon(), 0);
 }
@@ -133,6 +135,7 @@ void Names::LongCallsThatWaitForASlowPeerAreAnswered()
     qInfo("resident before: %ld kB, after: %ld kB, at most: %ld kB", before_kB, MemoryKilobytes(DaemonPid(), "VmRSS"),
           MemoryKilobytes(DaemonPid(), "VmHWM"));
     QVERIFY(isFreed);
+    COMPARE_LINES(Daemon().Take(2), QList<QString>(CALLS, TOO_LONG.first()));
 }
 
 QTEST_GUILESS_MAIN(Names)

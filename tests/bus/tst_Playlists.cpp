@@ -17,6 +17,8 @@ class Playlists : public BusTest
 private Q_SLOTS:
     void WhatIsNoRegularFileIsRejectedAtOnce();
     void WhatCanBeReadIsPlayed();
+    void ATimeThatIsNoneIsLateFromMidnightOn_data();
+    void ATimeThatIsNoneIsLateFromMidnightOn();
 
 private:
     [[nodiscard]] QString PathOf(const char* name) const;
@@ -73,21 +75,24 @@ void Playlists::WhatIsNoRegularFileIsRejectedAtOnce()
     QVERIFY(StartDue({"missing", "folder", "pipe", "device", "loop", "forbidden"}));
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
     QStringList errors;
-    const auto expect = [&](const char* name, bool exists) {
+    const auto expect = [&](const char* name, bool exists, const char* reason) {
         const QString start = QStringLiteral("1 [tasks/PlayPlaylist.cpp] ");
         const QString path = PathOf(name);
         errors += start + QStringLiteral("Playlist file open failed (path=%1)").arg(path) + FILE_ORIGIN;
         if (exists)
             errors += start + QStringLiteral("Playlist file (path=%1) exists: why I couldn't open it ?").arg(path) +
                       FILE_ORIGIN;
+        if (reason != nullptr)
+            errors += QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file open error: ") + QLatin1String(reason) +
+                      FILE_ORIGIN;
         errors += {start + QStringLiteral("TASK CREATION FAILED"), QStringLiteral("2 [Scheduler.cpp] Action ignored")};
     };
-    expect("missing", false);
-    expect("folder", true);
-    expect("pipe", true);
-    expect("device", true);
-    expect("loop", false);
-    expect("forbidden", true);
+    expect("missing", false, nullptr);
+    expect("folder", true, "Is a directory");
+    expect("pipe", true, "Not a regular file");
+    expect("device", true, "Not a regular file");
+    expect("loop", false, "Too many levels of symbolic links");
+    expect("forbidden", true, "Permission denied");
     COMPARE_LINES(Daemon().Take(2), errors);
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
@@ -102,7 +107,7 @@ void Playlists::WhatCanBeReadIsPlayed()
         int tracks;
     } files[]{
         {"plain", TRACKS, 2},
-        {"carriage-returns", WithEnds("\r"), 2},
+        {"carriage-returns-too-many", WithEnds("\r\r\n"), 2},
         {"both-ends-of-line", WithEnds("\r\n"), 2},
         {"mark", "\xef\xbb\xbf" + TRACKS, 2},
         {"utf-16-little-end-first", Encoded(QStringConverter::Utf16LE), 2},
@@ -126,10 +131,50 @@ void Playlists::WhatCanBeReadIsPlayed()
     QVERIFY(StartDue(names));
     const QStringList log = Daemon().Take();
     COMPARE_LINES(log.filter(QStringLiteral("Playlist loaded")), loaded);
+    COMPARE_LINES(
+        log.filter(QRegularExpression(QStringLiteral("^2 "))),
+        {QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 3 has no line end (path=%1)")
+             .arg(PathOf("cut-in-a-line")) +
+         FILE_ORIGIN});
     // No byte in front of the first track is taken for its name.
     QCOMPARE(log.filter(QStringLiteral("Playlist line found: first.mp3|60)")).size(), names.size());
     QVERIFY(Device().WaitForCalls(calls.size() + 1));
     COMPARE_LINES(Device().Calls(), calls + QStringList{QStringLiteral("sound.SetMasterVolume d 10")});
+}
+
+void Playlists::ATimeThatIsNoneIsLateFromMidnightOn_data()
+{
+    QTest::addColumn<QString>("start");
+    QTest::addColumn<QTime>("loaded");
+    QTest::addColumn<bool>("joined");
+    for (const char* start : {"24:00:00", "25:00:00", "-1:00:00"})
+    {
+        const QByteArray name(start);
+        QTest::newRow(name + ", loaded at 14:00") << QString::fromLatin1(start) << QTime(14, 0) << false;
+        QTest::newRow(name + ", loaded right after midnight") << QString::fromLatin1(start) << QTime(0, 0, 15) << true;
+    }
+}
+
+void Playlists::ATimeThatIsNoneIsLateFromMidnightOn()
+{
+    QFETCH(QString, start);
+    QFETCH(QTime, loaded);
+    QFETCH(bool, joined);
+    WritePlaylist(TRACKS, QStringLiteral("day"));
+    const QTime later = loaded.addSecs(10);
+    WriteSchedule("1111111|" + start.toLatin1() + "|*|*|*|||PlayPlaylist|day\n1111111|" +
+                  later.toString(QStringLiteral("HH:mm:ss")).toLatin1() + "|*|*|*|||Volume|10\n");
+    Time().Set(QDateTime(QDate(2024, 1, 15), loaded, Qt::UTC));
+    QVERIFY(StartDaemon());
+    // The pass that finds this has looked at the playlist before.
+    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    Time().Set(QDateTime(QDate(2024, 1, 15), later, Qt::UTC));
+    QVERIFY(Device().WaitForCalls(joined ? 2 : 1));
+    QStringList calls{QStringLiteral("sound.SetMasterVolume d 10")};
+    if (joined)
+        calls.prepend(QStringLiteral("sound.PlayPlaylist ssusb day  2  false"));
+    COMPARE_LINES(Device().Calls(), calls);
+    QCOMPARE(Daemon().Take(2).filter(QStringLiteral("IsDelayed but still valid")).size(), joined ? 1 : 0);
 }
 
 QTEST_GUILESS_MAIN(Playlists)

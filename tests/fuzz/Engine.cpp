@@ -82,7 +82,7 @@ void Engine::SetUp()
     LogRecorder::Install();
     Current().emplace();
     Data().WritePlaylist("intro.mp3;60\nmiddle.mp3;0\nend of it.mp3;30\n", QStringLiteral("morning"));
-    Data().WritePlaylist("carol.mp3;240", QStringLiteral("xmas"));
+    Data().WritePlaylist("carol.mp3;240\n", QStringLiteral("xmas"));
     const QString configuration = Data().Path() + QStringLiteral("/ozna.ini");
     QFile file(configuration);
     if (!file.open(QIODevice::WriteOnly) || file.write("[GENERAL]\nServerIp=10.0.0.5\n") < 0)

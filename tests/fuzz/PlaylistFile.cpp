@@ -144,6 +144,21 @@ void CheckLoaded(PlayPlaylist& playlist, const QList<LogRecord>& log, const Trac
     CheckEnd(playlist);
 }
 
+// last: the line without an end; 0 where there is none.
+void CheckCut(int last, const QList<LogRecord>& log)
+{
+    const QByteArray said = "Playlist file may be cut: ";
+    const QByteArray told = said + "line " + QByteArray::number(last) + " has no line end (path=";
+    int found = 0;
+    for (const LogRecord& record : log)
+    {
+        const QByteArray message = Engine::MessageOf(record);
+        found += message.startsWith(said) ? 1 : 0;
+        EXPECT_THAT(!message.startsWith(said) || message.startsWith(told), message);
+    }
+    EXPECT_EQUAL(found, last > 0 ? 1 : 0);
+}
+
 } // namespace
 
 void Target::SetUp()
@@ -162,7 +177,10 @@ void Target::Run(const QByteArray& input)
     EXPECT_THAT(Engine::TakeRequests().isEmpty(), "reading asks nobody");
     EXPECT_EQUAL(Engine::OfLevel(1, log).isEmpty(), playlist != nullptr);
     if (isPlain)
+    {
         EXPECT_EQUAL(playlist != nullptr, !tracks.durations_s.isEmpty());
+        CheckCut(Reading::CutLine(input), log);
+    }
     if (playlist != nullptr)
         CheckLoaded(*playlist, log, tracks, isPlain);
     playlist.reset();

@@ -63,13 +63,18 @@ bool Reading::IsPlain(const QByteArray& content)
 
 QByteArrayList Reading::Lines(const QByteArray& content)
 {
-    QByteArray text = content;
-    text.replace("\r\n", "\n");
-    text.replace("\r", "\n");
-    QByteArrayList lines = text.split('\n');
+    // A carriage return ends no line, but what it is alone in is one.
+    QByteArrayList lines = content.split('\n');
     if (lines.last().isEmpty())
         lines.removeLast();
+    for (QByteArray& line : lines)
+        line.replace("\r", "");
     return lines;
+}
+
+int Reading::CutLine(const QByteArray& content)
+{
+    return content.isEmpty() || content.endsWith('\n') ? 0 : static_cast<int>(content.count('\n')) + 1;
 }
 
 bool Reading::IsSkipped(const QByteArray& line)

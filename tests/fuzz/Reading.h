@@ -26,6 +26,9 @@ bool IsPlain(const QByteArray& content);
 // The lines of a plain file.
 QByteArrayList Lines(const QByteArray& content);
 
+// The number of the last line of a plain file where it has no end; 0 where every line has one.
+int CutLine(const QByteArray& content);
+
 // Whether a plain line is blank or a comment.
 bool IsSkipped(const QByteArray& line);
 

@@ -79,6 +79,14 @@ void CheckLines(const QByteArray& content, const QList<LogRecord>& log)
     }
 }
 
+// last: the line without an end; 0 where there is none.
+void CheckCut(int last, const QList<LogRecord>& log)
+{
+    const QString told = QStringLiteral("Schedule file may be cut: line %1 has no line end").arg(last);
+    EXPECT_EQUAL(Count(log, "Schedule file may be cut: "), last > 0 ? 1 : 0);
+    EXPECT_EQUAL(Count(log, qPrintable(told)), last > 0 ? 1 : 0);
+}
+
 // The state that should be in force: the last to start of the lights, and of the radio unless a stop came later.
 QSet<Action*> Forced(const QList<Action*>& actions, QTime now)
 {
@@ -108,7 +116,10 @@ void CheckLoaded(const QByteArray& content, const QList<LogRecord>& log)
     EXPECT_EQUAL(Count(log, qPrintable(QStringLiteral("Schedule loaded (%1 tasks)").arg(actions.size()))), 1);
     EXPECT_EQUAL(Count(log, "Unexpected error"), 0);
     if (Reading::IsPlain(content))
+    {
         CheckLines(content, log);
+        CheckCut(Reading::CutLine(content), log);
+    }
     const QSet<Action*> forced = Forced(actions, QTime(12, 0));
     for (const Action* const action : actions)
         EXPECT_EQUAL(action->m_forced, std::ranges::count(forced, action) == 1);

@@ -30,7 +30,7 @@ void SchedulerTest::Create()
 
 void SchedulerTest::StartWith(const QByteArrayList& lines)
 {
-    Data().WriteSchedule(lines.join('\n'));
+    Data().WriteSchedule(lines.isEmpty() ? QByteArray() : lines.join('\n') + '\n');
     Create();
     m_scheduler->Start();
     LogRecorder::Clear();

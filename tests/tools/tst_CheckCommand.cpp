@@ -37,6 +37,7 @@ private Q_SLOTS:
     void NothingThatATerminalObeysIsShown();
     void AnyEndOfLineAndAByteOrderMarkAreFine_data();
     void AnyEndOfLineAndAByteOrderMarkAreFine();
+    void CarriageReturnsAloneMakeOneLine();
     void TodayMovesWhatIsOver();
     void ASpotDateMayBeDueInAnotherMonth_data();
     void ASpotDateMayBeDueInAnotherMonth();
@@ -167,9 +168,7 @@ void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("line feed") << GOOD + WARNED;
-    QTest::newRow("carriage return") << QByteArray(GOOD + WARNED).replace('\n', '\r');
     QTest::newRow("both") << QByteArray(GOOD + WARNED).replace("\n", "\r\n");
-    QTest::newRow("none at the end") << (GOOD + WARNED).chopped(1);
     QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + GOOD + WARNED;
 }
 
@@ -181,6 +180,15 @@ void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine()
     QVERIFY2(lines[0].contains(QStringLiteral("schedule.csv:2: warning: start time: ")), qPrintable(lines[0]));
     QVERIFY2(lines[0].endsWith(QStringLiteral(" [time-form]")), qPrintable(lines[0]));
     QCOMPARE(lines[1], QStringLiteral("2 lines, 0 errors, 1 warning"));
+}
+
+void CheckCommandTest::CarriageReturnsAloneMakeOneLine()
+{
+    const QStringList lines = CheckRun({Write(QByteArray(GOOD + WARNED).replace('\n', '\r'))}).Lines();
+    QCOMPARE(lines.filter(QStringLiteral("schedule.csv:1: ")).size(), lines.size() - 1);
+    QCOMPARE(lines.filter(QStringLiteral(" [carriage-return]")).size(), 1);
+    QCOMPARE(lines.filter(QStringLiteral(" [no-line-end]")).size(), 1);
+    QVERIFY2(lines.last().startsWith(QStringLiteral("1 line, ")), qPrintable(lines.last()));
 }
 
 void CheckCommandTest::TodayMovesWhatIsOver()

@@ -108,6 +108,9 @@ void tst_Explain::ALineIsSaidInWords_data()
         "before its first: it is never valid.");
     odd("1111111|25:00:00|*|*|*|||Volume|5",
         "Every day at 25:00:00, set the master volume to 5. 25:00:00 is no time of day: it does not start then.");
+    odd("1111111|25:00:00|*|*|*|||Light|5", "Every day at 25:00:00, switch the lights on with intensity 5. 25:00:00 is "
+                                            "no time of day: it does not start then. "
+                                            "The time does not exist: a load starts it, as one of midnight.");
     odd("1111111|07:60:05|*|*|*|||Volume|5", "Every day at 08:00:05, set the master volume to 5.");
     odd("1111111|07:60:05|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:00:05, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
@@ -172,7 +175,7 @@ void tst_Explain::StandardInputIsReadAsAFileIs_data()
     QTest::addColumn<QByteArray>("input");
 
     const QByteArray line = "1111111|06:00:00|*|*|*|||Volume|5";
-    QTest::newRow("carriage returns") << line + '\r' + line + '\r';
+    QTest::newRow("carriage returns") << line + "\r\r\n" + line + "\r\n";
     QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + line + "\r\n" + line;
 }
 

@@ -32,6 +32,24 @@ inline LogLine Wrong(const QByteArray& line)
     return {4, "[tasks/PlayPlaylist.cpp] Playlist line error: " + line + ')', TRACK_ORIGIN};
 }
 
+inline LogLine NotOpened(const QByteArray& path)
+{
+    return {1, "[tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN};
+}
+
+inline LogLine OpenError(const QByteArray& reason)
+{
+    return {2, "[tasks/PlayPlaylist.cpp] Playlist file open error: " + reason, FILE_ORIGIN};
+}
+
+inline LogLine Cut(const QByteArray& path, int line)
+{
+    return {2,
+            "[tasks/PlayPlaylist.cpp] Playlist file may be cut: line " + QByteArray::number(line) +
+                " has no line end (path=" + path + ')',
+            FILE_ORIGIN};
+}
+
 inline LogLine Loaded(int tracks)
 {
     return {4, "[tasks/PlayPlaylist.cpp] Playlist loaded (" + QByteArray::number(tracks) + " tracks)", TRACK_ORIGIN};

@@ -26,8 +26,11 @@ void ActionOddTimesTest::ATimeThatIsNone_data()
     QTest::addColumn<unsigned int>("tolerance_s");
     QTest::addColumn<bool>("early");
     QTest::addColumn<bool>("ready");
+    QTest::addColumn<int>("delay_s");
     const auto row = [](const char* name, const QString& start, const QTime& now, unsigned int tolerance_s, bool early,
-                        bool ready) { QTest::newRow(name) << start << now << tolerance_s << early << ready; };
+                        bool ready, int delay_s = 0) {
+        QTest::newRow(name) << start << now << tolerance_s << early << ready << delay_s;
+    };
     row("08:60:00 is near before nine", u"08:60:00"_s, QTime(8, 59, 50), 0, true, false);
     row("08:60:00 is ready at nine", u"08:60:00"_s, QTime(9, 0), 0, false, true);
     row("24:00:05 is near before midnight", u"24:00:05"_s, QTime(23, 59, 55), 0, true, false);
@@ -35,9 +38,14 @@ void ActionOddTimesTest::ATimeThatIsNone_data()
     row("25:00:00 is never near at one", u"25:00:00"_s, QTime(0, 59, 55), 0, false, false);
     row("25:00:00 is never ready at one", u"25:00:00"_s, QTime(1, 0), 0, false, false);
     row("99:99:99 without tolerance", u"99:99:99"_s, QTime(12, 0), 0, false, false);
-    // It has no lateness, so any tolerance will do.
-    row("99:99:99 with tolerance", u"99:99:99"_s, QTime(12, 0), 1, true, true);
-    row("25:00:00 with tolerance", u"25:00:00"_s, QTime(12, 0), 300, true, true);
+    // Its lateness counts from midnight.
+    row("99:99:99 at midnight", u"99:99:99"_s, QTime(0, 0), 1, true, true);
+    row("99:99:99 late by what it may", u"99:99:99"_s, QTime(0, 0, 1), 1, true, true, 1);
+    row("99:99:99 too late", u"99:99:99"_s, QTime(0, 0, 2), 1, false, false, 2);
+    row("25:00:00 is late within its tolerance", u"25:00:00"_s, QTime(0, 5), 300, true, true, 300);
+    row("24:00:00 is too late in the afternoon", u"24:00:00"_s, QTime(14, 0), 300, false, false, 50400);
+    row("24:00:00 with half a day of tolerance", u"24:00:00"_s, QTime(12, 0), 43200, true, true, 43200);
+    row("-1:00:00 is late since midnight too", u"-1:00:00"_s, QTime(0, 1), 60, true, true, 60);
     row("the greatest hour", u"2147483647:00:00"_s, QTime(12, 0), 0, false, false);
     row("the least hour", u"-2147483648:00:00"_s, QTime(12, 0), 0, false, false);
     row("the greatest everything", u"2147483647:2147483647:2147483647"_s, QTime(12, 0), 0, false, false);
@@ -51,6 +59,7 @@ void ActionOddTimesTest::ATimeThatIsNone()
     QFETCH(unsigned int, tolerance_s);
     QFETCH(bool, early);
     QFETCH(bool, ready);
+    QFETCH(int, delay_s);
     Action action(ActionLine{.start = start}.Text());
     auto* const task = new FakeTask(TASK_VOLUME);
     task->m_tolerance_s = tolerance_s;
@@ -59,7 +68,7 @@ void ActionOddTimesTest::ATimeThatIsNone()
     QCOMPARE(action.IsEarly(), early);
     QCOMPARE(action.IsReady(), ready);
     QCOMPARE(action.IsLost(), false);
-    QCOMPARE(action.m_delay, 0);
+    QCOMPARE(action.m_delay, delay_s);
     LogRecorder::Clear();
 }
 

@@ -194,8 +194,11 @@ void ClockTest::SecondsSinceAreNeverNegative_data()
     row(QTime(11, 59, 58), QTime(12, 0), 86398);
     row(QTime(0, 0), QTime(23, 59, 59), 1);
     row(QTime(0, 0, 0, 999), QTime(23, 59, 59), 2);
-    row(QTime(12, 0), QTime(), 0);
+    // A time that does not exist counts as midnight.
+    row(QTime(12, 0), QTime(), 43200);
     row(QTime(0, 0), QTime(), 0);
+    row(QTime(0, 0, 0, 999), QTime(), 0);
+    row(QTime(23, 59, 59, 999), QTime(), 86399);
 }
 
 void ClockTest::SecondsSinceAreNeverNegative()

@@ -103,28 +103,31 @@ void PlaylistCreationTest::MakeFile(const QString& kind)
 void PlaylistCreationTest::AFileThatCannotBeOpenedIsNoPlaylist_data()
 {
     QTest::addColumn<bool>("exists");
+    QTest::addColumn<QByteArray>("reason");
     // The row's name is the kind of file.
-    QTest::newRow("nothing") << false;
-    QTest::newRow("link to missing") << false;
-    QTest::newRow("folder") << true;
-    QTest::newRow("pipe") << true; // must not wait for a writer
-    QTest::newRow("link to .") << true;
-    QTest::newRow("link to /dev/zero") << true;
+    QTest::newRow("nothing") << false << QByteArray();
+    QTest::newRow("link to missing") << false << QByteArray();
+    QTest::newRow("link to xmas") << false << "Too many levels of symbolic links"_ba;
+    QTest::newRow("folder") << true << "Is a directory"_ba;
+    QTest::newRow("pipe") << true << "Not a regular file"_ba; // must not wait for a writer
+    QTest::newRow("link to .") << true << "Is a directory"_ba;
+    QTest::newRow("link to /dev/zero") << true << "Not a regular file"_ba;
 }
 
 void PlaylistCreationTest::AFileThatCannotBeOpenedIsNoPlaylist()
 {
     QFETCH(bool, exists);
+    QFETCH(QByteArray, reason);
     MakeFile(QString::fromLatin1(QTest::currentDataTag()));
     // The volume is read before the file.
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas"_s, u"loud"_s, {}));
     const QByteArray path = Data().PlaylistPath(u"xmas"_s).toUtf8();
-    LogLines log{{2, "[tasks/PlayPlaylist.cpp] Invalid volume=loud, not used"},
-                 Loading(path),
-                 {1, "[tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN}};
+    LogLines log{{2, "[tasks/PlayPlaylist.cpp] Invalid volume=loud, not used"}, Loading(path), NotOpened(path)};
     if (exists)
         log.append({1, "[tasks/PlayPlaylist.cpp] Playlist file (path=" + path + ") exists: why I couldn't open it ?",
                     FILE_ORIGIN});
+    if (!reason.isEmpty())
+        log.append(OpenError(reason));
     log.append(Failed());
     EXPECT_LOG(9, (log));
     EXPECT_REQUESTS(Bus(), {});
@@ -139,9 +142,10 @@ void PlaylistCreationTest::AFileWithoutPermissionIsNoPlaylist()
     QCOMPARE(::chmod(path.constData(), 0), 0);
     const OrdinaryUser user;
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas"_s, u"70"_s, {}));
-    EXPECT_LOG(4, {{1, "[tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN},
+    EXPECT_LOG(4, {NotOpened(path),
                    {1, "[tasks/PlayPlaylist.cpp] Playlist file (path=" + path + ") exists: why I couldn't open it ?",
                     FILE_ORIGIN},
+                   OpenError("Permission denied"),
                    Failed()});
 }
 
@@ -158,9 +162,7 @@ void PlaylistCreationTest::ANameWithANulIsThatOfNoFile()
     Data().WritePlaylist("track1.mp3;60\n", u"xmas"_s);
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas\0"_s, u"70"_s, {}));
     const QByteArray path = Data().PlaylistPath(u"xmas"_s).toUtf8();
-    EXPECT_LOG(9, {Loading(path),
-                   {1, "[tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN},
-                   Failed()});
+    EXPECT_LOG(9, {Loading(path), NotOpened(path), OpenError("Invalid argument"), Failed()});
 }
 
 QTEST_GUILESS_MAIN(PlaylistCreationTest)

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void ALineIsReadByItsRules_data();
     void ALineIsReadByItsRules();
     void ALineOfAMegabyteIsATrack();
+    void ALastLineWithoutAnEndIsTold_data();
+    void ALastLineWithoutAnEndIsTold();
     void AFilesLengthHasItsGaps_data();
     void AFilesLengthHasItsGaps();
     void AFileWithoutTracksIsNoPlaylist_data();
@@ -117,7 +119,7 @@ void PlaylistFileTest::ALineIsReadByItsRules()
     QFETCH(LogLines, log);
     QFETCH(bool, isTrack);
     QFETCH(int, duration_s);
-    Data().WritePlaylist(line + "\nlast.mp3;10", NAME);
+    Data().WritePlaylist(line + "\nlast.mp3;10\n", NAME);
     // Lengths wrap around, like the unsigned numbers that they are.
     const unsigned int lastStart_s = isTrack ? static_cast<unsigned int>(duration_s) + 2U : 0U;
     const int total_s = static_cast<int>(lastStart_s + 10U);
@@ -136,6 +138,37 @@ void PlaylistFileTest::ALineOfAMegabyteIsATrack()
     for (const LogRecord& record : LogRecorder::Records())
         QVERIFY(record.text.size() <= 511);
     LogRecorder::Clear();
+}
+
+void PlaylistFileTest::ALastLineWithoutAnEndIsTold_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<LogLines>("log");
+    QTest::addColumn<int>("last");
+    QTest::addColumn<int>("tracks");
+    QTest::addColumn<int>("total_s");
+    const LogLine first = Found("track1.mp3", 60);
+    QTest::newRow("a track") << "track1.mp3;60\ntrack2.mp3;3"_ba << LogLines{first, Found("track2.mp3", 3)} << 2 << 2
+                             << 65;
+    QTest::newRow("a cut track") << "track1.mp3;60\ntrack2"_ba << LogLines{first, Ignored("track2")} << 2 << 1 << 60;
+    QTest::newRow("a comment") << "track1.mp3;60\n\n# the end"_ba << LogLines{first, Ignored(""), Ignored("# the end")}
+                               << 3 << 1 << 60;
+    QTest::newRow("lone carriage returns")
+        << "track1.mp3;60\rtrack2.mp3;30\r"_ba << LogLines{Found("track1.mp3", 0)} << 1 << 1 << 0;
+}
+
+void PlaylistFileTest::ALastLineWithoutAnEndIsTold()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(LogLines, log);
+    QFETCH(int, last);
+    QFETCH(int, tracks);
+    QFETCH(int, total_s);
+    Data().WritePlaylist(content, NAME);
+    const PlayPlaylist task = Play();
+    EXPECT_LOG(9, (LogLines{Loading(Path())} + log +
+                   LogLines{Cut(Path(), last), Loaded(tracks),
+                            Created("xmas at 08:30:00 (" + QByteArray::number(total_s) + " s, vol=70)")}));
 }
 
 void PlaylistFileTest::AFilesLengthHasItsGaps_data()
@@ -157,8 +190,8 @@ void PlaylistFileTest::AFilesLengthHasItsGaps_data()
     row("lines between the tracks count for nothing", "# ours\ntrack1.mp3;60\n\nwrong line\nshort;1\ntrack2.mp3;30\n",
         2, 92, 62);
     row("lines after the tracks count for nothing", "track1.mp3;60\ntrack2.mp3;30\n# end\nwrong line\n", 2, 92, 62);
-    row("no terminator at the end", "track1.mp3;60\ntrack2.mp3;30", 2, 92, 62);
-    row("carriage returns", "track1.mp3;60\r\ntrack2.mp3;30\r\n", 2, 92, 62);
+    row("a last line without an end", "track1.mp3;60\ntrack2.mp3;30", 2, 92, 62);
+    row("carriage returns and line feeds", "track1.mp3;60\r\ntrack2.mp3;30\r\n", 2, 92, 62);
     row("the same track twice", "track1.mp3;60\ntrack1.mp3;60\n", 2, 122, 62);
     row("a negative last track", "track1.mp3;60\ntrack2.mp3;-30\n", 2, 32, 62);
     row("lengths that no int holds", "track1.mp3;2147483647\ntrack2.mp3;2147483647\n", 2, 0, 2147483649U);

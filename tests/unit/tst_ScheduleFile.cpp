@@ -24,6 +24,11 @@ LogLine Loaded(int tasks)
     return {4, "[Scheduler.cpp] Schedule loaded (" + QByteArray::number(tasks) + " tasks)"};
 }
 
+LogLine Cut(int line)
+{
+    return {2, "[Scheduler.cpp] Schedule file may be cut: line " + QByteArray::number(line) + " has no line end"};
+}
+
 LogLine Rejected(const char* reason)
 {
     return {1, QByteArray("[Action.cpp] ") + reason};
@@ -59,22 +64,34 @@ void ScheduleFileTest::AFileIsLoadedLineByLine_data()
     row("an empty file", "", {Loaded(0)}, {});
     row("a file of blanks", " \n\t\n\r\n\n \t \n", {Loaded(0)}, {});
     row("one line", STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop});
-    row("one line without terminator", STOP, {STOP_CREATED, Loaded(1)}, {stop});
+    row("one line without an end", STOP, {STOP_CREATED, Cut(1), Loaded(1)}, {stop});
+    row("a last line without an end", STOP + '\n' + PLAY, {STOP_CREATED, PLAY_CREATED, Cut(2), Loaded(2)},
+        {stop, play});
+    row("a last line that is cut", STOP + '\n' + PLAY.left(6), {STOP_CREATED, fields, IGNORED, Cut(2), Loaded(1)},
+        {stop});
+    row("a comment without an end", STOP + "\n# the", {STOP_CREATED, Cut(2), Loaded(1)}, {stop});
+    row("blanks without an end", STOP + "\r\n\r", {STOP_CREATED, Cut(2), Loaded(1)}, {stop});
+    row("carriage returns without a line feed are one line", STOP + '\r' + PLAY + '\r',
+        {Rejected("Unknown task (99)"), IGNORED, Cut(1), Loaded(0)}, {});
+    row("a carriage return too many", STOP + "\r\r\n" + PLAY + "\r\r\n", {STOP_CREATED, PLAY_CREATED, Loaded(2)},
+        {stop, play});
     row("two lines", STOP + '\n' + PLAY + '\n', {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
-    row("file order is kept, not time order", PLAY + '\n' + STOP, {PLAY_CREATED, STOP_CREATED, Loaded(2)},
+    row("file order is kept, not time order", PLAY + '\n' + STOP + '\n', {PLAY_CREATED, STOP_CREATED, Loaded(2)},
         {play, stop});
     row("carriage returns", STOP + "\r\n" + PLAY + "\r\n", {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
-    row("the same line twice is two actions", STOP + '\n' + STOP, {STOP_CREATED, STOP_CREATED, Loaded(2)},
+    row("the same line twice is two actions", STOP + '\n' + STOP + '\n', {STOP_CREATED, STOP_CREATED, Loaded(2)},
         {stop, stop});
-    row("blank lines between", "\n" + STOP + "\n \n\n" + PLAY, {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
-    row("a comment", "# the morning\n" + STOP, {STOP_CREATED, Loaded(1)}, {stop});
-    row("a line commented out", '#' + STOP + '\n' + PLAY, {PLAY_CREATED, Loaded(1)}, {play});
-    row("a comment behind a line takes the line with it", STOP + " # stop\n" + PLAY, {PLAY_CREATED, Loaded(1)}, {play});
-    row("a number sign after the first field", "1111111|#" + STOP.mid(8), {Loaded(0)}, {});
-    row("a lone number sign is rejected", "#\n" + STOP, {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop});
+    row("blank lines between", "\n" + STOP + "\n \n\n" + PLAY + '\n', {STOP_CREATED, PLAY_CREATED, Loaded(2)},
+        {stop, play});
+    row("a comment", "# the morning\n" + STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop});
+    row("a line commented out", '#' + STOP + '\n' + PLAY + '\n', {PLAY_CREATED, Loaded(1)}, {play});
+    row("a comment behind a line takes the line with it", STOP + " # stop\n" + PLAY + '\n', {PLAY_CREATED, Loaded(1)},
+        {play});
+    row("a number sign after the first field", "1111111|#" + STOP.mid(8) + '\n', {Loaded(0)}, {});
+    row("a lone number sign is rejected", "#\n" + STOP + '\n', {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop});
     row("a number sign at the end stays with the line", STOP + "#\n",
         {Rejected("Unknown task (99)"), IGNORED, Loaded(0)}, {});
-    row("a header is rejected", "Days|Start|Day\n" + STOP,
+    row("a header is rejected", "Days|Start|Day\n" + STOP + '\n',
         {Rejected("Wrong action fields (3 found, at least 8 expected)"), IGNORED, STOP_CREATED, Loaded(1)}, {stop});
     row("rejected lines between good ones", STOP + "\nx\n" + PLAY + "\n1111111|08:30|*|*|*|||StopMessage\n",
         {STOP_CREATED, fields, IGNORED, PLAY_CREATED,
@@ -83,8 +100,8 @@ void ScheduleFileTest::AFileIsLoadedLineByLine_data()
     row("every reason to reject", "1111111|08:30:00|*|*|*|||PlayMessage\n1111111|08:30:00|*|*|*|||3\n",
         {Rejected("Wrong task parameters (PlayMessage)"), IGNORED, Rejected("Unknown task (3)"), IGNORED, Loaded(0)},
         {});
-    row("a NUL makes a line of its own kind", QByteArray("\0\n", 2) + STOP, {fields, IGNORED, STOP_CREATED, Loaded(1)},
-        {stop});
+    row("a NUL makes a line of its own kind", QByteArray("\0\n", 2) + STOP + '\n',
+        {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop});
 }
 
 void ScheduleFileTest::AFileIsLoadedLineByLine()
@@ -112,35 +129,44 @@ void ScheduleFileTest::ALineReachesItsActionUntrimmed()
 void ScheduleFileTest::AFileThatCannotBeOpenedIsNone_data()
 {
     QTest::addColumn<QString>("name");
-    QTest::newRow("a missing file") << u"missing.csv"_s;
-    QTest::newRow("an empty name") << u""_s;
-    QTest::newRow("a folder") << u"folder"_s;
-    QTest::newRow("a pipe") << u"pipe"_s;
-    QTest::newRow("a device") << u"device"_s;
-    QTest::newRow("the folder itself") << u"."_s;
-    QTest::newRow("the folder above") << u".."_s;
-    QTest::newRow("a path into a file") << u"schedule.csv/x"_s;
-    QTest::newRow("a very long name") << QString(100'000, u'x');
+    QTest::addColumn<QString>("reason"); // none where there is no such file
+    const auto row = [](const char* what, const QString& name, const char* reason) {
+        QTest::newRow(what) << name << QString::fromLatin1(reason);
+    };
+    row("a missing file", u"missing.csv"_s, "");
+    row("a link to nothing", u"dangling"_s, "");
+    row("an empty name", u""_s, "Is a directory");
+    row("a folder", u"folder"_s, "Is a directory");
+    row("a pipe", u"pipe"_s, "Not a regular file");
+    row("a device", u"device"_s, "Not a regular file");
+    row("the folder itself", u"."_s, "Is a directory");
+    row("the folder above", u".."_s, "Is a directory");
+    row("a path into a file", u"schedule.csv/x"_s, "Not a directory");
+    row("a very long name", QString(100'000, u'x'), "File name too long");
 }
 
 void ScheduleFileTest::AFileThatCannotBeOpenedIsNone()
 {
     QFETCH(QString, name);
-    Data().WriteSchedule(STOP);
+    QFETCH(QString, reason);
+    Data().WriteSchedule(STOP + '\n');
     QVERIFY(::mkdir(QFile::encodeName(Data().SchedulePath(u"folder"_s)).constData(), 0700) == 0);
     QVERIFY(::mkfifo(QFile::encodeName(Data().SchedulePath(u"pipe"_s)).constData(), 0600) == 0);
     QVERIFY(QFile::link(u"/dev/null"_s, Data().SchedulePath(u"device"_s)));
+    QVERIFY(QFile::link(u"missing.csv"_s, Data().SchedulePath(u"dangling"_s)));
     Create();
     Engine().Start();
     QCOMPARE(FarList().size(), 1);
     LogRecorder::Clear();
 
     QCOMPARE(Engine().SetScheduleFile(name), 0);
+    QStringList told{u"No schedules programmed (schedule file not found)"_s};
+    if (!reason.isEmpty())
+        told.append(u"Schedule file open error: "_s + reason);
     const QStringList messages = LogRecorder::Messages(4);
-    QCOMPARE(messages.size(), 11);
-    QCOMPARE(messages[8], u"No schedules programmed (schedule file not found)"_s);
-    QCOMPARE(messages[9], u"Finding ready actions..."_s);
-    QCOMPARE(LogRecorder::Records(2).size(), 0);
+    QCOMPARE(messages.mid(8), told + QStringList({u"Finding ready actions..."_s, u"Schedule started"_s}));
+    QCOMPARE(LogRecorder::Messages(2), told.mid(1));
+    LogRecorder::Clear();
     QCOMPARE(FarList(), QStringList());
     bool enabled = false;
     QString current;
@@ -164,7 +190,7 @@ void ScheduleFileTest::AnyNameIsTakenAsItStands_data()
 void ScheduleFileTest::AnyNameIsTakenAsItStands()
 {
     QFETCH(QString, name);
-    Data().WriteSchedule(STOP, name);
+    Data().WriteSchedule(STOP + '\n', name);
     Create();
     Engine().SetScheduleFile(name);
     const LogLines set{{4, "[Scheduler.cpp] Schedule file set to " + name.toUtf8()}};

@@ -4,6 +4,7 @@
 
 #include <QFileInfo>
 
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -14,6 +15,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+constexpr int LONG_NAME = 256; // one more than a file can have
 constexpr int LINES = 300'000; // too many for what is read at once
 
 QStringList Rest(TextFile& file)
@@ -45,8 +47,11 @@ private Q_SLOTS:
     void OnlyARegularFileIsOpened_data();
     void OnlyARegularFileIsOpened();
     void AFileWithoutPermissionIsNotOpened();
+    void WithoutADescriptorNothingIsOpened();
     void AFileIsReadLineByLine_data();
     void AFileIsReadLineByLine();
+    void ACarriageReturnIsToldWithItsLine_data();
+    void ACarriageReturnIsToldWithItsLine();
     void AnEncodingIsToldByItsMark_data();
     void AnEncodingIsToldByItsMark();
     void BlocksDoNotShow_data();
@@ -97,6 +102,10 @@ QString TextFileTest::PathOf(const QString& kind)
         return Data().SchedulePath(u"target"_s) + u"\0x"_s;
     else if (kind.startsWith(u'/'))
         return kind;
+    else if (kind == "below a file"_L1)
+        return Data().SchedulePath(u"target/file"_s);
+    else if (kind == "long name"_L1)
+        return Data().SchedulePath(QString(LONG_NAME, u'x'));
     else if (kind == "empty name"_L1)
         return {};
     return path;
@@ -105,35 +114,43 @@ QString TextFileTest::PathOf(const QString& kind)
 void TextFileTest::OnlyARegularFileIsOpened_data()
 {
     QTest::addColumn<bool>("opened");
+    QTest::addColumn<QString>("reason");
     // The row's name is the kind of file, or a path of the system.
-    const auto row = [](const char* kind, bool opened) { QTest::newRow(kind) << opened; };
-    row("regular", true);
-    row("empty", true);
-    row("link to a file", true);
-    row("folder", false);
-    row("pipe", false); // must not wait for a writer either
-    row("socket", false);
-    row("link to a folder", false);
-    row("link to nothing", false);
-    row("link to itself", false);
-    row("missing", false);
-    row("empty name", false);
-    row("NUL in the name", false);
-    row("/dev/null", false);
-    row("/dev/zero", false);
+    const auto opened = [](const char* kind) { QTest::newRow(kind) << true << QString(); };
+    opened("regular");
+    opened("empty");
+    opened("link to a file");
+    const auto row = [](const char* kind, const QString& reason) { QTest::newRow(kind) << false << reason; };
+    const QString other = u"Not a regular file"_s;
+    row("folder", u"Is a directory"_s);
+    row("pipe", other); // must not wait for a writer either
+    row("socket", other);
+    row("link to a folder", u"Is a directory"_s);
+    row("link to nothing", {});
+    row("link to itself", u"Too many levels of symbolic links"_s);
+    row("missing", {});
+    row("below a file", u"Not a directory"_s);
+    row("empty name", {});
+    row("long name", u"File name too long"_s);
+    row("NUL in the name", u"Invalid argument"_s);
+    row("/dev/null", other);
+    row("/dev/zero", other);
 }
 
 void TextFileTest::OnlyARegularFileIsOpened()
 {
     QFETCH(bool, opened);
+    QFETCH(QString, reason);
     const QString kind = QString::fromUtf8(QTest::currentDataTag());
     const QString path = PathOf(kind);
-    const QStringList absent{u"link to nothing"_s, u"link to itself"_s, u"missing"_s, u"empty name"_s};
+    const QStringList absent{u"link to nothing"_s, u"link to itself"_s, u"missing"_s,
+                             u"below a file"_s,    u"empty name"_s,     u"long name"_s};
     if (kind != "NUL in the name"_L1)
         QCOMPARE(QFileInfo::exists(path), !absent.contains(kind));
 
     TextFile file(path);
     QCOMPARE(file.Open(), opened);
+    QCOMPARE(file.OpenError(), reason);
 }
 
 void TextFileTest::AFileWithoutPermissionIsNotOpened()
@@ -142,21 +159,36 @@ void TextFileTest::AFileWithoutPermissionIsNotOpened()
     Data().WriteSchedule("line\n", u"file"_s);
     for (const QString& folder : {Data().Path(), QFileInfo(path).path()})
         QVERIFY(::chmod(QFile::encodeName(folder).constData(), 0755) == 0);
-    const auto canOpen = [&path](mode_t mode) {
+    const auto open = [&path](mode_t mode) {
         if (::chmod(QFile::encodeName(path).constData(), mode) != 0)
-            return mode == 0;
+            return u"no such mode"_s;
         const OrdinaryUser user;
         TextFile file(path);
-        return file.Open();
+        return file.Open() ? u"opened"_s : file.OpenError();
     };
-    QVERIFY(canOpen(0644));
-    QVERIFY(!canOpen(0000));
+    QCOMPARE(open(0644), u"opened"_s);
+    QCOMPARE(open(0000), u"Permission denied"_s);
+}
+
+void TextFileTest::WithoutADescriptorNothingIsOpened()
+{
+    Data().WriteSchedule("line\n", u"file"_s);
+    TextFile file(Data().SchedulePath(u"file"_s));
+    rlimit before{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit none{0, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &none), 0);
+    const bool isOpen = file.Open();
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    QVERIFY(!isOpen);
+    QCOMPARE(file.OpenError(), u"Too many open files"_s);
 }
 
 void TextFileTest::AFileIsReadLineByLine_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QStringList>("lines");
+    // Whether the last line has an end is that of the bytes.
     const auto row = [](const char* name, const QByteArray& content, const QStringList& lines) {
         QTest::newRow(name) << content << lines;
     };
@@ -167,11 +199,12 @@ void TextFileTest::AFileIsReadLineByLine_data()
     row("one line without terminator is a line", "a", {u"a"_s});
     row("carriage return and line feed end a line", "a\r\nb\r\n", {u"a"_s, u"b"_s});
     row("both ends of line may be mixed", "a\r\nb\nc", {u"a"_s, u"b"_s, u"c"_s});
-    row("carriage returns end lines", "a\rb\rc", {u"a"_s, u"b"_s, u"c"_s});
-    row("a carriage return at the end is no further line", "a\rb\r", {u"a"_s, u"b"_s});
-    row("all ends of line may be mixed", "a\rb\r\nc\nd\r\r\ne", {u"a"_s, u"b"_s, u"c"_s, u"d"_s, empty, u"e"_s});
-    row("a line feed before a carriage return ends a line of its own", "a\n\rb", {u"a"_s, empty, u"b"_s});
+    row("lone carriage returns are dropped", "a\rb\rc", {u"abc"_s});
+    row("a carriage return at the end is dropped", "a\nb\r", {u"a"_s, u"b"_s});
+    row("all ends of line may be mixed", "a\rb\r\nc\nd\r\r\ne", {u"ab"_s, u"c"_s, u"d"_s, u"e"_s});
+    row("a carriage return that begins a line is dropped", "a\n\rb", {u"a"_s, u"b"_s});
     row("a lone carriage return is one empty line", "\r", {empty});
+    row("lone carriage returns are one empty line", "a\n\r\r\r", {u"a"_s, empty});
     row("a lone line feed is one empty line", "\n", {empty});
     row("empty lines are lines", "\na\n\nb\n", {empty, u"a"_s, empty, u"b"_s});
     row("blanks at both ends stay", " a \n\tb\t\n", {u" a "_s, u"\tb\t"_s});
@@ -193,15 +226,42 @@ void TextFileTest::AFileIsReadLineByLine()
     Data().WriteSchedule(content, u"file"_s);
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
+    QVERIFY(file.HasLineEnd());
     QCOMPARE(Rest(file), lines);
+    QCOMPARE(file.HasLineEnd(), lines.isEmpty() || content.endsWith('\n'));
     QCOMPARE(file.ReadError(), QString());
+}
+
+void TextFileTest::ACarriageReturnIsToldWithItsLine_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QList<bool>>("returns");
+    QTest::newRow("none") << "a\nb\r\nc"_ba << QList<bool>{false, false, false};
+    QTest::newRow("in a line") << "a\rb\nc\n"_ba << QList<bool>{true, false};
+    QTest::newRow("before an end of line") << "a\r\r\nc\r\n"_ba << QList<bool>{true, false};
+    QTest::newRow("at the beginning of a line") << "a\n\rb\n"_ba << QList<bool>{false, true};
+    QTest::newRow("at the end of the file") << "a\r\nb\r"_ba << QList<bool>{false, true};
+}
+
+void TextFileTest::ACarriageReturnIsToldWithItsLine()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QList<bool>, returns);
+    Data().WriteSchedule(content, u"file"_s);
+    TextFile file(Data().SchedulePath(u"file"_s));
+    QVERIFY(file.Open());
+    QVERIFY(!file.HasLoneReturn());
+    QList<bool> found;
+    for (QString line; file.ReadLine(line);)
+        found.append(file.HasLoneReturn());
+    QCOMPARE(found, returns);
 }
 
 void TextFileTest::AnEncodingIsToldByItsMark_data()
 {
     QTest::addColumn<int>("encoding");
     QTest::addColumn<QByteArray>("end");
-    for (const char* end : {"\n", "\r\n", "\r"})
+    for (const char* end : {"\n", "\r\n"})
     {
         const QByteArray name = QByteArray(end).replace('\n', " line feed").replace('\r', " carriage return");
         QTest::newRow("UTF-8 without a mark," + name) << -1 << QByteArray(end);
@@ -244,7 +304,7 @@ void TextFileTest::BlocksDoNotShow_data()
     QTest::addColumn<QByteArray>("end");
     QTest::newRow("line feed") << "\n"_ba;
     QTest::newRow("carriage return and line feed") << "\r\n"_ba;
-    QTest::newRow("carriage return") << "\r"_ba;
+    QTest::newRow("carriage returns and line feed") << "\r\r\n"_ba;
 }
 
 void TextFileTest::BlocksDoNotShow()
@@ -299,6 +359,7 @@ void TextFileTest::AFileThatIsCutIsReadAsFarAsItGoes()
     // In the middle of a line.
     QCOMPARE(::truncate(qPrintable(path), 5 * (LINES / 2) + 2), 0);
     QCOMPARE(Rest(file), QStringList(LINES / 2 - 1, u"line"_s) + QStringList{u"li"_s});
+    QVERIFY(!file.HasLineEnd());
     QCOMPARE(file.ReadError(), QString());
 }
 
@@ -332,6 +393,8 @@ void TextFileTest::AFileThatGrowsIsReadAsItWas()
             QVERIFY(writer.write(more) == more.size());
     }
     QCOMPARE(count, found);
+    // What is read of a small file ends within a line.
+    QCOMPARE(file.HasLineEnd(), lines == LINES);
     QCOMPARE(file.ReadError(), QString());
 }
 

@@ -17,6 +17,8 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::TEN_FIELDS, "ten-fields", false},
     FindingKindRow{FindingKind::UNDECODABLE, "undecodable", false},
     FindingKindRow{FindingKind::CONTROL_CHARACTER, "control-character", false},
+    FindingKindRow{FindingKind::CARRIAGE_RETURN, "carriage-return", false},
+    FindingKindRow{FindingKind::NO_LINE_END, "no-line-end", false},
     FindingKindRow{FindingKind::NOT_LATIN1, "not-latin1", false},
     FindingKindRow{FindingKind::DAYS_FORM, "days-form", false},
     FindingKindRow{FindingKind::TIME_FORM, "time-form", false},

@@ -16,6 +16,8 @@ enum class FindingKind : std::uint8_t
     TEN_FIELDS,
     UNDECODABLE,
     CONTROL_CHARACTER,
+    CARRIAGE_RETURN,
+    NO_LINE_END,
     NOT_LATIN1,
     DAYS_FORM,
     TIME_FORM,

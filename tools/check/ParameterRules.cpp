@@ -17,6 +17,8 @@ namespace
 constexpr double FIRST_FREQUENCY = 87.5;
 constexpr double LAST_FREQUENCY = 108;
 
+constexpr const char* PLAYLIST_FILE = "Playlist file "; // so begins what is told of the file, and not of a parameter
+
 constexpr int NO_LIMIT = std::numeric_limits<int>::max();
 
 // The numbers that a parameter can be of use with.
@@ -122,7 +124,10 @@ void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, F
     // The daemon tells them in order.
     int number = 0;
     for (const DaemonRecord& record : entry.line.records)
-        findings.Add(New(entry, FindingKind::FALLBACK, record.text, AdviseReadable(entry, roles, number++)));
+    {
+        if (!record.text.startsWith(QLatin1String(PLAYLIST_FILE)))
+            findings.Add(New(entry, FindingKind::FALLBACK, record.text, AdviseReadable(entry, roles, number++)));
+    }
     // The one kind that falls back without a word.
     if (entry.Is(TASK_CAMERA) && !IsWhole(entry.parameters.value(0)))
         findings.Add(New(entry, FindingKind::FALLBACK,

@@ -54,6 +54,7 @@ PlaylistReading::PlaylistReading(const QString& name)
         if (row == TABLE.end() || !isOpen || !file.ReadLine(text))
             continue;
         const bool isTrack = row->kind == LineKind::TRACK && playlist && tracks < playlist->Tracks().size();
-        m_lines.append({file.LineNumber(), text, row->kind, isTrack ? playlist->Tracks()[tracks++].duration_s : 0});
+        m_lines.append({file.LineNumber(), text, row->kind, isTrack ? playlist->Tracks()[tracks++].duration_s : 0,
+                        file.HasLineEnd(), file.HasLoneReturn()});
     }
 }

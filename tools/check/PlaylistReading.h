@@ -21,7 +21,9 @@ public:
         int number; // counted from 1
         QString text;
         LineKind kind;
-        int duration_s; // of a track
+        int duration_s;  // of a track
+        bool hasLineEnd; // see TextFile
+        bool hasLoneReturn;
     };
 
     // name: in the folder of the playlists.

@@ -1,3 +1,4 @@
+#include "LineEnds.h"
 #include "PlaylistReading.h"
 #include "Rules.h"
 
@@ -34,6 +35,13 @@ void LookAt(const PlaylistReading::Line& line, const Entry& entry, Findings& fin
 {
     const QString where = QStringLiteral("line %1 of playlist \"%2\"").arg(line.number).arg(entry.parameters[0]);
     const QString field = Entry::FieldName(FIELD_PARAMETERS);
+    const auto addEnd = [&](FindingKind kind, const char* text, const char* advice) {
+        findings.Add({entry.line.number, kind, field, where + u' ' + QLatin1String(text), QString::fromLatin1(advice)});
+    };
+    if (line.hasLoneReturn)
+        addEnd(FindingKind::CARRIAGE_RETURN, LineEnds::LONE_RETURN, LineEnds::LONE_RETURN_ADVICE);
+    if (!line.hasLineEnd)
+        addEnd(FindingKind::NO_LINE_END, LineEnds::NONE, LineEnds::NONE_ADVICE);
     if (line.kind != LineKind::TRACK)
     {
         if (!IsMeantForNobody(line.text))

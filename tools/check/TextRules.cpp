@@ -1,3 +1,4 @@
+#include "LineEnds.h"
 #include "Rules.h"
 
 #include "StringUtils.h"
@@ -72,6 +73,17 @@ void LookAtCharacters(const ScheduleLine& line, Findings& findings)
     }
 }
 
+void LookAtEnd(const ScheduleLine& line, Findings& findings)
+{
+    const QString whole = Entry::FieldName(FIELD_COUNT);
+    if (line.hasLoneReturn)
+        findings.Add({line.number, FindingKind::CARRIAGE_RETURN, whole, QString::fromLatin1(LineEnds::LONE_RETURN),
+                      QString::fromLatin1(LineEnds::LONE_RETURN_ADVICE)});
+    if (!line.hasLineEnd)
+        findings.Add({line.number, FindingKind::NO_LINE_END, whole, QString::fromLatin1(LineEnds::NONE),
+                      QString::fromLatin1(LineEnds::NONE_ADVICE)});
+}
+
 // Blank lines and lines with a "#" alone at their beginning are meant to be skipped.
 void LookAtComment(const ScheduleLine& line, Findings& findings)
 {
@@ -99,6 +111,7 @@ void Rules::FindOddText(const std::vector<ScheduleLine>& lines, const std::vecto
 {
     for (const ScheduleLine& line : lines)
     {
+        LookAtEnd(line, findings);
         if (line.isSkipped)
             LookAtComment(line, findings);
     }

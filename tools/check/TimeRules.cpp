@@ -21,17 +21,25 @@ QString InsteadOf(const Action& action)
 {
     if (StartTime::IsAskedForTheEveningBefore(action))
         return QStringLiteral("it is asked for on the evening before");
-    return StartTime::IsAtEveryLoad(action) ? QStringLiteral("it starts when the schedule is loaded instead")
-                                            : QStringLiteral("it does not start then");
+    if (StartTime::IsFoundAtMidnight(action))
+        return QStringLiteral("it starts at midnight instead, once after the schedule is loaded, and then never again");
+    return StartTime::IsForcedByEveryLoad(action) ? QStringLiteral("it starts only when the schedule is loaded")
+                                                  : QStringLiteral("it does not start then");
 }
 
 // What becomes of a time that is not the one that is written.
 QString CountsAs(const Action& action, const QString& meant)
 {
+    const bool isReal = action.m_startTime.isValid();
     if (!action.IsPrepared())
-        return QStringLiteral(", and counts as %1").arg(meant);
+        return QStringLiteral(", and counts as %1%2")
+            .arg(meant, !isReal && StartTime::IsForcedByEveryLoad(action)
+                            ? QStringLiteral(", but as midnight when the schedule is loaded")
+                            : QString());
     return QStringLiteral(": it starts at %1%2, but the player gets an empty start time")
-        .arg(meant, StartTime::IsAtEveryLoad(action) ? QStringLiteral(" and when the schedule is loaded") : QString());
+        .arg(meant, !isReal && StartTime::IsFoundAtMidnight(action)
+                        ? QStringLiteral(", and may start at midnight, once after a load")
+                        : QString());
 }
 
 Finding OutOfRange(const Entry& entry)
@@ -48,19 +56,24 @@ Finding OutOfRange(const Entry& entry)
                QStringLiteral("write %1").arg(meant));
 }
 
+// What may start late is found late, but only as long as it has not played.
+QString AtMidnight(const Action& action)
+{
+    if (StartTime::IsFoundAtMidnight(action))
+        return QStringLiteral("starts once after the schedule is loaded, and then never again");
+    return StartTime::IsForcedByEveryLoad(action) ? QStringLiteral("starts only when the schedule is loaded")
+                                                  : QStringLiteral("never starts");
+}
+
 void LookAtMidnight(const Entry& entry, Findings& findings)
 {
     const Action& action = *entry.GetAction();
     const int second = QTime(0, 0).secsTo(action.m_startTime);
     if (second > Action::IN_TIME_S)
         return;
-    // What may start late is found late, but only as long as it has not played.
     if (second == 0)
         findings.Add(New(entry, FindingKind::MIDNIGHT,
-                         action.m_task->GetDelayable_s() > 0
-                             ? QStringLiteral("at midnight sharp it starts once after the schedule is loaded, and then "
-                                              "never again")
-                             : QStringLiteral("at midnight sharp it never starts"),
+                         QStringLiteral("at midnight sharp it %1").arg(AtMidnight(action)),
                          QStringLiteral("write 00:00:03 or later, or 23:59:59")));
     else
         findings.Add(New(entry, FindingKind::AFTER_MIDNIGHT,

@@ -76,8 +76,10 @@ QStringList Notes(const ScheduleLine& line, const QList<Request>& requests)
                           ? QStringLiteral("%1 is no time of day: it is asked for on the evening before.")
                           : QStringLiteral("%1 is no time of day: it does not start then."))
                          .arg(Time(action)));
-    if (StartTime::IsAtEveryLoad(action))
-        notes.append(QStringLiteral("The time does not exist: it also starts when the schedule is loaded."));
+    if (!action.m_startTime.isValid() && StartTime::IsFoundAtMidnight(action))
+        notes.append(QStringLiteral("The time does not exist: it may start at midnight, once after a load."));
+    if (!action.m_startTime.isValid() && StartTime::IsForcedByEveryLoad(action))
+        notes.append(QStringLiteral("The time does not exist: a load starts it, as one of midnight."));
     const bool sendsNoTime = action.IsPrepared() && std::ranges::none_of(requests, [&](const Request& request) {
                                  return request.arguments.contains(SoundManager::FormatTime(action.m_startTime));
                              });

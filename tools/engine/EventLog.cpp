@@ -3,6 +3,7 @@
 #include "Clock.h"
 #include "ClockChange.h"
 #include "Moment.h"
+#include "StartTime.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <algorithm>
@@ -116,7 +117,7 @@ void EventLog::MarkStart(Event& event, const Action& action) const
     event.isRepeated = earlier != nullptr && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == date;
     if (event.isForced)
         event.reason = QStringLiteral("in force since %1 when the schedule is loaded")
-                           .arg(action.m_startTime.toString(QStringLiteral("HH:mm:ss")));
+                           .arg(StartTime::ForLateness(action).toString(QStringLiteral("HH:mm:ss")));
     else if (event.isRepeated)
         event.reason = earlier->due_ms == event.due_ms
                            ? QStringLiteral("asked for again before its time")

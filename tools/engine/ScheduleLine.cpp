@@ -64,7 +64,11 @@ std::vector<ScheduleLine> ScheduleLine::ReadFile(const QString& path, const QStr
     const PeersForReading peers;
     QString text;
     while (file.ReadLine(text))
+    {
         lines.push_back(ReadLine(text, file.LineNumber()));
+        lines.back().hasLineEnd = file.HasLineEnd();
+        lines.back().hasLoneReturn = file.HasLoneReturn();
+    }
     if (!file.ReadError().isEmpty())
         throw ToolError(QStringLiteral("%1: %2").arg(name, file.ReadError()));
     return lines;

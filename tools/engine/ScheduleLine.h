@@ -13,10 +13,12 @@
 struct ScheduleLine
 {
     int number;                     // counted from 1
-    QString text;                   // without its terminator
+    QString text;                   // without its end
     bool isSkipped;                 // blank or a comment: the daemon does not look at it
     std::unique_ptr<Action> action; // null where the line is skipped or rejected
     QList<DaemonRecord> records;    // of level 1 and 2, while the action was made
+    bool hasLineEnd = true;         // see TextFile
+    bool hasLoneReturn = false;
 
     [[nodiscard]] bool IsRejected() const { return !isSkipped && action == nullptr; }
 

@@ -28,7 +28,18 @@ bool StartTime::IsAskedForTheEveningBefore(const Action& action)
     return action.IsPrepared() && second >= Moment::DAY_S && second < Moment::DAY_S + Action::PREPARED_AHEAD_S;
 }
 
-bool StartTime::IsAtEveryLoad(const Action& action)
+QTime StartTime::ForLateness(const Action& action)
 {
-    return !action.m_startTime.isValid() && action.m_task->GetDelayable_s() > 0;
+    return action.m_startTime.isValid() ? action.m_startTime : QTime(0, 0);
+}
+
+bool StartTime::IsFoundAtMidnight(const Action& action)
+{
+    return ForLateness(action) == QTime(0, 0) && action.m_task->GetDelayable_s() > 0;
+}
+
+bool StartTime::IsForcedByEveryLoad(const Action& action)
+{
+    const TaskType type = action.m_task->m_type;
+    return ForLateness(action) == QTime(0, 0) && (type == TASK_LIGHT || type == TASK_PLAY_RADIO_FM);
 }

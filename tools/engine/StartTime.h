@@ -16,7 +16,14 @@ namespace StartTime
 // before.
 [[nodiscard]] bool IsAskedForTheEveningBefore(const Action& action);
 
-// Whether the time does not exist, and the action may start late: it then counts as due at once.
-[[nodiscard]] bool IsAtEveryLoad(const Action& action);
+// The time from which the daemon counts how late the action is: midnight where the start time does not exist.
+[[nodiscard]] QTime ForLateness(const Action& action);
+
+// Whether that is midnight, and the action may start late: it is found at midnight, once after a load, and joined by a
+// load soon after.
+[[nodiscard]] bool IsFoundAtMidnight(const Action& action);
+
+// Whether that is midnight, and the action is one of those that a load starts when they should be in force.
+[[nodiscard]] bool IsForcedByEveryLoad(const Action& action);
 
 } // namespace StartTime

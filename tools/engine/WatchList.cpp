@@ -114,12 +114,13 @@ qint64 WatchList::NextEarly_ms(const Watch& watch, qint64 now_ms) const
     return next_ms;
 }
 
-// The lateness counts from when the clock on the wall last showed the start time, today or yesterday.
+// The lateness counts from when the clock on the wall last showed the start time, today or yesterday; that of a time
+// that does not exist from midnight.
 qint64 WatchList::NextLate_ms(const Watch& watch, qint64 now_ms, qint64 tolerance_s) const
 {
     if (tolerance_s <= 0)
         return NEVER;
-    if (tolerance_s >= DAY_S - 1 || !watch.action->m_startTime.isValid())
+    if (tolerance_s >= DAY_S - 1)
         return Next_ms({m_stretch.begin_ms, m_stretch.end_ms}, now_ms);
     const qint64 today_ms = m_stretch.midnight_ms + watch.action->m_startTime.msecsSinceStartOfDay();
     const qint64 late_ms = (tolerance_s + 1) * MS_PER_S;

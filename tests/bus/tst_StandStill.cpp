@@ -1,0 +1,44 @@
+#include "BusTest.h"
+
+#include <csignal>
+
+// A process that is stopped, as the whole machine is while it sleeps, and goes on later.
+class StandStill : public BusTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void WhatIsDueMeanwhileIsNotStarted();
+};
+
+namespace
+{
+
+QDateTime At(int hour, int minute, int second)
+{
+    return {QDate(2024, 1, 15), QTime(hour, minute, second), Qt::UTC};
+}
+
+} // namespace
+
+void StandStill::WhatIsDueMeanwhileIsNotStarted()
+{
+    WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", QStringLiteral("day"));
+    WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|08:30:05|*|*|*|||PlayPlaylist|day\n"
+                  "1111111|08:31:20|*|*|*|||Volume|2\n");
+    Time().Set(At(8, 29, 30));
+    QVERIFY(StartDaemon());
+    Daemon().Signal(SIGSTOP);
+    Time().Set(At(8, 31, 0));
+    Daemon().Signal(SIGCONT);
+    QVERIFY(Device().WaitForCalls(1));
+    QCOMPARE(Daemon().Take(2).filter(QStringLiteral("IsDelayed but still valid")).size(), 1);
+    Time().Set(At(8, 31, 13));
+    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    Time().Set(At(8, 31, 20));
+    QVERIFY(Device().WaitForCalls(2));
+    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  2 08:30:05 false"),
+                                     QStringLiteral("sound.SetMasterVolume d 2")});
+}
+
+QTEST_GUILESS_MAIN(StandStill)
+#include "tst_StandStill.moc"
