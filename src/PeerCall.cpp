@@ -1,10 +1,14 @@
 #include "PeerCall.h"
 
+#include "BusPause.h"
+
 #include <QDBusAbstractInterface>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 
 #include <algorithm>
+#include <memory>
 
 namespace
 {
@@ -18,13 +22,29 @@ bool IsTooLong(const QVariant& argument)
     return argument.metaType() == QMetaType::fromType<QString>() && argument.toString().size() > MAX_TEXT;
 }
 
+struct Request
+{
+    QDBusPendingCall call;
+    std::shared_ptr<const QDBusPendingCallWatcher> turn;
+};
+
+// The library posts the watcher's signal among those of the bus, in the order of the bus, also while this thread waits:
+// but only when the watcher is there before the answer, and on a busy processor the answer may come first.
+Request Ask(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
+{
+    const BusPause pause(proxy->connection());
+    const QDBusPendingCall call = proxy->asyncCallWithArgumentList(method, arguments);
+    return {call, std::make_shared<const QDBusPendingCallWatcher>(call)};
+}
+
 PeerReply OverTheBus(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
 {
     if (std::ranges::any_of(arguments, IsTooLong))
         return PeerReply::Failed(QStringLiteral("Argument too long"));
-    QDBusPendingCall call = proxy->asyncCallWithArgumentList(method, arguments);
-    call.waitForFinished();
-    return PeerReply(call.reply());
+    Request request = Ask(proxy, method, arguments);
+    // Not that of the watcher, which would say finished at once.
+    request.call.waitForFinished();
+    return PeerReply(request.call.reply(), request.turn);
 }
 
 PeerCall::Transport& CurrentTransport()

@@ -13,6 +13,7 @@
 
 #include <QDBusConnection>
 
+#include <stdexcept>
 #include <utility>
 
 namespace
@@ -55,6 +56,17 @@ template <typename Proxy> void Create(Proxy*& proxy, const Address& address, int
     proxy->setTimeout(timeout_ms);
 }
 
+// The bus delivers a signal from the moment on at which something is connected to it, which is too late for one that
+// comes right behind the answer of a call; and it does so as long as something stays connected.
+template <typename Proxy, typename... Signals> void Subscribe(Proxy* proxy, Signals... signals)
+{
+    const auto subscribe = [proxy](auto signal) {
+        if (!QObject::connect(proxy, signal, proxy, [] {}))
+            throw std::runtime_error("peer signals");
+    };
+    (subscribe(signals), ...);
+}
+
 template <typename Proxy> void Delete(Proxy*& proxy)
 {
     delete std::exchange(proxy, nullptr);
@@ -69,6 +81,8 @@ void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
     onUpdateManager();
     Scheduler::m_updateManProxy->setTimeout(UPDATE_TIMEOUT_MS);
     Create(Scheduler::m_soundManProxy, SOUND_MANAGER, SOUND_TIMEOUT_MS);
+    Subscribe(Scheduler::m_soundManProxy, &SoundManagerProxy::PlayFileCompleted,
+              &SoundManagerProxy::PlayPlaylistCompleted, &SoundManagerProxy::StreamEnabled);
     Create(Scheduler::m_photoManProxy, PHOTO_MANAGER, PHOTO_TIMEOUT_MS);
     Create(Scheduler::m_lightManProxy, LIGHT_MANAGER);
     Create(Scheduler::m_cpuFreqManProxy, CPU_FREQ_MANAGER, CPU_FREQ_TIMEOUT_MS);
