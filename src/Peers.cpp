@@ -1,5 +1,6 @@
 #include "Peers.h"
 
+#include "PeerOwner.h"
 #include "Scheduler.h"
 
 #include <ConfigProxy.h>
@@ -67,6 +68,13 @@ template <typename Proxy, typename... Signals> void Subscribe(Proxy* proxy, Sign
     (subscribe(signals), ...);
 }
 
+// Of a peer at which work goes on after its answer.
+void Follow(QDBusAbstractInterface* proxy)
+{
+    if (proxy->connection().isConnected())
+        new PeerOwner(proxy);
+}
+
 template <typename Proxy> void Delete(Proxy*& proxy)
 {
     delete std::exchange(proxy, nullptr);
@@ -83,7 +91,9 @@ void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
     Create(Scheduler::m_soundManProxy, SOUND_MANAGER, SOUND_TIMEOUT_MS);
     Subscribe(Scheduler::m_soundManProxy, &SoundManagerProxy::PlayFileCompleted,
               &SoundManagerProxy::PlayPlaylistCompleted, &SoundManagerProxy::StreamEnabled);
+    Follow(Scheduler::m_soundManProxy);
     Create(Scheduler::m_photoManProxy, PHOTO_MANAGER, PHOTO_TIMEOUT_MS);
+    Follow(Scheduler::m_photoManProxy);
     Create(Scheduler::m_lightManProxy, LIGHT_MANAGER);
     Create(Scheduler::m_cpuFreqManProxy, CPU_FREQ_MANAGER, CPU_FREQ_TIMEOUT_MS);
     Create(Scheduler::m_gpsManProxy, GPS_MANAGER, GPS_FIRST_TIMEOUT_MS);

@@ -23,7 +23,7 @@ void PlayTask::BeginRequest()
 {
     m_turn.reset();
     static_cast<void>(disconnect(m_wait));
-    m_running = true;
+    BeginWork();
     if (m_volume >= 0)
         static_cast<void>(SoundManager::Call(SoundManager::SET_PLAYER_VOLUME,
                                              {QString::fromLatin1(m_source), static_cast<double>(m_volume)}));

@@ -30,6 +30,7 @@ protected:
     template <typename Signal, typename Derived, typename Slot>
     void BeginWait(const PeerReply& reply, Signal signal, Derived* self, Slot slot, Log::Site site)
     {
+        HandOver(Scheduler::m_soundManProxy, reply);
         AtTurn(reply, site, [this, signal, self, slot] {
             m_wait = connect(Scheduler::m_soundManProxy, signal, self, slot);
             return static_cast<bool>(m_wait);
