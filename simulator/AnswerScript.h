@@ -16,6 +16,16 @@ enum AnswerKind : int
     ANSWER_LATE,    // a method return with the values, as soon as the next call of the method has come
     ANSWER_LEAVE,   // the service name is given up, then a method return with the values
     ANSWER_BROKEN,  // an empty structure, for which the bus drops the connection
+    ANSWER_DIE,     // a method return with the values, then the process ends
+};
+
+// A signal that the peer sends beside an answer.
+struct SignalBeside
+{
+    QString name;         // empty: none
+    QVariantList values;  // sent as they are typed
+    bool isFirst = false; // before the answer, not behind it
+    int gap_ms = 0;
 };
 
 struct Answer
@@ -23,6 +33,7 @@ struct Answer
     AnswerKind kind = ANSWER_REPLY;
     QVariantList values; // sent as they are typed
     int delay_ms = 0;
+    SignalBeside signal = {};
 
     // Whether the peer takes the request on: a reply in time whose first value is the status 0.
     [[nodiscard]] bool IsAcceptance() const;

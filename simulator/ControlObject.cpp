@@ -18,6 +18,7 @@ namespace
 
 constexpr const char* OBJECT_PATH = "/com/kestrelix/ozna/simulator/controlobj";
 constexpr int EXIT_NORMAL = 0;
+constexpr int ACCEPTED = 0;
 
 struct KindName
 {
@@ -28,7 +29,7 @@ struct KindName
 constexpr std::array KINDS{
     KindName{"reply", ANSWER_REPLY},   KindName{"error", ANSWER_ERROR}, KindName{"silence", ANSWER_SILENCE},
     KindName{"exit", ANSWER_EXIT},     KindName{"late", ANSWER_LATE},   KindName{"leave", ANSWER_LEAVE},
-    KindName{"broken", ANSWER_BROKEN},
+    KindName{"broken", ANSWER_BROKEN}, KindName{"die", ANSWER_DIE},
 };
 
 // A name such as "com.example.Failed", and a message; the bus library sends no other name.
@@ -73,6 +74,20 @@ void ControlObject::SetAnswer(const QString& interface, const QString& method, c
                  QStringLiteral("an error has two strings, a bus name and a message")))
         return;
     m_simulator.Script().Add(interface, method, {named->kind, values, delay_ms}, times);
+}
+
+void ControlObject::SetSignal(const QString& interface, const QString& method, const QString& signal,
+                              const QVariantList& values, bool isFirst, int gap_ms, int times)
+{
+    const SimulatedPeer* const peer = RequirePeer(interface);
+    if (peer == nullptr ||
+        !Require(peer->Description().FindMethod(method) != nullptr,
+                 QStringLiteral("%1 has no method %2").arg(interface, method)) ||
+        !Require(peer->Description().HasSignal(signal), QStringLiteral("%1 has no signal %2").arg(interface, signal)) ||
+        !Require(gap_ms >= 0 && times >= 0, QStringLiteral("gap and times are not negative")))
+        return;
+    const SignalBeside beside{signal, values, isFirst, gap_ms};
+    m_simulator.Script().Add(interface, method, {ANSWER_REPLY, {ACCEPTED}, 0, beside}, times);
 }
 
 void ControlObject::ClearAnswers()

@@ -29,6 +29,8 @@ public:
     // The methods of the interface; the generated adaptor calls them.
     void SetAnswer(const QString& interface, const QString& method, const QString& kind, const QVariantList& values,
                    int delay_ms, int times);
+    void SetSignal(const QString& interface, const QString& method, const QString& signal, const QVariantList& values,
+                   bool isFirst, int gap_ms, int times);
     void ClearAnswers();
     void SetPresent(const QString& interface, bool present);
     void StandBy(const QString& interface);

@@ -120,11 +120,21 @@ void SimulatedPeer::HandleCall(const QDBusMessage& message, const InterfaceDescr
 
     const Answer neutral{ANSWER_REPLY, method.neutralReply, 0};
     const Answer answer = m_script.Take(call.interface, call.method, neutral);
-    if (answer.delay_ms == 0)
-        Send(message, call, answer);
+    After(answer.delay_ms, [this, message, call, answer] {
+        if (answer.signal.isFirst)
+            SendBeside(answer.signal);
+        After(answer.signal.isFirst ? answer.signal.gap_ms : 0,
+              [this, message, call, answer] { Send(message, call, answer); });
+    });
+}
+
+// At once where there is no delay.
+void SimulatedPeer::After(int delay_ms, std::function<void()> action)
+{
+    if (delay_ms == 0)
+        action();
     else
-        QTimer::singleShot(answer.delay_ms, Qt::PreciseTimer, this,
-                           [this, message, call, answer] { Send(message, call, answer); });
+        QTimer::singleShot(delay_ms, Qt::PreciseTimer, this, std::move(action));
 }
 
 void SimulatedPeer::Send(const QDBusMessage& request, const Call& call, const Answer& answer)
@@ -144,9 +154,26 @@ void SimulatedPeer::Send(const QDBusMessage& request, const Call& call, const An
         if (!BrokenMessage::Send())
             Console::Error(QStringLiteral("can't send a broken message"));
         break;
+    case ANSWER_DIE: Reply(request, request.createReply(answer.values)); Die();
     }
+    if (!answer.signal.name.isEmpty() && !answer.signal.isFirst)
+        After(answer.signal.gap_ms, [this, signal = answer.signal] { SendBeside(signal); });
     if (answer.IsAcceptance())
         Q_EMIT Accepted(call);
+}
+
+void SimulatedPeer::SendBeside(const SignalBeside& signal)
+{
+    if (!SendSignal(signal.name, signal.values))
+        Console::Error(QStringLiteral("can't send signal %1.%2").arg(m_description.Name(), signal.name));
+}
+
+// What was sent before a call that has been answered is on the bus.
+void SimulatedPeer::Die()
+{
+    if (!m_bus.interface()->isServiceRegistered(QString::fromLatin1(m_address.service)).isValid())
+        Console::Error(QStringLiteral("the bus does not answer"));
+    std::_Exit(EXIT_SCRIPTED);
 }
 
 void SimulatedPeer::Leave()

@@ -10,6 +10,8 @@
 #include <QDBusVirtualObject>
 #include <QHash>
 
+#include <functional>
+
 // One of the device's managers. Takes every call that its description allows, reports it, and answers as scripted;
 // what the description does not allow gets the bus error that a real service would give.
 class SimulatedPeer final : public QDBusVirtualObject
@@ -49,7 +51,10 @@ Q_SIGNALS:
 
 private:
     void HandleCall(const QDBusMessage& message, const InterfaceDescription::Method& method);
+    void After(int delay_ms, std::function<void()> action);
     void Send(const QDBusMessage& request, const Call& call, const Answer& answer);
+    void SendBeside(const SignalBeside& signal);
+    [[noreturn]] void Die();
     void Leave();
     void SendLate(const QString& method);
     void Reply(const QDBusMessage& request, const QDBusMessage& reply);

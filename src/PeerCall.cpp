@@ -1,5 +1,6 @@
 #include "PeerCall.h"
 
+#include "BusPause.h"
 #include "Clock.h"
 #include "LastCalls.h"
 #include "PeerWaits.h"
@@ -8,8 +9,10 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 
 #include <algorithm>
+#include <memory>
 
 namespace
 {
@@ -28,17 +31,33 @@ bool IsTimeOut(const QDBusMessage& reply)
     return reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply;
 }
 
+struct Request
+{
+    QDBusPendingCall call;
+    std::shared_ptr<const QDBusPendingCallWatcher> turn;
+};
+
+// The library posts the watcher's signal among those of the bus, in the order of the bus, also while this thread waits:
+// but only when the watcher is there before the answer, and on a busy processor the answer may come first.
+Request Ask(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
+{
+    const BusPause pause(proxy->connection());
+    const QDBusPendingCall call = proxy->asyncCallWithArgumentList(method, arguments);
+    return {call, std::make_shared<const QDBusPendingCallWatcher>(call)};
+}
+
 PeerReply OverTheBus(QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments)
 {
     if (std::ranges::any_of(arguments, IsTooLong))
         return PeerReply::Failed(QStringLiteral("Argument too long"));
-    QDBusPendingCall call = proxy->asyncCallWithArgumentList(method, arguments);
+    Request request = Ask(proxy, method, arguments);
     if (LastCalls::IsSilent(proxy))
         return PeerReply::Failed(QStringLiteral("Not waited for"));
-    call.waitForFinished();
-    if (IsTimeOut(call.reply()))
+    // Not that of the watcher, which would say finished at once.
+    request.call.waitForFinished();
+    if (IsTimeOut(request.call.reply()))
         LastCalls::NoteTimeOut(proxy);
-    return PeerReply(call.reply());
+    return PeerReply(request.call.reply(), request.turn);
 }
 
 PeerCall::Transport& CurrentTransport()

@@ -6,11 +6,13 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace
 {
 
 constexpr int NOT_CONVERTIBLE = 0;
+constexpr QLatin1Char UNIQUE_NAME(':'); // which it begins with
 
 // The nearest int: a status that no int holds is a refusal all the same.
 template <typename Number> int Clamped(Number number)
@@ -38,10 +40,12 @@ int StatusOf(const QVariant& value)
 
 } // namespace
 
-PeerReply::PeerReply(const QDBusMessage& message)
+PeerReply::PeerReply(const QDBusMessage& message, std::shared_ptr<const QDBusPendingCallWatcher> turn)
     : m_busError(message.type() == QDBusMessage::ErrorMessage)
     , m_errorMessage(m_busError ? message.errorMessage() : QString())
     , m_status(StatusOf(message.arguments().value(0)))
+    , m_sender(message.service().startsWith(UNIQUE_NAME) ? message.service() : QString())
+    , m_turn(std::move(turn))
 {
 }
 

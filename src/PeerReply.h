@@ -2,7 +2,10 @@
 
 #include <QString>
 
+#include <memory>
+
 class QDBusMessage;
+class QDBusPendingCallWatcher;
 
 // What came back from a peer: the status, and the bus's error message where the call failed on the bus.
 class PeerReply final
@@ -11,7 +14,8 @@ public:
     // Reads a reply or error message. The status is its first value: an int as it stands, anything else converted
     // (to the nearest int), and 0 where there is none or it cannot be converted. An error message is read by the same
     // rule.
-    explicit PeerReply(const QDBusMessage& message);
+    // turn: see Turn.
+    explicit PeerReply(const QDBusMessage& message, std::shared_ptr<const QDBusPendingCallWatcher> turn = nullptr);
 
     // A peer's answer with that status; 0 means accepted.
     explicit PeerReply(int status);
@@ -27,6 +31,14 @@ public:
     [[nodiscard]] QString ErrorMessage() const { return m_errorMessage; }
     [[nodiscard]] int Status() const { return m_status; }
     [[nodiscard]] bool IsAccepted() const { return !m_busError && m_status == 0; }
+
+    // The unique name of the connection that answered; empty where none did: the bus or its library made the error.
+    [[nodiscard]] QString Sender() const { return m_sender; }
+
+    // Says by its signal finished that the answer's turn has come: what the bus delivered before the answer has reached
+    // its slots by then, and what it delivered after it has not. Lives as long as somebody has a share in it. Null
+    // where that order is not known: the turn has come already.
+    [[nodiscard]] std::shared_ptr<const QDBusPendingCallWatcher> Turn() const { return m_turn; }
 
     // Has the outcome logged by the one of the three that fits: onBusError(const char* message), onRefused(int status)
     // or onAccepted(). True when the peer accepted.
@@ -57,4 +69,6 @@ private:
     bool m_busError = false;
     QString m_errorMessage;
     int m_status = 0;
+    QString m_sender;
+    std::shared_ptr<const QDBusPendingCallWatcher> m_turn;
 };

@@ -1,5 +1,6 @@
 #include "Peers.h"
 
+#include "PeerOwner.h"
 #include "PeerWaits.h"
 #include "Scheduler.h"
 
@@ -14,6 +15,7 @@
 
 #include <QDBusConnection>
 
+#include <stdexcept>
 #include <utility>
 
 namespace
@@ -56,6 +58,24 @@ template <typename Proxy> void Create(Proxy*& proxy, const Address& address, int
     proxy->setTimeout(timeout_ms);
 }
 
+// The bus delivers a signal from the moment on at which something is connected to it, which is too late for one that
+// comes right behind the answer of a call; and it does so as long as something stays connected.
+template <typename Proxy, typename... Signals> void Subscribe(Proxy* proxy, Signals... signals)
+{
+    const auto subscribe = [proxy](auto signal) {
+        if (!QObject::connect(proxy, signal, proxy, [] {}))
+            throw std::runtime_error("peer signals");
+    };
+    (subscribe(signals), ...);
+}
+
+// Of a peer at which work goes on after its answer.
+void Follow(QDBusAbstractInterface* proxy)
+{
+    if (proxy->connection().isConnected())
+        new PeerOwner(proxy);
+}
+
 template <typename Proxy> void Delete(Proxy*& proxy)
 {
     delete std::exchange(proxy, nullptr);
@@ -71,7 +91,11 @@ void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
     onUpdateManager();
     Scheduler::m_updateManProxy->setTimeout(UPDATE_TIMEOUT_MS);
     Create(Scheduler::m_soundManProxy, SOUND_MANAGER, SOUND_TIMEOUT_MS);
+    Subscribe(Scheduler::m_soundManProxy, &SoundManagerProxy::PlayFileCompleted,
+              &SoundManagerProxy::PlayPlaylistCompleted, &SoundManagerProxy::StreamEnabled);
+    Follow(Scheduler::m_soundManProxy);
     Create(Scheduler::m_photoManProxy, PHOTO_MANAGER, PHOTO_TIMEOUT_MS);
+    Follow(Scheduler::m_photoManProxy);
     Create(Scheduler::m_lightManProxy, LIGHT_MANAGER);
     Create(Scheduler::m_cpuFreqManProxy, CPU_FREQ_MANAGER, CPU_FREQ_TIMEOUT_MS);
     Create(Scheduler::m_gpsManProxy, GPS_MANAGER, GPS_FIRST_TIMEOUT_MS);

@@ -21,10 +21,30 @@ PlayTask::PlayTask(TaskType type, const char* source, const QString& identifier,
 
 void PlayTask::BeginRequest()
 {
-    m_running = true;
+    m_turn.reset();
+    static_cast<void>(disconnect(m_wait));
+    BeginWork();
     if (m_volume >= 0)
         static_cast<void>(SoundManager::Call(SoundManager::SET_PLAYER_VOLUME,
                                              {QString::fromLatin1(m_source), static_cast<double>(m_volume)}));
+}
+
+void PlayTask::AtTurn(const PeerReply& reply, Log::Site site, const std::function<bool()>& listen)
+{
+    const auto begin = [this, site, listen] {
+        if (!listen())
+            OZNA_LOG_AT(site, LEVEL_WARNING, "Can't wait for the end of %s", qPrintable(GetName()));
+    };
+    m_turn = reply.Turn();
+    if (!m_turn || !connect(m_turn.get(), &QDBusPendingCallWatcher::finished, this, begin))
+        begin();
+}
+
+void PlayTask::EndWait(Log::Site site)
+{
+    if (!disconnect(m_wait))
+        OZNA_LOG_AT(site, LEVEL_WARNING, "Can't stop waiting for the end of %s", qPrintable(GetName()));
+    m_running = false;
 }
 
 bool PlayTask::StopPlayback()

@@ -1,10 +1,17 @@
 #pragma once
 
 #include "Log.h"
+#include "PeerReply.h"
 #include "Scheduler.h"
 #include "Task.h"
 
 #include <SoundManagerProxy.h>
+
+#include <QDBusPendingCallWatcher>
+#include <QMetaObject>
+
+#include <functional>
+#include <memory>
 
 // What the tasks that start a playback with a volume of its own and wait for its end share.
 class PlayTask : public Task
@@ -15,25 +22,23 @@ protected:
     PlayTask(TaskType type, const char* source, const QString& identifier, const QString& volume, Log::Site site);
 
     // Marks the task as running and sets the player's volume where the task has one. The volume's outcome is ignored:
-    // a playback at the wrong volume beats none.
+    // a playback at the wrong volume beats none. No signal concerns the task any more until BeginWait.
     void BeginRequest();
 
-    // Has slot called at every emission of the sound manager's signal, until EndWait. A failure is logged with site.
+    // The sound manager has accepted the playback: has slot called at every emission of its signal that the bus
+    // delivers after that answer, until EndWait. A failure is logged with site.
     template <typename Signal, typename Derived, typename Slot>
-    void BeginWait(Signal signal, Derived* self, Slot slot, Log::Site site)
+    void BeginWait(const PeerReply& reply, Signal signal, Derived* self, Slot slot, Log::Site site)
     {
-        if (!connect(Scheduler::m_soundManProxy, signal, self, slot))
-            OZNA_LOG_AT(site, LEVEL_WARNING, "Can't wait for the end of %s", qPrintable(GetName()));
+        HandOver(Scheduler::m_soundManProxy, reply);
+        AtTurn(reply, site, [this, signal, self, slot] {
+            m_wait = connect(Scheduler::m_soundManProxy, signal, self, slot);
+            return static_cast<bool>(m_wait);
+        });
     }
 
     // The playback has ended: the signal no longer concerns the task. A failure is logged with site.
-    template <typename Signal, typename Derived, typename Slot>
-    void EndWait(Signal signal, Derived* self, Slot slot, Log::Site site)
-    {
-        if (!disconnect(Scheduler::m_soundManProxy, signal, self, slot))
-            OZNA_LOG_AT(site, LEVEL_WARNING, "Can't stop waiting for the end of %s", qPrintable(GetName()));
-        m_running = false;
-    }
+    void EndWait(Log::Site site);
 
     // Stops the playback; the task stays running when the sound manager does not accept. True when it did.
     [[nodiscard]] bool StopPlayback();
@@ -41,6 +46,10 @@ protected:
     [[nodiscard]] int Volume() const { return m_volume; }
 
 private:
+    void AtTurn(const PeerReply& reply, Log::Site site, const std::function<bool()>& listen);
+
     const char* const m_source;
     const int m_volume;
+    std::shared_ptr<const QDBusPendingCallWatcher> m_turn; // of the answer after which an end counts
+    QMetaObject::Connection m_wait;
 };

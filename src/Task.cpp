@@ -1,6 +1,11 @@
 #include "Task.h"
 
+#include "Log.h"
+#include "PeerOwner.h"
+#include "PeerReply.h"
 #include "TaskTable.h"
+
+#include <QDBusAbstractInterface>
 
 #include <limits>
 
@@ -29,7 +34,7 @@ void Task::PrepareDelayed(unsigned int delay_s)
 
 bool Task::IsRunning() const
 {
-    return m_running;
+    return m_running && !m_endedWithPeer;
 }
 
 void Task::SetCompleted(bool completed)
@@ -51,4 +56,39 @@ QString Task::GetName() const
 {
     const TaskKind* kind = TaskTable::Find(m_type);
     return QString::fromLatin1(kind != nullptr ? kind->logName : TaskTable::UNKNOWN_NAME);
+}
+
+QString Task::GetSubject() const
+{
+    return m_identifier;
+}
+
+void Task::BeginWork()
+{
+    m_running = true;
+    m_endedWithPeer = false;
+    m_peer.clear();
+    static_cast<void>(disconnect(m_peerLeft));
+}
+
+void Task::HandOver(const QDBusAbstractInterface* proxy, const PeerReply& reply)
+{
+    const PeerOwner* const owner = PeerOwner::Of(proxy);
+    if (owner == nullptr)
+        return;
+    // The owner that is known may be an earlier one, whose leaving the loop has not been told yet.
+    m_peer = reply.Sender().isEmpty() ? owner->Name() : reply.Sender();
+    m_endedWithPeer = m_peer.isEmpty() && reply.IsBusError();
+    m_peerLeft = connect(owner, &PeerOwner::Left, this, &Task::OnPeerLeft);
+    if (!m_peerLeft)
+        OZNA_LOG(LEVEL_WARNING, "Can't wait for the peer of %s to leave", qPrintable(GetName()));
+}
+
+void Task::OnPeerLeft(const QString& name)
+{
+    if (name != m_peer || !IsRunning())
+        return;
+    m_endedWithPeer = true;
+    OZNA_LOG(LEVEL_WARNING, "TASK ENDED WITH ITS PEER | %s: %s", qPrintable(GetName()), qPrintable(GetSubject()));
+    SetCompleted(true);
 }

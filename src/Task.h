@@ -1,9 +1,13 @@
 #pragma once
 
+#include <QMetaObject>
 #include <QObject>
 #include <QString>
 
 #include <cstdint>
+
+class PeerReply;
+class QDBusAbstractInterface;
 
 // The kinds of task. The numbers are part of the schedule format: a line may give its task by number.
 enum TaskType : std::int32_t
@@ -59,7 +63,8 @@ public:
     // Failures are logged, never thrown.
     virtual bool Run() = 0;
 
-    // True while the work is in progress.
+    // True while the work is in progress, and the peer that does it has not left the bus: the task is not to be started
+    // again. m_running alone tells whether there is something to be stopped with the task.
     virtual bool IsRunning() const;
 
     // Tells the task that it counts as played to its end, or not.
@@ -75,4 +80,23 @@ public:
     bool m_running = false;
     const QString m_identifier;
     const TaskType m_type;
+
+protected:
+    // Marks the task as running, before it asks its peer; whoever did the work before does not matter any more.
+    void BeginWork();
+
+    // The peer behind proxy has answered with reply and does the work from now on, if it does any. When it leaves the
+    // bus before the work is done, the work has ended: the task is not running, counts as completed, and one record
+    // tells it. Nobody does the work when nobody owned the peer's name.
+    void HandOver(const QDBusAbstractInterface* proxy, const PeerReply& reply);
+
+    // What the work is about, for log records.
+    [[nodiscard]] virtual QString GetSubject() const;
+
+private:
+    void OnPeerLeft(const QString& name);
+
+    QString m_peer; // the unique name of who does the work; empty: not known
+    QMetaObject::Connection m_peerLeft;
+    bool m_endedWithPeer = false;
 };

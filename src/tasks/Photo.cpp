@@ -64,35 +64,37 @@ bool Photo::Run()
 {
     m_photoCount = 0;
     m_streaming = false;
-    m_running = true;
+    BeginWork();
     return m_numPhoto == SINGLE_PHOTO ? TakeSinglePhoto() : TakeMultiplePhoto();
 }
 
-bool Photo::TakeSinglePhoto() const
+bool Photo::TakeSinglePhoto()
 {
     OZNA_LOG(LEVEL_TRACE, "Taking single photo");
-    return PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO)
-        .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "TakePhoto() request error: %s\n", error); },
-                [](int status) { OZNA_LOG(LEVEL_ERROR, "TakePhoto error: %d\n", status); },
-                [] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo"); });
+    const PeerReply reply = PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO);
+    HandOver(Scheduler::m_photoManProxy, reply);
+    return reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "TakePhoto() request error: %s\n", error); },
+                        [](int status) { OZNA_LOG(LEVEL_ERROR, "TakePhoto error: %d\n", status); },
+                        [] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo"); });
 }
 
 bool Photo::TakeMultiplePhoto()
 {
     OZNA_LOG(LEVEL_TRACE, "Taking multiple photo");
-    m_streaming =
-        PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO_STREAM, {m_interval_s})
-            .Report(
-                [&](const char* error) {
-                    OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error: %s\n", m_interval_s, error);
-                },
-                [&](int status) {
-                    OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error (%d)", m_interval_s, status);
-                },
-                [&] {
-                    OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo: interval=%d s, num=%d, ", m_interval_s, m_numPhoto);
-                });
+    const PeerReply reply = PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO_STREAM, {m_interval_s});
+    HandOver(Scheduler::m_photoManProxy, reply);
+    m_streaming = reply.Report(
+        [&](const char* error) {
+            OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error: %s\n", m_interval_s, error);
+        },
+        [&](int status) { OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error (%d)", m_interval_s, status); },
+        [&] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo: interval=%d s, num=%d, ", m_interval_s, m_numPhoto); });
     return m_streaming;
+}
+
+QString Photo::GetSubject() const
+{
+    return QStringLiteral("interval=%1 s, num=%2").arg(m_interval_s).arg(m_numPhoto);
 }
 
 void Photo::OnPhotoTaken(int status, const QString& imagePath)

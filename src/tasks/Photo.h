@@ -7,7 +7,8 @@
 
 // Takes one photo, or a series at a fixed interval that ends when the number of photos is reached.
 // Every Photo task sees every photo that is taken, whoever asked for it. Running means that photo work is in progress;
-// only a photo that was taken, or the end of the series, ends it, not a request that failed.
+// only a photo that was taken, or the end of the series, ends it, not a request that failed. When the photo manager
+// leaves the bus, or was not there when it was asked, the task may be started again all the same.
 // A series that could not be stopped goes on, and each further photo asks again; but photos that have queued up behind
 // stops that failed slowly ask once for all of them, so that a flood costs a time-out or two and not one a photo.
 class Photo final : public PunctualTask
@@ -31,7 +32,8 @@ private Q_SLOTS:
 
 private:
     void Parse(const QString& parameter);
-    bool TakeSinglePhoto() const;
+    [[nodiscard]] QString GetSubject() const override;
+    bool TakeSinglePhoto();
     bool TakeMultiplePhoto();
     void StopSeries();
     [[nodiscard]] bool IsRushed() const;

@@ -29,21 +29,21 @@ bool PlayMessage::Run()
 {
     BeginRequest();
     const QString startTime = SoundManager::FormatTime(m_startTime);
-    m_running = SoundManager::Call(SoundManager::PLAY_FILE, {m_file, startTime})
-                    .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
-                            [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
-                            [&] {
-                                OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d",
-                                         qPrintable(m_file), qPrintable(startTime), Volume());
-                                BeginWait(&SoundManagerProxy::PlayFileCompleted, this,
-                                          &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
-                            });
+    const PeerReply reply = SoundManager::Call(SoundManager::PLAY_FILE, {m_file, startTime});
+    m_running = reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
+                             [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
+                             [&] {
+                                 OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d",
+                                          qPrintable(m_file), qPrintable(startTime), Volume());
+                                 BeginWait(reply, &SoundManagerProxy::PlayFileCompleted, this,
+                                           &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
+                             });
     return m_running;
 }
 
 void PlayMessage::OnPlayFileCompleted(const QString& file)
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayMessage: %s", qPrintable(file));
-    EndWait(&SoundManagerProxy::PlayFileCompleted, this, &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
+    EndWait(OZNA_LOG_SITE);
     Q_EMIT TaskCompleted();
 }

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void OnPlayFileCompleted(const QString& file);
 
 private:
+    [[nodiscard]] QString GetSubject() const override { return m_file; }
+
     const QString m_file;
     const QTime m_startTime;
 };

@@ -160,16 +160,16 @@ bool PlayPlaylist::Run()
     OZNA_LOG(LEVEL_NORMAL, "Requesting PlayPlaylist...");
     const ProxyTimeout patience(Scheduler::m_soundManProxy, REQUEST_TIMEOUT_MS);
     const QString startTime = SoundManager::FormatTime(m_startTime);
-    m_running = SoundManager::Call(SoundManager::PLAY_PLAYLIST,
-                                   {m_name, m_identifier, static_cast<uint>(m_firstTrack), startTime, RESERVED})
-                    .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist request error: %s", error); },
-                            [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist error: %d", status); },
-                            [&] {
-                                OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
-                                         qPrintable(m_name), m_firstTrack, qPrintable(startTime), Volume());
-                                BeginWait(&SoundManagerProxy::PlayPlaylistCompleted, this,
-                                          &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
-                            });
+    const PeerReply reply = SoundManager::Call(
+        SoundManager::PLAY_PLAYLIST, {m_name, m_identifier, static_cast<uint>(m_firstTrack), startTime, RESERVED});
+    m_running = reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist request error: %s", error); },
+                             [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist error: %d", status); },
+                             [&] {
+                                 OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
+                                          qPrintable(m_name), m_firstTrack, qPrintable(startTime), Volume());
+                                 BeginWait(reply, &SoundManagerProxy::PlayPlaylistCompleted, this,
+                                           &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
+                             });
     m_completed = !m_running;
     return m_running;
 }
@@ -178,7 +178,7 @@ void PlayPlaylist::OnPlayPlaylistCompleted(const QString& name)
 {
     Q_UNUSED(name)
     OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayPlaylist: %s", qPrintable(m_name));
-    EndWait(&SoundManagerProxy::PlayPlaylistCompleted, this, &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
+    EndWait(OZNA_LOG_SITE);
     m_completed = true;
     Q_EMIT TaskCompleted();
 }

@@ -48,6 +48,8 @@ private Q_SLOTS:
     void OnPlayPlaylistCompleted(const QString& name);
 
 private:
+    [[nodiscard]] QString GetSubject() const override { return m_name; }
+
     bool LoadPlaylistInfo();
     void LoadLine(const QString& line);
 

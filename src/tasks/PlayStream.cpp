@@ -61,15 +61,15 @@ bool PlayStream::Run()
     if (!SetUp())
         return false;
     BeginRequest();
+    const PeerReply reply = SoundManager::Call(SoundManager::PLAY_STREAM, {m_uri, RESERVED});
     m_running =
-        SoundManager::Call(SoundManager::PLAY_STREAM, {m_uri, RESERVED})
-            .Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayStream request error: %s\n", error); },
-                    [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayStream error: %d\n", status); },
-                    [&] {
-                        OZNA_LOG(LEVEL_TRACE, "TASK START REQUESTED | PlayStream: %s|%d", qPrintable(m_uri), Volume());
-                        BeginWait(&SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted,
-                                  OZNA_LOG_SITE);
-                    });
+        reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayStream request error: %s\n", error); },
+                     [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayStream error: %d\n", status); },
+                     [&] {
+                         OZNA_LOG(LEVEL_TRACE, "TASK START REQUESTED | PlayStream: %s|%d", qPrintable(m_uri), Volume());
+                         BeginWait(reply, &SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted,
+                                   OZNA_LOG_SITE);
+                     });
     return m_running;
 }
 
@@ -78,6 +78,6 @@ void PlayStream::OnPlayStreamCompleted(bool enabled)
     if (enabled)
         return;
     OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | PlayStream: %s", qPrintable(m_uri));
-    EndWait(&SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted, OZNA_LOG_SITE);
+    EndWait(OZNA_LOG_SITE);
     Q_EMIT TaskCompleted();
 }

@@ -24,6 +24,8 @@ private Q_SLOTS:
     void OnPlayStreamCompleted(bool enabled);
 
 private:
+    [[nodiscard]] QString GetSubject() const override { return m_uri; }
+
     // Builds the URI with the server's address from the configuration; false when there is none to be had.
     bool SetUp();
 

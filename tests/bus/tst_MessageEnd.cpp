@@ -10,7 +10,8 @@ class MessageEnd : public MessageTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void ACompletionBeforeTheReplyIsNotHeard();
+    void ACompletionBeforeTheReplyIsAnothers();
+    void ACompletionRightBehindTheReplyCompletes();
     void ACompletionOfAnotherFileCompletes();
     void AMessageThatIsStillRunningIsStopped_data();
     void AMessageThatIsStillRunningIsStopped();
@@ -19,7 +20,7 @@ private Q_SLOTS:
     void AnEndIsBoundedWhenTheSoundManagerHangs();
 };
 
-void MessageEnd::ACompletionBeforeTheReplyIsNotHeard()
+void MessageEnd::ACompletionBeforeTheReplyIsAnothers()
 {
     Device().AnswerStatus(PLAY_FILE, 0, 1000, 1);
     WriteSchedule(MessageLine("gong.mp3"));
@@ -28,10 +29,25 @@ void MessageEnd::ACompletionBeforeTheReplyIsNotHeard()
     static_cast<void>(Daemon().Take());
     Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
     QVERIFY(Daemon().WaitForLog(Requested()));
-    // The task waits for a completion that came too early: it is stopped with its action.
+    // The message goes on, and is stopped with its action.
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Daemon().Take(4), Ended({RUNNING}));
     COMPARE_LINES(Device().Calls(), {PLAY, STOP});
+}
+
+void MessageEnd::ACompletionRightBehindTheReplyCompletes()
+{
+    const QString completed = QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3");
+    Device().AnswerThenEmit(PLAY_FILE, PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    WriteSchedule(MessageLine("gong.mp3"));
+    QVERIFY(StartDaemon());
+    QVERIFY(Daemon().WaitForLog(completed));
+    static_cast<void>(Daemon().Take());
+    // Before its second it would be asked for again.
+    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 31), Qt::UTC));
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(4), Ended());
+    COMPARE_LINES(Device().Calls(), {PLAY});
 }
 
 void MessageEnd::ACompletionOfAnotherFileCompletes()

@@ -11,6 +11,7 @@ class Photos : public BusTest
 private Q_SLOTS:
     void ASeriesEndsWithItsLastPhoto();
     void ASinglePhotoIsAskedForAgainTheNextDay();
+    void WhatIsStillUnderWayIsNotAskedForAgain();
     void EveryTaskSeesEveryPhoto();
     void ASeriesWhoseStopFailsAsksAgain();
     void AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts();
@@ -71,6 +72,21 @@ void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
     Time().Set(QDateTime(QDate(2024, 1, 16), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {QStringLiteral("photo.TakePhoto -"), QStringLiteral("photo.TakePhoto -")});
+}
+
+void Photos::WhatIsStillUnderWayIsNotAskedForAgain()
+{
+    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:00|*|*|*|||RecordPhoto\n", 2));
+    for (int day = 16; day <= 18; ++day)
+    {
+        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 29, 52), Qt::UTC));
+        static_cast<void>(Daemon().Take());
+        QVERIFY(Daemon().WaitForLog(QStringLiteral("9 [Scheduler.cpp] Checking far actions")));
+        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 40), Qt::UTC));
+        COMPARE_LINES(Daemon().Take(4), QStringList());
+    }
+    COMPARE_LINES(Device().Calls(),
+                  {QStringLiteral("photo.TakePhotoStream i 10"), QStringLiteral("photo.TakePhoto -")});
 }
 
 void Photos::EveryTaskSeesEveryPhoto()

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void IsStoppedInBoundedTimeWhenTheSchedulerEnds_data();
     void IsStoppedInBoundedTimeWhenTheSchedulerEnds();
     void WhatWasRefusedIsNotStopped();
+    void WhatStillPlaysIsNotAskedForAgain();
 };
 
 namespace
@@ -28,6 +29,10 @@ QStringList Alternated(const QStringList& first, const QStringList& second)
         lines << first[i] << second[i];
     return lines;
 }
+
+const QStringList GONE{QStringLiteral("2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayMessage: gong.mp3"),
+                       QStringLiteral("2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: day"),
+                       QStringLiteral("2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayStream: rtsp://10.0.0.5:8554/live")};
 
 } // namespace
 
@@ -99,7 +104,11 @@ void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds()
         Device().AnswerNever("sound.StopPlay");
     QVERIFY(StartPlaying());
     if (answer == QStringLiteral("gone"))
+    {
         Device().SetPresent("sound", false);
+        QVERIFY(Daemon().WaitForLog(GONE.last()));
+        COMPARE_LINES(Daemon().Take(4), GONE);
+    }
     const qint64 asked_ms = QDateTime::currentMSecsSinceEpoch();
     QCOMPARE(StopDaemon(), 0);
     const qint64 took_ms = QDateTime::currentMSecsSinceEpoch() - asked_ms;
@@ -123,6 +132,22 @@ void Playing::WhatWasRefusedIsNotStopped()
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Daemon().Take(4), Ended());
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayStream su rtsp://10.0.0.5:8554/live 0")});
+}
+
+// Three days, on each of which what has not told its end would be due.
+void Playing::WhatStillPlaysIsNotAskedForAgain()
+{
+    const QString farPass = QStringLiteral("9 [Scheduler.cpp] Checking far actions");
+    QVERIFY(StartPlaying());
+    for (int day = 16; day <= 18; ++day)
+    {
+        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 29, 52), Qt::UTC));
+        static_cast<void>(Daemon().Take());
+        QVERIFY(Daemon().WaitForLog(farPass));
+        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 40), Qt::UTC));
+        COMPARE_LINES(Daemon().Take(4), QStringList());
+    }
+    COMPARE_LINES(Device().Calls(), REQUESTS);
 }
 
 QTEST_GUILESS_MAIN(Playing)

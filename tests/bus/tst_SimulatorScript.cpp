@@ -1,6 +1,7 @@
 #include "SimulatorTest.h"
 
 #include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
 #include <QElapsedTimer>
 #include <QPoint>
 
@@ -15,14 +16,22 @@ private Q_SLOTS:
     void ASilentMethodNeverAnswers();
     void AnAnswerCanBeHeldBack();
     void AScriptedExitEndsItInTheMiddleOfTheCall();
+    void WhoDiesHasAnswered();
+    void ASignalGoesBesideAnAnswer_data();
+    void ASignalGoesBesideAnAnswer();
     void RecordsEachCallAsItIsTyped();
     void ASlipInAScriptIsAnError_data();
     void ASlipInAScriptIsAnError();
+
+public Q_SLOTS:
+    void OnSignal(const QString& file) { m_events.append(file); }
 
 private:
     // Of the sound manager's PlayAux.
     void SetAnswer(const char* kind, const QVariantList& values, int delay_ms, int times);
     QList<QVariantMap> Calls();
+
+    QStringList m_events;
 };
 
 void SimulatorScript::SetAnswer(const char* kind, const QVariantList& values, int delay_ms, int times)
@@ -111,6 +120,52 @@ void SimulatorScript::AScriptedExitEndsItInTheMiddleOfTheCall()
     QVERIFY(ExitCode(Process()) > 0);
 }
 
+void SimulatorScript::WhoDiesHasAnswered()
+{
+    Start();
+    SetAnswer("die", {3}, 0, 1);
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{3});
+    QVERIFY(ExitCode(Process()) > 0);
+}
+
+void SimulatorScript::ASignalGoesBesideAnAnswer_data()
+{
+    QTest::addColumn<bool>("isFirst");
+    QTest::addColumn<int>("gap_ms");
+    QTest::newRow("right before") << true << 0;
+    QTest::newRow("before") << true << 200;
+    QTest::newRow("right behind") << false << 0;
+    QTest::newRow("behind") << false << 200;
+}
+
+void SimulatorScript::ASignalGoesBesideAnAnswer()
+{
+    QFETCH(bool, isFirst);
+    QFETCH(int, gap_ms);
+    Start();
+    m_events.clear();
+    const QString sound = QStringLiteral("sound");
+    QVERIFY(Bus().Connection().connect(Service(sound), ObjectPath(sound), SOUND_INTERFACE,
+                                       QStringLiteral("PlayFileCompleted"), this, SLOT(OnSignal(QString))));
+    QCOMPARE(Control("SetSignal", {SOUND_INTERFACE, PLAY_AUX, QStringLiteral("PlayFileCompleted"),
+                                   QVariant(QVariantList{QStringLiteral("end")}), isFirst, gap_ms, 1})
+                 .type(),
+             QDBusMessage::ReplyMessage);
+    QElapsedTimer timer;
+    const QDBusPendingCallWatcher answer(Bus().Connection().asyncCall(
+        QDBusMessage::createMethodCall(Service(sound), ObjectPath(sound), SOUND_INTERFACE, PLAY_AUX)));
+    QVERIFY(connect(&answer, &QDBusPendingCallWatcher::finished, this, [&] { OnSignal(QStringLiteral("answer")); }));
+    QVERIFY(WaitUntil([this] { return !m_events.isEmpty(); }));
+    timer.start();
+    QVERIFY(WaitUntil([this] { return m_events.size() == 2; }));
+    QVERIFY2(timer.elapsed() >= gap_ms - 2 * WAIT_SLICE_MS, qPrintable(QString::number(timer.elapsed())));
+    QStringList expected{QStringLiteral("end"), QStringLiteral("answer")};
+    if (!isFirst)
+        expected.swapItemsAt(0, 1);
+    QCOMPARE(m_events, expected);
+    QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
+}
+
 void SimulatorScript::RecordsEachCallAsItIsTyped()
 {
     Start();
@@ -154,6 +209,17 @@ void SimulatorScript::ASlipInAScriptIsAnError_data()
     answer("an error without a message", SOUND_INTERFACE, PLAY_AUX, "error", {QStringLiteral("com.example.E")}, 0, 0);
     answer("an error with a name that no bus takes", SOUND_INTERFACE, PLAY_AUX, "error",
            {QStringLiteral("Error"), QString()}, 0, 0);
+    const auto signal = [](const char* name, const QString& interface, const QString& method, const char* of,
+                           int gap_ms, int times) {
+        QTest::newRow(name) << QByteArray("SetSignal")
+                            << QVariantList{interface, method, QString::fromLatin1(of), QVariant(QVariantList()), true,
+                                            gap_ms,    times};
+    };
+    signal("a signal at an unknown interface", QStringLiteral("com.example"), PLAY_AUX, "PlayFileCompleted", 0, 1);
+    signal("a signal at an unknown method", SOUND_INTERFACE, QStringLiteral("PlayDrum"), "PlayFileCompleted", 0, 1);
+    signal("an unknown signal at a method", SOUND_INTERFACE, PLAY_AUX, "Applause", 0, 1);
+    signal("a signal with a negative gap", SOUND_INTERFACE, PLAY_AUX, "PlayFileCompleted", -1, 1);
+    signal("a signal with a negative count", SOUND_INTERFACE, PLAY_AUX, "PlayFileCompleted", 0, -1);
     QTest::newRow("an unknown peer") << QByteArray("SetPresent") << QVariantList{QStringLiteral("com.example"), true};
     QTest::newRow("an unknown signal") << QByteArray("EmitSignal")
                                        << QVariantList{SOUND_INTERFACE, QStringLiteral("Applause"),

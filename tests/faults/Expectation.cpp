@@ -36,6 +36,29 @@ bool IsMissed(const Request& request, const Fault* fault)
     return fault && fault->kind == FaultKind::LATE && request.timeout_ms > NEXT_AFTER_MS + STILL_IN_TIME_MS;
 }
 
+bool IsPhotoWork(const Request& request)
+{
+    return request.wait == Wait::PHOTO || request.wait == Wait::SERIES;
+}
+
+// Whether what is under way ends because its peer leaves the bus.
+bool IsEndedWithPeer(const Request& request, FaultKind kind)
+{
+    const bool isStart = request.trigger == Trigger::START && request.wait != Wait::NOTHING;
+    switch (kind)
+    {
+    case FaultKind::DIES:
+    case FaultKind::RESTARTS: return isStart;
+    // The successor answers a second request, and what that starts is the successor's.
+    case FaultKind::TAKEN_OVER: return isStart && request.follow == Follow::NEVER;
+    // Photo work is under way also when its request has failed; a series that could not be stopped goes on.
+    case FaultKind::EXIT:
+    case FaultKind::EMPTY_STRUCTURE: return IsPhotoWork(request) || request.trigger == Trigger::PHOTO;
+    case FaultKind::ABSENT: return request.trigger != Trigger::START;
+    default: return false;
+    }
+}
+
 } // namespace
 
 const QString Expectation::NEXT_DONE =
@@ -78,9 +101,19 @@ Expectation::Expectation(const Request& request, const Fault* fault, bool isNext
             (after == PeerAfter::HERE ? calls : successorCalls) += TableLines(request.followCall);
     }
 
-    if (fault && fault->kind == FaultKind::FLOOD)
+    if (fault && IsEndedWithPeer(request, fault->kind))
+    {
+        // At a deletion it has ended before it is to be stopped: the first record of the stop is the last of those.
+        const qsizetype place =
+            request.trigger == Trigger::DELETION ? TableLines(request.before).size() - 1 : taskLines.size();
+        taskLines.insert(place, QString::fromLatin1(request.endedWithPeer));
+    }
+    else if (fault && fault->kind == FaultKind::FLOOD)
         AddFlood(request);
-    else
+    else if (fault && fault->kind == FaultKind::ENDS &&
+             (request.wait != Wait::PLAYBACK || request.follow == Follow::NEVER))
+        AddSignalBehind(request);
+    else if (!fault || fault->kind != FaultKind::ABSENT || !IsPhotoWork(request))
         AddEnd(request, isGone, isAccepted);
 }
 
@@ -93,6 +126,21 @@ void Expectation::AddFlood(const Request& request)
         calls.append(QStringLiteral("photo.StopPhotoStream -"));
     if (request.wait == Wait::PHOTO || request.wait == Wait::SERIES || request.trigger == Trigger::PHOTO)
         photos = FLOOD_SIZE;
+}
+
+void Expectation::AddSignalBehind(const Request& request)
+{
+    switch (request.wait)
+    {
+    case Wait::PLAYBACK: taskLines += TableLines(request.ended); break;
+    case Wait::PHOTO: photos = 1; break;
+    case Wait::SERIES:
+        photos = 1;
+        signalsToEnd = PHOTOS_OF_A_SERIES - 1;
+        endLines = TableLines(request.ended);
+        break;
+    case Wait::NOTHING: photos += request.trigger == Trigger::PHOTO ? 1 : 0; break;
+    }
 }
 
 void Expectation::AddEnd(const Request& request, bool isGone, bool isAccepted)

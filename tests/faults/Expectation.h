@@ -24,6 +24,7 @@ struct Expectation
 
 private:
     void AddFlood(const Request& request);
+    void AddSignalBehind(const Request& request);
     void AddEnd(const Request& request, bool isGone, bool isAccepted);
 };
 

@@ -31,7 +31,7 @@ QByteArray Schedule(const Request& request)
 
 bool IsTaskLine(const QString& line)
 {
-    return line.contains(QStringLiteral("[tasks/"));
+    return line.contains(QStringLiteral("[tasks/")) || line.contains(QStringLiteral("[Task.cpp]"));
 }
 
 // The records of the levels that the matrix states, without those of a schedule that is loaded again.
@@ -114,6 +114,9 @@ void FaultLane::Script()
         m_rig.Second().StandBy(m_request.peer);
         device.AnswerAndLeave(method, 0);
         break;
+    case FaultKind::DIES:
+    case FaultKind::RESTARTS: break;
+    case FaultKind::ENDS: device.AnswerThenEmit(method, m_signal->name, m_signal->values); break;
     case FaultKind::FLOOD:
     case FaultKind::WRONG_SIGNALS:
     case FaultKind::STRANGER:
@@ -122,6 +125,17 @@ void FaultLane::Script()
         break;
     case FaultKind::LATE: device.AnswerLate(method, REFUSAL); break;
     }
+}
+
+bool FaultLane::SendsSignals() const
+{
+    return m_fault && m_fault->isSignal && !IsFault(FaultKind::ENDS);
+}
+
+bool FaultLane::IsDeviceLost() const
+{
+    return IsFault(FaultKind::EXIT) || IsFault(FaultKind::EMPTY_STRUCTURE) || IsFault(FaultKind::DIES) ||
+           IsFault(FaultKind::RESTARTS);
 }
 
 // Where another request comes first, the peer goes away with its answer.
@@ -154,26 +168,41 @@ void FaultLane::Provoke()
         TakePhotos();
     else if (m_request.trigger == Trigger::DELETION)
         Delete();
-    else if (m_fault && m_fault->isSignal)
+    else if (SendsSignals())
     {
         if (!m_rig.WaitForLoop())
             Complain(QStringLiteral("the loop does not go on"));
         SendFaultySignals();
     }
+    if (IsFault(FaultKind::DIES) || IsFault(FaultKind::RESTARTS))
+        LoseDevice();
+}
+
+void FaultLane::LoseDevice()
+{
+    if (!m_rig.WaitForLoop())
+        Complain(QStringLiteral("the loop does not go on"));
+    Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
+    if (IsFault(FaultKind::RESTARTS))
+        m_rig.ReplaceDevice();
+    else
+        m_rig.LoseDevice();
 }
 
 void FaultLane::TakePhotos()
 {
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
-    if (m_fault && m_fault->isSignal)
+    if (SendsSignals())
         SendFaultySignals();
     if (IsFault(FaultKind::FLOOD))
         return;
     // The daemon stands still until the peer has gone, with the photos on their way.
     if (IsFault(FaultKind::ABSENT))
         m_rig.Daemon().Signal(SIGSTOP);
-    m_rig.Device().Emit(m_signal->name, m_signal->values, static_cast<int>(m_expected->photos));
+    // The last one comes by itself where the peer sends it behind its answer.
+    const qsizetype sent = m_expected->photos - (IsFault(FaultKind::ENDS) ? 1 : 0);
+    m_rig.Device().Emit(m_signal->name, m_signal->values, static_cast<int>(sent));
     if (!IsFault(FaultKind::ABSENT))
         return;
     LosePeer();
@@ -210,7 +239,7 @@ void FaultLane::Delete()
         LosePeer();
     const QDBusPendingCall reload = m_rig.Bus().Connection().asyncCall(QDBusMessage::createMethodCall(
         SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE, QStringLiteral("Reload")));
-    if (m_fault && m_fault->isSignal)
+    if (SendsSignals())
     {
         if (!m_rig.Device().WaitForCalls(m_expected->calls.size()))
             Complain(QStringLiteral("no stop is asked for"));
@@ -262,7 +291,7 @@ void FaultLane::Judge()
         Compare("the next action's signals", m_rig.Client().WaitForSignals(1),
                 {QStringLiteral("ExpectedPddAction(1,true)")});
     // A device that is gone cannot tell.
-    if (!IsFault(FaultKind::EXIT) && !IsFault(FaultKind::EMPTY_STRUCTURE))
+    if (!IsDeviceLost())
         Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
     Compare("the successor's calls", m_rig.Second().Calls(), m_expected->successorCalls);
     m_isNextWatched = m_expected->isNextMissed;
@@ -274,7 +303,7 @@ void FaultLane::Settle()
 {
     if (IsIdle())
         return;
-    if (IsFault(FaultKind::EXIT) || IsFault(FaultKind::EMPTY_STRUCTURE))
+    if (IsDeviceLost() && !IsFault(FaultKind::RESTARTS))
         m_rig.ReplaceDevice();
     else if (IsFault(FaultKind::ABSENT))
         m_rig.Device().SetPresent(m_request.peer, true);

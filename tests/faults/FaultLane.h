@@ -37,6 +37,9 @@ private:
     [[nodiscard]] QByteArray Method() const;
     void Script();
     void LosePeer();
+    void LoseDevice(); // where that is the fault
+    [[nodiscard]] bool SendsSignals() const;
+    [[nodiscard]] bool IsDeviceLost() const; // on that day, before the calls are compared
     void TakePhotos();
     void SendFaultySignals();
     void Delete();

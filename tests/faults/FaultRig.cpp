@@ -62,11 +62,16 @@ bool FaultRig::Start()
     return m_daemon.WaitForLog(QStringLiteral("4 [Scheduler.cpp] Schedule started"));
 }
 
-void FaultRig::ReplaceDevice()
+void FaultRig::LoseDevice()
 {
     m_device.reset();
     if (!m_bus.WaitForService(QStringLiteral("com.kestrelix.ozna.simulator"), false))
         qFatal("the earlier simulator is still on the bus");
+}
+
+void FaultRig::ReplaceDevice()
+{
+    LoseDevice();
     m_device.emplace(m_bus);
     m_device->Start();
 }

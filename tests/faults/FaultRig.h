@@ -31,6 +31,9 @@ public:
     // Starts the daemon; false when its schedule does not run.
     [[nodiscard]] bool Start();
 
+    // The device's process ends.
+    void LoseDevice();
+
     // A device in the place of one that has ended.
     void ReplaceDevice();
 

@@ -21,6 +21,11 @@ constexpr const char* PLAYLIST_ENDED = "4 [tasks/PlayPlaylist.cpp] TASK COMPLETE
 constexpr const char* STREAM_ENDED = "4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live";
 constexpr const char* SERIES_ENDED = "4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=10 s, num=2, ";
 constexpr const char* SERIES_BEGUN = "4 [tasks/Photo.cpp] TASK REQUESTED | Photo: interval=10 s, num=2, ";
+constexpr const char* MESSAGE_GONE = "2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayMessage: gong.mp3";
+constexpr const char* PLAYLIST_GONE = "2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: day";
+constexpr const char* STREAM_GONE = "2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayStream: rtsp://10.0.0.5:8554/live";
+constexpr const char* PHOTO_GONE = "2 [Task.cpp] TASK ENDED WITH ITS PEER | RecordPhoto: interval=0 s, num=1";
+constexpr const char* SERIES_GONE = "2 [Task.cpp] TASK ENDED WITH ITS PEER | RecordPhoto: interval=10 s, num=2";
 constexpr const char* ASKING = "4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...";
 
 // clang-format off
@@ -29,22 +34,22 @@ constexpr std::array REQUESTS{
             "", PLAY_FILE, "",
             "1 [tasks/PlayMessage.cpp] PlayFile request error: %1",
             "1 [tasks/PlayMessage.cpp] PlayFile error: 7",
-            "", Follow::NEVER, "", "", "", Wait::PLAYBACK, MESSAGE_ENDED, "no message"},
+            "", Follow::NEVER, "", "", "", Wait::PLAYBACK, MESSAGE_ENDED, "no message", MESSAGE_GONE},
     Request{"play", "PlayPlaylist", "PlayPlaylist|day,-1,morning", "2 (PlayPlaylist)", Trigger::START, "sound",
             "PlayPlaylist", PLAYLIST_MS, "", PLAY_PLAYLIST, ASKING,
             "1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: %1",
             "1 [tasks/PlayPlaylist.cpp] PlayPlaylist error: 7",
             "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: day|1|08:30:00|-1",
-            Follow::NEVER, "", "", "", Wait::PLAYBACK, PLAYLIST_ENDED, "no playlist"},
+            Follow::NEVER, "", "", "", Wait::PLAYBACK, PLAYLIST_ENDED, "no playlist", PLAYLIST_GONE},
     Request{"play", "PlayStream", "PlayStream|8554/live", "16 (PlayStream)", Trigger::START, "sound", "PlayStream",
             SOUND_MS, "", PLAY_STREAM, "",
             "1 [tasks/PlayStream.cpp] PlayStream request error: %1",
             "1 [tasks/PlayStream.cpp] PlayStream error: 7",
-            "", Follow::NEVER, "", "", "", Wait::PLAYBACK, STREAM_ENDED, "no stream"},
+            "", Follow::NEVER, "", "", "", Wait::PLAYBACK, STREAM_ENDED, "no stream", STREAM_GONE},
     Request{"play", "SetPlayerVolume(file)", "PlayMessage|gong.mp3,70", "1 (PlayMessage)", Trigger::START, "sound",
             "SetPlayerVolume", SOUND_MS, "", "sound.SetPlayerVolume sd file 70", "", "", "", "",
             Follow::ALWAYS, PLAY_FILE, "", "1 [tasks/PlayMessage.cpp] PlayFile request error: %1",
-            Wait::PLAYBACK, MESSAGE_ENDED, "the message at the volume before"},
+            Wait::PLAYBACK, MESSAGE_ENDED, "the message at the volume before", MESSAGE_GONE},
     Request{"play", "SetPlayerVolume(playlist)", "PlayPlaylist|day,70,morning", "2 (PlayPlaylist)", Trigger::START,
             "sound", "SetPlayerVolume", SOUND_MS, "", "sound.SetPlayerVolume sd playlist 70", "", "", "", "",
             Follow::ALWAYS, PLAY_PLAYLIST,
@@ -52,11 +57,11 @@ constexpr std::array REQUESTS{
             "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: day|1|08:30:00|70",
             "4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...\n"
             "1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: %1",
-            Wait::PLAYBACK, PLAYLIST_ENDED, "the playlist at the volume before"},
+            Wait::PLAYBACK, PLAYLIST_ENDED, "the playlist at the volume before", PLAYLIST_GONE},
     Request{"play", "SetPlayerVolume(stream)", "PlayStream|8554/live,70", "16 (PlayStream)", Trigger::START, "sound",
             "SetPlayerVolume", SOUND_MS, "", "sound.SetPlayerVolume sd stream 70", "", "", "", "",
             Follow::ALWAYS, PLAY_STREAM, "", "1 [tasks/PlayStream.cpp] PlayStream request error: %1",
-            Wait::PLAYBACK, STREAM_ENDED, "the stream at the volume before"},
+            Wait::PLAYBACK, STREAM_ENDED, "the stream at the volume before", STREAM_GONE},
 
     Request{"slow", "PlayRadioFm", "PlayRadioFm|98.5", "6 (PlayRadioFm)", Trigger::START, "sound", "PlayRadioFm",
             RADIO_MS, "", "sound.PlayRadioFm -", "",
@@ -111,7 +116,7 @@ constexpr std::array REQUESTS{
             "4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it",
             "2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file",
             "2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file",
-            "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the message goes on"},
+            "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the message goes on", MESSAGE_GONE},
     Request{"delete", "StopPlay(playlist), deletion", "PlayPlaylist|day,-1,morning", "2 (PlayPlaylist)",
             Trigger::DELETION, "sound", "StopPlay", SOUND_MS, PLAY_PLAYLIST, "sound.StopPlay ss playlist morning",
             "4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...\n"
@@ -120,13 +125,13 @@ constexpr std::array REQUESTS{
             "(from /com/kestrelix/ozna/updatemanager/updateobj)",
             "2 [tasks/PlayPlaylist.cpp] Impossible to stop scheduled playlist",
             "2 [tasks/PlayPlaylist.cpp] Impossible to stop scheduled playlist",
-            "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the playlist goes on"},
+            "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the playlist goes on", PLAYLIST_GONE},
     Request{"delete", "StopPlay(stream), deletion", "PlayStream|8554/live", "16 (PlayStream)", Trigger::DELETION,
             "sound", "StopPlay", SOUND_MS, PLAY_STREAM, "sound.StopPlay ss stream ",
             "4 [tasks/PlayStream.cpp] Scheduled Stream rtsp://10.0.0.5:8554/live running: stop it",
             "2 [tasks/PlayStream.cpp] Impossible to stop scheduled stream",
             "2 [tasks/PlayStream.cpp] Impossible to stop scheduled stream",
-            "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the stream goes on"},
+            "", Follow::NEVER, "", "", "", Wait::NOTHING, "", "the stream goes on", STREAM_GONE},
 
     Request{"set", "SetMasterVolume", "Volume|50", "5 (Volume)", Trigger::START, "sound", "SetMasterVolume", SOUND_MS,
             "", "sound.SetMasterVolume d 50", "",
@@ -182,17 +187,17 @@ constexpr std::array REQUESTS{
             "1 [tasks/Photo.cpp] TakePhoto() request error: %1",
             "1 [tasks/Photo.cpp] TakePhoto error: 7",
             "4 [tasks/Photo.cpp] TASK REQUESTED | Photo",
-            Follow::NEVER, "", "", "", Wait::PHOTO, "", "no photo"},
+            Follow::NEVER, "", "", "", Wait::PHOTO, "", "no photo", PHOTO_GONE},
     Request{"photo", "TakePhotoStream", "RecordPhoto|10,2", "4 (RecordPhoto)", Trigger::START, "photo",
             "TakePhotoStream", PHOTO_MS, "", "photo.TakePhotoStream i 10", "",
             "4 [tasks/Photo.cpp] TakePhotoStream(10) request error: %1",
             "4 [tasks/Photo.cpp] TakePhotoStream(10) request error (7)",
-            SERIES_BEGUN, Follow::NEVER, "", "", "", Wait::SERIES, SERIES_ENDED, "no photos"},
+            SERIES_BEGUN, Follow::NEVER, "", "", "", Wait::SERIES, SERIES_ENDED, "no photos", SERIES_GONE},
     Request{"photo", "StopPhotoStream", "RecordPhoto|10,2", "4 (RecordPhoto)", Trigger::PHOTO, "photo",
             "StopPhotoStream", PHOTO_MS, "photo.TakePhotoStream i 10", "photo.StopPhotoStream -", SERIES_BEGUN,
             "4 [tasks/Photo.cpp] StopPhotoStream request error: %1",
             "1 [tasks/Photo.cpp] StopPhotoStream error: 7",
-            SERIES_ENDED, Follow::NEVER, "", "", "", Wait::NOTHING, SERIES_ENDED, "the series goes on"},
+            SERIES_ENDED, Follow::NEVER, "", "", "", Wait::NOTHING, SERIES_ENDED, "the series goes on", SERIES_GONE},
 };
 // clang-format on
 

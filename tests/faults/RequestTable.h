@@ -50,8 +50,9 @@ struct Request
     const char* onFollow;     // records of the second request, accepted
     const char* onFollowGone; // records of the second request when the peer is not there; %1 as above
     Wait wait;
-    const char* ended; // the record of the end that it waits for
-    const char* lost;  // for the document: what it means when it is not done
+    const char* ended;              // the record of the end that it waits for
+    const char* lost;               // for the document: what it means when it is not done
+    const char* endedWithPeer = ""; // the record of what is under way when its peer leaves the bus; empty: nothing is
 };
 
 std::span<const Request> AllRequests();

@@ -161,8 +161,11 @@ void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone_data()
 {
     QTest::addColumn<int>("failing");
     QTest::newRow("the update manager's signal") << 0;
-    QTest::newRow("the far timer") << 1;
-    QTest::newRow("the early timer") << 2;
+    QTest::newRow("the end of a message") << 1;
+    QTest::newRow("the end of a playlist") << 2;
+    QTest::newRow("the end of a stream") << 3;
+    QTest::newRow("the far timer") << 4;
+    QTest::newRow("the early timer") << 5;
 }
 
 void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone()

@@ -1,11 +1,15 @@
 #include "Action.h"
 #include "ActionLine.h"
+#include "PeerOwner.h"
 #include "PlaylistLines.h"
+#include "Scheduler.h"
 #include "StringUtils.h"
 #include "TextFile.h"
 #include "UnitTest.h"
 #include "tasks/Photo.h"
 #include "tasks/PlayPlaylist.h"
+
+#include <SoundManagerProxy.h>
 
 #include <new>
 
@@ -73,6 +77,8 @@ private Q_SLOTS:
     void APhotoThatCannotSeePhotosIsTold();
     void APddRequestThatCannotBeHeardIsRejected();
     void APlaybackWhoseEndCannotBeHeardIsTold();
+    void APlaybackWhosePeerCannotBeFollowedIsTold();
+    void APeersOwnerThatCannotBeHeardIsNone();
     void APlaylistWithAReadErrorKeepsItsTracks();
 
 private:
@@ -134,6 +140,26 @@ void BrokenTasksTest::APlaybackWhoseEndCannotBeHeardIsTold()
     QVERIFY(task.IsRunning());
     QCOMPARE(LogRecorder::Messages(2), QStringList{u"Can't wait for the end of PlayPlaylist"_s});
     LogRecorder::Clear();
+}
+
+void BrokenTasksTest::APlaybackWhosePeerCannotBeFollowedIsTold()
+{
+    const PeerOwner owner(Scheduler::m_soundManProxy);
+    PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
+    m_cannotConnect = true;
+    LogRecorder::Clear();
+    QVERIFY(task.Run());
+    QVERIFY(task.IsRunning());
+    QCOMPARE(LogRecorder::Messages(2), (QStringList{u"Can't wait for the peer of PlayPlaylist to leave"_s,
+                                                    u"Can't wait for the end of PlayPlaylist"_s}));
+    LogRecorder::Clear();
+}
+
+void BrokenTasksTest::APeersOwnerThatCannotBeHeardIsNone()
+{
+    m_cannotConnect = true;
+    QVERIFY_THROWS_EXCEPTION(std::exception, PeerOwner(Scheduler::m_soundManProxy));
+    QVERIFY(PeerOwner::Of(Scheduler::m_soundManProxy) == nullptr);
 }
 
 void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void AnErrorMessageIsABusError();
     void AnErrorMessagesValueIsReadLikeAReplys();
     void AReplyIsMadeOfAStatusOrAnError();
+    void TheSenderIsWhoAnswered();
 };
 
 void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt_data()
@@ -135,6 +136,16 @@ void PeerReplyTest::AReplyIsMadeOfAStatusOrAnError()
     QCOMPARE(failed.Status(), 0);
     // Also an error without a text is one.
     QVERIFY(PeerReply::Failed({}).IsBusError());
+}
+
+void PeerReplyTest::TheSenderIsWhoAnswered()
+{
+    const auto from = [](const QString& name) { return QDBusMessage::createMethodCall(name, u"/"_s, {}, u"x"_s); };
+    QCOMPARE(PeerReply(from(u":1.5"_s)).Sender(), u":1.5"_s);
+    QCOMPARE(PeerReply(from(u"org.freedesktop.DBus"_s)).Sender(), QString());
+    QCOMPARE(PeerReply(from({})).Sender(), QString());
+    QCOMPARE(PeerReply(0).Sender(), QString());
+    QVERIFY(PeerReply(0).Turn() == nullptr);
 }
 
 QTEST_GUILESS_MAIN(PeerReplyTest)

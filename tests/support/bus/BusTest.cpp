@@ -18,8 +18,7 @@ void BusTest::init()
         !QDir(m_data->path()).mkdir(QStringLiteral("playlists")))
         qFatal("cannot make the data folder");
     m_bus.emplace();
-    m_device.emplace(*m_bus);
-    m_device->Start();
+    StartDevice();
     m_time.emplace();
     m_time->Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 49), Qt::UTC));
     m_client.emplace(m_bus->Connection());
@@ -71,6 +70,20 @@ void BusTest::WriteSchedule(const QByteArray& content, const QString& name) cons
 void BusTest::WritePlaylist(const QByteArray& content, const QString& name) const
 {
     WriteFile(DataPath(QStringLiteral("playlists/") + name), content);
+}
+
+void BusTest::StopDevice()
+{
+    m_device.reset();
+    if (!m_bus->WaitForService(QStringLiteral("com.kestrelix.ozna.simulator"), false))
+        qFatal("the simulator is still on the bus");
+}
+
+void BusTest::StartDevice()
+{
+    StopDevice();
+    m_device.emplace(*m_bus);
+    m_device->Start();
 }
 
 bool BusTest::StartDaemon()

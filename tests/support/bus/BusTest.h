@@ -46,6 +46,10 @@ protected:
     void WriteSchedule(const QByteArray& content, const QString& name = QStringLiteral("schedule.csv")) const;
     void WritePlaylist(const QByteArray& content, const QString& name) const;
 
+    // Ends the simulated device's process, so that nobody has the peers' names, and starts another in its place.
+    void StopDevice();
+    void StartDevice();
+
     // Starts the daemon and waits until its schedule runs.
     [[nodiscard]] bool StartDaemon();
 

@@ -138,6 +138,30 @@ void SimulatorProcess::AnswerBroken(const char* method) const
     SetAnswer(method, "broken", {}, 0, 1);
 }
 
+void SimulatorProcess::AnswerAndDie(const char* method, int status) const
+{
+    SetAnswer(method, "die", {status}, 0, 1);
+}
+
+void SimulatorProcess::SetSignal(const char* method, const char* signal, const QVariantList& values, bool isFirst,
+                                 int gap_ms, int times) const
+{
+    Control("SetSignal", {InterfaceName(PeerOf(method)), NameOf(method), NameOf(signal), QVariant::fromValue(values),
+                          isFirst, gap_ms, times});
+}
+
+void SimulatorProcess::AnswerThenEmit(const char* method, const char* signal, const QVariantList& values, int gap_ms,
+                                      int times) const
+{
+    SetSignal(method, signal, values, false, gap_ms, times);
+}
+
+void SimulatorProcess::EmitThenAnswer(const char* method, const char* signal, const QVariantList& values, int gap_ms,
+                                      int times) const
+{
+    SetSignal(method, signal, values, true, gap_ms, times);
+}
+
 void SimulatorProcess::ClearAnswers() const
 {
     Control("ClearAnswers");

@@ -35,6 +35,14 @@ public:
     void AnswerAndLeave(const char* method, int status) const;
     // With what no bus takes: it drops the simulator.
     void AnswerBroken(const char* method) const;
+    // The process ends once the answer is on the bus.
+    void AnswerAndDie(const char* method, int status) const;
+    // With status 0, and a signal right behind the answer, or that long after it.
+    void AnswerThenEmit(const char* method, const char* signal, const QVariantList& values, int gap_ms = 0,
+                        int times = 1) const;
+    // With status 0, right behind a signal, or that long after it.
+    void EmitThenAnswer(const char* method, const char* signal, const QVariantList& values, int gap_ms = 0,
+                        int times = 1) const;
     void ClearAnswers() const;
 
     // Whether the peer with that interface, "sound", owns its service name.
@@ -67,6 +75,8 @@ private:
     [[nodiscard]] QDBusMessage ControlCall(const char* method, const QVariantList& arguments) const;
     QVariantList Control(const char* method, const QVariantList& arguments = {}) const;
     QList<QVariantMap> CallRecords() const;
+    void SetSignal(const char* method, const char* signal, const QVariantList& values, bool isFirst, int gap_ms,
+                   int times) const;
     void SetAnswer(const char* method, const char* kind, const QVariantList& values, int delay_ms, int times) const;
 
     const PrivateBus& m_bus;

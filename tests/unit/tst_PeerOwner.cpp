@@ -1,0 +1,116 @@
+#include "PeerOwner.h"
+#include "Scheduler.h"
+#include "UnitTest.h"
+#include "tasks/Photo.h"
+#include "tasks/PlayPlaylist.h"
+
+#include <LightManagerProxy.h>
+#include <PhotoManagerProxy.h>
+#include <SoundManagerProxy.h>
+
+#include <QSignalSpy>
+
+using namespace Qt::StringLiterals;
+
+// Who owns a manager's name, told by hand.
+class PeerOwnerTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void ItBelongsToItsProxy();
+    void OnlyWhoLeavesIsTold_data();
+    void OnlyWhoLeavesIsTold();
+    void APlaylistCountsAsCompletedOnce();
+    void AFailureWithoutAnOwnerLeavesNothingUnderWay_data();
+    void AFailureWithoutAnOwnerLeavesNothingUnderWay();
+
+private:
+    void Begin() override { Data().WritePlaylist("track1.mp3;60\ntrack2.mp3;30\n", u"xmas"_s); }
+};
+
+void PeerOwnerTest::ItBelongsToItsProxy()
+{
+    QVERIFY(PeerOwner::Of(nullptr) == nullptr);
+    // Nobody leaves a bus that is not there.
+    QVERIFY(PeerOwner::Of(Scheduler::m_soundManProxy) == nullptr);
+    QVERIFY(PeerOwner::Of(Scheduler::m_photoManProxy) == nullptr);
+    const PeerOwner owner(Scheduler::m_photoManProxy);
+    QCOMPARE(PeerOwner::Of(Scheduler::m_photoManProxy), &owner);
+    QVERIFY(PeerOwner::Of(Scheduler::m_soundManProxy) == nullptr);
+    QCOMPARE(owner.Name(), QString());
+}
+
+void PeerOwnerTest::OnlyWhoLeavesIsTold_data()
+{
+    QTest::addColumn<QString>("earlier");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("told");
+    QTest::newRow("the first") << u""_s << u":1.5"_s << 0;
+    QTest::newRow("a successor") << u":1.5"_s << u":1.7"_s << 1;
+    QTest::newRow("nobody any more") << u":1.5"_s << u""_s << 1;
+    QTest::newRow("the same") << u":1.5"_s << u":1.5"_s << 0;
+}
+
+void PeerOwnerTest::OnlyWhoLeavesIsTold()
+{
+    QFETCH(QString, earlier);
+    QFETCH(QString, name);
+    QFETCH(int, told);
+    PeerOwner owner(Scheduler::m_photoManProxy);
+    const QSignalSpy left(&owner, &PeerOwner::Left);
+    owner.Change(earlier, name);
+    QCOMPARE(owner.Name(), name);
+    QCOMPARE(left.size(), told);
+    if (told > 0)
+        QCOMPARE(left[0][0].toString(), earlier);
+}
+
+void PeerOwnerTest::APlaylistCountsAsCompletedOnce()
+{
+    PeerOwner owner(Scheduler::m_soundManProxy);
+    owner.Change({}, u":1.5"_s);
+    PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
+    QVERIFY(task.Run());
+    LogRecorder::Clear();
+    owner.Change(u":1.4"_s, u":1.5"_s);
+    QVERIFY(task.IsRunning());
+    QVERIFY(!task.IsCompleted());
+    EXPECT_LOG(9, {});
+    owner.Change(u":1.5"_s, {});
+    EXPECT_LOG(9, {{2, "[Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: xmas"}});
+    QVERIFY(!task.IsRunning());
+    QVERIFY(task.m_running);
+    QVERIFY(task.IsCompleted());
+    owner.Change({}, u":1.5"_s);
+    owner.Change(u":1.5"_s, {});
+    EXPECT_LOG(9, {});
+    // An end that is told all the same ends the rest.
+    Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted({});
+    EXPECT_LOG(9, {{4, "[tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"}});
+    QVERIFY(!task.m_running);
+}
+
+void PeerOwnerTest::AFailureWithoutAnOwnerLeavesNothingUnderWay_data()
+{
+    QTest::addColumn<QString>("owner");
+    QTest::addColumn<bool>("isRunning");
+    QTest::newRow("no owner") << u""_s << false;
+    QTest::newRow("an owner") << u":1.5"_s << true;
+}
+
+void PeerOwnerTest::AFailureWithoutAnOwnerLeavesNothingUnderWay()
+{
+    QFETCH(QString, owner);
+    QFETCH(bool, isRunning);
+    PeerOwner photo(Scheduler::m_photoManProxy);
+    photo.Change({}, owner);
+    Bus().AnswerBusError("TakePhoto", u"gone"_s);
+    Photo task({});
+    QVERIFY(!task.Run());
+    LogRecorder::Clear();
+    QCOMPARE(task.IsRunning(), isRunning);
+    QVERIFY(task.m_running);
+}
+
+QTEST_GUILESS_MAIN(PeerOwnerTest)
+#include "tst_PeerOwner.moc"
