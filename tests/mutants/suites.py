@@ -13,6 +13,8 @@ import time
 PASSED = "passed"
 FAILED = "failed"
 LATE = "timed out"
+FAILURE = b"FAIL!"
+POLL_S = 0.1
 
 # A fault may make a program take all that there is.
 MOST_MEMORY = 6 << 30
@@ -45,19 +47,28 @@ class Test:
         environment |= self.environment | variables
         begin = time.monotonic()
         with tempfile.TemporaryDirectory(prefix="ozna-mutant-") as scratch:
-            # Some tests become an ordinary user.
-            os.chmod(scratch, 0o755)
+            # Some tests become an ordinary user, as one may in the folder for temporary files.
+            os.chmod(scratch, 0o1777)
             with open(pathlib.Path(scratch) / "output", "wb") as output:
                 # Whatever the test leaves behind goes with its session, and with its folder.
                 process = subprocess.Popen(self.command, cwd=self.folder, env=environment | {"TMPDIR": scratch},
                                            stdin=subprocess.DEVNULL, stdout=output, stderr=subprocess.STDOUT,
                                            start_new_session=True, preexec_fn=_limit)
-                try:
-                    status = PASSED if process.wait(timeout_s or self.timeout_s) == 0 else FAILED
-                except subprocess.TimeoutExpired:
-                    status = LATE
+                status = _wait(process, pathlib.Path(output.name), begin + (timeout_s or self.timeout_s))
                 _end(process)
         return status, time.monotonic() - begin
+
+
+def _wait(process, output, deadline):
+    """How a test program ends. One that has told of a failure need not come to its end."""
+    with open(output, "rb") as text:
+        while time.monotonic() < deadline:
+            try:
+                return PASSED if process.wait(POLL_S) == 0 else FAILED
+            except subprocess.TimeoutExpired:
+                if FAILURE in text.read():
+                    return FAILED
+    return LATE
 
 
 def _limit():
@@ -85,6 +96,7 @@ class Plan:
 
     def __init__(self, path):
         self.never = []
+        self.without = []
         self.only = []
         self.first = []
         for line in pathlib.Path(path).read_text().splitlines():
@@ -94,20 +106,24 @@ class Plan:
             kind, *patterns = words
             if kind == "never":
                 self.never += patterns
-            elif kind in ("only", "first") and len(patterns) > 1:
+            elif kind in ("only", "without", "first") and len(patterns) > 1:
                 getattr(self, kind).append(patterns)
             else:
                 raise ValueError(f"{path}: {line}")
 
     def order(self, file, costs):
-        """The tests for a fault in that file, out of those of costs: what is tried first, and the rest, the quick ones
-        first."""
+        """The tests for a fault in that file, out of those of costs: what is tried first, those named after the file
+        among it, and the rest, the quick ones first."""
         names = [name for name in sorted(costs, key=costs.get) if not _matches(name, self.never)]
         for pattern, *tests in self.only:
             if re.fullmatch(pattern, file):
                 names = [name for name in names if _matches(name, tests)]
+        for pattern, *tests in self.without:
+            if re.fullmatch(pattern, file):
+                names = [name for name in names if not _matches(name, tests)]
         first = []
-        for pattern, *tests in self.first:
+        own = [re.escape(file), rf"unit\.{pathlib.Path(file).stem}.*"]
+        for pattern, *tests in [own, *self.first]:
             if re.fullmatch(pattern, file):
                 first += [name for test in tests for name in names if _matches(name, [test]) and name not in first]
         return first, [name for name in names if name not in first]
