@@ -1,5 +1,5 @@
 #include "CheckRun.h"
-#include "FindingKind.h"
+#include "Findings.h"
 #include "ParameterRoles.h"
 #include "TaskTable.h"
 #include "TextDiff.h"
@@ -44,6 +44,7 @@ class CheckKindsTest : public QObject
 private Q_SLOTS:
     void EveryKindHasItsFolder();
     void NoKindIsCalledAsAnother();
+    void FindingsStandInTheOrderOfLinesAndThenOfKinds();
     void EveryTaskHasRolesForTheParametersThatItNeeds();
     void BadLinesAreFound_data();
     void BadLinesAreFound();
@@ -61,6 +62,25 @@ void CheckKindsTest::NoKindIsCalledAsAnother()
 {
     QStringList names = Names();
     QCOMPARE(names.removeDuplicates(), 0);
+}
+
+void CheckKindsTest::FindingsStandInTheOrderOfLinesAndThenOfKinds()
+{
+    Findings findings;
+    const auto add = [&findings](int line, FindingKind kind, const char* text) {
+        findings.Add({line, kind, {}, QString::fromLatin1(text), {}});
+    };
+    add(2, FindingKind::FIELD_COUNT, "sixth");
+    add(1, FindingKind::BLOCKING, "fourth");
+    add(1, FindingKind::FALLBACK, "second");
+    add(1, FindingKind::FALLBACK, "third");
+    add(1, FindingKind::MIDNIGHT, "first");
+    add(1, FindingKind::BLOCKING, "fifth");
+    findings.Sort();
+    QStringList texts;
+    for (const Finding& finding : findings.All())
+        texts.append(finding.text);
+    QCOMPARE(texts.join(u' '), QStringLiteral("first second third fourth fifth sixth"));
 }
 
 void CheckKindsTest::EveryTaskHasRolesForTheParametersThatItNeeds()

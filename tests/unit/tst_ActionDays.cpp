@@ -33,6 +33,7 @@ class ActionDaysTest final : public UnitTest
 private Q_SLOTS:
     void ADayOfWeekIsLocal_data();
     void ADayOfWeekIsLocal();
+    void ADayOfWeekIsThatOfTheZoneOfNow();
     void ASpotDateIsThatOfUtc_data();
     void ASpotDateIsThatOfUtc();
     void ASpotDateCountsOnlyWhereTheDayOfWeekDoesNot_data();
@@ -67,6 +68,20 @@ void ActionDaysTest::ADayOfWeekIsLocal()
         }
         Time().Advance_ms(1);
     }
+}
+
+void ActionDaysTest::ADayOfWeekIsThatOfTheZoneOfNow()
+{
+    const ActionLine wednesday{.days = u"0010000"_s};
+    const ActionLine thursday{.days = u"0001000"_s};
+    const TimeZone here("UTC");
+    Time().SetUtc(QDate(2024, 5, 15), QTime(20, 0));
+    QVERIFY(IsDue(wednesday));
+    QVERIFY(!IsDue(thursday));
+    // Nobody tells the library of the change.
+    qputenv("TZ", "Pacific/Auckland");
+    QVERIFY(!IsDue(wednesday));
+    QVERIFY(IsDue(thursday));
 }
 
 void ActionDaysTest::ASpotDateIsThatOfUtc_data()

@@ -31,6 +31,7 @@ private Q_SLOTS:
     void ReloadingADisabledSchedulerDoesNothing();
     void AnotherFileIsReadAtOnce();
     void AnotherFileOfADisabledSchedulerWaits();
+    void WhereBothPassesAreDueTheFarOneComesFirst();
 
 private:
     void Begin() override;
@@ -213,6 +214,22 @@ void LifecycleTest::AnotherFileOfADisabledSchedulerWaits()
     Engine().SetEnabled(true);
     EXPECT_LOG(4, (DISABLED + SchedulerLines::Started(Data(), u"other.csv"_s, ONE_STOP) +
                    LogLines{{4, "[Scheduler.cpp] Scheduling enabled (other.csv)"}}));
+}
+
+void LifecycleTest::WhereBothPassesAreDueTheFarOneComesFirst()
+{
+    // Every fifteenth early pass falls on a far one; with one interval for both each does.
+    constexpr int INTERVAL_MS = 20;
+    QTimer& far = SchedulerAccess::FarTimer(Engine());
+    QTimer& early = SchedulerAccess::EarlyTimer(Engine());
+    far.setInterval(INTERVAL_MS);
+    early.setInterval(INTERVAL_MS);
+    QStringList passes;
+    connect(&far, &QTimer::timeout, this, [&passes] { passes.append(u"far"_s); });
+    connect(&early, &QTimer::timeout, this, [&passes] { passes.append(u"early"_s); });
+    Engine().Start();
+    QTRY_VERIFY(passes.size() >= 2);
+    QCOMPARE(passes.first(2), (QStringList{u"far"_s, u"early"_s}));
 }
 
 QTEST_GUILESS_MAIN(LifecycleTest)

@@ -2,7 +2,14 @@
 #include "Log.h"
 #include "UnitTest.h"
 
+#include <QProcess>
+#include <QScopeGuard>
 #include <QStringDecoder>
+#include <QTemporaryDir>
+
+#include <array>
+#include <clocale>
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -35,6 +42,7 @@ private Q_SLOTS:
     void TheOriginIsTheSchedulerObject();
     void AnotherOriginReachesTheLogClient();
     void WithoutLogClientARecordIsDropped();
+    void ACommaOfTheUsersLocaleStaysOutOfARecord();
 };
 
 void LogTest::ARecordIsPrefixAndMessage_data()
@@ -169,6 +177,31 @@ void LogTest::WithoutLogClientARecordIsDropped()
     OZNA_LOG(LEVEL_ERROR, "text");
     _logInterface = client;
     EXPECT_LOG(9, {});
+}
+
+void LogTest::ACommaOfTheUsersLocaleStaysOutOfARecord()
+{
+    const QTemporaryDir locales;
+    const QString source = QStringLiteral(OZNA_LOCALE_DIR);
+    // It complains of all that a whole locale has besides.
+    QProcess::execute(u"localedef"_s, {u"--force"_s, u"--quiet"_s, u"-f"_s, source + u"/charmap"_s, u"-i"_s,
+                                       source + u"/comma"_s, locales.filePath(u"comma"_s)});
+    qputenv("LOCPATH", locales.path().toLocal8Bit());
+    const auto restore = qScopeGuard([] {
+        std::setlocale(LC_NUMERIC, "C");
+        qunsetenv("LOCPATH");
+    });
+    QVERIFY(std::setlocale(LC_NUMERIC, "comma") != nullptr);
+    const auto shown = [] {
+        std::array<char, 8> text{};
+        static_cast<void>(std::snprintf(text.data(), text.size(), "%.2f", 98.5));
+        return QByteArray(text.data());
+    };
+    QCOMPARE(shown(), "98,50"_ba);
+    OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%.2f", 98.5);
+    QCOMPARE(LogRecorder::Records()[0].text, PREFIX + "98.50");
+    // What else the process shows is shown as the user wants it.
+    QCOMPARE(shown(), "98,50"_ba);
 }
 
 QTEST_GUILESS_MAIN(LogTest)

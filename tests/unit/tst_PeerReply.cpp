@@ -61,6 +61,12 @@ void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt_data()
     row("false counts as 0", false, 0);
     row("a whole double", 3.0, 3);
     row("a negative double", -3.0, -3);
+    row("a double nearer to 1 than to 0", 0.6, 1);
+    row("a half", 0.5, 1);
+    row("a double nearer to 0 than to 1", 0.4, 0);
+    row("a double nearer to -1 than to 0", -0.6, -1);
+    row("a negative half", -0.5, -1);
+    row("a double nearer to 0 than to -1", -0.4, 0);
     row("a double that no int holds", 1e300, INT_MAX);
     row("a negative double that no int holds", -1e300, INT_MIN);
     row("a double just beyond the ints", 2147483648.0, INT_MAX);

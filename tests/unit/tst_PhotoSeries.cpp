@@ -5,6 +5,9 @@
 
 #include <PhotoManagerProxy.h>
 
+#include <QDeadlineTimer>
+#include <QTimer>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -25,6 +28,28 @@ LogLine Taken()
 LogLine Total(int count)
 {
     return {9, "[tasks/Photo.cpp] >>> Total photo: " + QByteArray::number(count)};
+}
+
+// A refusal that takes its time: longer than a task lets photos ask one after the other.
+PeerReply RefuseSlowly(const PeerRequest& request)
+{
+    Q_UNUSED(request)
+    for (const QDeadlineTimer end(510); !end.hasExpired();)
+        ;
+    return PeerReply(4);
+}
+
+// Runs a series of two photos up to a stop that was refused slowly, with two more photos behind it.
+void HoldUp(Photo& task, PeerRecorder& bus)
+{
+    bus.Answer("StopPhotoStream", RefuseSlowly);
+    QVERIFY(task.Run());
+    bus.Clear();
+    for (int photo = 1; photo <= 4; ++photo)
+        TakePhoto();
+    EXPECT_REQUESTS(bus, {STOP});
+    bus.Answer("StopPhotoStream", 0);
+    EXPECT_LOG(2, {{1, "[tasks/Photo.cpp] StopPhotoStream error: 4\n"}});
 }
 
 LogLine Completed(int interval_s, int number)
@@ -52,6 +77,8 @@ private Q_SLOTS:
     void AStopThatFailedIsAskedForAgain();
     void EveryTaskSeesEveryPhoto();
     void ARunBeginsANewSeries();
+    void PhotosBehindASlowStopAskOnceForAllOfThem();
+    void PhotosBehindASlowStopAskNothingAfterTheSeries();
     void OtherSignalsAreNoPhotos();
     void ATaskThatIsGoneSeesNothing();
 };
@@ -251,6 +278,31 @@ void PhotoSeriesTest::ARunBeginsANewSeries()
     TakePhoto();
     EXPECT_LOG(9, {Taken()});
     QVERIFY(!task.IsRunning());
+}
+
+void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem()
+{
+    Photo task(u"10,2"_s);
+    HoldUp(task, Bus());
+    QTRY_COMPARE(Bus().Requests().size(), 1);
+    QVERIFY(!task.IsRunning());
+    QCoreApplication::processEvents();
+    EXPECT_REQUESTS(Bus(), {STOP});
+}
+
+void PhotoSeriesTest::PhotosBehindASlowStopAskNothingAfterTheSeries()
+{
+    Photo task(u"10,2"_s);
+    HoldUp(task, Bus());
+    // The next series does not come about.
+    Bus().Answer("TakePhotoStream", 5);
+    QVERIFY(!task.Run());
+    Bus().Clear();
+    QObject later;
+    bool isLater = false;
+    QTimer::singleShot(0, &later, [&isLater] { isLater = true; });
+    QTRY_VERIFY(isLater);
+    EXPECT_REQUESTS(Bus(), {});
 }
 
 void PhotoSeriesTest::OtherSignalsAreNoPhotos()

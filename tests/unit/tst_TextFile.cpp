@@ -56,6 +56,8 @@ private Q_SLOTS:
     void AnEncodingIsToldByItsMark();
     void BlocksDoNotShow_data();
     void BlocksDoNotShow();
+    void ATerminatorMayLieAcrossTwoBlocks_data();
+    void ATerminatorMayLieAcrossTwoBlocks();
     void ALineOfMegabytesIsReadWhole();
     void AFileThatIsReplacedIsReadOn();
     void AFileThatIsCutIsReadAsFarAsItGoes();
@@ -321,6 +323,23 @@ void TextFileTest::BlocksDoNotShow()
     }
     Data().WriteSchedule(content, u"file"_s);
     QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), lines);
+}
+
+void TextFileTest::ATerminatorMayLieAcrossTwoBlocks_data()
+{
+    QTest::addColumn<int>("length");
+    // 65536 bytes are read at once.
+    QTest::newRow("both its characters end the first") << 65534;
+    QTest::newRow("one on each side") << 65535;
+    QTest::newRow("both begin the second") << 65536;
+}
+
+void TextFileTest::ATerminatorMayLieAcrossTwoBlocks()
+{
+    QFETCH(int, length);
+    Data().WriteSchedule(QByteArray(length, 'x') + "\r\nsecond\r\n\r\nfourth", u"file"_s);
+    const QStringList expected{QString(length, u'x'), u"second"_s, u""_s, u"fourth"_s};
+    QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), expected);
 }
 
 void TextFileTest::ALineOfMegabytesIsReadWhole()
