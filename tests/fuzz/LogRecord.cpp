@@ -26,7 +26,7 @@ constexpr const char* PREFIX = "4 /com/kestrelix/ozna/scheduler/schedulerobj [Lo
 constexpr const char* RECORD_PREFIX = "[LogRecord.cpp:7] ";
 constexpr Log::Site SITE{"LogRecord.cpp", 7};
 
-bool m_isTaken = false; // whether what is written to standard error is kept
+bool m_isTaken = false; // whether what is written is kept
 QByteArrayList m_written;
 
 bool IsControl(char byte)
@@ -88,7 +88,8 @@ void CheckLine(const QByteArray& line, const QByteArray& text)
 
 ssize_t Write(int descriptor, const void* bytes, size_t size)
 {
-    if (!m_isTaken || descriptor != STDERR_FILENO)
+    // Standard error may have been opened once more, to be written without waiting.
+    if (!m_isTaken)
         return RealWrite(descriptor, bytes, size);
     m_written.append(QByteArray(static_cast<const char*>(bytes), static_cast<qsizetype>(size)));
     return static_cast<ssize_t>(size);
