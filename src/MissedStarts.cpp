@@ -210,11 +210,14 @@ QString MissedStarts::CauseOf(const Action& action, std::int64_t due_s, const Pa
         return CANNOT_START;
     if (WasLoadedJustBefore(due_s, passage))
         return LOADED;
+    // When it was due, by the uptime: what is certain goes before what is likely.
+    const std::int64_t due_ms = passage.to.uptime_ms - (passage.to.local_ms - due_s * MS_PER_S);
+    const QString holder = PeerWaits::Throughout(due_ms, due_ms + Action::IN_TIME_S * MS_PER_S);
+    if (!holder.isEmpty())
+        return WAITED.arg(holder);
     if (passage.Jump_ms() > LEAST_JUMP_MS)
         return passage.ClockStep_ms() > LEAST_JUMP_MS ? CLOCK_FORWARD : LOCAL_FORWARD;
-    const std::int64_t sinceDue_ms = passage.to.local_ms - due_s * MS_PER_S;
-    const QString peer =
-        PeerWaits::Longest(passage.to.uptime_ms - sinceDue_ms - Action::EARLY_S * MS_PER_S, passage.to.uptime_ms);
+    const QString peer = PeerWaits::Longest(due_ms - Action::EARLY_S * MS_PER_S, passage.to.uptime_ms);
     if (!peer.isEmpty())
         return WAITED.arg(peer);
     if (IsRightAfterMidnight(time))

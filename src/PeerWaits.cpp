@@ -48,6 +48,13 @@ QString PeerWaits::Longest(std::int64_t from_ms, std::int64_t to_ms)
     return service;
 }
 
+QString PeerWaits::Throughout(std::int64_t from_ms, std::int64_t to_ms)
+{
+    const auto wait = std::ranges::find_if(
+        Waits(), [=](const Wait& each) { return each.begin_ms <= from_ms && each.end_ms >= to_ms; });
+    return wait != Waits().end() ? wait->service : QString();
+}
+
 void PeerWaits::Clear()
 {
     Waits().clear();

@@ -15,6 +15,9 @@ void Note(const QString& service, std::int64_t begin_ms, std::int64_t end_ms);
 // The service that was waited for longest between the two moments; empty when none was for long.
 [[nodiscard]] QString Longest(std::int64_t from_ms, std::int64_t to_ms);
 
+// The service that was waited for from one moment to the other without a break; empty when none was.
+[[nodiscard]] QString Throughout(std::int64_t from_ms, std::int64_t to_ms);
+
 // Forgets all: new proxies have waited for nobody.
 void Clear();
 

@@ -66,6 +66,15 @@ inline const QStringList WAS_DISABLED{QStringLiteral("4 [Scheduler.cpp] Schedule
 inline const QStringList DISABLED{QStringLiteral("4 [Scheduler.cpp] Scheduling disabled")};
 inline const QStringList TERMINATED{QStringLiteral("4 [main.cpp] Succesfully terminated")};
 
+// Of a start at 08:30:00 that finds its task at work still.
+inline QString StillRuns(const char* task, int line)
+{
+    return QStringLiteral("2 [MissedStarts.cpp] MISSED action: %1, line %2, due at 08:30:00: it still plays or works "
+                          "from its last start")
+        .arg(QLatin1String(task))
+        .arg(line);
+}
+
 // The end on SIGTERM of a daemon that is enabled, with what its tasks log as they are deleted.
 inline QStringList Ended(const QStringList& byTasks = {})
 {

@@ -125,9 +125,10 @@ void FileChanges::APlaylistThatChangesIsReadOn()
                                                    "/com/kestrelix/ozna/audiomanager/audioobj)")
                                         .arg(count)));
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
-    const QString cut = QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
-                                       "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)")
-                            .arg(DataPath(QStringLiteral("playlists/day")));
+    const QString cut =
+        QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
+                       "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)")
+            .arg(DataPath(QStringLiteral("playlists/day")));
     COMPARE_LINES(Daemon().Take(2), kind == QStringLiteral("cut") ? QStringList{cut} : QStringList());
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 58), Qt::UTC));
     QVERIFY(Device().WaitForCalls(1));

@@ -5,6 +5,7 @@
 #include "Wait.h"
 
 #include <csignal>
+#include <utility>
 
 namespace
 {
@@ -21,6 +22,7 @@ constexpr int STRANGERS = 3;
 constexpr int HELD_BACK_MS = 500; // an answer, while signals come
 constexpr unsigned int SHOWN_LEVEL = 4;
 constexpr int WARNING_LEVEL = 2;
+constexpr int STARTS_A_DAY = 2;
 
 const QString PHOTO_SEEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken");
 
@@ -81,13 +83,17 @@ void FaultLane::Prepare(const Fault* fault, const QDate& day)
     m_fault = fault;
     m_day = day;
     if (IsIdle())
+    {
+        m_idleStarts += STARTS_A_DAY;
         return;
+    }
+    m_skippedStarts += std::exchange(m_idleStarts, 0);
     m_expected.emplace(m_request, fault, m_isNextWatched);
     static_cast<void>(m_rig.Client().TakeSignals());
     m_rig.Device().Forget();
     m_rig.Second().Forget();
     Script();
-    static_cast<void>(m_rig.Daemon().Take());
+    static_cast<void>(TakeLog());
     m_rig.SetTime(day, TIME_TO_FIND);
 }
 
@@ -275,7 +281,7 @@ void FaultLane::Finish()
 
 void FaultLane::Judge()
 {
-    const QStringList lines = m_rig.Daemon().Take();
+    const QStringList lines = TakeLog();
     QStringList schedulerLines = Shown(lines);
     QStringList taskLines;
     std::ranges::copy_if(schedulerLines, std::back_inserter(taskLines), IsTaskLine);
@@ -295,6 +301,7 @@ void FaultLane::Judge()
         Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
     Compare("the successor's calls", m_rig.Second().Calls(), m_expected->successorCalls);
     m_isNextWatched = m_expected->isNextMissed;
+    m_waits += m_isNextWatched ? 1 : 0;
     if (m_fault)
         m_report.Add(*m_fault, *m_expected, taskLines);
 }
@@ -323,7 +330,7 @@ void FaultLane::EndWhatWaits()
         m_rig.Device().Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
-    const QStringList lines = m_rig.Daemon().Take();
+    const QStringList lines = TakeLog();
     Compare("the records afterwards", Shown(lines), {});
     if (lines.contains(PHOTO_SEEN))
         Complain(QStringLiteral("a stranger's photo is seen"));
@@ -331,12 +338,37 @@ void FaultLane::EndWhatWaits()
     owner.Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
-    Compare("the records of the end", Shown(m_rig.Daemon().Take()), m_expected->endLines);
+    Compare("the records of the end", Shown(TakeLog()), m_expected->endLines);
+}
+
+// The records since the last call, but those of missed starts: which pass tells them is the timers' business.
+QStringList FaultLane::TakeLog()
+{
+    QStringList lines = m_rig.Daemon().Take();
+    const auto isMissed = [](const QString& line) { return line.contains(QStringLiteral("] MISSED action: ")); };
+    std::ranges::copy_if(lines, std::back_inserter(m_missed), isMissed);
+    lines.removeIf(isMissed);
+    return lines;
+}
+
+// Each start that passed has its word, and no other has.
+void FaultLane::JudgeMissed()
+{
+    const QString waited = QStringLiteral("the loop waited for com.kestrelix.ozna.");
+    QStringList causes;
+    for (const QString& line : m_missed)
+        causes.append(line.contains(waited) ? waited : line.section(QStringLiteral(": "), -1));
+    QStringList expected(m_waits, waited);
+    expected += QStringList(m_skippedStarts, QStringLiteral("the clock was put forward"));
+    causes.sort();
+    expected.sort();
+    Compare("the missed starts", causes, expected);
 }
 
 void FaultLane::End(int number)
 {
-    static_cast<void>(m_rig.Daemon().Take());
+    static_cast<void>(TakeLog());
+    JudgeMissed();
     m_rig.Daemon().Signal(SIGTERM);
     if (m_rig.Daemon().WaitForExit() != 0)
         Complain(QStringLiteral("the daemon does not end with 0"));

@@ -45,6 +45,8 @@ private:
     void Delete();
     void RunNext();
     void Judge();
+    [[nodiscard]] QStringList TakeLog();
+    void JudgeMissed();
     void EndWhatWaits();
     void Compare(const char* what, const QStringList& found, const QStringList& expected);
     void Complain(const QString& what);
@@ -58,5 +60,9 @@ private:
     QDate m_day;
     std::optional<Expectation> m_expected;
     bool m_isNextWatched = false;
+    QStringList m_missed;       // the records of starts that have passed
+    int m_waits = 0;            // how many starts passed while the loop waited for the peer
+    qint64 m_idleStarts = 0;    // of idle days that are not over
+    qint64 m_skippedStarts = 0; // how many the clock was put forward over, on idle days
     QStringList m_complaints;
 };

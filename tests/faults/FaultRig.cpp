@@ -57,7 +57,7 @@ FaultRig::~FaultRig() = default;
 bool FaultRig::Start()
 {
     // A light or a radio of this morning would be made up for.
-    SetTime(QDate(2024, 1, 14), QTime(6, 0));
+    SetTime(QDate(2024, 1, 15), QTime(6, 0));
     m_daemon.Start();
     return m_daemon.WaitForLog(QStringLiteral("4 [Scheduler.cpp] Schedule started"));
 }
