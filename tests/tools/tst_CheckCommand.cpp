@@ -37,6 +37,8 @@ private Q_SLOTS:
     void NothingThatATerminalObeysIsShown();
     void AnyEndOfLineAndAByteOrderMarkAreFine_data();
     void AnyEndOfLineAndAByteOrderMarkAreFine();
+    void RejectedLinesAreNotComparedWithEachOther();
+    void ATenthFieldIsNamedWhereItTakesTheParameters();
     void TodayMovesWhatIsOver();
     void ASpotDateMayBeDueInAnotherMonth_data();
     void ASpotDateMayBeDueInAnotherMonth();
@@ -181,6 +183,21 @@ void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine()
     QVERIFY2(lines[0].contains(QStringLiteral("schedule.csv:2: warning: start time: ")), qPrintable(lines[0]));
     QVERIFY2(lines[0].endsWith(QStringLiteral(" [time-form]")), qPrintable(lines[0]));
     QCOMPARE(lines[1], QStringLiteral("2 lines, 0 errors, 1 warning"));
+}
+
+void CheckCommandTest::RejectedLinesAreNotComparedWithEachOther()
+{
+    const QStringList lines = CheckRun({Write(REJECTED + REJECTED)}).Lines();
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(lines.filter(QStringLiteral("[time-parts]")).size(), 2);
+}
+
+void CheckCommandTest::ATenthFieldIsNamedWhereItTakesTheParameters()
+{
+    const QStringList lines = CheckRun({Write("1111100|08:30:00|*|*|*|||Volume|5|more\n")}).Lines();
+    const QString rejected = lines.filter(QStringLiteral("[wrong-parameters]")).value(0);
+    QVERIFY2(rejected.contains(QStringLiteral("; take out the \"|\" behind the task's parameters")),
+             qPrintable(lines.join(u'\n')));
 }
 
 void CheckCommandTest::TodayMovesWhatIsOver()

@@ -196,6 +196,7 @@ void TextFileTest::AFileIsReadLineByLine()
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
     QCOMPARE(Rest(file), lines);
+    QCOMPARE(file.LineNumber(), lines.size());
     QCOMPARE(file.ReadError(), QString());
 }
 
