@@ -1,6 +1,8 @@
+#include "ClockChange.h"
 #include "RandomSchedule.h"
 #include "Rehearsal.h"
 #include "TextDiff.h"
+#include "TimeZone.h"
 #include "Workspace.h"
 
 #include <QTest>
@@ -74,6 +76,7 @@ private Q_SLOTS:
     void SkippingAheadChangesNothing_data();
     void SkippingAheadChangesNothing();
     void OneMayEndItInTheMiddleOfADay();
+    void AChangeOfTheClocksIsPartOfTheSpanThatItBegins();
     void cleanupTestCase();
 
 private:
@@ -135,6 +138,16 @@ void RehearsalTest::OneMayEndItInTheMiddleOfADay()
     QVERIFY(std::ranges::is_sorted(parts));
     QVERIFY(parts[2] < 0.25);
     QVERIFY(!rehearsal.Events().empty());
+}
+
+void RehearsalTest::AChangeOfTheClocksIsPartOfTheSpanThatItBegins()
+{
+    const TimeZone here("Europe/Rome");
+    constexpr qint64 CHANGE_MS = 1711846800000; // 2024-03-31, 02:00:00
+    constexpr qint64 HOUR_MS = 3600000;
+    QVERIFY(ClockChange::Between(CHANGE_MS - HOUR_MS, CHANGE_MS).empty());
+    const std::vector<ClockChange> changes = ClockChange::Between(CHANGE_MS - HOUR_MS, CHANGE_MS + 1);
+    QCOMPARE(changes.size(), size_t{1});
 }
 
 void RehearsalTest::cleanupTestCase()
