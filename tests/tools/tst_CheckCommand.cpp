@@ -38,6 +38,8 @@ private Q_SLOTS:
     void AnyEndOfLineAndAByteOrderMarkAreFine_data();
     void AnyEndOfLineAndAByteOrderMarkAreFine();
     void CarriageReturnsAloneMakeOneLine();
+    void RejectedLinesAreNotComparedWithEachOther();
+    void ATenthFieldIsNamedWhereItTakesTheParameters();
     void TodayMovesWhatIsOver();
     void ASpotDateMayBeDueInAnotherMonth_data();
     void ASpotDateMayBeDueInAnotherMonth();
@@ -189,6 +191,21 @@ void CheckCommandTest::CarriageReturnsAloneMakeOneLine()
     QCOMPARE(lines.filter(QStringLiteral(" [carriage-return]")).size(), 1);
     QCOMPARE(lines.filter(QStringLiteral(" [no-line-end]")).size(), 1);
     QVERIFY2(lines.last().startsWith(QStringLiteral("1 line, ")), qPrintable(lines.last()));
+}
+
+void CheckCommandTest::RejectedLinesAreNotComparedWithEachOther()
+{
+    const QStringList lines = CheckRun({Write(REJECTED + REJECTED)}).Lines();
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(lines.filter(QStringLiteral("[time-parts]")).size(), 2);
+}
+
+void CheckCommandTest::ATenthFieldIsNamedWhereItTakesTheParameters()
+{
+    const QStringList lines = CheckRun({Write("1111100|08:30:00|*|*|*|||Volume|5|more\n")}).Lines();
+    const QString rejected = lines.filter(QStringLiteral("[wrong-parameters]")).value(0);
+    QVERIFY2(rejected.contains(QStringLiteral("; take out the \"|\" behind the task's parameters")),
+             qPrintable(lines.join(u'\n')));
 }
 
 void CheckCommandTest::TodayMovesWhatIsOver()

@@ -1,7 +1,9 @@
+#include "ClockChange.h"
 #include "DaemonLog.h"
 #include "RandomSchedule.h"
 #include "Rehearsal.h"
 #include "TextDiff.h"
+#include "TimeZone.h"
 #include "Workspace.h"
 
 #include <QTest>
@@ -143,6 +145,7 @@ private Q_SLOTS:
     void WhatIsMissedIsWhatTheDaemonLogs_data() { AddSeeds(OZNA_SEEDS / 4); }
     void WhatIsMissedIsWhatTheDaemonLogs();
     void OneMayEndItInTheMiddleOfADay();
+    void AChangeOfTheClocksIsPartOfTheSpanThatItBegins();
     void cleanupTestCase();
 
 private:
@@ -252,6 +255,16 @@ void RehearsalTest::OneMayEndItInTheMiddleOfADay()
     QVERIFY(std::ranges::is_sorted(parts));
     QVERIFY(parts[2] < 0.25);
     QVERIFY(!rehearsal.Events().empty());
+}
+
+void RehearsalTest::AChangeOfTheClocksIsPartOfTheSpanThatItBegins()
+{
+    const TimeZone here("Europe/Rome");
+    constexpr qint64 CHANGE_MS = 1711846800000; // 2024-03-31, 02:00:00
+    constexpr qint64 HOUR_MS = 3600000;
+    QVERIFY(ClockChange::Between(CHANGE_MS - HOUR_MS, CHANGE_MS).empty());
+    const std::vector<ClockChange> changes = ClockChange::Between(CHANGE_MS - HOUR_MS, CHANGE_MS + 1);
+    QCOMPARE(changes.size(), size_t{1});
 }
 
 void RehearsalTest::cleanupTestCase()

@@ -63,7 +63,7 @@ void RehearseTest::ARehearsalIsShownAsExpected_data()
     QTest::addColumn<QString>("folder");
     const QDir data(DATA);
     const QStringList folders = data.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    QVERIFY(folders.size() >= 21);
+    QVERIFY(folders.size() >= 24);
     for (const QString& folder : folders)
         QTest::addRow("%s", qPrintable(folder)) << data.filePath(folder);
 }

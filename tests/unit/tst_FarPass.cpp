@@ -43,6 +43,7 @@ private Q_SLOTS:
     void AnActionWaitsInTheEarlyList();
     void APlaylistIsSkippedWhenItsStopIsNear_data();
     void APlaylistIsSkippedWhenItsStopIsNear();
+    void OfTwoStopsOfOnePlaylistNoneIsSkipped();
     void ASkippedPlaylistLogsItsStop();
     void AStopThatIsWatchedAlreadySkipsNothing();
     void TheFirstStopThatFitsIsNamed();
@@ -151,6 +152,14 @@ void FarPassTest::APlaylistIsSkippedWhenItsStopIsNear_data()
         Line("23:59:59", "StopPlaylist|xmas"), false);
     row("a stop before midnight, ten seconds from now still today", QTime(23, 59, 49, 999),
         Line("23:59:57", "PlayPlaylist|list,-1,xmas"), Line("23:59:59", "StopPlaylist|xmas"), true);
+}
+
+void FarPassTest::OfTwoStopsOfOnePlaylistNoneIsSkipped()
+{
+    Time().SetLocal(QTime(9, 59, 58));
+    StartWith({Line("10:00:00", "StopPlaylist|xmas"), Line("10:00:05", "StopPlaylist|xmas")});
+    CheckFar();
+    QCOMPARE(EarlyList().size(), 2);
 }
 
 void FarPassTest::APlaylistIsSkippedWhenItsStopIsNear()

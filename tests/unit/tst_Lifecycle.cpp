@@ -66,6 +66,8 @@ void LifecycleTest::ANewSchedulerIsEnabledAndIdle()
     QVERIFY(!early.isActive());
     QCOMPARE(far.interval(), 3000);
     QCOMPARE(early.interval(), 200);
+    QCOMPARE(far.timerType(), Qt::PreciseTimer);
+    QCOMPARE(early.timerType(), Qt::PreciseTimer);
     QVERIFY(!far.isSingleShot());
     QVERIFY(!early.isSingleShot());
     QCOMPARE(Engine().parent(), nullptr);

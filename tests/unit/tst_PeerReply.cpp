@@ -56,6 +56,7 @@ void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt_data()
     row("a long long", qlonglong(12), 12);
     row("an unsigned long long", qulonglong(13), 13);
     row("a long long that no int holds", (Q_INT64_C(1) << 33) + 5, INT_MAX);
+    row("an unsigned long long that no int holds", (Q_UINT64_C(1) << 33) + 5, INT_MAX);
     row("an unsigned int that no int holds", 4294967295U, INT_MAX);
     row("true counts as 1", true, 1);
     row("false counts as 0", false, 0);

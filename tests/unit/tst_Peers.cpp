@@ -88,6 +88,10 @@ void PeersTest::TheSharedProxiesAreAddressed()
 void PeersTest::CreatingThemLogsNothing()
 {
     Peers::DeleteProxies();
+    QVERIFY(Scheduler::m_configManProxy == nullptr && Scheduler::m_updateManProxy == nullptr);
+    QVERIFY(Scheduler::m_soundManProxy == nullptr && Scheduler::m_photoManProxy == nullptr);
+    QVERIFY(Scheduler::m_lightManProxy == nullptr && Scheduler::m_cpuFreqManProxy == nullptr);
+    QVERIFY(Scheduler::m_gpsManProxy == nullptr && Scheduler::m_networkManProxy == nullptr);
     const Scheduler scheduler(u"schedule.csv"_s);
     QVERIFY(Scheduler::m_soundManProxy != nullptr);
     EXPECT_LOG(9, {});

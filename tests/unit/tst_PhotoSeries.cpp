@@ -5,6 +5,7 @@
 
 #include <PhotoManagerProxy.h>
 
+#include <QAbstractEventDispatcher>
 #include <QDeadlineTimer>
 #include <QTimer>
 
@@ -30,26 +31,21 @@ LogLine Total(int count)
     return {9, "[tasks/Photo.cpp] >>> Total photo: " + QByteArray::number(count)};
 }
 
-// A refusal that takes its time: longer than a task lets photos ask one after the other.
-PeerReply RefuseSlowly(const PeerRequest& request)
+// Runs a series of two photos up to the fifth, with a peer that refuses each stop after that time. For half a second
+// photos may ask one after the other.
+void HoldUp(Photo& task, PeerRecorder& bus, int refusal_ms, int stops)
 {
-    Q_UNUSED(request)
-    for (const QDeadlineTimer end(510); !end.hasExpired();)
-        ;
-    return PeerReply(4);
-}
-
-// Runs a series of two photos up to a stop that was refused slowly, with two more photos behind it.
-void HoldUp(Photo& task, PeerRecorder& bus)
-{
-    bus.Answer("StopPhotoStream", RefuseSlowly);
+    bus.Answer("StopPhotoStream", [refusal_ms](const PeerRequest&) {
+        for (const QDeadlineTimer end(refusal_ms); !end.hasExpired();)
+            ;
+        return PeerReply(4);
+    });
     QVERIFY(task.Run());
     bus.Clear();
-    for (int photo = 1; photo <= 4; ++photo)
+    for (int photo = 1; photo <= 5; ++photo)
         TakePhoto();
-    EXPECT_REQUESTS(bus, {STOP});
-    bus.Answer("StopPhotoStream", 0);
-    EXPECT_LOG(2, {{1, "[tasks/Photo.cpp] StopPhotoStream error: 4\n"}});
+    EXPECT_REQUESTS(bus, (stops, STOP));
+    EXPECT_LOG(2, (stops, LogLine(1, "[tasks/Photo.cpp] StopPhotoStream error: 4\n")));
 }
 
 LogLine Completed(int interval_s, int number)
@@ -77,7 +73,9 @@ private Q_SLOTS:
     void AStopThatFailedIsAskedForAgain();
     void EveryTaskSeesEveryPhoto();
     void ARunBeginsANewSeries();
+    void PhotosBehindASlowStopAskOnceForAllOfThem_data();
     void PhotosBehindASlowStopAskOnceForAllOfThem();
+    void PhotosAskAtOnceAgainWhenTheQueueIsDone();
     void PhotosBehindASlowStopAskNothingAfterTheSeries();
     void OtherSignalsAreNoPhotos();
     void ATaskThatIsGoneSeesNothing();
@@ -280,20 +278,44 @@ void PhotoSeriesTest::ARunBeginsANewSeries()
     QVERIFY(!task.IsRunning());
 }
 
+void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem_data()
+{
+    QTest::addColumn<int>("refusal_ms");
+    QTest::addColumn<int>("stops");
+    QTest::newRow("one stop takes all the time") << 510 << 1;
+    QTest::newRow("two stops do together") << 300 << 2;
+}
+
 void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem()
 {
+    QFETCH(int, refusal_ms);
+    QFETCH(int, stops);
     Photo task(u"10,2"_s);
-    HoldUp(task, Bus());
+    HoldUp(task, Bus(), refusal_ms, stops);
+    Bus().Answer("StopPhotoStream", 0);
     QTRY_COMPARE(Bus().Requests().size(), 1);
     QVERIFY(!task.IsRunning());
     QCoreApplication::processEvents();
     EXPECT_REQUESTS(Bus(), {STOP});
+    QVERIFY(QAbstractEventDispatcher::instance()->registeredTimers(&task).isEmpty());
+}
+
+void PhotoSeriesTest::PhotosAskAtOnceAgainWhenTheQueueIsDone()
+{
+    Photo task(u"10,2"_s);
+    HoldUp(task, Bus(), 510, 1);
+    Bus().Answer("StopPhotoStream", 4);
+    QTRY_COMPARE(Bus().Requests().size(), 1);
+    TakePhoto();
+    EXPECT_REQUESTS(Bus(), {STOP, STOP});
+    const LogLine refused{1, "[tasks/Photo.cpp] StopPhotoStream error: 4\n"};
+    EXPECT_LOG(2, {refused, refused});
 }
 
 void PhotoSeriesTest::PhotosBehindASlowStopAskNothingAfterTheSeries()
 {
     Photo task(u"10,2"_s);
-    HoldUp(task, Bus());
+    HoldUp(task, Bus(), 510, 1);
     // The next series does not come about.
     Bus().Answer("TakePhotoStream", 5);
     QVERIFY(!task.Run());

@@ -231,6 +231,7 @@ void TextFileTest::AFileIsReadLineByLine()
     QVERIFY(file.HasLineEnd());
     QCOMPARE(Rest(file), lines);
     QCOMPARE(file.HasLineEnd(), lines.isEmpty() || content.endsWith('\n'));
+    QCOMPARE(file.LineNumber(), lines.size());
     QCOMPARE(file.ReadError(), QString());
 }
 
