@@ -222,13 +222,24 @@ bool Action::IsAhead() const
     return IsBetween(SecondsToStart(), 1, EARLY_S);
 }
 
+std::optional<int> Action::StartSecond() const
+{
+    constexpr std::int64_t MINUTE_S = 60;
+    constexpr std::int64_t HOUR_S = 3600;
+    constexpr std::int64_t DAY_S = 86400;
+    const std::int64_t second = m_hour * HOUR_S + m_minute * MINUTE_S + m_second;
+    return second >= 0 && second < DAY_S ? std::optional(static_cast<int>(second)) : std::nullopt;
+}
+
+bool Action::ToleratesLateness() const
+{
+    const auto* playlist = qobject_cast<const PlayPlaylist*>(m_task.get());
+    return m_task->GetDelayable_s() != 0 && (playlist == nullptr || !playlist->IsCompleted());
+}
+
 bool Action::IsLateStart() const
 {
-    const unsigned int tolerance_s = m_task->GetDelayable_s();
-    const auto* playlist = qobject_cast<const PlayPlaylist*>(m_task.get());
-    if (tolerance_s == 0 || (playlist != nullptr && playlist->IsCompleted()))
-        return false;
-    return static_cast<int>(tolerance_s) >= Clock::SecondsSince(m_startTime);
+    return ToleratesLateness() && static_cast<int>(m_task->GetDelayable_s()) >= Clock::SecondsSince(m_startTime);
 }
 
 bool Action::IsReady()

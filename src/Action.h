@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 
 // One entry of the schedule: on which days and at what time of day which task is done. Owns its task; has no parent.
 //
@@ -33,7 +34,14 @@ public:
     // Starting within the next seconds.
     bool IsAhead() const;
 
-    // Late, but within what the task tolerates: a playlist that has not been played since.
+    // The second of the day at which it starts, out of range parts carried over; none where that is no time of this
+    // day.
+    std::optional<int> StartSecond() const;
+
+    // Whether the task may be started late at all: a playlist that has not been played to its end.
+    bool ToleratesLateness() const;
+
+    // Late, but within what the task tolerates.
     bool IsLateStart() const;
 
     // Time to start now. Sets m_delay.

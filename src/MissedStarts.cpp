@@ -37,14 +37,24 @@ std::int64_t SecondOf(std::int64_t moment_ms)
     return moment_ms / MS_PER_S - (moment_ms % MS_PER_S < 0 ? 1 : 0);
 }
 
-// Whether a playlist can still be joined. A watched one needs nothing but its tolerance, as no pass finds it any more.
-bool CanBeJoined(const Action& action, std::int64_t due_s, std::int64_t now_s, bool isWatched)
+// Whether it may still be answered after its time: a playlist that is joined late, or what a load has forced. A watched
+// one needs nothing but its tolerance, as no pass finds it any more.
+bool CanBeLate(const Action& action, std::int64_t due_s, std::int64_t now_s, bool isWatched)
 {
+    if (action.m_forced)
+        return action.IsDueToday();
     if (now_s - due_s >= StartIndex::DAY_S)
         return false;
     if (!isWatched)
         return action.IsDueToday() && !action.m_task->IsRunning() && action.IsLateStart();
     return now_s - due_s <= std::int64_t{action.m_task->GetDelayable_s()};
+}
+
+// Whether a load at now_s brings it about all the same: it forces what it has forced before, and its first pass joins a
+// playlist whose tolerance lasts until then.
+bool ComesAfterLoad(const Action& action, std::int64_t due_s, std::int64_t now_s)
+{
+    return action.m_forced || now_s + LOOK_S - due_s <= std::int64_t{action.m_task->GetDelayable_s()};
 }
 
 // Whether the start comes so soon after midnight that a look ahead rarely sees it.
@@ -73,13 +83,13 @@ void MissedStarts::Load(const ActionList& actions, const Clock::Reading& since)
 
 void MissedStarts::Answer(Action& action, bool isLate)
 {
-    if (!action.m_startTime.isValid())
+    const std::optional<int> second = action.StartSecond();
+    // A time that is none, though its parts carry over to one, is late from midnight on: for no start of its own.
+    if (!second || (isLate && !action.m_startTime.isValid()))
         return;
     // What is not late is today's start, also where it is still to come.
     const std::int64_t now_s = SecondOf(Clock::Read().local_ms);
-    const std::int64_t day_s = StartIndex::Latest(QTime(0, 0), now_s);
-    action.m_answeredDue_s = isLate ? StartIndex::Latest(action.m_startTime, now_s)
-                                    : day_s + action.m_startTime.msecsSinceStartOfDay() / MS_PER_S;
+    action.m_answeredDue_s = isLate ? StartIndex::Latest(*second, now_s) : StartIndex::Latest(0, now_s) + *second;
 }
 
 std::vector<MissedStart> MissedStarts::Look(const ActionList& watched)
@@ -88,9 +98,8 @@ std::vector<MissedStart> MissedStarts::Look(const ActionList& watched)
         return {};
     const Passage passage{*m_last, Clock::Read()};
     LookAt(passage);
-    const std::int64_t now_s = SecondOf(passage.to.local_ms);
-    Settle(watched, now_s);
-    NoteBusy(now_s);
+    Settle(watched, passage.to);
+    NoteBusy(SecondOf(passage.to.local_ms));
     m_last = passage.to;
 
     std::ranges::stable_sort(m_missed, {}, &MissedStart::due_s);
@@ -131,7 +140,7 @@ void MissedStarts::OpenPassed(const Passage& passage)
     const bool areAll =
         m_index.Backwards(m_seen_s, SecondOf(passage.to.local_ms), [&](Action& action, std::int64_t due_s) {
             if (action.m_answeredDue_s != due_s && action.IsDueOn(StartIndex::DateOf(due_s)))
-                m_open.push_back({&action, due_s, CauseOf(action, due_s, passage)});
+                m_open.push_back({&action, due_s, passage.from, action.m_task->IsRunning() || IsBusy(action, due_s)});
         });
     m_areAll = m_areAll && areAll;
     std::reverse(m_open.begin() + first, m_open.end());
@@ -143,21 +152,22 @@ void MissedStarts::DropComing(std::int64_t now_s)
     std::erase_if(m_open, [now_s](const Open& open) { return open.due_s > now_s; });
 }
 
-void MissedStarts::Settle(const ActionList& watched, std::int64_t now_s)
+void MissedStarts::Settle(const ActionList& watched, const Clock::Reading& now)
 {
     if (m_open.empty())
         return;
     std::unordered_set<const Action*> watchedActions;
     for (const auto& action : watched)
         watchedActions.insert(action.get());
+    const std::int64_t now_s = SecondOf(now.local_ms);
     std::erase_if(m_open, [&](const Open& open) {
         if (open.action->m_answeredDue_s == open.due_s)
             return true;
         const bool isWatched = watchedActions.contains(open.action);
         if ((isWatched && now_s - open.due_s <= Action::IN_TIME_S) ||
-            CanBeJoined(*open.action, open.due_s, now_s, isWatched))
+            CanBeLate(*open.action, open.due_s, now_s, isWatched))
             return false;
-        Add(open, open.cause);
+        Add(open, CauseOf(open, now));
         return true;
     });
 }
@@ -187,11 +197,10 @@ void MissedStarts::Close(const ActionList& watched, const Clock::Reading& now, b
     if (!m_last)
         return;
     LookAt({*m_last, now});
-    const std::int64_t now_s = SecondOf(now.local_ms);
-    Settle(watched, now_s);
+    Settle(watched, now);
     for (const Open& open : m_open)
     {
-        if (isRestart && now_s - open.due_s <= Action::IN_TIME_S)
+        if (isRestart && !ComesAfterLoad(*open.action, open.due_s, SecondOf(now.local_ms)))
             Add(open, LOADED);
     }
     m_open.clear();
@@ -201,28 +210,30 @@ void MissedStarts::Close(const ActionList& watched, const Clock::Reading& now, b
     m_isDeciding = false;
 }
 
-QString MissedStarts::CauseOf(const Action& action, std::int64_t due_s, const Passage& passage) const
+// What is certain goes before what is likely.
+QString MissedStarts::CauseOf(const Open& open, const Clock::Reading& now) const
 {
-    if (action.m_task->IsRunning() || IsBusy(action, due_s))
+    if (open.wasBusy)
         return STILL_RUNS;
-    const QTime time = StartIndex::TimeOf(due_s);
-    if (time == QTime(0, 0) && action.m_task->GetDelayable_s() == 0)
+    const QTime time = StartIndex::TimeOf(open.due_s);
+    if (time == QTime(0, 0) && !open.action->ToleratesLateness())
         return CANNOT_START;
-    if (WasLoadedJustBefore(due_s, passage))
+    const Passage passage{open.from, now};
+    if (WasLoadedJustBefore(open.due_s, passage))
         return LOADED;
-    // When it was due, by the uptime: what is certain goes before what is likely.
-    const std::int64_t due_ms = passage.to.uptime_ms - (passage.to.local_ms - due_s * MS_PER_S);
+    // When it was due, by the uptime.
+    const std::int64_t due_ms = now.uptime_ms - (now.local_ms - open.due_s * MS_PER_S);
     const QString holder = PeerWaits::Throughout(due_ms, due_ms + Action::IN_TIME_S * MS_PER_S);
     if (!holder.isEmpty())
         return WAITED.arg(holder);
     if (passage.Jump_ms() > LEAST_JUMP_MS)
         return passage.ClockStep_ms() > LEAST_JUMP_MS ? CLOCK_FORWARD : LOCAL_FORWARD;
-    const QString peer = PeerWaits::Longest(due_ms - Action::EARLY_S * MS_PER_S, passage.to.uptime_ms);
+    const QString peer = PeerWaits::Longest(due_ms - Action::EARLY_S * MS_PER_S, now.uptime_ms);
     if (!peer.isEmpty())
         return WAITED.arg(peer);
     if (IsRightAfterMidnight(time))
         return LUCK;
-    return IsRightAfterUtcMidnight(action, StartIndex::DateOf(due_s), time) ? UTC_MIDNIGHT : STOOD_STILL;
+    return IsRightAfterUtcMidnight(*open.action, StartIndex::DateOf(open.due_s), time) ? UTC_MIDNIGHT : STOOD_STILL;
 }
 
 // The first look after a load comes so long after it, or a little later on a busy machine.
@@ -241,6 +252,8 @@ bool MissedStarts::IsBusy(const Action& action, std::int64_t due_s) const
 
 void MissedStarts::Add(const Open& open, const QString& cause)
 {
+    // Told once, also where the clock is put back and it passes again.
+    open.action->m_answeredDue_s = open.due_s;
     const Task& task = *open.action->m_task;
     m_missed.push_back({task.m_type, task.GetName(), open.action->m_lineNumber, open.due_s, cause});
 }

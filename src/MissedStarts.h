@@ -38,14 +38,6 @@ public:
     [[nodiscard]] bool IsDeciding() const { return m_isDeciding; }
 
 private:
-    // A start that has passed, of which it is not known yet whether it will still be answered.
-    struct Open
-    {
-        Action* action;
-        std::int64_t due_s;
-        QString cause;
-    };
-
     // What happened between the last look and this one.
     struct Passage
     {
@@ -61,14 +53,23 @@ private:
         }
     };
 
+    // A start that has passed, of which it is not known yet whether it will still be answered.
+    struct Open
+    {
+        Action* action;
+        std::int64_t due_s;
+        Clock::Reading from; // the look before it was due
+        bool wasBusy;        // its task was still under way
+    };
+
     void LookAt(const Passage& passage);
     void Tell() const;
     void OpenPassed(const Passage& passage);
     void DropComing(std::int64_t now_s);
-    void Settle(const ActionList& watched, std::int64_t now_s);
+    void Settle(const ActionList& watched, const Clock::Reading& now);
     void NoteBusy(std::int64_t now_s);
     void Close(const ActionList& watched, const Clock::Reading& now, bool isRestart);
-    [[nodiscard]] QString CauseOf(const Action& action, std::int64_t due_s, const Passage& passage) const;
+    [[nodiscard]] QString CauseOf(const Open& open, const Clock::Reading& now) const;
     [[nodiscard]] bool WasLoadedJustBefore(std::int64_t due_s, const Passage& passage) const;
     [[nodiscard]] bool IsBusy(const Action& action, std::int64_t due_s) const;
     void Add(const Open& open, const QString& cause);

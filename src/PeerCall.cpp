@@ -31,6 +31,14 @@ bool IsTimeOut(const QDBusMessage& reply)
     return reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply;
 }
 
+// How long a call may take, with a little for the way.
+std::int64_t Longest_ms(const QDBusAbstractInterface& proxy)
+{
+    constexpr std::int64_t LIBRARY_TIMEOUT_MS = 25'000; // where the proxy has none
+    constexpr std::int64_t WAY_MS = 1000;
+    return (proxy.timeout() > 0 ? proxy.timeout() : LIBRARY_TIMEOUT_MS) + WAY_MS;
+}
+
 struct Request
 {
     QDBusPendingCall call;
@@ -75,7 +83,8 @@ PeerReply PeerCall::Send(QDBusAbstractInterface* proxy, const QString& method, c
     const std::int64_t begin_ms = Clock::Uptime_ms();
     PeerReply reply = CurrentTransport()(proxy, method, arguments);
     if (proxy != nullptr)
-        PeerWaits::Note(proxy->service(), begin_ms, Clock::Uptime_ms());
+        // What is beyond the time-out, the process stood still.
+        PeerWaits::Note(proxy->service(), begin_ms, std::min(Clock::Uptime_ms(), begin_ms + Longest_ms(*proxy)));
     return reply;
 }
 

@@ -6,7 +6,9 @@
 namespace
 {
 
-constexpr std::int64_t LEAST_MS = 1000; // shorter ones keep nothing from its start, which may come 2 s late
+constexpr std::int64_t LEAST_MS = 1000; // less than that keeps nothing from its start, which may come 2 s late
+constexpr std::int64_t LEAST_KEPT_MS = 20;
+constexpr std::int64_t AT_ONCE_MS = 20;
 constexpr size_t MOST = 64;
 
 struct Wait
@@ -26,7 +28,11 @@ std::deque<Wait>& Waits()
 
 void PeerWaits::Note(const QString& service, std::int64_t begin_ms, std::int64_t end_ms)
 {
-    if (end_ms - begin_ms < LEAST_MS)
+    const bool goesOn =
+        !Waits().empty() && Waits().back().service == service && begin_ms - Waits().back().end_ms <= AT_ONCE_MS;
+    if (goesOn)
+        Waits().back().end_ms = end_ms;
+    if (goesOn || end_ms - begin_ms < LEAST_KEPT_MS)
         return;
     Waits().push_back({service, begin_ms, end_ms});
     if (Waits().size() > MOST)

@@ -8,8 +8,8 @@
 namespace PeerWaits
 {
 
-// The loop has waited for service from begin_ms to end_ms, of the machine's uptime. Only what a start can be missed
-// for is kept, and only the latest.
+// The loop has waited for service from begin_ms to end_ms, of the machine's uptime. Waits for one service that follow
+// each other at once count as one; only the latest are kept, and no short ones.
 void Note(const QString& service, std::int64_t begin_ms, std::int64_t end_ms);
 
 // The service that was waited for longest between the two moments; empty when none was for long.

@@ -28,8 +28,8 @@ void StartIndex::Build(const ActionList& actions)
     m_starts.clear();
     for (const auto& action : actions)
     {
-        if (action->m_startTime.isValid())
-            m_starts.push_back({action->m_startTime.msecsSinceStartOfDay() / MS_PER_S, action.get()});
+        if (const std::optional<int> second = action->StartSecond())
+            m_starts.push_back({*second, action.get()});
     }
     std::ranges::stable_sort(m_starts, {}, &Start::second);
 }
@@ -55,9 +55,9 @@ bool StartIndex::Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& 
     return true;
 }
 
-std::int64_t StartIndex::Latest(QTime time, std::int64_t now_s)
+std::int64_t StartIndex::Latest(int second, std::int64_t now_s)
 {
-    const std::int64_t today_s = DayOf(now_s) * DAY_S + time.msecsSinceStartOfDay() / MS_PER_S;
+    const std::int64_t today_s = DayOf(now_s) * DAY_S + second;
     return today_s > now_s ? today_s - DAY_S : today_s;
 }
 

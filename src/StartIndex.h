@@ -13,7 +13,7 @@ class StartIndex final
 public:
     static constexpr std::int64_t DAY_S = 86400;
 
-    // Takes over the actions that have a start time, which live as long as the index is used.
+    // Takes over the actions that start at a time of the day, which live as long as the index is used.
     void Build(const ActionList& actions);
     void Clear() { m_starts.clear(); }
 
@@ -24,8 +24,8 @@ public:
     using Visit = std::function<void(Action& action, std::int64_t due_s)>;
     bool Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& visit) const;
 
-    // The latest moment up to now_s at which the clock showed that time, and its date and time of day.
-    [[nodiscard]] static std::int64_t Latest(QTime time, std::int64_t now_s);
+    // The latest moment up to now_s in that second of a day, and a moment's date and time of day.
+    [[nodiscard]] static std::int64_t Latest(int second, std::int64_t now_s);
     [[nodiscard]] static QDate DateOf(std::int64_t moment_s);
     [[nodiscard]] static QTime TimeOf(std::int64_t moment_s);
 

@@ -102,7 +102,8 @@ void Photo::OnPhotoTaken(int status, const QString& imagePath)
     Q_UNUSED(status)
     Q_UNUSED(imagePath)
     OZNA_LOG(LEVEL_TRACE, ">>> Photo taken");
-    if (!m_streaming)
+    // A series that ended with its peer has no part in another's photos.
+    if (!m_streaming || !IsRunning())
     {
         m_running = false;
         return;

@@ -61,6 +61,14 @@ private Q_SLOTS:
     void NothingIsToldWhenTheClockIsPutBack_data();
     void NothingIsToldWhenTheClockIsPutBack();
     void OfManyTheLatestAreToldAndTheOthersCounted();
+    void WhatALoadForcesIsNotMissed();
+    void APlaylistBetweenTwoLoadsIsJoined();
+    void APlaylistThatALoadCannotJoinAnyMoreIsMissed();
+    void WhatIsHeldUpInItsSecondIsMissedForThePeer();
+    void ShortWaitsAddUp();
+    void ATimeWhosePartsCarryOverIsMissedLikeAnyOther();
+    void AStartIsToldOnceThoughItPassesTwice();
+    void APlaylistOfMidnightThatHasPlayedCannotStart();
 
 private:
     // Loads the lines so many milliseconds before 08:30:00.
@@ -391,6 +399,112 @@ void MissedStartsTest::OfManyTheLatestAreToldAndTheOthersCounted()
     EXPECT_LOG(LEVEL_WARNING, (expected));
     Pass(30);
     EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+// The stop of the message holds the load until the light is due: it is forced then.
+void MissedStartsTest::WhatALoadForcesIsNotMissed()
+{
+    StartBefore(30'000, {"08:29:50 PlayMessage|gong.mp3", "08:30:00 Light|80"});
+    Pass(29);
+    TakeRequests();
+    Bus().Answer("StopPlay", [this](const PeerRequest&) {
+        Time().Advance_ms(SILENT_MS);
+        return PeerReply(0);
+    });
+    LoadAnew(RELOAD);
+    Bus().Clear();
+    Pass(6);
+    const QStringList expected{u"08:30:05 SetIntensity(u:80)"_s, u"08:30:05 Switch(b:true)"_s};
+    QCOMPARE(TakeRequests(), expected);
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+void MissedStartsTest::APlaylistBetweenTwoLoadsIsJoined()
+{
+    WritePlaylist();
+    StartBefore(1000, {"08:30:00 PlayPlaylist|day"});
+    Pass(2);
+    LoadAnew(RELOAD);
+    Pass(9);
+    QCOMPARE(TakeRequests().size(), 1);
+    QVERIFY(LogRecorder::Messages(LEVEL_WARNING).filter(u"MISSED"_s).isEmpty());
+    LogRecorder::Clear();
+}
+
+void MissedStartsTest::APlaylistThatALoadCannotJoinAnyMoreIsMissed()
+{
+    Data().WritePlaylist("first.mp3;3\nlast.mp3;20\n", u"short"_s); // five seconds are tolerated
+    StartBefore(30'000, {"08:30:00 PlayPlaylist|short"});
+    Pass(16);
+    Time().Step_s(17);
+    Time().Advance_s(1);
+    LoadAnew(RELOAD);
+    Pass(9);
+    QCOMPARE(TakeRequests(), QStringList());
+    EXPECT_LOG(LEVEL_WARNING, {Missed(PLAYLIST, 1, "08:30:00", LOADED)});
+}
+
+// A far pass comes in the very moment in which both are due, and the first of them is not answered.
+void MissedStartsTest::WhatIsHeldUpInItsSecondIsMissedForThePeer()
+{
+    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
+        Time().Advance_ms(SILENT_MS);
+        return PeerReply::Failed(u"Did not receive a reply"_s);
+    });
+    StartBefore(30'000, {"08:30:00 Volume|1", "08:30:00 Volume|2"});
+    Pass(40);
+    QCOMPARE(LogRecorder::Messages(LEVEL_WARNING).filter(u"MISSED"_s),
+             QStringList{u"MISSED action: 5 (Volume), line 2, due at 08:30:00: the loop waited for "
+                         u"com.kestrelix.ozna.soundmanager"_s});
+    LogRecorder::Clear();
+}
+
+void MissedStartsTest::ShortWaitsAddUp()
+{
+    for (const char* method : {"SetPlayerVolume", "PlayFile"})
+        Bus().Answer(method, [this](const PeerRequest&) {
+            Time().Advance_ms(900);
+            return PeerReply(0);
+        });
+    // Asked for from a second before the volume on, until six seconds after it.
+    QByteArrayList lines(4, "08:30:07 PlayMessage|gong.mp3,70");
+    StartBefore(30'000, lines << "08:30:00 Volume|1");
+    Pass(40);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 5, "08:30:00", "the loop waited for com.kestrelix.ozna.soundmanager")});
+}
+
+void MissedStartsTest::ATimeWhosePartsCarryOverIsMissedLikeAnyOther()
+{
+    StartBefore(1000, {"08:29:61 Volume|1", "07:90:02 Volume|2", "08:29:70 Volume|3"});
+    Pass(20);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:01", LOADED), Missed(VOLUME, 2, "08:30:02", LOADED)});
+    QCOMPARE(TakeRequests(), QStringList{u"08:30:10 SetMasterVolume(d:3)"_s});
+}
+
+void MissedStartsTest::AStartIsToldOnceThoughItPassesTwice()
+{
+    Time().SetLocal(WEDNESDAY, QTime(23, 59, 50));
+    StartSchedule({"00:00:00 Volume|1"});
+    Pass(20);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "00:00:00", CANNOT_START)});
+    Time().Step_s(-20);
+    Pass(40);
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+void MissedStartsTest::APlaylistOfMidnightThatHasPlayedCannotStart()
+{
+    WritePlaylist();
+    Time().SetLocal(WEDNESDAY, QTime(23, 59, 50));
+    StartSchedule({"00:00:00 PlayPlaylist|day"});
+    Pass(60);
+    QCOMPARE(TakeRequests().size(), 1);
+    EndPlaylist();
+    LogRecorder::Clear();
+    Time().Advance_s(86400 - 80);
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList());
+    EXPECT_LOG(LEVEL_WARNING, {Missed(PLAYLIST, 1, "00:00:00", CANNOT_START)});
 }
 
 QTEST_GUILESS_MAIN(MissedStartsTest)

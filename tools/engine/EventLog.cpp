@@ -78,9 +78,10 @@ void EventLog::OnMissed(const MissedStart& start)
     event.moment_ms = isPlain ? straight_ms : Moment::FromLocal_ms(date, time);
     event.reason = start.cause;
     // A time that the clocks leave out is missed when they do.
-    if (Moment::LocalTime(event.moment_ms) != time)
+    const std::vector<ClockChange> changes = ClockChange::Between(event.moment_ms - DAY_AND_HOUR_MS, m_now_ms + 1);
+    if (Moment::LocalTime(event.moment_ms) != time && !changes.empty())
     {
-        event.moment_ms = ClockChange::Between(event.moment_ms - DAY_AND_HOUR_MS, m_now_ms + 1).back().moment_ms;
+        event.moment_ms = changes.back().moment_ms;
         event.reason =
             QStringLiteral("the clocks are put forward over %1").arg(time.toString(QStringLiteral("HH:mm:ss")));
     }

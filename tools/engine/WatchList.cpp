@@ -45,13 +45,13 @@ void WatchList::Renew(const Stretch& stretch)
 {
     m_stretch = stretch;
     const qint64 now_s = Clock::Now();
-    const qint64 midnight_s = StartIndex::Latest(QTime(0, 0), Clock::Read().local_ms / MS_PER_S);
+    const qint64 midnight_s = StartIndex::Latest(0, Clock::Read().local_ms / MS_PER_S);
     for (Watch& watch : m_watches)
     {
         const Action& action = *watch.action;
         watch.isDue = action.IsDueToday();
         watch.start_ms = (now_s + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second)) * MS_PER_S;
-        watch.due_s = midnight_s + action.m_startTime.msecsSinceStartOfDay() / MS_PER_S;
+        watch.due_s = midnight_s + action.StartSecond().value_or(0);
     }
 }
 
@@ -70,8 +70,7 @@ void WatchList::Sort(const Scheduler& scheduler)
 qint64 WatchList::NextFar_ms(qint64 now_ms) const
 {
     return std::accumulate(m_watches.begin(), m_watches.end(), NEVER, [&](qint64 next_ms, const Watch& watch) {
-        const bool isWatched = watch.isDue && !watch.isWatchedClosely;
-        return isWatched ? Sooner(next_ms, NextFar_ms(watch, now_ms)) : next_ms;
+        return watch.isDue ? Sooner(next_ms, NextFar_ms(watch, now_ms)) : next_ms;
     });
 }
 
