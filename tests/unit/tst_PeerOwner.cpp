@@ -23,6 +23,7 @@ private Q_SLOTS:
     void APlaylistCountsAsCompletedOnce();
     void AFailureWithoutAnOwnerLeavesNothingUnderWay_data();
     void AFailureWithoutAnOwnerLeavesNothingUnderWay();
+    void ASeriesThatEndedWithItsPeerStopsNoOther();
 
 private:
     void Begin() override { Data().WritePlaylist("track1.mp3;60\ntrack2.mp3;30\n", u"xmas"_s); }
@@ -110,6 +111,22 @@ void PeerOwnerTest::AFailureWithoutAnOwnerLeavesNothingUnderWay()
     LogRecorder::Clear();
     QCOMPARE(task.IsRunning(), isRunning);
     QVERIFY(task.m_running);
+}
+
+void PeerOwnerTest::ASeriesThatEndedWithItsPeerStopsNoOther()
+{
+    PeerOwner owner(Scheduler::m_photoManProxy);
+    owner.Change({}, u":1.5"_s);
+    Photo task(u"10,2"_s);
+    QVERIFY(task.Run());
+    owner.Change(u":1.5"_s, u":1.6"_s);
+    LogRecorder::Clear();
+    Bus().Clear();
+    // Of a series that another line has asked the new peer for.
+    for (int i = 0; i < 3; ++i)
+        Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, {});
+    EXPECT_REQUESTS(Bus(), {});
+    EXPECT_LOG(4, {});
 }
 
 QTEST_GUILESS_MAIN(PeerOwnerTest)
