@@ -124,6 +124,10 @@ void CheckCommandTest::AFolderFails()
     QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--playlists"), m_folder.filePath(QStringLiteral("none"))}).status,
              FAILED);
     QCOMPARE(CheckRun({}).status, FAILED);
+    // The system shows a process's memory as a regular file, and has nothing at its start.
+    const CheckRun unread({QStringLiteral("/proc/self/mem")});
+    QCOMPARE(unread.status, FAILED);
+    QVERIFY2(unread.errors.contains("/proc/self/mem: Input/output error"), unread.errors.constData());
 }
 
 void CheckCommandTest::AnUnknownZoneFails()
