@@ -95,6 +95,19 @@ qsizetype Counted(const QStringList& records)
     });
 }
 
+// How many of them, told last, are of starts behind the end: what decides on the last ones before it tells of those
+// too.
+qsizetype Behind(const QStringList& records, QTime end)
+{
+    constexpr int DECIDING_S = 30;
+    static const QRegularExpression DUE(QStringLiteral(" due at (?:[-0-9]+ )?([:0-9]+): "));
+    const auto isBefore = [end](const QString& record) {
+        const int after_s = end.secsTo(QTime::fromString(DUE.match(record).captured(1), QStringLiteral("HH:mm:ss")));
+        return after_s < 0 || after_s > DECIDING_S;
+    };
+    return std::distance(records.rbegin(), std::ranges::find_if(records.rbegin(), records.rend(), isBefore));
+}
+
 // A day with what can disturb a daemon.
 struct RandomPlan
 {
@@ -215,6 +228,7 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
     }
     const RandomPlan random(static_cast<std::uint32_t>(seed), plan, events);
     plan = random.plan;
+    plan.from_ms -= Moment::DAY_MS; // what passes once more when the calendar is put back
     QStringList missed;
     {
         Rehearsal rehearsal(plan);
@@ -236,7 +250,7 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
     if (!difference.isEmpty())
         qWarning("%s\n%s\n%s", schedule.Text().constData(), random.Text().constData(), difference.constData());
     QVERIFY(difference.isEmpty());
-    QCOMPARE(Counted(logged), expected.size());
+    QCOMPARE(Counted(logged) - Behind(logged, slow.End()), expected.size());
     for (const QString& text : expected)
         ++m_causes[text.section(QLatin1String(": "), 1)];
 }

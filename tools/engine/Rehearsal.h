@@ -1,6 +1,7 @@
 #pragma once
 
 #include "EventLog.h"
+#include "Moment.h"
 #include "PeerReply.h"
 #include "RehearsalClock.h"
 #include "Scheduler.h"
@@ -51,6 +52,9 @@ public:
 
     // In the order of their moments.
     [[nodiscard]] const std::vector<Event>& Events() const { return m_log.Events(); }
+
+    // What the clock on the wall shows at the end.
+    [[nodiscard]] QTime End() const { return Moment::LocalTime(End_ms()); }
 
     // How many of the daemon's passes were run.
     [[nodiscard]] qint64 Passes() const { return m_farPasses + m_earlyPasses; }
