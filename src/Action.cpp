@@ -169,7 +169,8 @@ bool Action::IsDueToday() const
 bool Action::IsDueOn(const QDate& date) const
 {
     const int weekDay = date.dayOfWeek() % DAYS_A_WEEK;
-    return IsDue(weekDay, date, HasSpotDate() ? Clock::UtcDateAt(date, m_startTime) : QDate());
+    const QTime time = QTime(0, 0).addSecs(StartSecond().value_or(0));
+    return IsDue(weekDay, date, HasSpotDate() ? Clock::UtcDateAt(date, time) : QDate());
 }
 
 // The spot date is that of UTC, unlike the day of week: an asymmetry that is required.

@@ -253,7 +253,7 @@ bool MissedStarts::IsBusy(const Action& action, std::int64_t due_s) const
 void MissedStarts::Add(const Open& open, const QString& cause)
 {
     // Told once, also where the clock is put back and it passes again.
-    open.action->m_answeredDue_s = open.due_s;
+    open.action->m_answeredDue_s = std::max(open.action->m_answeredDue_s, open.due_s);
     const Task& task = *open.action->m_task;
     m_missed.push_back({task.m_type, task.GetName(), open.action->m_lineNumber, open.due_s, cause});
 }
