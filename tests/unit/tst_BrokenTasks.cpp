@@ -158,7 +158,7 @@ void BrokenTasksTest::APlaybackWhosePeerCannotBeFollowedIsTold()
 void BrokenTasksTest::APeersOwnerThatCannotBeHeardIsNone()
 {
     m_cannotConnect = true;
-    QVERIFY_THROWS_EXCEPTION(std::exception, PeerOwner(Scheduler::m_soundManProxy));
+    QVERIFY_THROWS_EXCEPTION(std::exception, static_cast<void>(PeerOwner{Scheduler::m_soundManProxy}));
     QVERIFY(PeerOwner::Of(Scheduler::m_soundManProxy) == nullptr);
 }
 
