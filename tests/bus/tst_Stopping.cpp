@@ -82,7 +82,10 @@ void Stopping::NoActionIsStartedAfterASignal()
     const qint64 end_ms = TimeToEnd_ms();
     QVERIFY2(end_ms < SOUND_TIMEOUT_MS + GRACE_MS, qPrintable(QString::number(end_ms)));
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
-    QStringList lines = TakeSinceEarly(4);
+    QStringList lines = Daemon().Take(4);
+    lines = lines.mid(lines.indexOf(Ready("1 (PlayMessage)")));
+    // A far pass may come between the time-out and the end, and finds the messages once more.
+    lines.removeIf([](const QString& line) { return line.contains(QRegularExpression(EARLY)); });
     QVERIFY(lines.value(1).startsWith(QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: Did not")));
     lines.removeAt(1);
     COMPARE_LINES(lines, QStringList{Ready("1 (PlayMessage)")} + Ended());
