@@ -69,6 +69,32 @@ private Q_SLOTS:
     void ATimeWhosePartsCarryOverIsMissedLikeAnyOther();
     void AStartIsToldOnceThoughItPassesTwice();
     void APlaylistOfMidnightThatHasPlayedCannotStart();
+    void APlaylistOfMidnightThatHasNotPlayedStartsByLuck();
+    void AJoinAfterMidnightAnswersTheStartOfYesterday();
+    void WhatIsAskedForAtMidnightIsAnswered();
+    void WhatPassesWhileALoadIsMadeIsMissed();
+    void AStopInTheSecondOfAStartThatIsHeldUpTellsNothing();
+    void ALoadInTheVerySecondOfAStartTakesIt();
+    void ALoadAfterTheClockWasPutBackTakesNothingToCome();
+    void NoPassTellsOfAScheduleThatWent();
+    void WhatRunsWhileTheClockIsPutForwardHeldItsStart();
+    void WhatRanUntilRightBeforeItsStartHeldIt();
+    void WhatWasForcedOnAnotherDayIsMissedOnItsOwn();
+    void WhatALoadForcesAnewIsNotMissed();
+    void APlaylistIsJoinedInItsLastSecond();
+    void AnyStartOfMidnightInUtcMayBeMissed();
+    void WhoHeldTheLoopThroughoutIsTheCause();
+    void WhoHeldTheLoopUntilTheStartIsTheCause();
+    void AClockThatIsPutBackIsNoCause();
+    void OfManyYearsTheOlderStartsAreNotCounted();
+    void WhatIsMissedIsToldInTheOrderOfTheTimes();
+    void AProcessThatStandsStillRightAfterALoad_data();
+    void AProcessThatStandsStillRightAfterALoad();
+    void WhoWasWaitedForLongBeforeIsNoCause();
+    void ATimeWhosePartsCarryOverHasItsSpotDate();
+    void OfManyYearsWithoutAStartTheRestIsTold();
+    void TheCauseIsThatOfTheLastTimeThatItPasses();
+    void WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart();
 
 private:
     // Loads the lines so many milliseconds before 08:30:00.
@@ -227,8 +253,9 @@ void MissedStartsTest::AProcessThatStandsStill()
     Time().Advance_s(still_s);
     CheckFar();
     CheckEarly();
-    Pass(30);
     EXPECT_LOG(LEVEL_WARNING, (LogLines(isMissed ? 1 : 0, Missed(VOLUME, 1, "08:30:00", STOOD_STILL))));
+    Pass(30);
+    EXPECT_LOG(LEVEL_WARNING, {});
     QCOMPARE(Bus().Requests().size() + TakeRequests().size(), isMissed ? 0 : 1);
 }
 
@@ -505,6 +532,312 @@ void MissedStartsTest::APlaylistOfMidnightThatHasPlayedCannotStart()
     Pass(60);
     QCOMPARE(TakeRequests(), QStringList());
     EXPECT_LOG(LEVEL_WARNING, {Missed(PLAYLIST, 1, "00:00:00", CANNOT_START)});
+}
+
+void MissedStartsTest::APlaylistOfMidnightThatHasNotPlayedStartsByLuck()
+{
+    WritePlaylist();
+    Time().SetLocal(WEDNESDAY, QTime(23, 59, 50));
+    StartSchedule({"00:00:00 PlayPlaylist|day"});
+    Pass(3);
+    Time().Advance_s(200);
+    Pass(9);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(PLAYLIST, 1, "00:00:00", LUCK)});
+}
+
+void MissedStartsTest::AJoinAfterMidnightAnswersTheStartOfYesterday()
+{
+    WritePlaylist();
+    Time().SetLocal(WEDNESDAY, QTime(23, 59, 30));
+    StartSchedule({"23:59:50 PlayPlaylist|day"});
+    Pass(3);
+    Time().Advance_s(30);
+    Pass(9);
+    QCOMPARE(TakeRequests().size(), 1);
+    QVERIFY(LogRecorder::Messages(LEVEL_WARNING).filter(u"MISSED"_s).isEmpty());
+    LogRecorder::Clear();
+}
+
+// A far pass and an early one come at midnight sharp, eight seconds before it.
+void MissedStartsTest::WhatIsAskedForAtMidnightIsAnswered()
+{
+    Time().SetLocal(WEDNESDAY, QTime(23, 59, 30));
+    StartSchedule({"00:00:08 PlayMessage|gong.mp3"});
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList{u"00:00:00 PlayFile(s:gong.mp3, s:00:00:08)"_s});
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+// The stop of the message holds the load.
+void MissedStartsTest::WhatPassesWhileALoadIsMadeIsMissed()
+{
+    StartBefore(30'000, {"08:29:50 PlayMessage|gong.mp3", "08:30:00 Volume|1"});
+    Pass(29);
+    Bus().Answer("StopPlay", [this](const PeerRequest&) {
+        Time().Advance_ms(SILENT_MS);
+        return PeerReply(0);
+    });
+    LoadAnew(RELOAD);
+    Pass(6);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 2, "08:30:00", LOADED)});
+}
+
+void MissedStartsTest::AStopInTheSecondOfAStartThatIsHeldUpTellsNothing()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(29);
+    Time().Advance_ms(1500);
+    LoadAnew(ENABLING);
+    Pass(30);
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+void MissedStartsTest::ALoadInTheVerySecondOfAStartTakesIt()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(29);
+    Time().Advance_s(1);
+    CheckFar();
+    LoadAnew(RELOAD);
+    Pass(30);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:00", LOADED)});
+}
+
+void MissedStartsTest::ALoadAfterTheClockWasPutBackTakesNothingToCome()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(29);
+    Time().Advance_s(1);
+    CheckFar();
+    Time().Step_s(-20);
+    LoadAnew(RELOAD);
+    Pass(40);
+    QCOMPARE(TakeRequests(), QStringList{u"08:30:00 SetMasterVolume(d:1)"_s});
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+void MissedStartsTest::NoPassTellsOfAScheduleThatWent()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(20);
+    QCOMPARE(Engine().SetEnabled(false), 0);
+    Pass(20);
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+void MissedStartsTest::WhatRunsWhileTheClockIsPutForwardHeldItsStart()
+{
+    StartBefore(30'000, {"08:30:00 PlayMessage|gong.mp3"});
+    Pass(40);
+    Time().Step_s(86400);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(MESSAGE, 1, "08:30:00", STILL_RUNS)});
+}
+
+void MissedStartsTest::WhatRanUntilRightBeforeItsStartHeldIt()
+{
+    StartBefore(30'000, {"08:30:00 PlayMessage|gong.mp3"});
+    Pass(39);
+    Time().Advance_s(86400 - 10);
+    CheckFar();
+    EndMessage();
+    Pass(6);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(MESSAGE, 1, "08:30:00", STILL_RUNS)});
+}
+
+// What is forced waits for a day on which it is due.
+void MissedStartsTest::WhatWasForcedOnAnotherDayIsMissedOnItsOwn()
+{
+    Time().SetLocal(WEDNESDAY.addDays(-1), QTime(9, 0));
+    StartSchedule({"0010000 08:30:00 Light|80"});
+    Pass(3);
+    Time().Advance_s(2 * 86400);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed("0 (Light)", 1, "2024-05-15 08:30:00", STOOD_STILL)});
+}
+
+void MissedStartsTest::WhatALoadForcesAnewIsNotMissed()
+{
+    Time().SetLocal(WEDNESDAY.addDays(-1), QTime(9, 0));
+    StartSchedule({"0010000 08:30:00 Light|80"});
+    Pass(3);
+    Time().Advance_s(86400 - 1800);
+    LoadAnew(RELOAD);
+    Pass(6);
+    QCOMPARE(TakeRequests().size(), 2);
+    EXPECT_LOG(LEVEL_WARNING, {});
+}
+
+void MissedStartsTest::APlaylistIsJoinedInItsLastSecond()
+{
+    Data().WritePlaylist("first.mp3;3\nlast.mp3;20\n", u"short"_s); // five seconds are tolerated
+    StartBefore(30'000, {"08:30:00 PlayPlaylist|short"});
+    Pass(20);
+    Time().Advance_s(15);
+    CheckFar();
+    CheckEarly();
+    QCOMPARE(Bus().Requests().size(), 1);
+    QVERIFY(LogRecorder::Messages(LEVEL_WARNING).filter(u"MISSED"_s).isEmpty());
+    LogRecorder::Clear();
+}
+
+// Only a spot date begins then.
+void MissedStartsTest::AnyStartOfMidnightInUtcMayBeMissed()
+{
+    const TimeZone there("America/Los_Angeles");
+    Time().SetLocal(QDate(2024, 1, 14), QTime(15, 59, 30));
+    StartSchedule({"16:00:00 Volume|1"});
+    Pass(3);
+    Time().Advance_s(60);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "16:00:00", STOOD_STILL)});
+}
+
+// Not who was waited for longer, but not when it mattered.
+void MissedStartsTest::WhoHeldTheLoopThroughoutIsTheCause()
+{
+    Bus().Answer("TakePhotoStream", [this](const PeerRequest&) {
+        Time().Advance_ms(6000);
+        return PeerReply(0);
+    });
+    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
+        Time().Advance_ms(5500);
+        return PeerReply(0);
+    });
+    StartBefore(30'000, {"08:29:50 RecordPhoto|5,-1", "08:29:58 Volume|1", "08:30:00 Volume|2"});
+    Pass(40);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 3, "08:30:00", "the loop waited for com.kestrelix.ozna.soundmanager")});
+}
+
+// It is over in time, but kept the far passes from seeing the start ahead.
+void MissedStartsTest::WhoHeldTheLoopUntilTheStartIsTheCause()
+{
+    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
+        Time().Advance_ms(15'000);
+        return PeerReply(0);
+    });
+    StartBefore(30'000, {"08:29:46 Volume|1", "08:30:00 Volume|2"});
+    Pass(40);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 2, "08:30:00", "the loop waited for com.kestrelix.ozna.soundmanager")});
+}
+
+void MissedStartsTest::AClockThatIsPutBackIsNoCause()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(6);
+    Time().Advance_s(60);
+    Time().Step_s(-20);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:00", STOOD_STILL)});
+}
+
+void MissedStartsTest::OfManyYearsTheOlderStartsAreNotCounted()
+{
+    constexpr int YEAR_S = 366 * 86400;
+    StartBefore(30'000, {"08:00:00 Volume|1"});
+    Pass(3);
+    for (int year = 0; year < 200; ++year)
+        Time().Step_s(YEAR_S);
+    Pass(3);
+    const QStringList missed = LogRecorder::Messages(LEVEL_WARNING);
+    LogRecorder::Clear();
+    QCOMPARE(missed.size(), 21);
+    QVERIFY(missed.last().endsWith(u"others before these, and older ones that were not counted"_s));
+    // That is told once.
+    Time().Step_s(86400);
+    Pass(3);
+    QCOMPARE(LogRecorder::Messages(LEVEL_WARNING).size(), 1);
+    LogRecorder::Clear();
+}
+
+// The load tells of the playlist last.
+void MissedStartsTest::WhatIsMissedIsToldInTheOrderOfTheTimes()
+{
+    Data().WritePlaylist("first.mp3;3\nlast.mp3;20\n", u"short"_s);
+    StartBefore(30'000, {"08:30:00 PlayPlaylist|short", "08:30:01 Volume|1"});
+    Pass(16);
+    Time().Step_s(17);
+    Time().Advance_s(1);
+    LoadAnew(RELOAD);
+    Pass(9);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(PLAYLIST, 1, "08:30:00", LOADED), Missed(VOLUME, 2, "08:30:01", CLOCK_FORWARD)});
+}
+
+void MissedStartsTest::AProcessThatStandsStillRightAfterALoad_data()
+{
+    QTest::addColumn<int>("before_ms");
+    QTest::addColumn<QByteArray>("cause");
+    QTest::newRow("two seconds before") << 2000 << LOADED;
+    QTest::newRow("long before") << 20'000 << STOOD_STILL;
+}
+
+void MissedStartsTest::AProcessThatStandsStillRightAfterALoad()
+{
+    QFETCH(int, before_ms);
+    QFETCH(QByteArray, cause);
+    StartBefore(before_ms, {"08:30:00 Volume|1"});
+    Time().Advance_s(60);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:00", cause)});
+}
+
+void MissedStartsTest::WhoWasWaitedForLongBeforeIsNoCause()
+{
+    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
+        Time().Advance_ms(SILENT_MS);
+        return PeerReply(0);
+    });
+    StartBefore(60'000, {"08:29:10 Volume|1", "08:30:00 Volume|2"});
+    Pass(30);
+    Time().Advance_s(60);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 2, "08:30:00", STOOD_STILL)});
+}
+
+void MissedStartsTest::ATimeWhosePartsCarryOverHasItsSpotDate()
+{
+    Time().SetLocal(WEDNESDAY, DUE.addSecs(-1));
+    StartWith({"0000000|08:29:61|15|5|*|||Volume|1"});
+    Pass(20);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:01", LOADED)});
+}
+
+void MissedStartsTest::OfManyYearsWithoutAStartTheRestIsTold()
+{
+    StartBefore(30'000, {"0000000 08:00:00 Volume|1"});
+    Pass(3);
+    for (int year = 0; year < 200; ++year)
+        Time().Step_s(366 * 86400);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Others(0, ", and older ones that were not counted")});
+}
+
+void MissedStartsTest::TheCauseIsThatOfTheLastTimeThatItPasses()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(29);
+    Time().Advance_s(1);
+    CheckFar();
+    Time().Step_s(-60);
+    Pass(6);
+    Time().Step_s(60);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:00", CLOCK_FORWARD)});
+}
+
+void MissedStartsTest::WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart()
+{
+    StartBefore(30'000, {"08:30:00 PlayMessage|gong.mp3"});
+    Pass(39);
+    Time().Advance_s(86400 - 10);
+    CheckFar();
+    EndMessage();
+    LogRecorder::Clear();
+    Time().Step_s(-30);
+    Pass(6);
+    Time().Advance_s(60);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(MESSAGE, 1, "08:30:00", STOOD_STILL)});
 }
 
 QTEST_GUILESS_MAIN(MissedStartsTest)

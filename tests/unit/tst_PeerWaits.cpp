@@ -1,0 +1,113 @@
+#include "PeerWaits.h"
+#include "UnitTest.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString SOUND = QStringLiteral("sound");
+const QString PHOTO = QStringLiteral("photo");
+
+} // namespace
+
+// What is kept of the waits for peers. Moments are milliseconds of the uptime.
+class PeerWaitsTest final : public UnitTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void NobodyWasWaitedForAtFirst();
+    void WaitsThatFollowEachOtherCountAsOne_data();
+    void WaitsThatFollowEachOtherCountAsOne();
+    void AShortWaitIsNotKept();
+    void TheLatestWaitsAreKept();
+    void TheLongestWaitIsThatWithinTheSpan_data();
+    void TheLongestWaitIsThatWithinTheSpan();
+    void AWaitThroughoutHasNoBreak();
+
+private:
+    void Begin() override { PeerWaits::Clear(); }
+    void End() override { PeerWaits::Clear(); }
+};
+
+void PeerWaitsTest::NobodyWasWaitedForAtFirst()
+{
+    PeerWaits::Note(SOUND, 0, 5000);
+    QCOMPARE(PeerWaits::Longest(0, 5000), SOUND);
+    PeerWaits::Clear();
+    QCOMPARE(PeerWaits::Longest(0, 5000), QString());
+    QCOMPARE(PeerWaits::Throughout(0, 5000), QString());
+}
+
+void PeerWaitsTest::WaitsThatFollowEachOtherCountAsOne_data()
+{
+    QTest::addColumn<QString>("next");
+    QTest::addColumn<int>("pause_ms");
+    QTest::addColumn<QString>("throughout");
+    QTest::newRow("at once") << SOUND << 0 << SOUND;
+    QTest::newRow("with a short pause") << SOUND << 20 << SOUND;
+    QTest::newRow("with a pause") << SOUND << 21 << QString();
+    QTest::newRow("for another peer") << PHOTO << 0 << QString();
+}
+
+void PeerWaitsTest::WaitsThatFollowEachOtherCountAsOne()
+{
+    QFETCH(QString, next);
+    QFETCH(int, pause_ms);
+    QFETCH(QString, throughout);
+    PeerWaits::Note(SOUND, 0, 600);
+    PeerWaits::Note(next, 600 + pause_ms, 1300);
+    QCOMPARE(PeerWaits::Throughout(0, 1300), throughout);
+}
+
+void PeerWaitsTest::AShortWaitIsNotKept()
+{
+    PeerWaits::Note(SOUND, 0, 19);
+    QCOMPARE(PeerWaits::Throughout(0, 19), QString());
+    PeerWaits::Note(PHOTO, 100, 120);
+    QCOMPARE(PeerWaits::Throughout(100, 120), PHOTO);
+}
+
+void PeerWaitsTest::TheLatestWaitsAreKept()
+{
+    constexpr int MOST = 64;
+    for (int i = 0; i <= MOST; ++i)
+        PeerWaits::Note(QString::number(i), i * 1000, i * 1000 + 500);
+    QCOMPARE(PeerWaits::Throughout(0, 500), QString());
+    for (int i = 1; i <= MOST; ++i)
+        QCOMPARE(PeerWaits::Throughout(i * 1000, i * 1000 + 500), QString::number(i));
+}
+
+void PeerWaitsTest::TheLongestWaitIsThatWithinTheSpan_data()
+{
+    QTest::addColumn<int>("from_ms");
+    QTest::addColumn<int>("to_ms");
+    QTest::addColumn<QString>("longest");
+    QTest::newRow("the longer of two, which is the earlier") << 0 << 20'000 << SOUND;
+    QTest::newRow("the end of the one is shorter than the other") << 4000 << 20'000 << PHOTO;
+    QTest::newRow("the begin of the other is shorter than the one") << 3000 << 7500 << SOUND;
+    QTest::newRow("a second") << 4000 << 6000 << SOUND;
+    QTest::newRow("less than a second") << 4001 << 6000 << QString();
+    QTest::newRow("neither") << 5000 << 6000 << QString();
+}
+
+void PeerWaitsTest::TheLongestWaitIsThatWithinTheSpan()
+{
+    QFETCH(int, from_ms);
+    QFETCH(int, to_ms);
+    QFETCH(QString, longest);
+    PeerWaits::Note(SOUND, 0, 5000);
+    PeerWaits::Note(PHOTO, 6000, 9000);
+    QCOMPARE(PeerWaits::Longest(from_ms, to_ms), longest);
+}
+
+void PeerWaitsTest::AWaitThroughoutHasNoBreak()
+{
+    PeerWaits::Note(SOUND, 1000, 2000);
+    QCOMPARE(PeerWaits::Throughout(1000, 2000), SOUND);
+    QCOMPARE(PeerWaits::Throughout(999, 2000), QString());
+    QCOMPARE(PeerWaits::Throughout(1000, 2001), QString());
+}
+
+QTEST_GUILESS_MAIN(PeerWaitsTest)
+#include "tst_PeerWaits.moc"
