@@ -41,6 +41,11 @@ class Test:
 
     def run(self, variables, timeout_s=None):
         """Runs the test with further variables: how it ended, and after how many seconds."""
+        return self.run_reaching(variables, None, timeout_s)[:2]
+
+    def run_reaching(self, variables, reached, timeout_s=None):
+        """Runs the test with further variables, one of which, if reached is its name, holds the path of a file for the
+        test to write to: how it ended, after how many seconds, and the words in that file."""
         environment = dict(os.environ)
         for variable in self.unset:
             environment.pop(variable, None)
@@ -49,6 +54,11 @@ class Test:
         with tempfile.TemporaryDirectory(prefix="ozna-mutant-") as scratch:
             # Some tests become an ordinary user, as one may in the folder for temporary files.
             os.chmod(scratch, 0o1777)
+            words = pathlib.Path(scratch) / "reached"
+            words.touch()
+            words.chmod(0o666)
+            if reached:
+                environment[reached] = str(words)
             with open(pathlib.Path(scratch) / "output", "wb") as output:
                 # Whatever the test leaves behind goes with its session, and with its folder.
                 process = subprocess.Popen(self.command, cwd=self.folder, env=environment | {"TMPDIR": scratch},
@@ -56,7 +66,7 @@ class Test:
                                            start_new_session=True, preexec_fn=_limit)
                 status = _wait(process, pathlib.Path(output.name), begin + (timeout_s or self.timeout_s))
                 _end(process)
-        return status, time.monotonic() - begin
+            return status, time.monotonic() - begin, set(words.read_text().split())
 
 
 def _wait(process, output, deadline):
