@@ -95,6 +95,8 @@ private Q_SLOTS:
     void OfManyYearsWithoutAStartTheRestIsTold();
     void TheCauseIsThatOfTheLastTimeThatItPasses();
     void WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart();
+    void AJoinFromMidnightOnAnswersNoStartOfATimeThatIsNone();
+    void AMissOfTheDayBeforeDoesNotUndoAnAnswer();
 
 private:
     // Loads the lines so many milliseconds before 08:30:00.
@@ -838,6 +840,37 @@ void MissedStartsTest::WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart()
     Time().Advance_s(60);
     Pass(3);
     EXPECT_LOG(LEVEL_WARNING, {Missed(MESSAGE, 1, "08:30:00", STOOD_STILL)});
+}
+
+// 08:29:65 is late from midnight on, though it is started at 08:30:05: the join is not the start of the day before.
+void MissedStartsTest::AJoinFromMidnightOnAnswersNoStartOfATimeThatIsNone()
+{
+    Data().WritePlaylist("long.mp3;7200\nlast.mp3;60\n", u"long"_s);
+    StartBefore(60'000, {"08:29:65 PlayPlaylist|long"});
+    Pass(3);
+    Time().Advance_s(57'057);
+    Pass(3);
+    QCOMPARE(TakeRequests().size(), 1);
+    QCOMPARE(LogRecorder::Messages(LEVEL_WARNING).filter(u"IsDelayed but still valid"_s).size(), 1);
+    LogRecorder::Clear();
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(PLAYLIST, 1, "2024-05-15 08:30:05", STOOD_STILL)});
+}
+
+// The clock goes back to the day before, on which the start is missed, and forward again.
+void MissedStartsTest::AMissOfTheDayBeforeDoesNotUndoAnAnswer()
+{
+    StartBefore(30'000, {"08:30:00 Volume|1"});
+    Pass(60);
+    QCOMPARE(TakeRequests().size(), 1);
+    Time().Step_s(-86400 - 60);
+    Pass(3);
+    Time().Advance_s(60);
+    Pass(3);
+    EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:00", STOOD_STILL)});
+    Time().Step_s(86400);
+    Pass(9);
+    EXPECT_LOG(LEVEL_WARNING, {});
 }
 
 QTEST_GUILESS_MAIN(MissedStartsTest)
