@@ -1,9 +1,12 @@
+#include "LastCalls.h"
 #include "PeerCall.h"
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
 #include "StopRequest.h"
 
+#include <GpsManagerProxy.h>
+#include <NetworkManagerProxy.h>
 #include <UpdateManagerProxy.h>
 
 #include <QSignalSpy>
@@ -37,6 +40,7 @@ private Q_SLOTS:
     void ACallIsNotSent();
     void ACallThatWasNotSentIsNotJudged();
     void DeletionStillAsks();
+    void APeerIsSilentOnlyFromTheRequestOn();
 
 private:
     void End() override;
@@ -146,6 +150,16 @@ void StopRequestTest::DeletionStillAsks()
     EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:file, s:)"_s});
     QVERIFY(PeerCall::Send(nullptr, u"Anything"_s).IsBusError());
     LogRecorder::Clear();
+}
+
+void StopRequestTest::APeerIsSilentOnlyFromTheRequestOn()
+{
+    LastCalls::NoteTimeOut(Scheduler::m_gpsManProxy);
+    QVERIFY(!LastCalls::IsSilent(Scheduler::m_gpsManProxy));
+    StopRequest::Make();
+    LastCalls::NoteTimeOut(Scheduler::m_gpsManProxy);
+    QVERIFY(LastCalls::IsSilent(Scheduler::m_gpsManProxy));
+    QVERIFY(!LastCalls::IsSilent(Scheduler::m_networkManProxy));
 }
 
 QTEST_GUILESS_MAIN(StopRequestTest)
