@@ -118,6 +118,11 @@ void EarlyPassTest::ALostActionReturns()
     QCOMPARE(task->m_calls, QStringList());
     QCOMPARE(FarList(), QStringList(u"PlayMessage 12:00:10"_s));
     QCOMPARE(EarlyList(), QStringList());
+    // Its start has been told of when it passes.
+    task->m_onAskTolerance = {};
+    Time().Advance_s(10);
+    CheckFar();
+    EXPECT_LOG(2, {});
 }
 
 void EarlyPassTest::StartedActionsReturnBeforeLostOnes()
