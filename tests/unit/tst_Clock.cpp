@@ -28,6 +28,9 @@ private Q_SLOTS:
     void SecondsSinceAreNeverNegative();
     void AClockFarOffIsNotFatal_data();
     void AClockFarOffIsNotFatal();
+    void ACalendarWithoutAnUptimeCountsIt();
+    void AReadingThatWasInterruptedIsMadeAgain();
+    void AReadingThatIsInterruptedEachTimeEnds();
 };
 
 void ClockTest::TheSystemClockIsTheDefault()
@@ -266,6 +269,33 @@ void ClockTest::AClockFarOffIsNotFatal()
     // Whatever today is, it is the same day at both calls.
     QCOMPARE(Clock::LocalToday(), Clock::LocalToday());
     QCOMPARE(Clock::SecondsTo(12, 0, 1) - Clock::SecondsTo(12, 0, 0), 1);
+}
+
+void ClockTest::ACalendarWithoutAnUptimeCountsIt()
+{
+    Clock::SetSource([] { return 42; });
+    QCOMPARE(Clock::Uptime_ms(), 42);
+    Clock::SetSource([] { return 42; }, [] { return 7; });
+    QCOMPARE(Clock::Uptime_ms(), 7);
+}
+
+// Half a second passes between the uptime and the calendar.
+void ClockTest::AReadingThatWasInterruptedIsMadeAgain()
+{
+    std::int64_t uptime_ms = 0;
+    std::int64_t late_ms = 500;
+    Clock::SetSource([&] { return 86'400'000 + (uptime_ms += std::exchange(late_ms, 0)); }, [&] { return uptime_ms; });
+    const Clock::Reading reading = Clock::Read();
+    QCOMPARE(reading.uptime_ms, 500);
+    QCOMPARE(reading.calendar_ms, 86'400'500);
+}
+
+void ClockTest::AReadingThatIsInterruptedEachTimeEnds()
+{
+    std::int64_t uptime_ms = 0;
+    Clock::SetSource([&] { return 0; }, [&] { return uptime_ms += 1000; });
+    static_cast<void>(Clock::Read());
+    QVERIFY(uptime_ms <= 10'000);
 }
 
 QTEST_GUILESS_MAIN(ClockTest)

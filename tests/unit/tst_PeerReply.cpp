@@ -3,6 +3,7 @@
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 #include <climits>
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void AnErrorMessagesValueIsReadLikeAReplys();
     void AReplyIsMadeOfAStatusOrAnError();
     void TheSenderIsWhoAnswered();
+    void AnAnswerKeepsItsTurn();
 };
 
 void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt_data()
@@ -153,6 +155,14 @@ void PeerReplyTest::TheSenderIsWhoAnswered()
     QCOMPARE(PeerReply(from({})).Sender(), QString());
     QCOMPARE(PeerReply(0).Sender(), QString());
     QVERIFY(PeerReply(0).Turn() == nullptr);
+}
+
+void PeerReplyTest::AnAnswerKeepsItsTurn()
+{
+    const QDBusPendingCall call = QDBusPendingCall::fromError(QDBusError(QDBusError::NoReply, u"late"_s));
+    const auto turn = std::make_shared<const QDBusPendingCallWatcher>(call);
+    QCOMPARE(PeerReply(call.reply(), turn).Turn(), turn);
+    QVERIFY(PeerReply(call.reply()).Turn() == nullptr);
 }
 
 QTEST_GUILESS_MAIN(PeerReplyTest)
