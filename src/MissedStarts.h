@@ -34,9 +34,6 @@ public:
     // counted.
     std::vector<MissedStart> Look(const ActionList& watched);
 
-    // Whether the next far pass will have to decide on a start.
-    [[nodiscard]] bool IsDeciding() const { return m_isDeciding; }
-
 private:
     // What happened between the last look and this one.
     struct Passage
@@ -80,7 +77,6 @@ private:
     std::int64_t m_seen_s = 0;            // up to here all starts were looked at
     std::vector<Open> m_open;
     std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is still under way
-    bool m_isDeciding = false;
     std::vector<MissedStart> m_missed; // not told yet
     bool m_areAll = true;              // false: there were older ones, too many to be looked at
 };
