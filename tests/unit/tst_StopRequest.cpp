@@ -2,7 +2,7 @@
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
-#include "StopRequest.h"
+#include "process/StopRequest.h"
 
 #include <UpdateManagerProxy.h>
 
