@@ -2,11 +2,11 @@
 
 #include "Clock.h"
 #include "Log.h"
-#include "ScheduleFields.h"
-#include "StringUtils.h"
 #include "TaskTable.h"
 #include "tasks/PlayPlaylist.h"
 #include "tasks/RequestPddAction.h"
+#include "text/ScheduleFields.h"
+#include "text/StringUtils.h"
 
 #include <algorithm>
 #include <limits>

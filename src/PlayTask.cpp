@@ -1,7 +1,7 @@
 #include "PlayTask.h"
 
-#include "Parameter.h"
 #include "SoundManager.h"
+#include "text/Parameter.h"
 
 namespace
 {

@@ -5,8 +5,8 @@
 #include "LastCalls.h"
 #include "Log.h"
 #include "Peers.h"
-#include "TextFile.h"
 #include "process/StopRequest.h"
+#include "text/TextFile.h"
 
 #include <UpdateManagerProxy.h>
 

@@ -1,8 +1,8 @@
 #include "Amplifiers.h"
 
 #include "Log.h"
-#include "Parameter.h"
 #include "SoundManager.h"
+#include "text/Parameter.h"
 
 Amplifiers::Amplifiers(const QString& mask)
     : PunctualTask(TASK_AMPLIFIERS, {})

@@ -1,9 +1,9 @@
 #include "Camera.h"
 
 #include "Log.h"
-#include "Parameter.h"
 #include "PeerCall.h"
 #include "Scheduler.h"
+#include "text/Parameter.h"
 
 #include <PhotoManagerProxy.h>
 

@@ -1,8 +1,8 @@
 #include "EnableAux.h"
 
 #include "Log.h"
-#include "Parameter.h"
 #include "SoundManager.h"
+#include "text/Parameter.h"
 
 EnableAux::EnableAux(const QString& enable)
     : PunctualTask(TASK_ENABLE_AUX, {})

@@ -1,9 +1,9 @@
 #include "Light.h"
 
 #include "Log.h"
-#include "Parameter.h"
 #include "PeerCall.h"
 #include "Scheduler.h"
+#include "text/Parameter.h"
 
 #include <LightManagerProxy.h>
 

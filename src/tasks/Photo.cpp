@@ -1,10 +1,10 @@
 #include "Photo.h"
 
 #include "Log.h"
-#include "Parameter.h"
 #include "PeerCall.h"
 #include "Scheduler.h"
-#include "StringUtils.h"
+#include "text/Parameter.h"
+#include "text/StringUtils.h"
 
 #include <PhotoManagerProxy.h>
 

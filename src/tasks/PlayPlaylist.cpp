@@ -3,8 +3,8 @@
 #include "DataRoot.h"
 #include "ProxyTimeout.h"
 #include "SoundManager.h"
-#include "StringUtils.h"
-#include "TextFile.h"
+#include "text/StringUtils.h"
+#include "text/TextFile.h"
 
 #include <stdexcept>
 

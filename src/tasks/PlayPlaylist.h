@@ -1,7 +1,7 @@
 #pragma once
 
 #include "PlayTask.h"
-#include "PlaylistItem.h"
+#include "text/PlaylistItem.h"
 
 #include <QTime>
 

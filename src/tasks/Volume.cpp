@@ -1,8 +1,8 @@
 #include "Volume.h"
 
 #include "Log.h"
-#include "Parameter.h"
 #include "SoundManager.h"
+#include "text/Parameter.h"
 
 Volume::Volume(const QString& volume)
     : PunctualTask(TASK_VOLUME, {})

@@ -3,11 +3,11 @@
 #include "PeerOwner.h"
 #include "PlaylistLines.h"
 #include "Scheduler.h"
-#include "StringUtils.h"
-#include "TextFile.h"
 #include "UnitTest.h"
 #include "tasks/Photo.h"
 #include "tasks/PlayPlaylist.h"
+#include "text/StringUtils.h"
+#include "text/TextFile.h"
 
 #include <SoundManagerProxy.h>
 

@@ -1,4 +1,3 @@
-#include "Parameter.h"
 #include "ProxyTimeout.h"
 #include "PunctualTask.h"
 #include "Scheduler.h"
@@ -15,6 +14,7 @@
 #include "tasks/StopPlaylist.h"
 #include "tasks/StopRadioFm.h"
 #include "tasks/StopStream.h"
+#include "text/Parameter.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>
