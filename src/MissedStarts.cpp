@@ -1,7 +1,7 @@
 #include "MissedStarts.h"
 
 #include "Log.h"
-#include "PeerWaits.h"
+#include "peers/PeerWaits.h"
 
 #include <algorithm>
 #include <unordered_set>

@@ -1,6 +1,6 @@
 #include "PlayTask.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 #include "text/Parameter.h"
 
 namespace

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Log.h"
-#include "PeerReply.h"
 #include "Scheduler.h"
 #include "Task.h"
+#include "peers/PeerReply.h"
 
 #include <SoundManagerProxy.h>
 

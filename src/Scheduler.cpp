@@ -2,9 +2,9 @@
 
 #include "Action.h"
 #include "Clock.h"
-#include "LastCalls.h"
 #include "Log.h"
-#include "Peers.h"
+#include "peers/LastCalls.h"
+#include "peers/Peers.h"
 #include "process/StopRequest.h"
 #include "text/TextFile.h"
 

@@ -4,7 +4,7 @@
 #include "DataRoot.h"
 #include "MissedStarts.h"
 #include "Task.h"
-#include "WaitingUpdates.h"
+#include "peers/WaitingUpdates.h"
 
 #include <QObject>
 #include <QString>

@@ -1,9 +1,9 @@
 #include "Task.h"
 
 #include "Log.h"
-#include "PeerOwner.h"
-#include "PeerReply.h"
 #include "TaskTable.h"
+#include "peers/PeerOwner.h"
+#include "peers/PeerReply.h"
 
 #include <QDBusAbstractInterface>
 

@@ -1,7 +1,7 @@
 #include "Amplifiers.h"
 
 #include "Log.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 #include "text/Parameter.h"
 
 Amplifiers::Amplifiers(const QString& mask)

@@ -1,8 +1,8 @@
 #include "Camera.h"
 
 #include "Log.h"
-#include "PeerCall.h"
 #include "Scheduler.h"
+#include "peers/PeerCall.h"
 #include "text/Parameter.h"
 
 #include <PhotoManagerProxy.h>

@@ -1,8 +1,8 @@
 #include "CpuFreq.h"
 
 #include "Log.h"
-#include "PeerCall.h"
 #include "Scheduler.h"
+#include "peers/PeerCall.h"
 
 #include <CpuFreqManagerProxy.h>
 

@@ -1,7 +1,7 @@
 #include "EnableAux.h"
 
 #include "Log.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 #include "text/Parameter.h"
 
 EnableAux::EnableAux(const QString& enable)

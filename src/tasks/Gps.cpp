@@ -1,8 +1,8 @@
 #include "Gps.h"
 
 #include "Log.h"
-#include "PeerCall.h"
 #include "Scheduler.h"
+#include "peers/PeerCall.h"
 #include "text/Parameter.h"
 
 #include <GpsManagerProxy.h>

@@ -1,8 +1,8 @@
 #include "Light.h"
 
 #include "Log.h"
-#include "PeerCall.h"
 #include "Scheduler.h"
+#include "peers/PeerCall.h"
 #include "text/Parameter.h"
 
 #include <LightManagerProxy.h>

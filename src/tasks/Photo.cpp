@@ -1,8 +1,8 @@
 #include "Photo.h"
 
 #include "Log.h"
-#include "PeerCall.h"
 #include "Scheduler.h"
+#include "peers/PeerCall.h"
 #include "text/Parameter.h"
 #include "text/StringUtils.h"
 

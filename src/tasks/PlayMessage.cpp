@@ -1,6 +1,6 @@
 #include "PlayMessage.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 PlayMessage::PlayMessage(const QString& time, const QString& file, const QString& volume)
     : PlayTask(TASK_PLAY_MESSAGE, SoundManager::SOURCE_FILE, {}, volume, OZNA_LOG_SITE)

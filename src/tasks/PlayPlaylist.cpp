@@ -1,8 +1,8 @@
 #include "PlayPlaylist.h"
 
 #include "DataRoot.h"
-#include "ProxyTimeout.h"
-#include "SoundManager.h"
+#include "peers/ProxyTimeout.h"
+#include "peers/SoundManager.h"
 #include "text/StringUtils.h"
 #include "text/TextFile.h"
 

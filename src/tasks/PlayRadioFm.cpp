@@ -1,9 +1,9 @@
 #include "PlayRadioFm.h"
 
 #include "Log.h"
-#include "ProxyTimeout.h"
 #include "Scheduler.h"
-#include "SoundManager.h"
+#include "peers/ProxyTimeout.h"
+#include "peers/SoundManager.h"
 
 #include <SoundManagerProxy.h>
 

@@ -1,6 +1,6 @@
 #include "PlayStream.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 #include <Configuration.h>
 

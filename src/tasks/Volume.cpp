@@ -1,7 +1,7 @@
 #include "Volume.h"
 
 #include "Log.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 #include "text/Parameter.h"
 
 Volume::Volume(const QString& volume)

@@ -1,5 +1,5 @@
-#include "Peers.h"
 #include "SchedulerTest.h"
+#include "peers/Peers.h"
 #include "tasks/PlayMessage.h"
 #include "text/TextFile.h"
 

@@ -1,7 +1,7 @@
-#include "PeerCall.h"
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "peers/PeerCall.h"
 #include "process/StopRequest.h"
 
 #include <UpdateManagerProxy.h>

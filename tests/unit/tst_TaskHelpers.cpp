@@ -1,7 +1,7 @@
-#include "ProxyTimeout.h"
 #include "PunctualTask.h"
 #include "Scheduler.h"
 #include "UnitTest.h"
+#include "peers/ProxyTimeout.h"
 #include "tasks/EnableAux.h"
 #include "tasks/Lan.h"
 #include "tasks/Photo.h"

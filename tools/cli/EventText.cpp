@@ -1,7 +1,7 @@
 #include "EventText.h"
 
 #include "Moment.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 #include <QStringList>
 

@@ -1,8 +1,8 @@
 #include "ScheduleLine.h"
 
-#include "Peers.h"
 #include "ToolError.h"
 #include "Workspace.h"
+#include "peers/Peers.h"
 #include "text/TextFile.h"
 
 #include <QStringList>

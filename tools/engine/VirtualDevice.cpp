@@ -2,7 +2,7 @@
 
 #include "Moment.h"
 #include "Scheduler.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>
