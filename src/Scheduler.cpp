@@ -5,6 +5,7 @@
 #include "Log.h"
 #include "peers/LastCalls.h"
 #include "peers/Peers.h"
+#include "peers/UpdateManager.h"
 #include "process/StopRequest.h"
 #include "text/TextFile.h"
 
@@ -26,7 +27,7 @@ Scheduler::Scheduler(const QString& fileName)
     : m_scheduleFile(fileName)
 {
     Peers::CreateProxies([this] {
-        if (!connect(m_updateManProxy, &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated))
+        if (!connect(UpdateManager::Signals(), &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated))
             throw std::runtime_error("update-manager link");
     });
 

@@ -4,6 +4,7 @@
 #include "DataRoot.h"
 #include "MissedStarts.h"
 #include "Task.h"
+#include "peers/PeerProxies.h"
 #include "peers/WaitingUpdates.h"
 
 #include <QObject>
@@ -11,15 +12,6 @@
 #include <QTimer>
 
 #include <cstdint>
-
-class ConfigProxy;
-class CpuFreqManagerProxy;
-class GpsManagerProxy;
-class LightManagerProxy;
-class NetworkManagerProxy;
-class PhotoManagerProxy;
-class SoundManagerProxy;
-class UpdateManagerProxy;
 
 // What a pass finds out about an action.
 enum class ActionFinding : std::uint8_t
@@ -32,7 +24,8 @@ enum class ActionFinding : std::uint8_t
 // The engine: owns the actions of the schedule file and the two timers that pick the ones to start.
 // Everything runs on the event-loop thread. The slots with a result are the bus's; it is the status 0, always.
 // Once the process is to end (see StopRequest), nothing is loaded and no action is started any more.
-class Scheduler final : public QObject
+// The shared proxies of PeerProxies are its static members.
+class Scheduler final : public QObject, public PeerProxies
 {
     Q_OBJECT
 public:
@@ -65,16 +58,6 @@ public:
 
     // The folder of the schedule files, without a trailing separator.
     static QString GetSchedulePath() { return DataRoot() + QStringLiteral("/schedule"); }
-
-    // The proxies that all tasks share; created by the constructor, never deleted.
-    static inline ConfigProxy* m_configManProxy = nullptr;
-    static inline UpdateManagerProxy* m_updateManProxy = nullptr;
-    static inline SoundManagerProxy* m_soundManProxy = nullptr;
-    static inline PhotoManagerProxy* m_photoManProxy = nullptr;
-    static inline LightManagerProxy* m_lightManProxy = nullptr;
-    static inline CpuFreqManagerProxy* m_cpuFreqManProxy = nullptr;
-    static inline GpsManagerProxy* m_gpsManProxy = nullptr;
-    static inline NetworkManagerProxy* m_networkManProxy = nullptr;
 
 Q_SIGNALS:
     void SchedulingEnabled(bool enabled, const QString& filename);

@@ -5,8 +5,6 @@
 #include "peers/PeerOwner.h"
 #include "peers/PeerReply.h"
 
-#include <QDBusAbstractInterface>
-
 #include <limits>
 
 const char* PddActionName(PDD_ACTION action)
@@ -71,9 +69,8 @@ void Task::BeginWork()
     static_cast<void>(disconnect(m_peerLeft));
 }
 
-void Task::HandOver(const QDBusAbstractInterface* proxy, const PeerReply& reply)
+void Task::HandOver(const PeerOwner* owner, const PeerReply& reply)
 {
-    const PeerOwner* const owner = PeerOwner::Of(proxy);
     if (owner == nullptr)
         return;
     // The owner that is known may be an earlier one, whose leaving the loop has not been told yet.

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
+class PeerOwner;
 class PeerReply;
-class QDBusAbstractInterface;
 
 // The kinds of task. The numbers are part of the schedule format: a line may give its task by number.
 enum TaskType : std::int32_t
@@ -85,10 +85,11 @@ protected:
     // Marks the task as running, before it asks its peer; whoever did the work before does not matter any more.
     void BeginWork();
 
-    // The peer behind proxy has answered with reply and does the work from now on, if it does any. When it leaves the
-    // bus before the work is done, the work has ended: the task is not running, counts as completed, and one record
-    // tells it. Nobody does the work when nobody owned the peer's name.
-    void HandOver(const QDBusAbstractInterface* proxy, const PeerReply& reply);
+    // The peer whose name owner knows about has answered with reply and does the work from now on, if it does any. When
+    // it leaves the bus before the work is done, the work has ended: the task is not running, counts as completed, and
+    // one record tells it. Nobody does the work when nobody owned the peer's name. owner: may be null, and nobody's
+    // leaving is heard then.
+    void HandOver(const PeerOwner* owner, const PeerReply& reply);
 
     // What the work is about, for log records.
     [[nodiscard]] virtual QString GetSubject() const;

@@ -1,8 +1,15 @@
 #include "Peers.h"
 
+#include "CpuFreqManager.h"
+#include "GpsManager.h"
+#include "LightManager.h"
+#include "NetworkManager.h"
 #include "PeerOwner.h"
+#include "PeerProxies.h"
 #include "PeerWaits.h"
-#include "Scheduler.h"
+#include "PhotoManager.h"
+#include "SoundManager.h"
+#include "UpdateManager.h"
 
 #include <ConfigProxy.h>
 #include <CpuFreqManagerProxy.h>
@@ -21,40 +28,19 @@
 namespace
 {
 
-// Where a manager is on the session bus.
-struct Address
-{
-    const char* service;
-    const char* path;
-};
-
-// How long a call to a manager may take. Where none is given, the D-Bus library's own time-out stays.
+// The configuration manager, which nobody asks.
+constexpr const char* CONFIG_SERVICE = "com.kestrelix.ozna.configmanager";
+constexpr const char* CONFIG_PATH = "/com/kestrelix/ozna/configmanager/configobj";
 constexpr int CONFIG_TIMEOUT_MS = 2000;
-constexpr int UPDATE_TIMEOUT_MS = 2000;
-constexpr int SOUND_TIMEOUT_MS = 3000;
-constexpr int PHOTO_TIMEOUT_MS = 5000;
-constexpr int CPU_FREQ_TIMEOUT_MS = 2000;
-constexpr int GPS_FIRST_TIMEOUT_MS = 2000;
-constexpr int GPS_FINAL_TIMEOUT_MS = 5000; // once all proxies stand
 
-constexpr Address CONFIG_MANAGER{"com.kestrelix.ozna.configmanager", "/com/kestrelix/ozna/configmanager/configobj"};
-constexpr Address UPDATE_MANAGER{"com.kestrelix.ozna.updatemanager", "/com/kestrelix/ozna/updatemanager/updateobj"};
-constexpr Address SOUND_MANAGER{"com.kestrelix.ozna.soundmanager", "/com/kestrelix/ozna/soundmanager/soundobj"};
-constexpr Address PHOTO_MANAGER{"com.kestrelix.ozna.photomanager", "/com/kestrelix/ozna/photomanager/photoobj"};
-constexpr Address LIGHT_MANAGER{"com.kestrelix.ozna.lightmanager", "/com/kestrelix/ozna/lightmanager/lightobj"};
-constexpr Address CPU_FREQ_MANAGER{"com.kestrelix.ozna.freqmanager", "/com/kestrelix/ozna/freqmanager/freqobj"};
-constexpr Address GPS_MANAGER{"com.kestrelix.ozna.gpsmanager", "/com/kestrelix/ozna/gpsmanager/gpsobj"};
-constexpr Address NETWORK_MANAGER{"com.kestrelix.ozna.networkmanager", "/com/kestrelix/ozna/networkmanager/netobj"};
-
-template <typename Proxy> void Create(Proxy*& proxy, const Address& address)
+template <typename Proxy> void Create(Proxy*& proxy, const char* service, const char* path)
 {
-    proxy = new Proxy(QString::fromLatin1(address.service), QString::fromLatin1(address.path),
-                      QDBusConnection::sessionBus(), nullptr);
+    proxy = new Proxy(QString::fromLatin1(service), QString::fromLatin1(path), QDBusConnection::sessionBus(), nullptr);
 }
 
-template <typename Proxy> void Create(Proxy*& proxy, const Address& address, int timeout_ms)
+template <typename Proxy> void Create(Proxy*& proxy, const char* service, const char* path, int timeout_ms)
 {
-    Create(proxy, address);
+    Create(proxy, service, path);
     proxy->setTimeout(timeout_ms);
 }
 
@@ -86,31 +72,31 @@ template <typename Proxy> void Delete(Proxy*& proxy)
 void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
 {
     PeerWaits::Clear();
-    Create(Scheduler::m_configManProxy, CONFIG_MANAGER, CONFIG_TIMEOUT_MS);
-    Create(Scheduler::m_updateManProxy, UPDATE_MANAGER);
+    Create(PeerProxies::m_configManProxy, CONFIG_SERVICE, CONFIG_PATH, CONFIG_TIMEOUT_MS);
+    Create(PeerProxies::m_updateManProxy, UpdateManager::SERVICE, UpdateManager::PATH);
     onUpdateManager();
-    Scheduler::m_updateManProxy->setTimeout(UPDATE_TIMEOUT_MS);
-    Create(Scheduler::m_soundManProxy, SOUND_MANAGER, SOUND_TIMEOUT_MS);
-    Subscribe(Scheduler::m_soundManProxy, &SoundManagerProxy::PlayFileCompleted,
+    PeerProxies::m_updateManProxy->setTimeout(UpdateManager::TIMEOUT_MS);
+    Create(PeerProxies::m_soundManProxy, SoundManager::SERVICE, SoundManager::PATH, SoundManager::TIMEOUT_MS);
+    Subscribe(PeerProxies::m_soundManProxy, &SoundManagerProxy::PlayFileCompleted,
               &SoundManagerProxy::PlayPlaylistCompleted, &SoundManagerProxy::StreamEnabled);
-    Follow(Scheduler::m_soundManProxy);
-    Create(Scheduler::m_photoManProxy, PHOTO_MANAGER, PHOTO_TIMEOUT_MS);
-    Follow(Scheduler::m_photoManProxy);
-    Create(Scheduler::m_lightManProxy, LIGHT_MANAGER);
-    Create(Scheduler::m_cpuFreqManProxy, CPU_FREQ_MANAGER, CPU_FREQ_TIMEOUT_MS);
-    Create(Scheduler::m_gpsManProxy, GPS_MANAGER, GPS_FIRST_TIMEOUT_MS);
-    Create(Scheduler::m_networkManProxy, NETWORK_MANAGER);
-    Scheduler::m_gpsManProxy->setTimeout(GPS_FINAL_TIMEOUT_MS);
+    Follow(PeerProxies::m_soundManProxy);
+    Create(PeerProxies::m_photoManProxy, PhotoManager::SERVICE, PhotoManager::PATH, PhotoManager::TIMEOUT_MS);
+    Follow(PeerProxies::m_photoManProxy);
+    Create(PeerProxies::m_lightManProxy, LightManager::SERVICE, LightManager::PATH);
+    Create(PeerProxies::m_cpuFreqManProxy, CpuFreqManager::SERVICE, CpuFreqManager::PATH, CpuFreqManager::TIMEOUT_MS);
+    Create(PeerProxies::m_gpsManProxy, GpsManager::SERVICE, GpsManager::PATH, GpsManager::FIRST_TIMEOUT_MS);
+    Create(PeerProxies::m_networkManProxy, NetworkManager::SERVICE, NetworkManager::PATH);
+    PeerProxies::m_gpsManProxy->setTimeout(GpsManager::TIMEOUT_MS);
 }
 
 void Peers::DeleteProxies()
 {
-    Delete(Scheduler::m_configManProxy);
-    Delete(Scheduler::m_updateManProxy);
-    Delete(Scheduler::m_soundManProxy);
-    Delete(Scheduler::m_photoManProxy);
-    Delete(Scheduler::m_lightManProxy);
-    Delete(Scheduler::m_cpuFreqManProxy);
-    Delete(Scheduler::m_gpsManProxy);
-    Delete(Scheduler::m_networkManProxy);
+    Delete(PeerProxies::m_configManProxy);
+    Delete(PeerProxies::m_updateManProxy);
+    Delete(PeerProxies::m_soundManProxy);
+    Delete(PeerProxies::m_photoManProxy);
+    Delete(PeerProxies::m_lightManProxy);
+    Delete(PeerProxies::m_cpuFreqManProxy);
+    Delete(PeerProxies::m_gpsManProxy);
+    Delete(PeerProxies::m_networkManProxy);
 }

@@ -4,11 +4,20 @@
 
 #include <QString>
 #include <QTime>
-#include <QVariantList>
 
-// The client of the sound manager, through the scheduler's shared proxy.
+class PeerOwner;
+class SoundManagerProxy;
+
+// The client of the sound manager. Each request waits for its answer, for TIMEOUT_MS where nothing else is said.
 namespace SoundManager
 {
+
+inline constexpr const char* SERVICE = "com.kestrelix.ozna.soundmanager";
+inline constexpr const char* PATH = "/com/kestrelix/ozna/soundmanager/soundobj";
+
+inline constexpr int TIMEOUT_MS = 3000;
+inline constexpr int PLAY_PLAYLIST_TIMEOUT_MS = 5000;
+inline constexpr int PLAY_RADIO_FM_TIMEOUT_MS = 20000;
 
 inline constexpr const char* PLAY_AUX = "PlayAux";
 inline constexpr const char* PLAY_FILE = "PlayFile";
@@ -28,11 +37,30 @@ inline constexpr const char* SOURCE_PLAYLIST = "playlist";
 inline constexpr const char* SOURCE_RADIO_FM = "radiofm";
 inline constexpr const char* SOURCE_STREAM = "stream";
 
-// Calls method and waits for its status.
-[[nodiscard]] PeerReply Call(const char* method, const QVariantList& arguments = {});
+// The sound manager starts a file or a playlist itself at startTime; an invalid time means at once.
+// firstTrack: counted from 1.
+[[nodiscard]] PeerReply PlayFile(const QString& file, const QTime& startTime);
+[[nodiscard]] PeerReply PlayPlaylist(const QString& name, const QString& identifier, int firstTrack,
+                                     const QTime& startTime);
+[[nodiscard]] PeerReply PlayStream(const QString& uri);
+[[nodiscard]] PeerReply PlayAux();
+[[nodiscard]] PeerReply PlayRadioFm();
+[[nodiscard]] PeerReply SetRadioFmFrequency(double frequencyMHz);
 
 // Stops what plays on source; identifier: that of the playlist, empty for all other sources.
 [[nodiscard]] PeerReply StopPlay(const char* source, const QString& identifier = {});
+
+[[nodiscard]] PeerReply SetMasterVolume(int volume);
+[[nodiscard]] PeerReply SetPlayerVolume(const char* source, int volume);
+
+// outputs: a bit for each that is to be on.
+[[nodiscard]] PeerReply SetAmplifiers(unsigned char outputs);
+
+// The sender of its signals; null before Peers has created the proxies.
+[[nodiscard]] const SoundManagerProxy* Signals();
+
+// Who answers under its name; null where that is not known (see Peers).
+[[nodiscard]] const PeerOwner* Owner();
 
 // How start times are written and travel: "hh:mm:ss", two digits each. Text of another form gives an invalid time,
 // and an invalid time an empty text.

@@ -1,21 +1,19 @@
 #include "PlayPlaylist.h"
 
 #include "DataRoot.h"
-#include "peers/ProxyTimeout.h"
-#include "peers/SoundManager.h"
 #include "text/StringUtils.h"
 #include "text/TextFile.h"
+
+#include <SoundManagerProxy.h>
 
 #include <stdexcept>
 
 namespace
 {
 
-constexpr int REQUEST_TIMEOUT_MS = 5000;
 constexpr int LONGEST_IGNORED_LINE = 9;
 constexpr char SEPARATOR = ';';
 constexpr int FIELDS = 2;
-constexpr bool RESERVED = false;
 
 // Origins of a few records: required as they are, though other services' names.
 constexpr const char* FILE_ORIGIN = "/com/kestrelix/ozna/soundmanager/soundobj";
@@ -158,15 +156,13 @@ bool PlayPlaylist::Run()
     m_completed = false;
     BeginRequest();
     OZNA_LOG(LEVEL_NORMAL, "Requesting PlayPlaylist...");
-    const ProxyTimeout patience(Scheduler::m_soundManProxy, REQUEST_TIMEOUT_MS);
-    const QString startTime = SoundManager::FormatTime(m_startTime);
-    const PeerReply reply = SoundManager::Call(
-        SoundManager::PLAY_PLAYLIST, {m_name, m_identifier, static_cast<uint>(m_firstTrack), startTime, RESERVED});
+    const PeerReply reply = SoundManager::PlayPlaylist(m_name, m_identifier, m_firstTrack, m_startTime);
     m_running = reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist request error: %s", error); },
                              [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist error: %d", status); },
                              [&] {
                                  OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
-                                          qPrintable(m_name), m_firstTrack, qPrintable(startTime), Volume());
+                                          qPrintable(m_name), m_firstTrack,
+                                          qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
                                  BeginWait(reply, &SoundManagerProxy::PlayPlaylistCompleted, this,
                                            &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
                              });
