@@ -1,4 +1,3 @@
-#include "PunctualTask.h"
 #include "Scheduler.h"
 #include "UnitTest.h"
 #include "peers/ProxyTimeout.h"
@@ -9,6 +8,7 @@
 #include "tasks/PlayPlaylist.h"
 #include "tasks/PlayRadioFm.h"
 #include "tasks/PlayStream.h"
+#include "tasks/PunctualTask.h"
 #include "tasks/RequestPddAction.h"
 #include "tasks/StopMessage.h"
 #include "tasks/StopPlaylist.h"
