@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TaskType.h"
+
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
@@ -8,32 +10,6 @@
 
 class PeerOwner;
 class PeerReply;
-
-// The kinds of task. The numbers are part of the schedule format: a line may give its task by number.
-enum TaskType : std::int32_t
-{
-    TASK_LIGHT = 0,
-    TASK_PLAY_MESSAGE = 1,
-    TASK_PLAY_PLAYLIST = 2,
-    TASK_RECORD_MIC = 3,
-    TASK_RECORD_PHOTO = 4,
-    TASK_VOLUME = 5,
-    TASK_PLAY_RADIO_FM = 6,
-    TASK_RECORD_VIDEO = 7,
-    TASK_AMPLIFIERS = 8,
-    TASK_SET_CPU_FREQ = 9,
-    TASK_CAMERA = 10,
-    TASK_GPS = 11,
-    TASK_LAN = 12,
-    TASK_STOP_PLAYLIST = 13,
-    TASK_STOP_MESSAGE = 14,
-    TASK_STOP_RADIO_FM = 15,
-    TASK_PLAY_STREAM = 16,
-    TASK_STOP_STREAM = 17,
-    TASK_ENABLE_AUX = 18,
-    TASK_REQUEST_PDD_ACTION = 19,
-    TASK_UNKNOWN = 99,
-};
 
 // The actions that the PDD peer can be asked for; travels on the bus as an unsigned int.
 enum PDD_ACTION : std::int32_t
