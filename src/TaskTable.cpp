@@ -109,7 +109,7 @@ constexpr bool IsIndexedByType()
 }
 
 static_assert(IsIndexedByType(), "a row stands at the place of its type");
-static_assert(TABLE.size() == TaskTable::SIZE, "every kind has its row");
+static_assert(TABLE.size() == TaskTable::SIZE, "the header tells how many rows there are");
 
 } // namespace
 
