@@ -17,8 +17,8 @@ public:
     // actions: the list that is filled, which outlives the loader. site: the caller's.
     ScheduleLoader(ActionList& actions, Link link, Log::Site site);
 
-    // Takes over the actions of the file's lines, in their order. A line that is rejected is dropped; it ends with
-    // level 2, after its own reason. What comes after the request to end is not read. Never throws.
+    // Takes over the actions of the file's lines, in their order. A rejected line is dropped, and leaves a record of
+    // level 2 behind that of its reason. Once the process is to end nothing more is read. Never throws.
     void Load(const QString& path) const;
 
     // Forces the light and the radio that should be on, by the time of day alone.
