@@ -19,17 +19,18 @@ PlaylistItem ParseTrack(const QString& text)
     return {fields[0], fields[1].toInt()};
 }
 
-PlaylistFile::Line Parse(const QString& text)
+PlaylistFile::LineKind Parse(const QString& text, PlaylistItem& track)
 {
     if (text.size() <= LONGEST_IGNORED_LINE || TextFile::IsBlankOrComment(text))
-        return {PlaylistFile::LineKind::IGNORED, text, {}};
+        return PlaylistFile::LineKind::IGNORED;
     try
     {
-        return {PlaylistFile::LineKind::TRACK, text, ParseTrack(text)};
+        track = ParseTrack(text);
+        return PlaylistFile::LineKind::TRACK;
     }
     catch (const std::exception&)
     {
-        return {PlaylistFile::LineKind::BROKEN, text, {}};
+        return PlaylistFile::LineKind::BROKEN;
     }
 }
 
@@ -42,9 +43,9 @@ PlaylistFile::PlaylistFile(const QString& path)
 
 bool PlaylistFile::ReadLine(Line& line)
 {
-    QString text;
-    if (!m_file.ReadLine(text))
+    line.track = {};
+    if (!m_file.ReadLine(line.text))
         return false;
-    line = Parse(text);
+    line.kind = Parse(line.text, line.track);
     return true;
 }
