@@ -1,5 +1,5 @@
-#include "BusPause.h"
 #include "PrivateBus.h"
+#include "process/BusPause.h"
 
 #include <QDBusConnectionInterface>
 #include <QTest>

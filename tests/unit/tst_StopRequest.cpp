@@ -1,9 +1,9 @@
-#include "LastCalls.h"
-#include "PeerCall.h"
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
-#include "StopRequest.h"
+#include "peers/LastCalls.h"
+#include "peers/PeerCall.h"
+#include "process/StopRequest.h"
 
 #include <GpsManagerProxy.h>
 #include <NetworkManagerProxy.h>

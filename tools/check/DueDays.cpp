@@ -2,7 +2,7 @@
 
 #include "Clock.h"
 #include "Moment.h"
-#include "ScheduleFields.h"
+#include "text/ScheduleFields.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "ParameterRoles.h"
 #include "Rules.h"
 
-#include "Parameter.h"
 #include "tasks/CpuFreq.h"
+#include "text/Parameter.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,8 @@
 #include "EventText.h"
 
 #include "Moment.h"
-#include "SoundManager.h"
+#include "peers/NetworkManager.h"
+#include "peers/SoundManager.h"
 
 #include <QStringList>
 
@@ -36,14 +37,13 @@ static_assert(IsIndexedByKind(), "a row stands at the place of its kind");
 
 const QString ON = QStringLiteral("on");
 const QString OFF = QStringLiteral("off");
-const QString DISABLE_LAN = QStringLiteral("DisableLan"); // of the network manager
 
 // What the methods without arguments switch; empty for those that switch nothing.
 QString Switched(const QString& method)
 {
     if (method == QLatin1String(SoundManager::PLAY_AUX))
         return ON;
-    return method == DISABLE_LAN ? OFF : QString();
+    return method == QLatin1String(NetworkManager::DISABLE_LAN) ? OFF : QString();
 }
 
 const QString PLAYING = QStringLiteral("playing");

@@ -1,9 +1,9 @@
 #include "LinePhrases.h"
 
 #include "Phrase.h"
-#include "SoundManager.h"
 #include "TaskRequests.h"
 #include "Terminal.h"
+#include "peers/SoundManager.h"
 
 LinePhrases::LinePhrases(const std::vector<ScheduleLine>& lines)
     : m_lines(lines)

@@ -2,10 +2,10 @@
 
 #include "DaysText.h"
 #include "Phrase.h"
-#include "SoundManager.h"
 #include "StartTime.h"
 #include "TaskRequests.h"
 #include "Terminal.h"
+#include "peers/SoundManager.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <QStringList>

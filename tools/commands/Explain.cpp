@@ -4,8 +4,8 @@
 #include "LineText.h"
 #include "StandInPlaylists.h"
 #include "Terminal.h"
-#include "TextFile.h"
 #include "ToolError.h"
+#include "text/TextFile.h"
 
 #include <QFile>
 #include <QTemporaryFile>

@@ -2,11 +2,11 @@
 
 #include "EventLog.h"
 #include "Moment.h"
-#include "PeerReply.h"
 #include "RehearsalClock.h"
 #include "Scheduler.h"
 #include "Stretch.h"
 #include "WatchList.h"
+#include "peers/PeerReply.h"
 
 #include <QObject>
 #include <QStringList>
