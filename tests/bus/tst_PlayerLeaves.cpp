@@ -1,4 +1,5 @@
 #include "LogRecorder.h"
+#include "Suite.h"
 #include "TasksOnBusTest.h"
 
 using namespace Qt::StringLiterals;
@@ -326,5 +327,5 @@ void PlayerLeaves::APhotoThatWasRefusedIsUnderWayUntilItsPeerLeaves()
     QVERIFY(!task->IsRunning());
 }
 
-QTEST_GUILESS_MAIN(PlayerLeaves)
+OZNA_CASE(PlayerLeaves, PlayerLeaves)
 #include "tst_PlayerLeaves.moc"

@@ -1,5 +1,6 @@
 #include "Peers.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 #include "TextFile.h"
 #include "tasks/PlayMessage.h"
 
@@ -188,5 +189,5 @@ void BrokenLibraryTest::AMessageWhoseEndCannotBeHeardIsTold()
     EXPECT_LOG(2, {{2, "[tasks/PlayMessage.cpp] Can't wait for the end of PlayMessage"}});
 }
 
-QTEST_GUILESS_MAIN(BrokenLibraryTest)
+OZNA_CASE(BrokenLibrary, BrokenLibraryTest)
 #include "tst_BrokenLibrary.moc"

@@ -4,6 +4,7 @@
 #include "PlaylistLines.h"
 #include "Scheduler.h"
 #include "StringUtils.h"
+#include "Suite.h"
 #include "TextFile.h"
 #include "UnitTest.h"
 #include "tasks/Photo.h"
@@ -172,5 +173,5 @@ void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()
             PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
 }
 
-QTEST_GUILESS_MAIN(BrokenTasksTest)
+OZNA_CASE(BrokenTasks, BrokenTasksTest)
 #include "tst_BrokenTasks.moc"

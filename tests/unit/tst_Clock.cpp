@@ -1,4 +1,5 @@
 #include "Clock.h"
+#include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
 
@@ -268,5 +269,5 @@ void ClockTest::AClockFarOffIsNotFatal()
     QCOMPARE(Clock::SecondsTo(12, 0, 1) - Clock::SecondsTo(12, 0, 0), 1);
 }
 
-QTEST_GUILESS_MAIN(ClockTest)
+OZNA_CASE(Clock, ClockTest)
 #include "tst_Clock.moc"

@@ -1,5 +1,6 @@
 #include "BusWatcher.h"
 #include "SignalPipe.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <QDBusConnection>
@@ -48,5 +49,5 @@ void EventLoopTest::AWatcherNeedsABus()
     QVERIFY(!watcher.Watch(QDBusConnection::sessionBus()));
 }
 
-QTEST_GUILESS_MAIN(EventLoopTest)
+OZNA_CASE(EventLoop, EventLoopTest)
 #include "tst_EventLoop.moc"

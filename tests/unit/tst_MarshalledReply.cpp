@@ -1,4 +1,5 @@
 #include "PeerReply.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <QDBusArgument>
@@ -149,5 +150,5 @@ void MarshalledReplyTest::AValueThatTravelledGivesItsStatus()
     QCOMPARE(reply.Status(), status);
 }
 
-QTEST_GUILESS_MAIN(MarshalledReplyTest)
+OZNA_CASE(MarshalledReply, MarshalledReplyTest)
 #include "tst_MarshalledReply.moc"

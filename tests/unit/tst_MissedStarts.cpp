@@ -1,6 +1,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "Suite.h"
 #include "TimeZone.h"
 
 #include <SoundManagerProxy.h>
@@ -840,5 +841,5 @@ void MissedStartsTest::WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart()
     EXPECT_LOG(LEVEL_WARNING, {Missed(MESSAGE, 1, "08:30:00", STOOD_STILL)});
 }
 
-QTEST_GUILESS_MAIN(MissedStartsTest)
+OZNA_CASE(MissedStarts, MissedStartsTest)
 #include "tst_MissedStarts.moc"

@@ -1,4 +1,5 @@
 #include "PeerReply.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <QDBusArgument>
@@ -155,5 +156,5 @@ void PeerReplyTest::TheSenderIsWhoAnswered()
     QVERIFY(PeerReply(0).Turn() == nullptr);
 }
 
-QTEST_GUILESS_MAIN(PeerReplyTest)
+OZNA_CASE(PeerReply, PeerReplyTest)
 #include "tst_PeerReply.moc"

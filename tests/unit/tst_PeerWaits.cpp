@@ -1,4 +1,5 @@
 #include "PeerWaits.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 using namespace Qt::StringLiterals;
@@ -109,5 +110,5 @@ void PeerWaitsTest::AWaitThroughoutHasNoBreak()
     QCOMPARE(PeerWaits::Throughout(1000, 2001), QString());
 }
 
-QTEST_GUILESS_MAIN(PeerWaitsTest)
+OZNA_CASE(PeerWaits, PeerWaitsTest)
 #include "tst_PeerWaits.moc"

@@ -1,4 +1,5 @@
 #include "StandardDescriptors.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -87,5 +88,5 @@ void StandardDescriptorsTest::WhatIsClosedIsOpenedOnTheNullDevice()
     QCOMPARE(WEXITSTATUS(status), 0);
 }
 
-QTEST_GUILESS_MAIN(StandardDescriptorsTest)
+OZNA_CASE(StandardDescriptors, StandardDescriptorsTest)
 #include "tst_StandardDescriptors.moc"

@@ -1,4 +1,5 @@
 #include "StartIndex.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 namespace
@@ -57,5 +58,5 @@ void StartIndexTest::TheLatestMomentIsNowAtTheLatest()
     QCOMPARE(qint64{StartIndex::Latest(NOON_S, now_s)}, latest_s);
 }
 
-QTEST_GUILESS_MAIN(StartIndexTest)
+OZNA_CASE(StartIndex, StartIndexTest)
 #include "tst_StartIndex.moc"

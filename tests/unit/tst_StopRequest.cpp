@@ -3,6 +3,7 @@
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
 #include "StopRequest.h"
+#include "Suite.h"
 
 #include <UpdateManagerProxy.h>
 
@@ -148,5 +149,5 @@ void StopRequestTest::DeletionStillAsks()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(StopRequestTest)
+OZNA_CASE(StopRequest, StopRequestTest)
 #include "tst_StopRequest.moc"

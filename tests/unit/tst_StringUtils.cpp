@@ -1,4 +1,5 @@
 #include "StringUtils.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 using namespace Qt::StringLiterals;
@@ -68,5 +69,5 @@ void StringUtilsTest::AVeryLongLineIsSplitWhole()
     QCOMPARE(tokens.last(), u"abc"_s);
 }
 
-QTEST_GUILESS_MAIN(StringUtilsTest)
+OZNA_CASE(StringUtils, StringUtilsTest)
 #include "tst_StringUtils.moc"

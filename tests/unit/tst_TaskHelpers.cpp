@@ -2,6 +2,7 @@
 #include "ProxyTimeout.h"
 #include "PunctualTask.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/EnableAux.h"
 #include "tasks/Lan.h"
@@ -196,5 +197,5 @@ void TaskHelpersTest::AKindHasItsSignalsAndSlots()
     QCOMPARE(metaObject->superClass(), isBase ? &QObject::staticMetaObject : &Task::staticMetaObject);
 }
 
-QTEST_GUILESS_MAIN(TaskHelpersTest)
+OZNA_CASE(TaskHelpers, TaskHelpersTest)
 #include "tst_TaskHelpers.moc"
