@@ -1,4 +1,5 @@
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "process/BusPause.h"
 
 #include <QDBusConnectionInterface>
@@ -59,5 +60,5 @@ void BusPauseTest::WithoutAConnectionThereIsNothingToHold()
     QVERIFY(!QDBusConnection(QStringLiteral("none")).isConnected());
 }
 
-QTEST_GUILESS_MAIN(BusPauseTest)
+OZNA_CASE(BusPause, BusPauseTest)
 #include "tst_BusPause.moc"

@@ -1,6 +1,7 @@
 #include "BusTest.h"
 #include "Lines.h"
 #include "ProcessMemory.h"
+#include "Suite.h"
 
 #include <QDBusPendingCall>
 
@@ -138,5 +139,5 @@ void Names::LongCallsThatWaitForASlowPeerAreAnswered()
     COMPARE_LINES(Daemon().Take(2), QList<QString>(CALLS, TOO_LONG.first()));
 }
 
-QTEST_GUILESS_MAIN(Names)
+OZNA_CASE(Names, Names)
 #include "tst_Names.moc"

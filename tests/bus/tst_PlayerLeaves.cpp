@@ -1,5 +1,6 @@
 #include "LogRecorder.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "TasksOnBusTest.h"
 
 #include <PhotoManagerProxy.h>
@@ -351,5 +352,5 @@ void PlayerLeaves::APhotoThatWasRefusedIsUnderWayUntilItsPeerLeaves()
     QVERIFY(!task->IsRunning());
 }
 
-QTEST_GUILESS_MAIN(PlayerLeaves)
+OZNA_CASE(PlayerLeaves, PlayerLeaves)
 #include "tst_PlayerLeaves.moc"

@@ -3,6 +3,7 @@
 #include "RandomSchedule.h"
 #include "Rehearsal.h"
 #include "ScheduleLine.h"
+#include "Suite.h"
 #include "Workspace.h"
 
 #include <QDBusMetaType>
@@ -258,5 +259,5 @@ void Rehearsed::TheProcessAsksForTheSame()
     QVERIFY(m_requests > LINES);
 }
 
-QTEST_GUILESS_MAIN(Rehearsed)
+OZNA_CASE(Rehearsed, Rehearsed)
 #include "tst_Rehearsed.moc"

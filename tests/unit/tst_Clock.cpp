@@ -1,4 +1,5 @@
 #include "Clock.h"
+#include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
 
@@ -298,5 +299,5 @@ void ClockTest::AReadingThatIsInterruptedEachTimeEnds()
     QVERIFY(uptime_ms <= 10'000);
 }
 
-QTEST_GUILESS_MAIN(ClockTest)
+OZNA_CASE(Clock, ClockTest)
 #include "tst_Clock.moc"

@@ -1,5 +1,6 @@
 #include "FakeTask.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 using namespace Qt::StringLiterals;
 
@@ -215,5 +216,5 @@ void EarlyPassTest::ARefusedMessageIsAskedAgain()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(EarlyPassTest)
+OZNA_CASE(EarlyPass, EarlyPassTest)
 #include "tst_EarlyPass.moc"

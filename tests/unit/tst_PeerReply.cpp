@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerReply.h"
 
@@ -165,5 +166,5 @@ void PeerReplyTest::AnAnswerKeepsItsTurn()
     QVERIFY(PeerReply(call.reply()).Turn() == nullptr);
 }
 
-QTEST_GUILESS_MAIN(PeerReplyTest)
+OZNA_CASE(PeerReply, PeerReplyTest)
 #include "tst_PeerReply.moc"

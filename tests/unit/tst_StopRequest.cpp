@@ -1,6 +1,7 @@
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 #include "peers/LastCalls.h"
 #include "peers/PeerCall.h"
 #include "process/StopRequest.h"
@@ -162,5 +163,5 @@ void StopRequestTest::APeerIsSilentOnlyFromTheRequestOn()
     QVERIFY(!LastCalls::IsSilent(Scheduler::m_networkManProxy));
 }
 
-QTEST_GUILESS_MAIN(StopRequestTest)
+OZNA_CASE(StopRequest, StopRequestTest)
 #include "tst_StopRequest.moc"

@@ -2,6 +2,7 @@
 #include "ActionLine.h"
 #include "PlaylistLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 using namespace Qt::StringLiterals;
 using namespace PlaylistLines;
@@ -252,5 +253,5 @@ void TaskCreationTest::ARejectedLineLeavesTheOthers()
                 {4, "[Scheduler.cpp] Schedule started"}});
 }
 
-QTEST_GUILESS_MAIN(TaskCreationTest)
+OZNA_CASE(TaskCreation, TaskCreationTest)
 #include "tst_TaskCreation.moc"

@@ -1,4 +1,5 @@
 #include "OrdinaryUser.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "text/TextFile.h"
 
@@ -429,5 +430,5 @@ void TextFileTest::AReadErrorIsTold()
     QCOMPARE(file.ReadError(), u"Input/output error"_s);
 }
 
-QTEST_GUILESS_MAIN(TextFileTest)
+OZNA_CASE(TextFile, TextFileTest)
 #include "tst_TextFile.moc"

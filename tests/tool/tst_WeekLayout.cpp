@@ -1,6 +1,7 @@
 #include "HourScale.h"
 #include "Lanes.h"
 #include "Moment.h"
+#include "Suite.h"
 #include "TimeZone.h"
 #include "WeekLayout.h"
 
@@ -209,5 +210,5 @@ void WeekLayoutTest::ASpanIsCutIntoWeeks()
     QTEST(days, "days");
 }
 
-QTEST_APPLESS_MAIN(WeekLayoutTest)
+OZNA_CASE(WeekLayout, WeekLayoutTest)
 #include "tst_WeekLayout.moc"

@@ -1,6 +1,7 @@
 #include "CheckRun.h"
 #include "Findings.h"
 #include "ParameterRoles.h"
+#include "Suite.h"
 #include "TaskTable.h"
 #include "TextDiff.h"
 
@@ -136,5 +137,5 @@ void CheckKindsTest::GoodLinesAreLeftAlone()
     QCOMPARE(run.errors, QByteArray());
 }
 
-QTEST_GUILESS_MAIN(CheckKindsTest)
+OZNA_CASE(CheckKinds, CheckKindsTest)
 #include "tst_CheckKinds.moc"
