@@ -13,7 +13,7 @@ enum Colour : int
     CYAN = 36,
 };
 
-// The text in that colour, where standard output is a terminal and the environment does not ask for NO_COLOR.
+// The text in that colour, if standard output is a terminal and NO_COLOR is not set.
 [[nodiscard]] QString Paint(const QString& text, Colour colour);
 
 // Writes a line to standard output, at once.

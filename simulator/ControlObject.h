@@ -13,8 +13,8 @@ class SimulatedPeer;
 class Simulator;
 
 // The object through which a test steers the simulator; its interface file tells what each method does.
-// What a method cannot do, an unknown interface, method, signal or kind included, it answers with the bus error
-// InvalidArgs or Failed and the cause: a slip in a test must not pass for a script.
+// A method that cannot do what it is asked for, also because of an unknown interface, method, signal or kind, answers
+// with the bus error InvalidArgs or Failed and the cause: a slip in a test must not pass unnoticed.
 class ControlObject final : public QObject, protected QDBusContext
 {
     Q_OBJECT

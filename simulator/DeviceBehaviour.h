@@ -5,7 +5,7 @@
 
 class Simulator;
 
-// Plays the device's part: what a peer has accepted happens, and the peer's signals tell of it.
+// Plays the device's part: carries out what a peer has accepted, and sends the peer's signals.
 class DeviceBehaviour final : public QObject
 {
     Q_OBJECT

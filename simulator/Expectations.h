@@ -7,7 +7,7 @@
 #include <optional>
 #include <vector>
 
-// The requests that a schedule should cause, and how those that arrive keep to it.
+// The requests that a schedule should cause, and whether those that arrive match it.
 class Expectations final
 {
 public:

@@ -2,8 +2,8 @@
 
 #include <array>
 
-// Where one of the device's managers is on the bus. Spelled out here and not taken from the scheduler: a peer that
-// shared the scheduler's constants would follow it into every mistake.
+// Where one of the device's managers is on the bus. Not taken from the scheduler on purpose: a peer that shared its
+// constants would repeat its mistakes.
 struct PeerAddress
 {
     const char* interface; // also the name of its description, without the suffix

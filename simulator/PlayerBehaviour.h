@@ -22,8 +22,8 @@ public:
     explicit PlayerBehaviour(Send send);
     ~PlayerBehaviour() override;
 
-    // Starts what a call of PlayFile, PlayPlaylist or PlayStream asks for. It ends its kind's while after the start
-    // time that the call carries, or after now when it carries none that is valid or still to come.
+    // Starts the playback of a PlayFile, PlayPlaylist or PlayStream call. It ends a fixed time, by its kind, after the
+    // call's start time, or after now if the call has no valid start time to come.
     void Play(const Call& call);
 
     // Ends what plays of the source that a call of StopPlay names; of playlists only those with the call's identifier,

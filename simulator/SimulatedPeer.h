@@ -28,8 +28,8 @@ public:
     // Takes or gives up the service name. Throws std::runtime_error when the bus refuses.
     void SetPresent(bool present);
 
-    // Lines up for the service name, which comes to this process once its owner lets go of it; SetPresent(false) steps
-    // out of the line. Throws std::runtime_error when the bus refuses.
+    // Queues for the service name, which this process gets when its owner releases it; SetPresent(false) leaves the
+    // queue. Throws std::runtime_error when the bus refuses.
     void StandBy();
 
     // Sends the signal with the values as they are typed. False when it could not be sent.

@@ -10,8 +10,8 @@
 
 class Simulator;
 
-// What happens on the bus, on standard output, a line each: time, peer and call or signal; with expectations also by
-// how many milliseconds a request came after its second, and a table of both at the end.
+// Prints what happens on the bus to standard output, a line each: time, peer and call or signal. With expectations also
+// by how many milliseconds a request came after its time, and a table of expected and received requests at the end.
 class Transcript final
 {
 public:

@@ -34,8 +34,7 @@ public:
     // Starting within the next seconds.
     bool IsAhead() const;
 
-    // The second of the day at which it starts, out of range parts carried over; none where that is no time of this
-    // day.
+    // The second of the day at which it starts, with parts out of range carried over; none if it is on another day.
     std::optional<int> StartSecond() const;
 
     // Whether the task may be started late at all: a playlist that has not been played to its end.
@@ -55,10 +54,10 @@ public:
 
     // Seconds around the start, the last one included.
     static constexpr int EARLY_S = 12;
-    static constexpr int PREPARED_AHEAD_S = 8; // how much ahead of its time a message or playlist is asked for
+    static constexpr int PREPARED_AHEAD_S = 8; // how far ahead of its start a message or playlist is requested
     static constexpr int IN_TIME_S = 2;
 
-    // Whether the peer is asked ahead of the start, and keeps the second itself.
+    // Whether the request is sent ahead of the start, and the peer starts it itself at the start time.
     bool IsPrepared() const;
 
     // Whether the entry is due on that local date, at its start time.
@@ -73,7 +72,7 @@ public:
     int m_delay = 0;       // by how many seconds the start is late, from IsReady for the Start that follows
     bool m_forced = false; // to be started at once; cleared by Start
 
-    // The start for which something came of the entry last, as MissedStarts counts them.
+    // The last start that was answered, as MissedStarts counts them.
     std::int64_t m_answeredDue_s = NO_START;
     static constexpr std::int64_t NO_START = std::numeric_limits<std::int64_t>::min();
 

@@ -6,8 +6,8 @@
 #include <memory>
 #include <vector>
 
-// An ordered list of actions that it owns. An action is in one list only; moving keeps it alive and where it is in
-// memory.
+// An ordered list that owns its actions. An action is in one list only; moving it to another does not change its
+// address.
 class ActionList final
 {
 public:

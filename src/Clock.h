@@ -17,14 +17,14 @@ public:
     // Milliseconds since 1970-01-01 00:00:00 UTC.
     using Source = std::function<std::int64_t()>;
 
-    // Puts virtual clocks in the system clocks' place; an empty source puts them back. uptime: of the machine, which no
-    // step of the calendar moves; where none is given it goes with the calendar.
+    // Replaces the system clocks by virtual ones; an empty source restores them. uptime: of the machine, which calendar
+    // steps do not move; if none is given it follows the calendar.
     static void SetSource(Source calendar, Source uptime = {});
 
     // The clocks at one moment, in milliseconds.
     struct Reading
     {
-        std::int64_t local_ms;    // what the clock on the wall shows, since it showed 1970-01-01 00:00:00
+        std::int64_t local_ms;    // the local time, counted from 1970-01-01 00:00:00 local time
         std::int64_t calendar_ms; // since 1970-01-01 00:00:00 UTC
         std::int64_t uptime_ms;   // since the machine started, time in suspension included
     };

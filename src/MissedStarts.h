@@ -10,30 +10,30 @@
 #include <utility>
 #include <vector>
 
-// Finds the starts that pass without anything, and why. It looks at the clock on the wall: what it showed between two
-// looks has passed, also what a step or a change to summer time left out. What it shows once more has not.
+// Finds the starts that were missed, and why. It compares two readings of the local time: every time in between has
+// passed, even if a clock step or the change to summer time skipped it. A time that comes again has not passed.
 //
-// A start is answered when its action is started, joined late, found lost, or skipped for a stop that is near; an
-// answer is noted in the action. What becomes of the request is the task's to tell.
+// A start is answered when its action is started, joined late, found lost, or skipped for a stop that is near. The
+// action notes its last answer. The task logs what becomes of the request.
 class MissedStarts final
 {
 public:
-    // The schedule has been loaded. What was due up to since is no concern of it.
+    // The schedule has been loaded. Starts that were due up to since are not counted.
     void Load(const ActionList& actions, const Clock::Reading& since);
 
-    // The schedule goes, and its actions with it: from now on it is not looked at.
+    // The schedule and its actions are about to be deleted: stop looking at them.
     void Stop(const ActionList& watched);
 
-    // The same, to be loaded anew at once, which takes the start from what would still have been started. Gives the
-    // moment up to which it was looked at.
+    // The same before an immediate reload, which prevents starts that would still have come: they count as missed.
+    // Returns the moment up to which starts were counted.
     Clock::Reading Restart(const ActionList& watched);
 
     // The action is answered now. isLate: after its time.
     static void Answer(Action& action, bool isLate);
 
-    // A far pass begins. watched: the actions that were found early before, which may still be started. Gives what has
-    // been missed, in the order of the times, and logs it at level 2: the latest with a record each, the others
-    // counted.
+    // A far pass begins. watched: the actions in the early list, which may still be started. Returns the missed starts,
+    // in order of time, and logs them at level 2: the latest with a record each, the number of the others in one
+    // record.
     std::vector<MissedStart> Look(const ActionList& watched);
 
 private:
@@ -53,6 +53,6 @@ private:
     std::int64_t m_seen_s = 0;            // up to here all starts were looked at
     std::vector<PassedStart> m_open;
     std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is still under way
-    std::vector<MissedStart> m_missed; // not told yet
-    bool m_areAll = true;              // false: there were older ones, too many to be looked at
+    std::vector<MissedStart> m_missed;                          // not told yet
+    bool m_areAll = true; // false: there were older ones, too many to be looked at
 };

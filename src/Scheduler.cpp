@@ -53,7 +53,7 @@ void Scheduler::Start()
     Begin(Clock::Read());
 }
 
-// since: what was due up to then is told by who was there before, if anybody.
+// since: missed starts up to then belong to the schedule that was loaded before, if any.
 void Scheduler::Begin(const Clock::Reading& since)
 {
     OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");

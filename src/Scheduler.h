@@ -48,7 +48,6 @@ public:
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
 
-
     // Every action is in one of the two.
     const ActionList& FarActions() const { return m_farActions; }
     const ActionList& EarlyActions() const { return m_earlyActions; }
@@ -60,7 +59,7 @@ Q_SIGNALS:
     void SchedulingEnabled(bool enabled, const QString& filename);
     void ExpectedPddAction(uint actionId, bool enable);
 
-    // For who looks on in this process; the bus hears nothing of it.
+    // For observers in this process; not sent to the bus.
     void Found(const Action& action, ActionFinding finding);
     void Missed(const MissedStart& start);
 
@@ -79,13 +78,13 @@ public Q_SLOTS:
     // Announces the action on the bus, whatever it is.
     void OnPddActionRequested(PDD_ACTION action, bool enable);
 
-    // What the timers call, the far one first when both are due; also called by who has a clock of its own.
+    // The timers call these, the far pass first if both are due; a rehearsal with its own clock calls them too.
     void CheckFarActions();
     void CheckEarlyActions();
 
 private Q_SLOTS:
     // Loads an installed schedule file (type 2, status 0), enabling the scheduler where needed; ignores all else.
-    // Announcements that waited already when the load began are covered by it.
+    // One load covers all announcements that were waiting when it began.
     void OnFilesUpdated(int Status, int FileType);
 
 private:

@@ -73,7 +73,7 @@ void Task::HandOver(const PeerOwner* owner, const PeerReply& reply)
 {
     if (owner == nullptr)
         return;
-    // The owner that is known may be an earlier one, whose leaving the loop has not been told yet.
+    // PeerOwner may still name an earlier owner: the loop has not heard yet that it has left.
     m_peer = reply.Sender().isEmpty() ? owner->Name() : reply.Sender();
     m_endedWithPeer = m_peer.isEmpty() && reply.IsBusError();
     m_peerLeft = connect(owner, &PeerOwner::Left, this, &Task::OnPeerLeft);

@@ -39,8 +39,8 @@ public:
     // Failures are logged, never thrown.
     virtual bool Run() = 0;
 
-    // True while the work is in progress, and the peer that does it has not left the bus: the task is not to be started
-    // again. m_running alone tells whether there is something to be stopped with the task.
+    // True while the work is in progress and the peer that does it is on the bus: the task must not be started again.
+    // m_running alone says whether something must be stopped when the task is deleted.
     virtual bool IsRunning() const;
 
     // Tells the task that it counts as played to its end, or not.
@@ -58,7 +58,7 @@ public:
     const TaskType m_type;
 
 protected:
-    // Marks the task as running, before it asks its peer; whoever did the work before does not matter any more.
+    // Marks the task as running, before it calls its peer, and forgets the peer that did the work before.
     void BeginWork();
 
     // The peer whose name owner knows about has answered with reply and does the work from now on, if it does any. When

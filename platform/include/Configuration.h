@@ -19,7 +19,7 @@ public:
     Configuration(const Configuration&) = delete;
     Configuration& operator=(const Configuration&) = delete;
 
-    // False when there is no configuration, or none that can be read: nothing may be read then.
+    // False when there is no readable configuration: nothing may be read then.
     [[nodiscard]] bool IsValid() const;
 
     // The value of key in group, or defaultValue. ok (not null) tells whether the key was there.

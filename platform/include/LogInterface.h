@@ -19,8 +19,8 @@ public:
     LogInterface& operator=(const LogInterface&) = delete;
 
     // Hands one record over. level: 1 errors, 2 warnings, 4 progress, 5 details, 9 trace.
-    // text and origin are NUL-terminated; neither is kept. Never throws, never fails visibly, waits for nobody: what
-    // cannot be written is dropped, and the next record that can be comes behind one that tells how many were.
+    // text and origin are NUL-terminated; neither is kept. Never throws, fails visibly or blocks: a record that cannot
+    // be written is dropped, and before the next one that can be, a record with the number of those lost is written.
     void EmitLogString(unsigned int level, const char* text, const char* origin);
 
 private:

@@ -5,24 +5,23 @@
 #include <string_view>
 #include <sys/types.h>
 
-// The descriptor to which the log is written. Nobody is waited for: not for the reader of a pipe, socket or terminal,
-// and not for room on a disk. What others share with this process, the flags of the descriptor among it, stays as it
-// is.
+// The descriptor to which the log is written. Never blocks: not on a full pipe, socket or terminal, and not on a full
+// disk. Does not change anything that other processes share, such as the flags of the descriptor.
 class LogOutput final
 {
 public:
     // What is written in front of the next record for that many lost ones; empty to write nothing.
     using LossRecord = std::function<std::string(unsigned int lost)>;
 
-    // descriptor: has to stay what it is for as long as this object lives.
+    // descriptor: must stay open, on the same file, for as long as this object lives.
     LogOutput(int descriptor, LossRecord lossRecord);
     ~LogOutput();
 
     LogOutput(const LogOutput&) = delete;
     LogOutput& operator=(const LogOutput&) = delete;
 
-    // Writes the record, by one call of the system, or drops and counts it where there is no room: a record is written
-    // whole or not at all. Of a long one that fits in part the rest follows before the next.
+    // Writes the record with one system call, or drops and counts it if there is no room: a record is written whole or
+    // not at all. If only a part of a long one fits, the rest is written before the next.
     void Write(std::string_view record);
 
 private:
@@ -39,7 +38,7 @@ private:
     [[nodiscard]] ssize_t WriteSome(std::string_view bytes) const;
 
     const LossRecord m_lossRecord;
-    const int m_own; // the same file, opened for this process alone; -1 where that is not needed or not to be had
+    const int m_own; // the same file, opened for this process alone; -1 if that is not needed or not possible
     const int m_descriptor;
     const Way m_way;
     std::string m_rest; // of a record that was begun

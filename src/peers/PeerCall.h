@@ -23,6 +23,6 @@ public:
     [[nodiscard]] static PeerReply Send(QDBusAbstractInterface* proxy, const QString& method,
                                         const QVariantList& arguments = {});
 
-    // Puts a recorder in the bus's place; an empty transport puts the bus back.
+    // Replaces the bus by a recorder; an empty transport restores the bus.
     static void SetTransport(Transport transport);
 };

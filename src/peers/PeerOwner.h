@@ -6,8 +6,8 @@
 
 class QDBusAbstractInterface;
 
-// Who owns a manager's name on the bus, as far as the event loop has been told: a change has its place among the bus's
-// signals and answers, and waits while the loop is blocked.
+// Who owns a manager's name on the bus, as far as the event loop knows: it learns of a change in the order of the bus's
+// signals and answers, and not while it is blocked.
 class PeerOwner final : public QObject
 {
     Q_OBJECT

@@ -23,8 +23,8 @@ public:
     // A call that failed on the bus.
     [[nodiscard]] static PeerReply Failed(const QString& errorMessage);
 
-    // A call that was not made. It is reported like one that failed on the bus, and not at all where the status alone
-    // is judged: there is none, and the call must not count as accepted.
+    // A call that was not made. Report treats it like one that failed on the bus. ReportStatus reports nothing: there
+    // is no status, and the call must not count as accepted.
     [[nodiscard]] static PeerReply NotSent(const QString& reason);
 
     [[nodiscard]] bool IsBusError() const { return m_busError; }
@@ -35,13 +35,13 @@ public:
     // The unique name of the connection that answered; empty where none did: the bus or its library made the error.
     [[nodiscard]] QString Sender() const { return m_sender; }
 
-    // Says by its signal finished that the answer's turn has come: what the bus delivered before the answer has reached
-    // its slots by then, and what it delivered after it has not. Lives as long as somebody has a share in it. Null
-    // where that order is not known: the turn has come already.
+    // Its signal finished says that the answer's turn has come: signals that the bus delivered before the answer have
+    // reached their slots by then, later ones have not. Lives as long as somebody has a share in it. Null if that order
+    // is not known: the turn has come already.
     [[nodiscard]] std::shared_ptr<const QDBusPendingCallWatcher> Turn() const { return m_turn; }
 
-    // Has the outcome logged by the one of the three that fits: onBusError(const char* message), onRefused(int status)
-    // or onAccepted(). True when the peer accepted.
+    // Calls the one of the three that fits the outcome, to log it: onBusError(const char* message),
+    // onRefused(int status) or onAccepted(). True when the peer accepted.
     template <typename OnBusError, typename OnRefused, typename OnAccepted>
     bool Report(OnBusError onBusError, OnRefused onRefused, OnAccepted onAccepted) const
     {
@@ -51,7 +51,7 @@ public:
         return false;
     }
 
-    // The same for the calls that are judged by the status alone, also when they failed on the bus.
+    // The same for calls of which only the status counts, also when they failed on the bus.
     template <typename OnRefused, typename OnAccepted>
     bool ReportStatus(OnRefused onRefused, OnAccepted onAccepted) const
     {

@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// How long the loop has waited for which peer, so that what came too late meanwhile can be explained.
+// How long the loop has waited for which peer, to explain the starts that it missed meanwhile.
 namespace PeerWaits
 {
 

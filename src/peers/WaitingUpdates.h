@@ -2,8 +2,8 @@
 
 #include <QObject>
 
-// Tells the announcements of a new schedule file that waited already when a load began from those that came later: the
-// former are covered by that load.
+// Distinguishes the announcements of a new schedule file that were waiting when a load began from later ones: the load
+// covers the former, which need no load of their own.
 class WaitingUpdates final
 {
 public:

@@ -6,7 +6,7 @@
 
 class QDBusConnection;
 
-// Keeps the bus library from handling what arrives for as long as this object lives: it does so on a thread of its own.
+// Stops the bus library, which runs on a thread of its own, from handling messages for as long as this object lives.
 class BusPause final
 {
 public:

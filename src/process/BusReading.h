@@ -5,14 +5,14 @@ class QDBusConnection;
 namespace BusReading
 {
 
-// Has the bus library read from bus however much waits to be handled. Left to itself it pauses at 63 MB, and the pause
-// never ends: it would have to end on the library's own thread, but is ended on the one that handles the messages, from
-// where Qt cannot switch reading on again. One call of 64 MB, or some smaller ones while the loop is blocked, then left
-// a process that lives but answers nobody. False when the bus library cannot be told.
+// Makes the bus library go on reading from bus, however much waits to be handled. By default it pauses at 63 MB, and
+// never resumes: it resumes on the thread that handles the messages, from where Qt cannot switch reading on again. One
+// call of 64 MB, or some smaller ones while the loop is blocked, would leave a process that lives but answers nobody.
+// False when the library's limit cannot be set.
 [[nodiscard]] bool NeverPause(const QDBusConnection& bus);
 
-// Waits until the event loop has all that the bus has sent before, also what it sent while the process stood still; for
-// a second at most. False when the bus does not answer.
+// Waits, for a second at most, until the event loop has everything that the bus has sent so far, including what it sent
+// while the process stood still. False when the bus does not answer.
 [[nodiscard]] bool CatchUp(const QDBusConnection& bus);
 
 } // namespace BusReading

@@ -6,7 +6,7 @@
 namespace SignalPipe
 {
 
-// Has onWake called from the event loop after every Wake. False when no descriptor is to be had.
+// Calls onWake from the event loop after every Wake. False when no descriptor is available.
 [[nodiscard]] bool Open(std::function<void()> onWake);
 
 // Wakes the event loop. Safe in a signal context.

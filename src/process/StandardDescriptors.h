@@ -3,9 +3,9 @@
 namespace StandardDescriptors
 {
 
-// Opens those of standard input, output and error that are closed on the null device, so that no file or socket of the
-// process gets their number and takes what is meant for them. To be called before anything is opened. False when one
-// of them stays closed.
+// Opens closed standard input, output and error on the null device: otherwise a file or socket of the process would get
+// their number, and receive what is meant for them. Call it before anything is opened. False when one of them stays
+// closed.
 [[nodiscard]] bool OpenClosed();
 
 } // namespace StandardDescriptors

@@ -2,8 +2,8 @@
 
 #include <atomic>
 
-// The request that the process end. It stands from then on: what is long looks at it between two steps, because the
-// event loop hears of a signal only when it has handled every message that waits. One for the process.
+// The request to end the process; it is never taken back. Long work checks it between two steps, because the event
+// loop hears of a signal only when it has handled every waiting message. One for the process.
 class StopRequest final
 {
 public:

@@ -12,6 +12,6 @@ struct MissedStart
     TaskType type;
     QString taskName;   // as log records have it
     int lineNumber;     // of the schedule file
-    std::int64_t due_s; // by the clock on the wall, since it showed 1970-01-01 00:00:00
+    std::int64_t due_s; // local time, counted from 1970-01-01 00:00:00 local time
     QString cause;      // for people
 };

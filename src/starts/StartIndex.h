@@ -7,8 +7,8 @@
 #include <functional>
 #include <vector>
 
-// The actions of a schedule by their start times, to find those that start in a span of time without asking all.
-// Moments are seconds of the clock on the wall, since it showed 1970-01-01 00:00:00.
+// The actions of a schedule, sorted by start time, to find those in a span of time without visiting all.
+// Moments are seconds of local time, counted from 1970-01-01 00:00:00 local time.
 class StartIndex final
 {
 public:
@@ -19,10 +19,10 @@ public:
     void Build(const ActionList& actions);
     void Clear() { m_starts.clear(); }
 
-    // Calls visit for each start time after from_s up to and including to_s, day by day, the latest first and those of
-    // one moment against the order of the list, whether the action is due on that day or not. Of a span of years not
-    // all are visited, as that could take minutes: those of the last day, and up to a hundred thousand more. False when
-    // some were not.
+    // Calls visit for each start time after from_s up to and including to_s, latest first; those of one moment in the
+    // reverse order of the list. Does not check whether the action is due on that day. Visiting a span of years could
+    // take minutes, so only the last day is visited in any case, and up to a hundred thousand starts before it. False
+    // when some were left out.
     using Visit = std::function<void(Action& action, std::int64_t due_s)>;
     bool Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& visit) const;
 

@@ -6,11 +6,11 @@
 #include <QElapsedTimer>
 
 // Takes one photo, or a series at a fixed interval that ends when the number of photos is reached.
-// Every Photo task sees every photo that is taken, whoever asked for it. Running means that photo work is in progress;
-// only a photo that was taken, or the end of the series, ends it, not a request that failed. When the photo manager
-// leaves the bus, or was not there when it was asked, the task may be started again all the same.
-// A series that could not be stopped goes on, and each further photo asks again; but photos that have queued up behind
-// stops that failed slowly ask once for all of them, so that a flood costs a time-out or two and not one a photo.
+// Every Photo task sees every photo that is taken, whoever requested it. Running means that photo work is in progress:
+// a photo, or the end of the series, ends it; a failed request does not. When the photo manager leaves the bus, or was
+// not there when it was called, the task may be started again all the same.
+// A series that could not be stopped goes on, and each further photo requests the stop again. Photos that queued up
+// during stops that failed slowly request it only once, so that a flood costs a time-out or two, not one a photo.
 class Photo final : public PunctualTask
 {
     Q_OBJECT
@@ -44,5 +44,5 @@ private:
     bool m_streaming = false; // the photo manager has accepted this task's series
     QElapsedTimer m_rush;     // since the first stop of those that failed in one go; valid while they last
     QBasicTimer m_rest;       // fires when the loop is done with the photos that have queued up
-    bool m_asksLater = false; // at least one of these would have asked
+    bool m_asksLater = false; // at least one of these would have requested the stop
 };

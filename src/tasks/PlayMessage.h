@@ -5,7 +5,7 @@
 #include <QTime>
 
 // Plays one message file at a given time of day and runs until the sound manager reports a file's end.
-// The request goes out ahead of that time and carries it: the sound manager keeps the second.
+// The request is sent ahead of that time and carries it: the sound manager starts the message itself.
 class PlayMessage final : public PlayTask
 {
     Q_OBJECT

@@ -13,7 +13,7 @@
 #include <functional>
 #include <memory>
 
-// What the tasks that start a playback with a volume of its own and wait for its end share.
+// Base of the tasks that start a playback, with its own volume, and wait for its end.
 class PlayTask : public Task
 {
 protected:
@@ -25,7 +25,7 @@ protected:
     // a playback at the wrong volume beats none. No signal concerns the task any more until BeginWait.
     void BeginRequest();
 
-    // The sound manager has accepted the playback: has slot called at every emission of its signal that the bus
+    // The sound manager has accepted the playback: slot is called at every emission of its signal that the bus
     // delivers after that answer, until EndWait. A failure is logged with site.
     template <typename Signal, typename Derived, typename Slot>
     void BeginWait(const PeerReply& reply, Signal signal, Derived* self, Slot slot, Log::Site site)

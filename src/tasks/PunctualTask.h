@@ -2,7 +2,7 @@
 
 #include "Task.h"
 
-// A task that is started in time or not at all.
+// A task that never starts late.
 class PunctualTask : public Task
 {
 public:

@@ -2,8 +2,8 @@
 
 #include "PunctualTask.h"
 
-// Announces the action that is expected from the PDD peer. Calls no peer: its action and the scheduler carry the signal
-// on.
+// Announces the action that is expected from the PDD peer. Calls no peer: its action and the scheduler relay the
+// signal.
 class RequestPddAction final : public PunctualTask
 {
     Q_OBJECT

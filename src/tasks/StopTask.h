@@ -3,7 +3,7 @@
 #include "Log.h"
 #include "PunctualTask.h"
 
-// What the tasks that stop a sound source share. They differ in the source that they name.
+// Base of the tasks that stop a sound source. They differ in the source.
 class StopTask : public PunctualTask
 {
 protected:

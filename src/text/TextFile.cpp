@@ -99,7 +99,7 @@ bool TextFile::Open()
         ::close(opening.descriptor);
         return false;
     }
-    // Some files of the system are longer than the size that they show.
+    // Some system files (/proc) have more content than their size says.
     m_unread = std::max(m_file.size(), LEAST_READ);
     return true;
 }

@@ -3,12 +3,12 @@
 #include <QFile>
 #include <QStringDecoder>
 
-// A text file, read line by line. Only a regular file is opened, and never waited for: a folder, a device or a pipe
-// counts as a file that cannot be opened, at once. A byte-order mark at its beginning tells the encoding, and is no
-// part of the first line; without one the text is UTF-8.
+// A text file, read line by line. Only a regular file is opened: opening a folder, a device or a pipe fails at once,
+// and never waits. A byte-order mark at its beginning sets the encoding and is not part of the first line; without
+// one the text is UTF-8.
 //
-// What was opened is read on, whatever comes to stand under its name meanwhile. No file holds its reader for ever: of
-// one that grows as fast as it is read, no more is read than it had when it was opened, or a megabyte of a smaller one.
+// Reads the file that it opened, even if the file is replaced meanwhile. Reads it up to the size that it had when it
+// was opened, or up to 1 MB if that is more: a file that grows as fast as it is read does not hold the reader for ever.
 class TextFile final
 {
 public:
