@@ -1,8 +1,8 @@
 // How long the rehearsal of a hundred daily lines takes, and how much sooner it is done than a run of every pass.
 
 #include "HundredLines.h"
-#include "Rehearsal.h"
-#include "Workspace.h"
+#include "engine/Rehearsal.h"
+#include "engine/Workspace.h"
 
 #include <QCoreApplication>
 

@@ -1,9 +1,9 @@
 #include "BusTest.h"
-#include "Moment.h"
 #include "RandomSchedule.h"
-#include "Rehearsal.h"
-#include "ScheduleLine.h"
-#include "Workspace.h"
+#include "base/Moment.h"
+#include "engine/Rehearsal.h"
+#include "engine/ScheduleLine.h"
+#include "engine/Workspace.h"
 
 #include <QDBusMetaType>
 #include <QDir>

@@ -1,6 +1,6 @@
 #include "CommandCall.h"
-#include "FindingKind.h"
 #include "ToolHelp.h"
+#include "check/FindingKind.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -1,10 +1,10 @@
-#include "ClockChange.h"
-#include "DaemonLog.h"
 #include "RandomSchedule.h"
-#include "Rehearsal.h"
 #include "TextDiff.h"
 #include "TimeZone.h"
-#include "Workspace.h"
+#include "engine/ClockChange.h"
+#include "engine/DaemonLog.h"
+#include "engine/Rehearsal.h"
+#include "engine/Workspace.h"
 
 #include <QTest>
 

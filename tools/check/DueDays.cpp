@@ -1,8 +1,8 @@
 #include "DueDays.h"
 
 #include "Clock.h"
-#include "Moment.h"
 #include "ScheduleFields.h"
+#include "base/Moment.h"
 
 #include <algorithm>
 

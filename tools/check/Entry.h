@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ScheduleFields.h"
-#include "ScheduleLine.h"
+#include "engine/ScheduleLine.h"
 
 #include <QStringList>
 

@@ -1,5 +1,5 @@
-#include "ParameterRoles.h"
 #include "Rules.h"
+#include "words/Kinds.h"
 
 #include "Parameter.h"
 #include "tasks/CpuFreq.h"
@@ -181,7 +181,7 @@ void Rules::FindOddParameters(const std::vector<Entry>& entries, Findings& findi
     {
         if (entry.GetAction() == nullptr)
             continue;
-        const auto roles = ParameterRoles::Of(entry.GetAction()->m_task->m_type);
+        const auto roles = Kinds::Of(entry.GetAction()->m_task->m_type).Roles();
         LookAtFallbacks(entry, roles, findings);
         LookAtCount(entry, roles, findings);
         for (size_t i = 0; i < roles.size() && static_cast<qsizetype>(i) < entry.parameters.size(); ++i)

@@ -1,6 +1,6 @@
 #include "Patience.h"
 
-#include "TaskRequests.h"
+#include "engine/TaskRequests.h"
 
 Patience::Patience(const Entry& entry)
 {

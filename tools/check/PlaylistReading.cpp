@@ -1,7 +1,7 @@
 #include "PlaylistReading.h"
 
-#include "DaemonLog.h"
 #include "TextFile.h"
+#include "engine/DaemonLog.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <algorithm>

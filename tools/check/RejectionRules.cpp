@@ -3,7 +3,7 @@
 
 #include "TaskTable.h"
 #include "TextFile.h"
-#include "Workspace.h"
+#include "engine/Workspace.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "Rules.h"
 
 #include "SoundManager.h"
-#include "StartTime.h"
+#include "engine/StartTime.h"
 
 using namespace ScheduleFields;
 

@@ -1,12 +1,12 @@
 #include "Rehearsal.h"
 
-#include "Moment.h"
 #include "PeerCall.h"
 #include "Peers.h"
 #include "Risks.h"
 #include "Scheduler.h"
-#include "ToolError.h"
 #include "Workspace.h"
+#include "base/Moment.h"
+#include "base/ToolError.h"
 
 #include <QCoreApplication>
 #include <QDBusAbstractInterface>

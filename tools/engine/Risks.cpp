@@ -1,7 +1,7 @@
 #include "Risks.h"
 
 #include "Action.h"
-#include "Moment.h"
+#include "base/Moment.h"
 
 #include <numeric>
 

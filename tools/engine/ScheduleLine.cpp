@@ -2,8 +2,8 @@
 
 #include "Peers.h"
 #include "TextFile.h"
-#include "ToolError.h"
 #include "Workspace.h"
+#include "base/ToolError.h"
 
 #include <QStringList>
 

@@ -3,7 +3,7 @@
 #include "Action.h"
 #include "PeerCall.h"
 #include "Peers.h"
-#include "ToolError.h"
+#include "base/ToolError.h"
 
 #include <QDBusAbstractInterface>
 

@@ -1,8 +1,8 @@
 #include "VirtualDevice.h"
 
-#include "Moment.h"
 #include "Scheduler.h"
 #include "SoundManager.h"
+#include "base/Moment.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>

@@ -2,8 +2,8 @@
 
 #include "Action.h"
 #include "Clock.h"
-#include "Moment.h"
 #include "Scheduler.h"
+#include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <algorithm>

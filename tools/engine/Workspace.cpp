@@ -2,7 +2,7 @@
 
 #include "DataRoot.h"
 #include "Scheduler.h"
-#include "ToolError.h"
+#include "base/ToolError.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <QDir>
