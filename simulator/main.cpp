@@ -1,11 +1,11 @@
-#include "BusWatcher.h"
 #include "Console.h"
 #include "ControlObject.h"
 #include "DeviceBehaviour.h"
 #include "Options.h"
-#include "SignalPipe.h"
 #include "Simulator.h"
 #include "Transcript.h"
+#include "process/BusWatcher.h"
+#include "process/SignalPipe.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>

@@ -2,11 +2,11 @@
 
 #include "Clock.h"
 #include "Log.h"
-#include "ScheduleFields.h"
-#include "StringUtils.h"
 #include "TaskTable.h"
 #include "tasks/PlayPlaylist.h"
 #include "tasks/RequestPddAction.h"
+#include "text/ScheduleFields.h"
+#include "text/StringUtils.h"
 
 #include <algorithm>
 #include <limits>
@@ -18,9 +18,6 @@ namespace
 {
 
 constexpr int LOST_S = 4; // ahead of the start, the last one included
-
-const QString VALIDITY_FORMAT = QStringLiteral("yyyyMMdd");
-const QString SUMMARY_FORMAT = QStringLiteral("dd-MM-yyyy");
 
 bool IsBetween(int value, int first, int last)
 {
@@ -35,21 +32,6 @@ int ParseSpot(const char* name, const QString& field, int first, int last)
         return value;
     OZNA_LOG(LEVEL_TRACE, "Found %s=%s, consider %s=all", name, qPrintable(field), name);
     return ANY;
-}
-
-QString SpotText(int value)
-{
-    return value == ANY ? QStringLiteral("*") : QString::number(value);
-}
-
-QString ValidityText(bool given, const QDate& date)
-{
-    return given ? date.toString(SUMMARY_FORMAT) : QStringLiteral("always");
-}
-
-bool Includes(int spot, int value)
-{
-    return spot == ANY || spot == value;
 }
 
 } // namespace
@@ -67,7 +49,7 @@ Action::Action(const QString& line)
     }
 
     const QStringList fields = StringUtils::FirstTokens(line, FIELD_SEPARATOR, FIELD_COUNT);
-    ParseDays(fields[FIELD_DAYS]);
+    ParseWeekDays(fields[FIELD_DAYS]);
     ParseStartTime(fields[FIELD_START_TIME]);
     ParseSpotDate(fields);
     ParseValidity(fields[FIELD_FROM], fields[FIELD_TO]);
@@ -78,17 +60,6 @@ Action::Action(const QString& line)
 }
 
 Action::~Action() = default;
-
-void Action::ParseDays(const QString& field)
-{
-    const int days = static_cast<int>(std::min<qsizetype>(field.size(), DAYS_A_WEEK));
-    for (int i = 0; i < days; ++i)
-    {
-        // The field begins with Monday, the mask with Sunday.
-        if (field[i] == QLatin1Char('1'))
-            m_dow = static_cast<std::uint8_t>(m_dow | 1U << ((i + 1) % DAYS_A_WEEK));
-    }
-}
 
 void Action::ParseStartTime(const QString& field)
 {
@@ -113,14 +84,6 @@ void Action::ParseSpotDate(const QStringList& fields)
     m_year = ParseSpot("year", fields[FIELD_YEAR], std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
 }
 
-void Action::ParseValidity(const QString& from, const QString& to)
-{
-    m_from = QDate::fromString(from, VALIDITY_FORMAT);
-    m_hasFrom = m_from.isValid();
-    m_to = QDate::fromString(to, VALIDITY_FORMAT);
-    m_hasTo = m_to.isValid();
-}
-
 void Action::LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const
 {
     OZNA_LOG(LEVEL_DETAIL, "--------------- Action --------------");
@@ -128,8 +91,8 @@ void Action::LogSummary(const QStringList& fields, TaskType type, const QString&
     OZNA_LOG(LEVEL_DETAIL, "Start:  %02d:%02d:%02d", m_hour, m_minute, m_second);
     OZNA_LOG(LEVEL_DETAIL, "Spot:   day=%s, month=%s, year=%s", qPrintable(SpotText(m_day)),
              qPrintable(SpotText(m_month)), qPrintable(SpotText(m_year)));
-    OZNA_LOG(LEVEL_DETAIL, "From:   %s", qPrintable(ValidityText(m_hasFrom, m_from)));
-    OZNA_LOG(LEVEL_DETAIL, "To:     %s", qPrintable(ValidityText(m_hasTo, m_to)));
+    OZNA_LOG(LEVEL_DETAIL, "From:   %s", qPrintable(FromText()));
+    OZNA_LOG(LEVEL_DETAIL, "To:     %s", qPrintable(ToText()));
     OZNA_LOG(LEVEL_DETAIL, "Task:   %s (type=%d)", qPrintable(fields[FIELD_TASK]), type);
     OZNA_LOG(LEVEL_DETAIL, "Params: %s", qPrintable(parameterText.left(Log::RECORD_SIZE)));
     OZNA_LOG(LEVEL_DETAIL, "-------------------------------------");
@@ -159,36 +122,9 @@ void Action::CreateTask(TaskType type, const QString& startTime, const QString& 
     }
 }
 
-bool Action::IsDueToday() const
-{
-    const bool isBounded = m_hasFrom || m_hasTo;
-    return IsDue(Clock::LocalNow().tm_wday, isBounded ? Clock::LocalToday() : QDate(),
-                 HasSpotDate() ? Clock::UtcToday() : QDate());
-}
-
 bool Action::IsDueOn(const QDate& date) const
 {
-    const int weekDay = date.dayOfWeek() % DAYS_A_WEEK;
-    const QTime time = QTime(0, 0).addSecs(StartSecond().value_or(0));
-    return IsDue(weekDay, date, HasSpotDate() ? Clock::UtcDateAt(date, time) : QDate());
-}
-
-// The spot date is that of UTC, unlike the day of week: an asymmetry that is required.
-bool Action::IsDue(int weekDay, const QDate& date, const QDate& utcDate) const
-{
-    const bool isSpotDay = HasSpotDate() && Includes(m_day, utcDate.day()) && Includes(m_month, utcDate.month()) &&
-                           Includes(m_year, utcDate.year());
-    return ((m_dow & (1U << static_cast<unsigned int>(weekDay))) != 0 || isSpotDay) && IsValid(date);
-}
-
-bool Action::HasSpotDate() const
-{
-    return m_day != ANY || m_month != ANY || m_year != ANY;
-}
-
-bool Action::IsValid(const QDate& date) const
-{
-    return !(m_hasFrom && date < m_from) && !(m_hasTo && date > m_to);
+    return IsDueAt(date, QTime(0, 0).addSecs(StartSecond().value_or(0)));
 }
 
 bool Action::IsPrepared() const

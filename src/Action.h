@@ -1,8 +1,8 @@
 #pragma once
 
+#include "ActionDays.h"
 #include "Task.h"
 
-#include <QDate>
 #include <QObject>
 #include <QStringList>
 #include <QTime>
@@ -19,7 +19,7 @@
 // number), and optionally the task's parameters separated by ",".
 //
 // The predicates keep no history: each call decides from the clock of that moment.
-class Action final : public QObject
+class Action final : public QObject, public ActionDays
 {
     Q_OBJECT
 public:
@@ -61,28 +61,14 @@ public:
     // Whether the peer is asked ahead of the start, and keeps the second itself.
     bool IsPrepared() const;
 
-    // Whether today is one of the entry's days: of the week or the spot date, and valid.
-    bool IsDueToday() const;
-
-    // The same for the entry's start time on that local date.
+    // Whether the entry is due on that local date, at its start time.
     bool IsDueOn(const QDate& date) const;
-
-    // Whether the line restricts day, month or year, on which it is due besides its days of the week.
-    bool HasSpotDate() const;
 
     int m_lineNumber = 0; // of the schedule file; 0 for an action that comes from none
     int m_hour = 0;       // as the line gives it, not checked
     int m_minute = 0;
     int m_second = 0;
     QTime m_startTime; // invalid when the three are out of range
-    int m_day = -1;    // -1: any
-    int m_month = -1;
-    int m_year = -1;
-    bool m_hasFrom = false;
-    QDate m_from; // inclusive
-    bool m_hasTo = false;
-    QDate m_to;             // inclusive
-    std::uint8_t m_dow = 0; // bit n: the C library's week-day number n
     std::unique_ptr<Task> m_task;
     int m_delay = 0;       // by how many seconds the start is late, from IsReady for the Start that follows
     bool m_forced = false; // to be started at once; cleared by Start
@@ -99,14 +85,10 @@ public Q_SLOTS:
     void OnPddActionRequest(PDD_ACTION action, bool enable);
 
 private:
-    void ParseDays(const QString& field);
     void ParseStartTime(const QString& field);
     void ParseSpotDate(const QStringList& fields);
-    void ParseValidity(const QString& from, const QString& to);
     void LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const;
     void CreateTask(TaskType type, const QString& startTime, const QString& parameterText);
 
-    bool IsDue(int weekDay, const QDate& date, const QDate& utcDate) const;
-    bool IsValid(const QDate& date) const;
     int SecondsToStart() const; // negative after the start
 };

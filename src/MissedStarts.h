@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Clock.h"
-#include "MissedStart.h"
-#include "StartIndex.h"
+#include "starts/MissedStart.h"
+#include "starts/Passage.h"
+#include "starts/PassedStart.h"
+#include "starts/StartIndex.h"
 
 #include <optional>
 #include <utility>
@@ -20,7 +22,7 @@ public:
     void Load(const ActionList& actions, const Clock::Reading& since);
 
     // The schedule goes, and its actions with it: from now on it is not looked at.
-    void Stop(const ActionList& watched) { Close(watched, Clock::Read(), false); }
+    void Stop(const ActionList& watched);
 
     // The same, to be loaded anew at once, which takes the start from what would still have been started. Gives the
     // moment up to which it was looked at.
@@ -38,30 +40,6 @@ public:
     [[nodiscard]] bool IsDeciding() const { return m_isDeciding; }
 
 private:
-    // What happened between the last look and this one.
-    struct Passage
-    {
-        Clock::Reading from;
-        Clock::Reading to;
-        [[nodiscard]] std::int64_t Jump_ms() const
-        {
-            return (to.local_ms - from.local_ms) - (to.uptime_ms - from.uptime_ms);
-        }
-        [[nodiscard]] std::int64_t ClockStep_ms() const
-        {
-            return (to.calendar_ms - from.calendar_ms) - (to.uptime_ms - from.uptime_ms);
-        }
-    };
-
-    // A start that has passed, of which it is not known yet whether it will still be answered.
-    struct Open
-    {
-        Action* action;
-        std::int64_t due_s;
-        Clock::Reading from; // the look before it was due
-        bool wasBusy;        // its task was still under way
-    };
-
     void LookAt(const Passage& passage);
     void Tell() const;
     void OpenPassed(const Passage& passage);
@@ -69,16 +47,14 @@ private:
     void Settle(const ActionList& watched, const Clock::Reading& now);
     void NoteBusy(std::int64_t now_s);
     void Close(const ActionList& watched, const Clock::Reading& now, bool isRestart);
-    [[nodiscard]] QString CauseOf(const Open& open, const Clock::Reading& now) const;
-    [[nodiscard]] bool WasLoadedJustBefore(std::int64_t due_s, const Passage& passage) const;
     [[nodiscard]] bool IsBusy(const Action& action, std::int64_t due_s) const;
-    void Add(const Open& open, const QString& cause);
+    void Add(const PassedStart& start, const QString& cause);
 
     StartIndex m_index;
     std::optional<Clock::Reading> m_last; // look, or load; none while nothing is loaded
     std::int64_t m_loaded_ms = 0;         // by the clock on the wall
     std::int64_t m_seen_s = 0;            // up to here all starts were looked at
-    std::vector<Open> m_open;
+    std::vector<PassedStart> m_open;
     std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is still under way
     bool m_isDeciding = false;
     std::vector<MissedStart> m_missed; // not told yet

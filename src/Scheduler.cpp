@@ -2,11 +2,13 @@
 
 #include "Action.h"
 #include "Clock.h"
-#include "LastCalls.h"
+#include "DataRoot.h"
 #include "Log.h"
-#include "Peers.h"
-#include "StopRequest.h"
-#include "TextFile.h"
+#include "ScheduleLoader.h"
+#include "peers/LastCalls.h"
+#include "peers/Peers.h"
+#include "peers/UpdateManager.h"
+#include "process/StopRequest.h"
 
 #include <UpdateManagerProxy.h>
 
@@ -26,23 +28,11 @@ Scheduler::Scheduler(const QString& fileName)
     : m_scheduleFile(fileName)
 {
     Peers::CreateProxies([this] {
-        if (!connect(m_updateManProxy, &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated))
+        if (!connect(UpdateManager::Signals(), &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated))
             throw std::runtime_error("update-manager link");
     });
-
-    const bool areSet = SetUp(m_farTimer, FAR_INTERVAL_MS, &Scheduler::CheckFarActions) &&
-                        SetUp(m_earlyTimer, EARLY_INTERVAL_MS, &Scheduler::CheckEarlyActions);
-    if (!areSet)
-        throw std::runtime_error("scheduler timers");
+    m_timers.SetUp([this] { CheckFarActions(); }, [this] { CheckEarlyActions(); });
     m_enabled = true;
-}
-
-bool Scheduler::SetUp(QTimer& timer, int interval_ms, void (Scheduler::*pass)())
-{
-    // A gong is due on the second: coarse timers may come 5 % late.
-    timer.setTimerType(Qt::PreciseTimer);
-    timer.setInterval(interval_ms);
-    return connect(&timer, &QTimer::timeout, this, pass);
 }
 
 Scheduler::~Scheduler()
@@ -58,17 +48,25 @@ void Scheduler::Run()
         OZNA_LOG(LEVEL_NORMAL, "Scheduler is disabled");
 }
 
+void Scheduler::Start()
+{
+    Begin(Clock::Read());
+}
+
 // since: what was due up to then is told by who was there before, if anybody.
 void Scheduler::Begin(const Clock::Reading& since)
 {
     OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");
-    LoadSchedule(m_scheduleFile);
+    const auto link = [this](const Action& action) {
+        return static_cast<bool>(connect(&action, &Action::PddActionRequested, this, &Scheduler::OnPddActionRequested));
+    };
+    const ScheduleLoader loader(m_farActions, link, OZNA_LOG_SITE);
+    loader.Load(GetSchedulePath() + QLatin1Char('/') + m_scheduleFile);
     if (StopRequest::IsMade())
         return;
-    FindReadyActions();
+    loader.ForceWhatIsInForce();
     m_missed.Load(m_farActions, since);
-    m_farTimer.start();
-    m_earlyTimer.start();
+    m_timers.Start();
     OZNA_LOG(LEVEL_NORMAL, "Schedule started");
 }
 
@@ -76,8 +74,7 @@ void Scheduler::Stop()
 {
     OZNA_LOG(LEVEL_NORMAL, "Stopping schedule...");
     m_updates.Uncover();
-    m_farTimer.stop();
-    m_earlyTimer.stop();
+    m_timers.Stop();
     m_missed.Stop(m_earlyActions);
     OZNA_LOG(LEVEL_NORMAL, "Schedule stopped");
     CleanUp();
@@ -92,6 +89,18 @@ void Scheduler::CleanUp()
     // What a long schedule took goes back to the device, which has other uses for it.
     static_cast<void>(::malloc_trim(0));
     OZNA_LOG(LEVEL_NORMAL, "Scheduler cleaned-up !");
+}
+
+QString Scheduler::GetSchedulePath()
+{
+    return DataRoot() + QStringLiteral("/schedule");
+}
+
+int Scheduler::IsEnabled(bool& enabled, QString& filename)
+{
+    enabled = m_enabled;
+    filename = m_scheduleFile;
+    return STATUS_OK;
 }
 
 int Scheduler::SetEnabled(bool enabled)
@@ -149,76 +158,6 @@ void Scheduler::OnFilesUpdated(int Status, int FileType)
         OZNA_LOG(LEVEL_WARNING, "Scheduler is disabled: automatically re-enable it");
     static_cast<void>(m_enabled ? Reload() : SetEnabled(true));
     m_updates.Cover(mark);
-}
-
-void Scheduler::LoadSchedule(const QString& fileName)
-{
-    const QString path = GetSchedulePath() + QLatin1Char('/') + fileName;
-    OZNA_LOG(LEVEL_NORMAL, "Loading schedule from %s...", qPrintable(path.left(Log::RECORD_SIZE)));
-    try
-    {
-        TextFile file(path);
-        if (!file.Open())
-        {
-            OZNA_LOG(LEVEL_NORMAL, "No schedules programmed (schedule file not found)");
-            if (!file.OpenError().isEmpty())
-                OZNA_LOG(LEVEL_WARNING, "Schedule file open error: %s", qPrintable(file.OpenError()));
-            return;
-        }
-        for (QString line; !StopRequest::IsMade() && file.ReadLine(line);)
-            AddAction(line, file.LineNumber());
-        if (StopRequest::IsMade())
-            return;
-        if (!file.ReadError().isEmpty())
-            OZNA_LOG(LEVEL_WARNING, "Schedule file read error: %s", qPrintable(file.ReadError()));
-        if (!file.HasLineEnd())
-            OZNA_LOG(LEVEL_WARNING, "Schedule file may be cut: line %d has no line end", file.LineNumber());
-        OZNA_LOG(LEVEL_NORMAL, "Schedule loaded (%d tasks)", m_farActions.Size());
-    }
-    catch (const std::exception&)
-    {
-        OZNA_LOG(LEVEL_ERROR, "Unexpected error while loading schedule");
-    }
-}
-
-void Scheduler::AddAction(const QString& line, int lineNumber)
-{
-    if (TextFile::IsBlankOrComment(line))
-        return;
-    std::unique_ptr<Action> action;
-    try
-    {
-        action = std::make_unique<Action>(line);
-        action->m_lineNumber = lineNumber;
-    }
-    catch (const std::exception&)
-    {
-        // The action has logged its own reason.
-        OZNA_LOG(LEVEL_WARNING, "Action ignored");
-        return;
-    }
-    if (connect(action.get(), &Action::PddActionRequested, this, &Scheduler::OnPddActionRequested))
-        m_farActions.Append(std::move(action));
-    else
-        OZNA_LOG(LEVEL_WARNING, "Action creation failed");
-}
-
-void Scheduler::FindReadyActions()
-{
-    OZNA_LOG(LEVEL_NORMAL, "Finding ready actions...");
-    const QTime now = Clock::TimeOfDay();
-    if (Action* const light = m_farActions.FindLatestStarted(TASK_LIGHT, now); light != nullptr)
-    {
-        OZNA_LOG(LEVEL_NORMAL, "Found Light action to start");
-        light->m_forced = true;
-    }
-    Action* const play = m_farActions.FindLatestStarted(TASK_PLAY_RADIO_FM, now);
-    const Action* const stop = m_farActions.FindLatestStarted(TASK_STOP_RADIO_FM, now);
-    if (play != nullptr && (stop == nullptr || stop->m_startTime < play->m_startTime))
-    {
-        OZNA_LOG(LEVEL_NORMAL, "Found RadioFm action to start");
-        play->m_forced = true;
-    }
 }
 
 void Scheduler::CheckFarActions()

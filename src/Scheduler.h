@@ -1,25 +1,16 @@
 #pragma once
 
 #include "ActionList.h"
-#include "DataRoot.h"
 #include "MissedStarts.h"
+#include "PassTimers.h"
 #include "Task.h"
-#include "WaitingUpdates.h"
+#include "peers/PeerProxies.h"
+#include "peers/WaitingUpdates.h"
 
 #include <QObject>
 #include <QString>
-#include <QTimer>
 
 #include <cstdint>
-
-class ConfigProxy;
-class CpuFreqManagerProxy;
-class GpsManagerProxy;
-class LightManagerProxy;
-class NetworkManagerProxy;
-class PhotoManagerProxy;
-class SoundManagerProxy;
-class UpdateManagerProxy;
 
 // What a pass finds out about an action.
 enum class ActionFinding : std::uint8_t
@@ -32,13 +23,14 @@ enum class ActionFinding : std::uint8_t
 // The engine: owns the actions of the schedule file and the two timers that pick the ones to start.
 // Everything runs on the event-loop thread. The slots with a result are the bus's; it is the status 0, always.
 // Once the process is to end (see StopRequest), nothing is loaded and no action is started any more.
-class Scheduler final : public QObject
+// The shared proxies of PeerProxies are its static members.
+class Scheduler final : public QObject, public PeerProxies
 {
     Q_OBJECT
 public:
     // The periods of the two timers.
-    static constexpr int FAR_INTERVAL_MS = 3000;
-    static constexpr int EARLY_INTERVAL_MS = 200;
+    static constexpr int FAR_INTERVAL_MS = PassTimers::FAR_INTERVAL_MS;
+    static constexpr int EARLY_INTERVAL_MS = PassTimers::EARLY_INTERVAL_MS;
 
     // Creates the shared proxies, without contacting their services; enabled, but nothing runs before Run or Start.
     // fileName: the schedule file in the schedule folder. Throws a standard exception when a proxy cannot be created.
@@ -51,7 +43,7 @@ public:
     void Run();
 
     // Loads the schedule file, forces the light and radio state that should be in force, and starts the timers.
-    void Start() { Begin(Clock::Read()); }
+    void Start();
 
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
@@ -64,17 +56,7 @@ public:
     const ActionList& EarlyActions() const { return m_earlyActions; }
 
     // The folder of the schedule files, without a trailing separator.
-    static QString GetSchedulePath() { return DataRoot() + QStringLiteral("/schedule"); }
-
-    // The proxies that all tasks share; created by the constructor, never deleted.
-    static inline ConfigProxy* m_configManProxy = nullptr;
-    static inline UpdateManagerProxy* m_updateManProxy = nullptr;
-    static inline SoundManagerProxy* m_soundManProxy = nullptr;
-    static inline PhotoManagerProxy* m_photoManProxy = nullptr;
-    static inline LightManagerProxy* m_lightManProxy = nullptr;
-    static inline CpuFreqManagerProxy* m_cpuFreqManProxy = nullptr;
-    static inline GpsManagerProxy* m_gpsManProxy = nullptr;
-    static inline NetworkManagerProxy* m_networkManProxy = nullptr;
+    static QString GetSchedulePath();
 
 Q_SIGNALS:
     void SchedulingEnabled(bool enabled, const QString& filename);
@@ -85,12 +67,7 @@ Q_SIGNALS:
     void Missed(const MissedStart& start);
 
 public Q_SLOTS:
-    int IsEnabled(bool& enabled, QString& filename)
-    {
-        enabled = m_enabled;
-        filename = m_scheduleFile;
-        return STATUS_OK;
-    }
+    int IsEnabled(bool& enabled, QString& filename);
 
     // Starts or stops the schedule where that changes anything; announces the resulting state in every case.
     int SetEnabled(bool enabled);
@@ -118,11 +95,7 @@ private:
     static constexpr int STATUS_OK = 0;
 
     void Begin(const Clock::Reading& since);
-    bool SetUp(QTimer& timer, int interval_ms, void (Scheduler::*pass)());
     void CleanUp();
-    void LoadSchedule(const QString& fileName);
-    void AddAction(const QString& line, int lineNumber);
-    void FindReadyActions();
     bool IsVirtuallyStopped(const Action& play) const;
 
     QString m_scheduleFile;
@@ -130,7 +103,6 @@ private:
     ActionList m_farActions;   // every loaded action that is not in the other list
     ActionList m_earlyActions; // found early, watched closely
     MissedStarts m_missed;
-    QTimer m_farTimer;
-    QTimer m_earlyTimer;
+    PassTimers m_timers;
     WaitingUpdates m_updates;
 };

@@ -1,13 +1,15 @@
 #include "Task.h"
 
 #include "Log.h"
-#include "PeerOwner.h"
-#include "PeerReply.h"
-#include "TaskTable.h"
-
-#include <QDBusAbstractInterface>
+#include "peers/PeerOwner.h"
+#include "peers/PeerReply.h"
 
 #include <limits>
+
+namespace
+{
+constexpr const char* UNKNOWN_NAME = "unknown";
+}
 
 const char* PddActionName(PDD_ACTION action)
 {
@@ -46,16 +48,12 @@ TaskType Task::NameToType(const QString& name)
 {
     bool isNumber = false;
     const int number = name.toInt(&isNumber);
-    if (isNumber)
-        return static_cast<TaskType>(number);
-    const TaskKind* kind = TaskTable::FindByName(name);
-    return kind != nullptr ? kind->type : TASK_UNKNOWN;
+    return isNumber ? static_cast<TaskType>(number) : TypeOfScheduleName(name);
 }
 
 QString Task::GetName() const
 {
-    const TaskKind* kind = TaskTable::Find(m_type);
-    return QString::fromLatin1(kind != nullptr ? kind->logName : TaskTable::UNKNOWN_NAME);
+    return QString::fromLatin1(IsTaskKind(m_type) ? TASK_NAMES[static_cast<size_t>(m_type)].logName : UNKNOWN_NAME);
 }
 
 QString Task::GetSubject() const
@@ -71,9 +69,8 @@ void Task::BeginWork()
     static_cast<void>(disconnect(m_peerLeft));
 }
 
-void Task::HandOver(const QDBusAbstractInterface* proxy, const PeerReply& reply)
+void Task::HandOver(const PeerOwner* owner, const PeerReply& reply)
 {
-    const PeerOwner* const owner = PeerOwner::Of(proxy);
     if (owner == nullptr)
         return;
     // The owner that is known may be an earlier one, whose leaving the loop has not been told yet.

@@ -1,39 +1,15 @@
 #pragma once
 
+#include "TaskType.h"
+
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
 
 #include <cstdint>
 
+class PeerOwner;
 class PeerReply;
-class QDBusAbstractInterface;
-
-// The kinds of task. The numbers are part of the schedule format: a line may give its task by number.
-enum TaskType : std::int32_t
-{
-    TASK_LIGHT = 0,
-    TASK_PLAY_MESSAGE = 1,
-    TASK_PLAY_PLAYLIST = 2,
-    TASK_RECORD_MIC = 3,
-    TASK_RECORD_PHOTO = 4,
-    TASK_VOLUME = 5,
-    TASK_PLAY_RADIO_FM = 6,
-    TASK_RECORD_VIDEO = 7,
-    TASK_AMPLIFIERS = 8,
-    TASK_SET_CPU_FREQ = 9,
-    TASK_CAMERA = 10,
-    TASK_GPS = 11,
-    TASK_LAN = 12,
-    TASK_STOP_PLAYLIST = 13,
-    TASK_STOP_MESSAGE = 14,
-    TASK_STOP_RADIO_FM = 15,
-    TASK_PLAY_STREAM = 16,
-    TASK_STOP_STREAM = 17,
-    TASK_ENABLE_AUX = 18,
-    TASK_REQUEST_PDD_ACTION = 19,
-    TASK_UNKNOWN = 99,
-};
 
 // The actions that the PDD peer can be asked for; travels on the bus as an unsigned int.
 enum PDD_ACTION : std::int32_t
@@ -85,10 +61,11 @@ protected:
     // Marks the task as running, before it asks its peer; whoever did the work before does not matter any more.
     void BeginWork();
 
-    // The peer behind proxy has answered with reply and does the work from now on, if it does any. When it leaves the
-    // bus before the work is done, the work has ended: the task is not running, counts as completed, and one record
-    // tells it. Nobody does the work when nobody owned the peer's name.
-    void HandOver(const QDBusAbstractInterface* proxy, const PeerReply& reply);
+    // The peer whose name owner knows about has answered with reply and does the work from now on, if it does any. When
+    // it leaves the bus before the work is done, the work has ended: the task is not running, counts as completed, and
+    // one record tells it. Nobody does the work when nobody owned the peer's name. owner: may be null, and nobody's
+    // leaving is heard then.
+    void HandOver(const PeerOwner* owner, const PeerReply& reply);
 
     // What the work is about, for log records.
     [[nodiscard]] virtual QString GetSubject() const;

@@ -19,7 +19,6 @@
 #include "tasks/StopStream.h"
 #include "tasks/Volume.h"
 
-#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -70,28 +69,33 @@ std::unique_ptr<Task> MakePlayMessage(const TaskRequest& request)
                                          request.parameters.value(1, NO_VOLUME));
 }
 
+// A kind with its names.
+constexpr TaskKind Kind(TaskType type, int minParameters, int maxParameters, TaskKind::Creator create)
+{
+    return {TASK_NAMES[static_cast<size_t>(type)], minParameters, maxParameters, create};
+}
+
 constexpr std::array TABLE{
-    TaskKind{TASK_LIGHT, "Light", "Light", 1, NO_LIMIT, MakeFromFirst<Light>},
-    TaskKind{TASK_PLAY_MESSAGE, "PlayMessage", "PlayMessage", 1, NO_LIMIT, MakePlayMessage},
-    TaskKind{TASK_PLAY_PLAYLIST, "PlayPlaylist", "PlayPlaylist", 1, NO_LIMIT, MakePlayPlaylist},
-    TaskKind{TASK_RECORD_MIC, "RecordMic", "RecordMic", 0, NO_LIMIT, nullptr},
-    TaskKind{TASK_RECORD_PHOTO, "RecordPhoto", "RecordPhoto", 0, NO_LIMIT, MakePhoto},
-    TaskKind{TASK_VOLUME, "Volume", "Volume", 1, NO_LIMIT, MakeFromFirst<Volume>},
-    TaskKind{TASK_PLAY_RADIO_FM, "PlayRadioFm", "PlayRadioFm", 1, NO_LIMIT, MakeFromFirst<PlayRadioFm>},
-    TaskKind{TASK_RECORD_VIDEO, "RecordVideo", "RecordVideo", 0, NO_LIMIT, nullptr},
-    TaskKind{TASK_AMPLIFIERS, "Amplifiers", "Amplifiers", 1, NO_LIMIT, MakeFromFirst<Amplifiers>},
-    TaskKind{TASK_SET_CPU_FREQ, "SetCpuFreq", "SetCpuFreq", 1, NO_LIMIT, MakeFromFirst<CpuFreq>},
-    TaskKind{TASK_CAMERA, "Camera", "Camera", 1, NO_LIMIT, MakeFromFirst<Camera>},
-    TaskKind{TASK_GPS, "Gps", "Gps", 1, NO_LIMIT, MakeFromFirst<Gps>},
-    TaskKind{TASK_LAN, "Lan", "Lan", 1, NO_LIMIT, MakeFromFirst<Lan>},
-    TaskKind{TASK_STOP_PLAYLIST, "StopPlaylist", "StopPlaylist", 0, NO_LIMIT, MakeFromFirst<StopPlaylist>},
-    TaskKind{TASK_STOP_MESSAGE, "StopMessage", "StopMessage", 0, NO_LIMIT, Make<StopMessage>},
-    TaskKind{TASK_STOP_RADIO_FM, "StopRadioFm", "StopRadioFm", 0, NO_LIMIT, Make<StopRadioFm>},
-    TaskKind{TASK_PLAY_STREAM, "PlayStream", "PlayStream", 1, NO_LIMIT, MakePlayStream},
-    // The two spellings of the next kinds differ, by requirement.
-    TaskKind{TASK_STOP_STREAM, "StopStream", "Stoptream", 0, NO_LIMIT, Make<StopStream>},
-    TaskKind{TASK_ENABLE_AUX, "enableAux", "EnableAux", 1, 1, MakeFromFirst<EnableAux>},
-    TaskKind{TASK_REQUEST_PDD_ACTION, nullptr, "RequestPddAction", 2, 2, MakeRequestPddAction},
+    Kind(TASK_LIGHT, 1, NO_LIMIT, MakeFromFirst<Light>),
+    Kind(TASK_PLAY_MESSAGE, 1, NO_LIMIT, MakePlayMessage),
+    Kind(TASK_PLAY_PLAYLIST, 1, NO_LIMIT, MakePlayPlaylist),
+    Kind(TASK_RECORD_MIC, 0, NO_LIMIT, nullptr),
+    Kind(TASK_RECORD_PHOTO, 0, NO_LIMIT, MakePhoto),
+    Kind(TASK_VOLUME, 1, NO_LIMIT, MakeFromFirst<Volume>),
+    Kind(TASK_PLAY_RADIO_FM, 1, NO_LIMIT, MakeFromFirst<PlayRadioFm>),
+    Kind(TASK_RECORD_VIDEO, 0, NO_LIMIT, nullptr),
+    Kind(TASK_AMPLIFIERS, 1, NO_LIMIT, MakeFromFirst<Amplifiers>),
+    Kind(TASK_SET_CPU_FREQ, 1, NO_LIMIT, MakeFromFirst<CpuFreq>),
+    Kind(TASK_CAMERA, 1, NO_LIMIT, MakeFromFirst<Camera>),
+    Kind(TASK_GPS, 1, NO_LIMIT, MakeFromFirst<Gps>),
+    Kind(TASK_LAN, 1, NO_LIMIT, MakeFromFirst<Lan>),
+    Kind(TASK_STOP_PLAYLIST, 0, NO_LIMIT, MakeFromFirst<StopPlaylist>),
+    Kind(TASK_STOP_MESSAGE, 0, NO_LIMIT, Make<StopMessage>),
+    Kind(TASK_STOP_RADIO_FM, 0, NO_LIMIT, Make<StopRadioFm>),
+    Kind(TASK_PLAY_STREAM, 1, NO_LIMIT, MakePlayStream),
+    Kind(TASK_STOP_STREAM, 0, NO_LIMIT, Make<StopStream>),
+    Kind(TASK_ENABLE_AUX, 1, 1, MakeFromFirst<EnableAux>),
+    Kind(TASK_REQUEST_PDD_ACTION, 2, 2, MakeRequestPddAction),
 };
 
 constexpr bool IsIndexedByType()
@@ -111,13 +115,5 @@ static_assert(TABLE.size() == TaskTable::SIZE, "the header tells how many rows t
 
 const TaskKind* TaskTable::Find(TaskType type)
 {
-    return type >= 0 && static_cast<size_t>(type) < TABLE.size() ? &TABLE[static_cast<size_t>(type)] : nullptr;
-}
-
-const TaskKind* TaskTable::FindByName(const QString& name)
-{
-    const auto* row = std::ranges::find_if(TABLE, [&name](const TaskKind& kind) {
-        return kind.scheduleName != nullptr && name == QLatin1String(kind.scheduleName);
-    });
-    return row != TABLE.end() ? row : nullptr;
+    return IsTaskKind(type) ? &TABLE[static_cast<size_t>(type)] : nullptr;
 }

@@ -16,13 +16,10 @@ struct TaskRequest
 };
 
 // One kind of task: its names and how it is made. A new kind is one row of the table in TaskTable.cpp.
-struct TaskKind
+struct TaskKind : TaskName
 {
     using Creator = std::unique_ptr<Task> (*)(const TaskRequest& request);
 
-    TaskType type;
-    const char* scheduleName; // null: a line asks for it by number only
-    const char* logName;
     int minParameters; // a line with fewer parameters, or with more than maxParameters, is rejected
     int maxParameters;
     Creator create; // null: no class serves the kind. May throw a standard exception, which rejects the line.
@@ -36,15 +33,10 @@ struct TaskKind
 namespace TaskTable
 {
 
-inline constexpr const char* UNKNOWN_NAME = "unknown";
-
 // How many kinds there are; their types count from 0.
-inline constexpr std::size_t SIZE = 20;
+inline constexpr std::size_t SIZE = TASK_NAMES.size();
 
 // The row of that type, or null.
 const TaskKind* Find(TaskType type);
-
-// The row whose schedule name equals name to the letter, or null.
-const TaskKind* FindByName(const QString& name);
 
 } // namespace TaskTable

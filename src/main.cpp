@@ -1,12 +1,12 @@
-#include "BusReading.h"
-#include "BusWatcher.h"
 #include "Globals.h"
 #include "Log.h"
 #include "Scheduler.h"
 #include "SchedulerAdaptor.h"
-#include "SignalPipe.h"
-#include "StandardDescriptors.h"
-#include "StopRequest.h"
+#include "process/BusReading.h"
+#include "process/BusWatcher.h"
+#include "process/SignalPipe.h"
+#include "process/StandardDescriptors.h"
+#include "process/StopRequest.h"
 
 #include <LogInterface.h>
 

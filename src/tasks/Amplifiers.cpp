@@ -1,8 +1,8 @@
 #include "Amplifiers.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
+#include "text/Parameter.h"
 
 Amplifiers::Amplifiers(const QString& mask)
     : PunctualTask(TASK_AMPLIFIERS, {})
@@ -16,7 +16,7 @@ Amplifiers::Amplifiers(const QString& mask)
 bool Amplifiers::Run()
 {
     const auto mask = static_cast<unsigned int>(m_mask);
-    return SoundManager::Call(SoundManager::SET_AMPLIFIERS, {QVariant::fromValue(static_cast<uchar>(mask & 0xffU))})
+    return SoundManager::SetAmplifiers(static_cast<uchar>(mask & 0xffU))
         .Report(
             [&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetAmplifiers(0x%02x) request error: %s", mask, error); },
             // The text names another method, by requirement.

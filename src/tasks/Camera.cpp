@@ -1,16 +1,8 @@
 #include "Camera.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "PeerCall.h"
-#include "Scheduler.h"
-
-#include <PhotoManagerProxy.h>
-
-namespace
-{
-const QString ENABLE_CAMERA = QStringLiteral("EnableCamera");
-} // namespace
+#include "peers/PhotoManager.h"
+#include "text/Parameter.h"
 
 Camera::Camera(const QString& enable)
     : PunctualTask(TASK_CAMERA, {})
@@ -22,9 +14,8 @@ Camera::Camera(const QString& enable)
 bool Camera::Run()
 {
     OZNA_LOG(LEVEL_TRACE, "%s", m_enable ? "Enabling" : "Disabling");
-    return PeerCall::Send(Scheduler::m_photoManProxy, ENABLE_CAMERA, {m_enable})
-        .Report(
-            [&](const char* error) { OZNA_LOG(LEVEL_NORMAL, "EnableCamera(%d) request error: %s\n", m_enable, error); },
-            [](int status) { OZNA_LOG(LEVEL_ERROR, "EnableCamera error: %d\n", status); },
-            [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | EnableCamera:%d", m_enable); });
+    return PhotoManager::EnableCamera(m_enable).Report(
+        [&](const char* error) { OZNA_LOG(LEVEL_NORMAL, "EnableCamera(%d) request error: %s\n", m_enable, error); },
+        [](int status) { OZNA_LOG(LEVEL_ERROR, "EnableCamera error: %d\n", status); },
+        [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | EnableCamera:%d", m_enable); });
 }

@@ -1,15 +1,7 @@
 #include "CpuFreq.h"
 
 #include "Log.h"
-#include "PeerCall.h"
-#include "Scheduler.h"
-
-#include <CpuFreqManagerProxy.h>
-
-namespace
-{
-const QString SET_FREQ = QStringLiteral("SetFreq");
-} // namespace
+#include "peers/CpuFreqManager.h"
 
 CpuFreq::CpuFreq(const QString& frequency)
     : PunctualTask(TASK_SET_CPU_FREQ, {})
@@ -21,8 +13,8 @@ CpuFreq::CpuFreq(const QString& frequency)
 
 bool CpuFreq::Run()
 {
-    return PeerCall::Send(Scheduler::m_cpuFreqManProxy, SET_FREQ, {m_freqMHz})
-        .Report([&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetFreq(%d) request error: %s", m_freqMHz, error); },
-                [&](int status) { OZNA_LOG(LEVEL_NORMAL, "SetFreq(%d) error: %d\n", m_freqMHz, status); },
-                [&] { OZNA_LOG(LEVEL_TRACE, "TASK EXECUTED | CpuFreq: %d", m_freqMHz); });
+    return CpuFreqManager::SetFreq(m_freqMHz).Report(
+        [&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetFreq(%d) request error: %s", m_freqMHz, error); },
+        [&](int status) { OZNA_LOG(LEVEL_NORMAL, "SetFreq(%d) error: %d\n", m_freqMHz, status); },
+        [&] { OZNA_LOG(LEVEL_TRACE, "TASK EXECUTED | CpuFreq: %d", m_freqMHz); });
 }

@@ -1,8 +1,8 @@
 #include "EnableAux.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
+#include "text/Parameter.h"
 
 EnableAux::EnableAux(const QString& enable)
     : PunctualTask(TASK_ENABLE_AUX, {})
@@ -34,9 +34,9 @@ bool EnableAux::Run()
 bool EnableAux::RunOn() const
 {
     OZNA_LOG(LEVEL_TRACE, "Requesting SoundManager()->PlayAux()");
-    return SoundManager::Call(SoundManager::PLAY_AUX)
-        .ReportStatus([](int status) { OZNA_LOG(LEVEL_NORMAL, "PlayAux() error: %d\n", status); },
-                      [&] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | EnableAux(%d): 0", m_enable); });
+    return SoundManager::PlayAux().ReportStatus(
+        [](int status) { OZNA_LOG(LEVEL_NORMAL, "PlayAux() error: %d\n", status); },
+        [&] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | EnableAux(%d): 0", m_enable); });
 }
 
 bool EnableAux::RunOff() const

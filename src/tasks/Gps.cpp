@@ -1,16 +1,8 @@
 #include "Gps.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "PeerCall.h"
-#include "Scheduler.h"
-
-#include <GpsManagerProxy.h>
-
-namespace
-{
-const QString SET_ENABLED = QStringLiteral("SetEnabled");
-} // namespace
+#include "peers/GpsManager.h"
+#include "text/Parameter.h"
 
 Gps::Gps(const QString& enable)
     : PunctualTask(TASK_GPS, {})
@@ -24,9 +16,8 @@ Gps::Gps(const QString& enable)
 
 bool Gps::Run()
 {
-    return PeerCall::Send(Scheduler::m_gpsManProxy, SET_ENABLED, {m_enabled})
-        .Report(
-            [&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetEnabled(%d) request error: %s\n", m_enabled, error); },
-            [&](int status) { OZNA_LOG(LEVEL_ERROR, "SetEnabled(%d) error: %d\n", m_enabled, status); },
-            [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | Gps: %d", m_enabled); });
+    return GpsManager::SetEnabled(m_enabled).Report(
+        [&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetEnabled(%d) request error: %s\n", m_enabled, error); },
+        [&](int status) { OZNA_LOG(LEVEL_ERROR, "SetEnabled(%d) error: %d\n", m_enabled, status); },
+        [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | Gps: %d", m_enabled); });
 }

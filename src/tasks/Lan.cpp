@@ -1,17 +1,8 @@
 #include "Lan.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "PeerCall.h"
-#include "Scheduler.h"
-
-#include <NetworkManagerProxy.h>
-
-namespace
-{
-const QString ENABLE_LAN = QStringLiteral("EnableLan");
-const QString DISABLE_LAN = QStringLiteral("DisableLan");
-} // namespace
+#include "peers/NetworkManager.h"
+#include "text/Parameter.h"
 
 Lan::Lan(const QString& enable)
     : PunctualTask(TASK_LAN, {})
@@ -25,14 +16,11 @@ Lan::Lan(const QString& enable)
 
 bool Lan::Run()
 {
-    // DHCP needs none of the three texts of a fixed address.
-    const QVariantList dhcp{true, QString(), QString(), QString()};
-    return PeerCall::Send(Scheduler::m_networkManProxy, m_enabled ? ENABLE_LAN : DISABLE_LAN,
-                          m_enabled ? dhcp : QVariantList())
-        .Report(
-            [&](const char* error) {
-                OZNA_LOG(LEVEL_ERROR, "%s request error: %s\n", m_enabled ? "EnableLan(dhcp)" : "DisableLan", error);
-            },
-            [&](int status) { OZNA_LOG(LEVEL_ERROR, "EnableLan(%d) error: %d\n", m_enabled, status); },
-            [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | Lan: %d", m_enabled); });
+    const PeerReply reply = m_enabled ? NetworkManager::EnableLan() : NetworkManager::DisableLan();
+    return reply.Report(
+        [&](const char* error) {
+            OZNA_LOG(LEVEL_ERROR, "%s request error: %s\n", m_enabled ? "EnableLan(dhcp)" : "DisableLan", error);
+        },
+        [&](int status) { OZNA_LOG(LEVEL_ERROR, "EnableLan(%d) error: %d\n", m_enabled, status); },
+        [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | Lan: %d", m_enabled); });
 }

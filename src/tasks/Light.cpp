@@ -1,17 +1,8 @@
 #include "Light.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "PeerCall.h"
-#include "Scheduler.h"
-
-#include <LightManagerProxy.h>
-
-namespace
-{
-const QString SET_INTENSITY = QStringLiteral("SetIntensity");
-const QString SWITCH = QStringLiteral("Switch");
-} // namespace
+#include "peers/LightManager.h"
+#include "text/Parameter.h"
 
 Light::Light(const QString& intensity)
     : PunctualTask(TASK_LIGHT, {})
@@ -25,12 +16,12 @@ Light::Light(const QString& intensity)
 bool Light::Run()
 {
     const bool on = m_intensity != 0;
-    if (on && !PeerCall::Send(Scheduler::m_lightManProxy, SET_INTENSITY, {static_cast<uint>(m_intensity)}).IsAccepted())
+    if (on && !LightManager::SetIntensity(static_cast<uint>(m_intensity)).IsAccepted())
     {
         OZNA_LOG(LEVEL_ERROR, "SetIntensity(%d) request error", m_intensity);
         return false;
     }
-    if (!PeerCall::Send(Scheduler::m_lightManProxy, SWITCH, {on}).IsAccepted())
+    if (!LightManager::Switch(on).IsAccepted())
     {
         OZNA_LOG(LEVEL_ERROR, "Switch(%d) request error", on);
         return false;

@@ -1,10 +1,9 @@
 #include "Photo.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "PeerCall.h"
-#include "Scheduler.h"
-#include "StringUtils.h"
+#include "peers/PhotoManager.h"
+#include "text/Parameter.h"
+#include "text/StringUtils.h"
 
 #include <PhotoManagerProxy.h>
 
@@ -21,10 +20,6 @@ constexpr int FIELDS = 2;
 // How long stops that fail may keep the loop from everything else.
 constexpr int LONGEST_RUSH_MS = 500;
 
-const QString TAKE_PHOTO = QStringLiteral("TakePhoto");
-const QString TAKE_PHOTO_STREAM = QStringLiteral("TakePhotoStream");
-const QString STOP_PHOTO_STREAM = QStringLiteral("StopPhotoStream");
-
 } // namespace
 
 Photo::Photo(const QString& parameter)
@@ -34,7 +29,7 @@ Photo::Photo(const QString& parameter)
 {
     if (!parameter.isEmpty())
         Parse(parameter);
-    if (!connect(Scheduler::m_photoManProxy, &PhotoManagerProxy::PhotoTaken, this, &Photo::OnPhotoTaken))
+    if (!connect(PhotoManager::Signals(), &PhotoManagerProxy::PhotoTaken, this, &Photo::OnPhotoTaken))
         OZNA_LOG(LEVEL_WARNING, "Can't wait for the photos of %s", qPrintable(GetName()));
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Photo: interval=%d s, numPhoto=%d", m_interval_s, m_numPhoto);
 }
@@ -71,8 +66,8 @@ bool Photo::Run()
 bool Photo::TakeSinglePhoto()
 {
     OZNA_LOG(LEVEL_TRACE, "Taking single photo");
-    const PeerReply reply = PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO);
-    HandOver(Scheduler::m_photoManProxy, reply);
+    const PeerReply reply = PhotoManager::TakePhoto();
+    HandOver(PhotoManager::Owner(), reply);
     return reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "TakePhoto() request error: %s\n", error); },
                         [](int status) { OZNA_LOG(LEVEL_ERROR, "TakePhoto error: %d\n", status); },
                         [] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Photo"); });
@@ -81,8 +76,8 @@ bool Photo::TakeSinglePhoto()
 bool Photo::TakeMultiplePhoto()
 {
     OZNA_LOG(LEVEL_TRACE, "Taking multiple photo");
-    const PeerReply reply = PeerCall::Send(Scheduler::m_photoManProxy, TAKE_PHOTO_STREAM, {m_interval_s});
-    HandOver(Scheduler::m_photoManProxy, reply);
+    const PeerReply reply = PhotoManager::TakePhotoStream(m_interval_s);
+    HandOver(PhotoManager::Owner(), reply);
     m_streaming = reply.Report(
         [&](const char* error) {
             OZNA_LOG(LEVEL_NORMAL, "TakePhotoStream(%d) request error: %s\n", m_interval_s, error);
@@ -124,14 +119,10 @@ void Photo::StopSeries()
     if (!m_rush.isValid())
         m_rush.start();
     m_asksLater = false;
-    const bool stopped =
-        PeerCall::Send(Scheduler::m_photoManProxy, STOP_PHOTO_STREAM)
-            .Report([](const char* error) { OZNA_LOG(LEVEL_NORMAL, "StopPhotoStream request error: %s\n", error); },
-                    [](int status) { OZNA_LOG(LEVEL_ERROR, "StopPhotoStream error: %d\n", status); },
-                    [&] {
-                        OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | Photo: interval=%d s, num=%d, ", m_interval_s,
-                                 m_numPhoto);
-                    });
+    const bool stopped = PhotoManager::StopPhotoStream().Report(
+        [](const char* error) { OZNA_LOG(LEVEL_NORMAL, "StopPhotoStream request error: %s\n", error); },
+        [](int status) { OZNA_LOG(LEVEL_ERROR, "StopPhotoStream error: %d\n", status); },
+        [&] { OZNA_LOG(LEVEL_NORMAL, "TASK COMPLETED | Photo: interval=%d s, num=%d, ", m_interval_s, m_numPhoto); });
     if (stopped)
     {
         m_streaming = false;

@@ -1,6 +1,6 @@
 #include "PlayMessage.h"
 
-#include "SoundManager.h"
+#include <SoundManagerProxy.h>
 
 PlayMessage::PlayMessage(const QString& time, const QString& file, const QString& volume)
     : PlayTask(TASK_PLAY_MESSAGE, SoundManager::SOURCE_FILE, {}, volume, OZNA_LOG_SITE)
@@ -28,16 +28,16 @@ unsigned int PlayMessage::GetDelayable_s() const
 bool PlayMessage::Run()
 {
     BeginRequest();
-    const QString startTime = SoundManager::FormatTime(m_startTime);
-    const PeerReply reply = SoundManager::Call(SoundManager::PLAY_FILE, {m_file, startTime});
-    m_running = reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
-                             [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
-                             [&] {
-                                 OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d",
-                                          qPrintable(m_file), qPrintable(startTime), Volume());
-                                 BeginWait(reply, &SoundManagerProxy::PlayFileCompleted, this,
-                                           &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
-                             });
+    const PeerReply reply = SoundManager::PlayFile(m_file, m_startTime);
+    m_running =
+        reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
+                     [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
+                     [&] {
+                         OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d", qPrintable(m_file),
+                                  qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
+                         BeginWait(reply, &SoundManagerProxy::PlayFileCompleted, this,
+                                   &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
+                     });
     return m_running;
 }
 

@@ -1,21 +1,13 @@
 #include "PlayPlaylist.h"
 
 #include "DataRoot.h"
-#include "ProxyTimeout.h"
-#include "SoundManager.h"
-#include "StringUtils.h"
-#include "TextFile.h"
+
+#include <SoundManagerProxy.h>
 
 #include <stdexcept>
 
 namespace
 {
-
-constexpr int REQUEST_TIMEOUT_MS = 5000;
-constexpr int LONGEST_IGNORED_LINE = 9;
-constexpr char SEPARATOR = ';';
-constexpr int FIELDS = 2;
-constexpr bool RESERVED = false;
 
 // Origins of a few records: required as they are, though other services' names.
 constexpr const char* FILE_ORIGIN = "/com/kestrelix/ozna/soundmanager/soundobj";
@@ -71,8 +63,9 @@ bool PlayPlaylist::LoadPlaylistInfo()
     }
     const QString path = GetPlaylistsPath() + QLatin1Char('/') + m_name;
     OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Loading playlist from %s", qPrintable(path));
-    TextFile file(path);
-    if (!file.Open())
+    PlaylistFile playlist(path);
+    const TextFile& file = playlist.File();
+    if (!playlist.Open())
     {
         OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file open failed (path=%s)", qPrintable(path));
         if (file.Exists())
@@ -82,9 +75,8 @@ bool PlayPlaylist::LoadPlaylistInfo()
             OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file open error: %s", qPrintable(file.OpenError()));
         return false;
     }
-    QString line;
-    while (file.ReadLine(line))
-        LoadLine(line);
+    for (PlaylistFile::Line line; playlist.ReadLine(line);)
+        Take(line);
     if (!file.ReadError().isEmpty())
         OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError()));
     if (!file.HasLineEnd())
@@ -101,28 +93,24 @@ bool PlayPlaylist::LoadPlaylistInfo()
     return true;
 }
 
-void PlayPlaylist::LoadLine(const QString& line)
+void PlayPlaylist::Take(const PlaylistFile::Line& line)
 {
-    if (line.size() <= LONGEST_IGNORED_LINE || TextFile::IsBlankOrComment(line))
+    const auto shown = line.text.left(Log::RECORD_SIZE);
+    switch (line.kind)
     {
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(line.left(Log::RECORD_SIZE)));
-        return;
+    case PlaylistFile::LineKind::IGNORED:
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(shown));
+        break;
+    case PlaylistFile::LineKind::BROKEN:
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(shown));
+        break;
+    case PlaylistFile::LineKind::TRACK:
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", qPrintable(line.track.file),
+                      line.track.duration_s);
+        m_items.push_back(line.track);
+        m_total_s += static_cast<unsigned int>(line.track.duration_s) + PLAYLIST_GAP_S;
+        break;
     }
-    try
-    {
-        if (StringUtils::CountTokens(line, SEPARATOR) < FIELDS)
-            throw std::out_of_range("playlist line");
-        const QStringList fields = StringUtils::FirstTokens(line, SEPARATOR, FIELDS);
-        m_items.push_back({fields[0], fields[1].toInt()});
-    }
-    catch (const std::exception&)
-    {
-        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(line.left(Log::RECORD_SIZE)));
-        return;
-    }
-    const PlaylistItem& item = m_items.back();
-    OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", qPrintable(item.file), item.duration_s);
-    m_total_s += static_cast<unsigned int>(item.duration_s) + PLAYLIST_GAP_S;
 }
 
 void PlayPlaylist::PrepareDelayed(unsigned int delay_s)
@@ -158,15 +146,13 @@ bool PlayPlaylist::Run()
     m_completed = false;
     BeginRequest();
     OZNA_LOG(LEVEL_NORMAL, "Requesting PlayPlaylist...");
-    const ProxyTimeout patience(Scheduler::m_soundManProxy, REQUEST_TIMEOUT_MS);
-    const QString startTime = SoundManager::FormatTime(m_startTime);
-    const PeerReply reply = SoundManager::Call(
-        SoundManager::PLAY_PLAYLIST, {m_name, m_identifier, static_cast<uint>(m_firstTrack), startTime, RESERVED});
+    const PeerReply reply = SoundManager::PlayPlaylist(m_name, m_identifier, m_firstTrack, m_startTime);
     m_running = reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist request error: %s", error); },
                              [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayPlaylist error: %d", status); },
                              [&] {
                                  OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
-                                          qPrintable(m_name), m_firstTrack, qPrintable(startTime), Volume());
+                                          qPrintable(m_name), m_firstTrack,
+                                          qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
                                  BeginWait(reply, &SoundManagerProxy::PlayPlaylistCompleted, this,
                                            &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
                              });

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "PlayTask.h"
-#include "PlaylistItem.h"
+#include "text/PlaylistFile.h"
 
 #include <QTime>
 
@@ -9,15 +9,13 @@
 
 // Plays a playlist at a given time of day, joined at a later track when it is started late, and runs until the sound
 // manager reports a playlist's end.
-//
-// A playlist file has a line a track: file name, ";", duration in whole seconds. Lines of 9 characters or fewer, blank
-// lines and comments (see TextFile) are ignored.
 class PlayPlaylist final : public PlayTask
 {
     Q_OBJECT
 public:
     // time: "hh:mm:ss", anything else is sent as an empty time. name: the file in the playlist folder.
-    // volume: see PlayTask. Throws std::runtime_error, with the reason logged, when no track can be loaded.
+    // volume: see PlayTask. Takes the tracks of the file (see PlaylistFile). Throws std::runtime_error, with the reason
+    // logged, when no track can be loaded.
     PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier);
 
     // Stops the playlist when it is still running.
@@ -51,7 +49,7 @@ private:
     [[nodiscard]] QString GetSubject() const override { return m_name; }
 
     bool LoadPlaylistInfo();
-    void LoadLine(const QString& line);
+    void Take(const PlaylistFile::Line& line);
 
     const QString m_name;
     const QTime m_startTime;

@@ -1,16 +1,10 @@
 #include "PlayRadioFm.h"
 
 #include "Log.h"
-#include "ProxyTimeout.h"
-#include "Scheduler.h"
-#include "SoundManager.h"
-
-#include <SoundManagerProxy.h>
+#include "peers/SoundManager.h"
 
 namespace
 {
-
-constexpr int SWITCH_ON_TIMEOUT_MS = 20000;
 
 double ParseFrequency(const QString& text)
 {
@@ -24,9 +18,8 @@ double ParseFrequency(const QString& text)
 
 PeerReply SwitchOn()
 {
-    const ProxyTimeout patience(Scheduler::m_soundManProxy, SWITCH_ON_TIMEOUT_MS);
     OZNA_LOG(LEVEL_TRACE, "Requesting SoundManager()->PlayRadioFm()");
-    return SoundManager::Call(SoundManager::PLAY_RADIO_FM);
+    return SoundManager::PlayRadioFm();
 }
 
 } // namespace
@@ -73,7 +66,7 @@ bool PlayRadioFm::RunStop() const
 bool PlayRadioFm::SetFrequency() const
 {
     OZNA_LOG(LEVEL_TRACE, "Requesting SoundManager()->RadioFmSetFrequency(%.2f)", m_frequencyMHz);
-    return SoundManager::Call(SoundManager::RADIO_FM_SET_FREQUENCY, {m_frequencyMHz})
+    return SoundManager::SetRadioFmFrequency(m_frequencyMHz)
         .ReportStatus(
             [&](int status) { OZNA_LOG(LEVEL_ERROR, "RadioFmSetFrequency(%.2f) error: %d\n", m_frequencyMHz, status); },
             [&] { OZNA_LOG(LEVEL_TRACE, "TASK REQUESTED | PlayRadioFm/SetFrequency: %.2f", m_frequencyMHz); });

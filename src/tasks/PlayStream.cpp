@@ -1,8 +1,7 @@
 #include "PlayStream.h"
 
-#include "SoundManager.h"
-
 #include <Configuration.h>
+#include <SoundManagerProxy.h>
 
 namespace
 {
@@ -11,7 +10,6 @@ const QString CONFIG_GROUP = QStringLiteral("GENERAL");
 const QString CONFIG_KEY = QStringLiteral("ServerIp");
 const QString DEFAULT_SERVER = QStringLiteral("127.0.0.1");
 const QString URI = QStringLiteral("rtsp://%1:%2");
-constexpr uint RESERVED = 0;
 
 } // namespace
 
@@ -61,7 +59,7 @@ bool PlayStream::Run()
     if (!SetUp())
         return false;
     BeginRequest();
-    const PeerReply reply = SoundManager::Call(SoundManager::PLAY_STREAM, {m_uri, RESERVED});
+    const PeerReply reply = SoundManager::PlayStream(m_uri);
     m_running =
         reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayStream request error: %s\n", error); },
                      [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayStream error: %d\n", status); },

@@ -1,7 +1,7 @@
 #include "RequestPddAction.h"
 
 #include "Log.h"
-#include "Parameter.h"
+#include "text/Parameter.h"
 
 namespace
 {

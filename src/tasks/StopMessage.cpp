@@ -1,6 +1,6 @@
 #include "StopMessage.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 StopMessage::StopMessage()
     : StopTask(TASK_STOP_MESSAGE, SoundManager::SOURCE_FILE)

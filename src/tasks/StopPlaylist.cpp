@@ -1,6 +1,6 @@
 #include "StopPlaylist.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 StopPlaylist::StopPlaylist(const QString& identifier)
     : StopTask(TASK_STOP_PLAYLIST, SoundManager::SOURCE_PLAYLIST, identifier)

@@ -1,6 +1,6 @@
 #include "StopRadioFm.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 StopRadioFm::StopRadioFm()
     : StopTask(TASK_STOP_RADIO_FM, SoundManager::SOURCE_RADIO_FM)

@@ -1,6 +1,6 @@
 #include "StopStream.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 StopStream::StopStream()
     : StopTask(TASK_STOP_STREAM, SoundManager::SOURCE_STREAM)

@@ -1,8 +1,8 @@
 #include "Volume.h"
 
 #include "Log.h"
-#include "Parameter.h"
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
+#include "text/Parameter.h"
 
 Volume::Volume(const QString& volume)
     : PunctualTask(TASK_VOLUME, {})
@@ -15,8 +15,8 @@ Volume::Volume(const QString& volume)
 
 bool Volume::Run()
 {
-    return SoundManager::Call(SoundManager::SET_MASTER_VOLUME, {static_cast<double>(m_volume)})
-        .Report([&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetVolume(%d) request error: %s\n", m_volume, error); },
-                [&](int status) { OZNA_LOG(LEVEL_ERROR, "SetVolume(%d) error: %d\n", m_volume, status); },
-                [&] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Volume: %d", m_volume); });
+    return SoundManager::SetMasterVolume(m_volume).Report(
+        [&](const char* error) { OZNA_LOG(LEVEL_ERROR, "SetVolume(%d) request error: %s\n", m_volume, error); },
+        [&](int status) { OZNA_LOG(LEVEL_ERROR, "SetVolume(%d) error: %d\n", m_volume, status); },
+        [&] { OZNA_LOG(LEVEL_NORMAL, "TASK REQUESTED | Volume: %d", m_volume); });
 }

@@ -1,7 +1,7 @@
 #include "TasksOnBusTest.h"
 
 #include "LogRecorder.h"
-#include "Peers.h"
+#include "peers/Peers.h"
 #include "tasks/Photo.h"
 #include "tasks/PlayMessage.h"
 #include "tasks/PlayPlaylist.h"

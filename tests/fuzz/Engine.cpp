@@ -2,9 +2,9 @@
 
 #include "Findings.h"
 #include "Log.h"
-#include "Peers.h"
 #include "RequestRules.h"
 #include "Scheduler.h"
+#include "peers/Peers.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>

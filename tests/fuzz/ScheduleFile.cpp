@@ -1,10 +1,10 @@
 #include "Engine.h"
 #include "Findings.h"
 #include "Log.h"
-#include "Peers.h"
 #include "Reading.h"
 #include "SchedulerAccess.h"
 #include "Target.h"
+#include "peers/Peers.h"
 
 #include <QDebug>
 #include <QSet>

@@ -1,6 +1,7 @@
 #include "FakeTask.h"
 #include "TaskTable.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -20,40 +21,20 @@ template <TaskType TYPE> std::unique_ptr<Task> MakeFake(const TaskRequest& reque
     return std::make_unique<FakeTask>(TYPE, hasIdentifier ? request.parameters.value(identifierAt) : QString());
 }
 
-template <TaskType TYPE> constexpr TaskKind Fake(const char* name)
+template <TaskType TYPE> constexpr TaskKind Fake()
 {
-    return TaskKind{TYPE, name, name, 0, ANY, MakeFake<TYPE>};
+    return {TASK_NAMES[TYPE], 0, ANY, MakeFake<TYPE>};
 }
 
 constexpr std::array TABLE{
-    Fake<TASK_LIGHT>("Light"),
-    Fake<TASK_PLAY_MESSAGE>("PlayMessage"),
-    Fake<TASK_PLAY_PLAYLIST>("PlayPlaylist"),
-    Fake<TASK_VOLUME>("Volume"),
-    Fake<TASK_PLAY_RADIO_FM>("PlayRadioFm"),
-    Fake<TASK_STOP_PLAYLIST>("StopPlaylist"),
-    Fake<TASK_STOP_MESSAGE>("StopMessage"),
-    Fake<TASK_STOP_RADIO_FM>("StopRadioFm"),
+    Fake<TASK_LIGHT>(),         Fake<TASK_PLAY_MESSAGE>(),  Fake<TASK_PLAY_PLAYLIST>(), Fake<TASK_VOLUME>(),
+    Fake<TASK_PLAY_RADIO_FM>(), Fake<TASK_STOP_PLAYLIST>(), Fake<TASK_STOP_MESSAGE>(),  Fake<TASK_STOP_RADIO_FM>(),
 };
-
-template <typename Predicate> const TaskKind* FindIf(Predicate predicate)
-{
-    for (const TaskKind& kind : TABLE)
-    {
-        if (predicate(kind))
-            return &kind;
-    }
-    return nullptr;
-}
 
 } // namespace
 
 const TaskKind* TaskTable::Find(TaskType type)
 {
-    return FindIf([type](const TaskKind& kind) { return kind.type == type; });
-}
-
-const TaskKind* TaskTable::FindByName(const QString& name)
-{
-    return FindIf([&name](const TaskKind& kind) { return name == QLatin1String(kind.scheduleName); });
+    const auto* const row = std::ranges::find(TABLE, type, &TaskKind::type);
+    return row != TABLE.end() ? row : nullptr;
 }

@@ -1,7 +1,7 @@
 #include "PeerRecorder.h"
 
-#include "PeerCall.h"
 #include "TextDiff.h"
+#include "peers/PeerCall.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusMetaType>

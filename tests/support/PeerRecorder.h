@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PeerReply.h"
+#include "peers/PeerReply.h"
 
 #include <QHash>
 #include <QList>

@@ -12,17 +12,15 @@ QTimer& EarlyTimer(Scheduler& scheduler);
 ActionList& FarActions(Scheduler& scheduler);
 ActionList& EarlyActions(Scheduler& scheduler);
 
-template <QTimer Scheduler::*FAR, QTimer Scheduler::*EARLY, ActionList Scheduler::*FAR_LIST,
-          ActionList Scheduler::*EARLY_LIST>
+template <PassTimers Scheduler::*TIMERS, ActionList Scheduler::*FAR_LIST, ActionList Scheduler::*EARLY_LIST>
 struct Window
 {
-    friend QTimer& FarTimer(Scheduler& scheduler) { return scheduler.*FAR; }
-    friend QTimer& EarlyTimer(Scheduler& scheduler) { return scheduler.*EARLY; }
+    friend QTimer& FarTimer(Scheduler& scheduler) { return (scheduler.*TIMERS).m_far; }
+    friend QTimer& EarlyTimer(Scheduler& scheduler) { return (scheduler.*TIMERS).m_early; }
     friend ActionList& FarActions(Scheduler& scheduler) { return scheduler.*FAR_LIST; }
     friend ActionList& EarlyActions(Scheduler& scheduler) { return scheduler.*EARLY_LIST; }
 };
 
-template struct Window<&Scheduler::m_farTimer, &Scheduler::m_earlyTimer, &Scheduler::m_farActions,
-                       &Scheduler::m_earlyActions>;
+template struct Window<&Scheduler::m_timers, &Scheduler::m_farActions, &Scheduler::m_earlyActions>;
 
 } // namespace SchedulerAccess

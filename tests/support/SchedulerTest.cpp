@@ -1,7 +1,7 @@
 #include "SchedulerTest.h"
 
-#include "Peers.h"
 #include "SchedulerAccess.h"
+#include "peers/Peers.h"
 
 namespace
 {

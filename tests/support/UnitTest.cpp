@@ -1,7 +1,7 @@
 #include "UnitTest.h"
 
 #include "Log.h"
-#include "Peers.h"
+#include "peers/Peers.h"
 
 #include <QDBusConnection>
 

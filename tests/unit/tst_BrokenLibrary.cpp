@@ -1,7 +1,7 @@
-#include "Peers.h"
 #include "SchedulerTest.h"
-#include "TextFile.h"
+#include "peers/Peers.h"
 #include "tasks/PlayMessage.h"
+#include "text/TextFile.h"
 
 #include <new>
 #include <stdexcept>

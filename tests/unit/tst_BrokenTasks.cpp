@@ -1,13 +1,13 @@
 #include "Action.h"
 #include "ActionLine.h"
-#include "PeerOwner.h"
 #include "PlaylistLines.h"
 #include "Scheduler.h"
-#include "StringUtils.h"
-#include "TextFile.h"
 #include "UnitTest.h"
+#include "peers/PeerOwner.h"
 #include "tasks/Photo.h"
 #include "tasks/PlayPlaylist.h"
+#include "text/StringUtils.h"
+#include "text/TextFile.h"
 
 #include <SoundManagerProxy.h>
 

@@ -1,5 +1,5 @@
-#include "TextFile.h"
 #include "UnitTest.h"
+#include "text/TextFile.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,6 +1,6 @@
-#include "BusWatcher.h"
-#include "SignalPipe.h"
 #include "UnitTest.h"
+#include "process/BusWatcher.h"
+#include "process/SignalPipe.h"
 
 #include <QDBusConnection>
 

@@ -1,6 +1,6 @@
-#include "PeerOwner.h"
 #include "Scheduler.h"
 #include "UnitTest.h"
+#include "peers/PeerOwner.h"
 #include "tasks/Photo.h"
 #include "tasks/PlayPlaylist.h"
 

@@ -1,5 +1,5 @@
-#include "PeerReply.h"
 #include "UnitTest.h"
+#include "peers/PeerReply.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>

@@ -1,5 +1,5 @@
-#include "PeerWaits.h"
 #include "UnitTest.h"
+#include "peers/PeerWaits.h"
 
 using namespace Qt::StringLiterals;
 

@@ -1,7 +1,7 @@
-#include "PeerCall.h"
-#include "Peers.h"
 #include "Scheduler.h"
 #include "UnitTest.h"
+#include "peers/PeerCall.h"
+#include "peers/Peers.h"
 
 #include <ConfigProxy.h>
 #include <CpuFreqManagerProxy.h>

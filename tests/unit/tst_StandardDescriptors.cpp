@@ -1,4 +1,4 @@
-#include "StandardDescriptors.h"
+#include "process/StandardDescriptors.h"
 
 #include <QTest>
 

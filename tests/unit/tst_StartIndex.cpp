@@ -1,5 +1,5 @@
-#include "StartIndex.h"
 #include "UnitTest.h"
+#include "starts/StartIndex.h"
 
 namespace
 {

@@ -1,8 +1,8 @@
-#include "PeerCall.h"
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
-#include "StopRequest.h"
+#include "peers/PeerCall.h"
+#include "process/StopRequest.h"
 
 #include <UpdateManagerProxy.h>
 

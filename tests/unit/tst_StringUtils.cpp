@@ -1,5 +1,5 @@
-#include "StringUtils.h"
 #include "UnitTest.h"
+#include "text/StringUtils.h"
 
 using namespace Qt::StringLiterals;
 

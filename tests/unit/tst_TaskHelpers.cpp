@@ -1,8 +1,6 @@
-#include "Parameter.h"
-#include "ProxyTimeout.h"
-#include "PunctualTask.h"
 #include "Scheduler.h"
 #include "UnitTest.h"
+#include "peers/ProxyTimeout.h"
 #include "tasks/EnableAux.h"
 #include "tasks/Lan.h"
 #include "tasks/Photo.h"
@@ -10,11 +8,13 @@
 #include "tasks/PlayPlaylist.h"
 #include "tasks/PlayRadioFm.h"
 #include "tasks/PlayStream.h"
+#include "tasks/PunctualTask.h"
 #include "tasks/RequestPddAction.h"
 #include "tasks/StopMessage.h"
 #include "tasks/StopPlaylist.h"
 #include "tasks/StopRadioFm.h"
 #include "tasks/StopStream.h"
+#include "text/Parameter.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>

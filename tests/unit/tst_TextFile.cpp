@@ -1,6 +1,6 @@
 #include "OrdinaryUser.h"
-#include "TextFile.h"
 #include "UnitTest.h"
+#include "text/TextFile.h"
 
 #include <QFileInfo>
 

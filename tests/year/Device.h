@@ -1,8 +1,8 @@
 #pragma once
 
 #include "PeerRecorder.h"
-#include "PeerReply.h"
 #include "Requests.h"
+#include "peers/PeerReply.h"
 
 #include <QMultiMap>
 

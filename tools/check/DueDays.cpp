@@ -1,8 +1,8 @@
 #include "DueDays.h"
 
 #include "Clock.h"
-#include "ScheduleFields.h"
 #include "base/Moment.h"
+#include "text/ScheduleFields.h"
 
 #include <algorithm>
 

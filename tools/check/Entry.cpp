@@ -1,7 +1,7 @@
 #include "Entry.h"
 
-#include "StringUtils.h"
 #include "TaskTable.h"
+#include "text/StringUtils.h"
 
 #include <array>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ScheduleFields.h"
 #include "engine/ScheduleLine.h"
+#include "text/ScheduleFields.h"
 
 #include <QStringList>
 

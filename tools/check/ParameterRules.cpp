@@ -1,8 +1,8 @@
 #include "Rules.h"
 #include "words/Kinds.h"
 
-#include "Parameter.h"
 #include "tasks/CpuFreq.h"
+#include "text/Parameter.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "PlaylistReading.h"
 
-#include "TextFile.h"
 #include "engine/DaemonLog.h"
 #include "tasks/PlayPlaylist.h"
+#include "text/TextFile.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 #include "PlaylistReading.h"
 #include "Rules.h"
 
-#include "TextFile.h"
+#include "text/TextFile.h"
 
 #include <QSet>
 

@@ -2,8 +2,8 @@
 #include "Rules.h"
 
 #include "TaskTable.h"
-#include "TextFile.h"
 #include "engine/Workspace.h"
+#include "text/TextFile.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "LineEnds.h"
 #include "Rules.h"
 
-#include "StringUtils.h"
-#include "TextFile.h"
+#include "text/StringUtils.h"
+#include "text/TextFile.h"
 
 #include <QSet>
 

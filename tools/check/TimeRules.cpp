@@ -1,7 +1,7 @@
 #include "Rules.h"
 
-#include "SoundManager.h"
 #include "engine/StartTime.h"
+#include "peers/SoundManager.h"
 
 using namespace ScheduleFields;
 

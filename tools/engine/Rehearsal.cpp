@@ -1,12 +1,12 @@
 #include "Rehearsal.h"
 
-#include "PeerCall.h"
-#include "Peers.h"
 #include "Risks.h"
 #include "Scheduler.h"
 #include "Workspace.h"
 #include "base/Moment.h"
 #include "base/ToolError.h"
+#include "peers/PeerCall.h"
+#include "peers/Peers.h"
 
 #include <QCoreApplication>
 #include <QDBusAbstractInterface>

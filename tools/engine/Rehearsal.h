@@ -1,12 +1,12 @@
 #pragma once
 
 #include "EventLog.h"
-#include "PeerReply.h"
 #include "RehearsalClock.h"
 #include "Scheduler.h"
 #include "Stretch.h"
 #include "WatchList.h"
 #include "base/Moment.h"
+#include "peers/PeerReply.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,9 +1,9 @@
 #include "ScheduleLine.h"
 
-#include "Peers.h"
-#include "TextFile.h"
 #include "Workspace.h"
 #include "base/ToolError.h"
+#include "peers/Peers.h"
+#include "text/TextFile.h"
 
 #include <QStringList>
 

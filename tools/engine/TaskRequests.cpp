@@ -1,9 +1,9 @@
 #include "TaskRequests.h"
 
 #include "Action.h"
-#include "PeerCall.h"
-#include "Peers.h"
 #include "base/ToolError.h"
+#include "peers/PeerCall.h"
+#include "peers/Peers.h"
 
 #include <QDBusAbstractInterface>
 

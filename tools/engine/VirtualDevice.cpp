@@ -1,8 +1,9 @@
 #include "VirtualDevice.h"
 
 #include "Scheduler.h"
-#include "SoundManager.h"
 #include "base/Moment.h"
+#include "peers/PhotoManager.h"
+#include "peers/SoundManager.h"
 
 #include <PhotoManagerProxy.h>
 #include <SoundManagerProxy.h>
@@ -15,11 +16,6 @@ namespace
 
 using Moment::DAY_MS;
 using Moment::MS_PER_S;
-
-// Of the photo manager's methods; the sound manager's are in SoundManager.h.
-const QString TAKE_PHOTO = QStringLiteral("TakePhoto");
-const QString TAKE_PHOTO_STREAM = QStringLiteral("TakePhotoStream");
-const QString STOP_PHOTO_STREAM = QStringLiteral("StopPhotoStream");
 
 // Where the arguments of the sound manager's methods stand.
 constexpr int FILE_TIME = 1;
@@ -80,11 +76,11 @@ void VirtualDevice::Receive(const Request& request, size_t event, const std::vec
         PlayOpen(request, event, SoundManager::SOURCE_AUX);
     else if (method == QLatin1String(SoundManager::STOP_PLAY))
         Stop(request, event);
-    else if (method == TAKE_PHOTO)
+    else if (method == QLatin1String(PhotoManager::TAKE_PHOTO))
         Later(request.moment_ms + PHOTO_S * MS_PER_S, TellPhoto);
-    else if (method == TAKE_PHOTO_STREAM)
+    else if (method == QLatin1String(PhotoManager::TAKE_PHOTO_STREAM))
         TakeSeries(request);
-    else if (method == STOP_PHOTO_STREAM)
+    else if (method == QLatin1String(PhotoManager::STOP_PHOTO_STREAM))
         m_seriesRuns = false;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Event.h"
-#include "PlaylistItem.h"
+#include "text/PlaylistItem.h"
 
 #include <functional>
 #include <map>

@@ -1,7 +1,7 @@
 #include "DaysText.h"
 
 #include "Action.h"
-#include "ScheduleFields.h"
+#include "text/ScheduleFields.h"
 
 #include <QLocale>
 #include <QStringList>

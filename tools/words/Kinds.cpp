@@ -1,7 +1,7 @@
 #include "Kinds.h"
 
-#include "SoundManager.h"
 #include "TaskTable.h"
+#include "peers/SoundManager.h"
 #include "tasks/Photo.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "PrivateBus.h"
 
-#include "BusReading.h"
 #include "Wait.h"
+#include "process/BusReading.h"
 
 #include <QDBusConnectionInterface>
 #include <QUuid>

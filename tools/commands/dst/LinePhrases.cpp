@@ -1,8 +1,8 @@
 #include "LinePhrases.h"
 
-#include "SoundManager.h"
 #include "base/Terminal.h"
 #include "engine/TaskRequests.h"
+#include "peers/SoundManager.h"
 #include "words/Kinds.h"
 
 LinePhrases::LinePhrases(const std::vector<ScheduleLine>& lines)

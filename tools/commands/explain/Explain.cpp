@@ -1,11 +1,11 @@
 #include "LineText.h"
 #include "StandInPlaylists.h"
-#include "TextFile.h"
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
 #include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/Commands.h"
+#include "text/TextFile.h"
 
 #include <QFile>
 #include <QTemporaryFile>

@@ -1,9 +1,9 @@
 #include "LineText.h"
 
-#include "SoundManager.h"
 #include "base/Terminal.h"
 #include "engine/StartTime.h"
 #include "engine/TaskRequests.h"
+#include "peers/SoundManager.h"
 #include "tasks/PlayPlaylist.h"
 #include "words/DaysText.h"
 #include "words/Kinds.h"

@@ -9,5 +9,5 @@ inline constexpr int PLAYLIST_GAP_S = 2;
 struct PlaylistItem
 {
     QString file;
-    int duration_s;
+    int duration_s = 0;
 };

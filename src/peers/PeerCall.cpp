@@ -1,9 +1,9 @@
 #include "PeerCall.h"
 
-#include "BusPause.h"
 #include "Clock.h"
 #include "LastCalls.h"
 #include "PeerWaits.h"
+#include "process/BusPause.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusError>

@@ -1,6 +1,6 @@
 #include "WaitingUpdates.h"
 
-#include "BusReading.h"
+#include "process/BusReading.h"
 
 #include <QDBusConnection>
 

@@ -1,7 +1,6 @@
 #include "PlayTask.h"
 
-#include "Parameter.h"
-#include "SoundManager.h"
+#include "text/Parameter.h"
 
 namespace
 {
@@ -25,8 +24,7 @@ void PlayTask::BeginRequest()
     static_cast<void>(disconnect(m_wait));
     BeginWork();
     if (m_volume >= 0)
-        static_cast<void>(SoundManager::Call(SoundManager::SET_PLAYER_VOLUME,
-                                             {QString::fromLatin1(m_source), static_cast<double>(m_volume)}));
+        static_cast<void>(SoundManager::SetPlayerVolume(m_source, m_volume));
 }
 
 void PlayTask::AtTurn(const PeerReply& reply, Log::Site site, const std::function<bool()>& listen)

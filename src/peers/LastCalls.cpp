@@ -1,6 +1,6 @@
 #include "LastCalls.h"
 
-#include "StopRequest.h"
+#include "process/StopRequest.h"
 
 #include <QSet>
 

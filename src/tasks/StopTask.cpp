@@ -1,6 +1,6 @@
 #include "StopTask.h"
 
-#include "SoundManager.h"
+#include "peers/SoundManager.h"
 
 StopTask::StopTask(TaskType type, const char* source, const QString& identifier)
     : PunctualTask(type, identifier)

@@ -5,7 +5,6 @@
 namespace
 {
 
-constexpr int MS_PER_S = 1000;
 constexpr std::ptrdiff_t MOST_VISITS = 100'000; // besides those of a day; a day without any counts as one
 const QDate FIRST_DATE(1970, 1, 1);
 
@@ -55,6 +54,12 @@ bool StartIndex::Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& 
     return true;
 }
 
+// Rounds down, also before 1970.
+std::int64_t StartIndex::MomentOf(const Clock::Reading& reading)
+{
+    return reading.local_ms / MS_PER_S - (reading.local_ms % MS_PER_S < 0 ? 1 : 0);
+}
+
 std::int64_t StartIndex::Latest(int second, std::int64_t now_s)
 {
     const std::int64_t today_s = DayOf(now_s) * DAY_S + second;
@@ -68,5 +73,5 @@ QDate StartIndex::DateOf(std::int64_t moment_s)
 
 QTime StartIndex::TimeOf(std::int64_t moment_s)
 {
-    return QTime::fromMSecsSinceStartOfDay(SecondOf(moment_s) * MS_PER_S);
+    return QTime::fromMSecsSinceStartOfDay(SecondOf(moment_s) * static_cast<int>(MS_PER_S));
 }

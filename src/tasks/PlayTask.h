@@ -1,9 +1,9 @@
 #pragma once
 
 #include "Log.h"
-#include "PeerReply.h"
-#include "Scheduler.h"
 #include "Task.h"
+#include "peers/PeerReply.h"
+#include "peers/SoundManager.h"
 
 #include <SoundManagerProxy.h>
 
@@ -30,9 +30,9 @@ protected:
     template <typename Signal, typename Derived, typename Slot>
     void BeginWait(const PeerReply& reply, Signal signal, Derived* self, Slot slot, Log::Site site)
     {
-        HandOver(Scheduler::m_soundManProxy, reply);
+        HandOver(SoundManager::Owner(), reply);
         AtTurn(reply, site, [this, signal, self, slot] {
-            m_wait = connect(Scheduler::m_soundManProxy, signal, self, slot);
+            m_wait = connect(SoundManager::Signals(), signal, self, slot);
             return static_cast<bool>(m_wait);
         });
     }

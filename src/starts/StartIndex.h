@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ActionList.h"
+#include "Clock.h"
 
 #include <cstdint>
 #include <functional>
@@ -12,6 +13,7 @@ class StartIndex final
 {
 public:
     static constexpr std::int64_t DAY_S = 86400;
+    static constexpr std::int64_t MS_PER_S = 1000;
 
     // Takes over the actions that start at a time of the day, which live as long as the index is used.
     void Build(const ActionList& actions);
@@ -23,6 +25,9 @@ public:
     // some were not.
     using Visit = std::function<void(Action& action, std::int64_t due_s)>;
     bool Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& visit) const;
+
+    // The moment that a reading shows.
+    [[nodiscard]] static std::int64_t MomentOf(const Clock::Reading& reading);
 
     // The latest moment up to now_s in that second of a day, and a moment's date and time of day.
     [[nodiscard]] static std::int64_t Latest(int second, std::int64_t now_s);

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDate>
+#include <QString>
+#include <QTime>
+
+#include <cstdint>
+
+// On which days an entry of the schedule is due: those of the week, or the spot date, within the time in which it is
+// valid. The predicates keep no history: each call decides from the clock of that moment.
+class ActionDays
+{
+public:
+    std::uint8_t m_dow = 0; // bit n: the C library's week-day number n
+    int m_day = -1;         // -1: any
+    int m_month = -1;
+    int m_year = -1;
+    bool m_hasFrom = false;
+    QDate m_from; // inclusive
+    bool m_hasTo = false;
+    QDate m_to; // inclusive
+
+    // Whether today is one of the days.
+    [[nodiscard]] bool IsDueToday() const;
+
+    // Whether the entry restricts day, month or year, on which it is due besides its days of the week.
+    [[nodiscard]] bool HasSpotDate() const;
+
+protected:
+    // Reads the days of the week, seven characters from Monday to Sunday of which "1" means due.
+    void ParseWeekDays(const QString& field);
+
+    // Reads the first and the last date, "yyyyMMdd" each; what is no date is no limit.
+    void ParseValidity(const QString& from, const QString& to);
+
+    // How records tell them: a spot field's number or "*", and a limit's date or "always".
+    [[nodiscard]] static QString SpotText(int value);
+    [[nodiscard]] QString FromText() const;
+    [[nodiscard]] QString ToText() const;
+
+    // Whether that local date is one of the days, for what starts at that time of it.
+    [[nodiscard]] bool IsDueAt(const QDate& date, QTime time) const;
+
+private:
+    [[nodiscard]] bool IsDue(int weekDay, const QDate& date, const QDate& utcDate) const;
+    [[nodiscard]] bool IsValid(const QDate& date) const;
+};

@@ -1,0 +1,8 @@
+#include "UpdateManager.h"
+
+#include "PeerProxies.h"
+
+const UpdateManagerProxy* UpdateManager::Signals()
+{
+    return PeerProxies::m_updateManProxy;
+}
