@@ -29,7 +29,7 @@ const HundredLines& Schedule()
 size_t Rehearse(qint64 days, bool everyPass)
 {
     const Workspace workspace(Schedule().Path(), Schedule().Playlists());
-    Rehearsal rehearsal({START_MS, START_MS, START_MS + days * DAY_MS, everyPass});
+    Rehearsal rehearsal(workspace, {START_MS, START_MS, START_MS + days * DAY_MS, everyPass});
     static_cast<void>(rehearsal.Run());
     return rehearsal.Events().size();
 }

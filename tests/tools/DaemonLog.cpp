@@ -7,12 +7,6 @@
 #include <algorithm>
 #include <utility>
 
-// The process-wide objects that the daemon's code expects.
-QCoreApplication* m_app = nullptr;
-LogInterface* _logInterface = nullptr; // NOLINT(readability-identifier-naming)
-Scheduler* m_scheduler = nullptr;
-SchedulerAdaptor* m_schedulerAdaptor = nullptr;
-
 namespace
 {
 

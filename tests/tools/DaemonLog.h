@@ -12,8 +12,8 @@ struct DaemonRecord
     QString text;
 };
 
-// The log client of the tool's process: what the daemon's code logs is kept for the one that lives, and goes nowhere
-// while none does. Only one may live.
+// The log client of a process that links the tool: what the daemon's code logs is kept for the one that lives, and goes
+// nowhere while none does. Only one may live.
 class DaemonLog final
 {
 public:

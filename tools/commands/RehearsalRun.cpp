@@ -62,10 +62,10 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     : m_result{file, from_ms, until_ms}
 {
     const Workspace workspace(file, line.Value(PLAYLISTS));
-    m_result.lines = ScheduleLine::ReadFile(workspace.SchedulePath(), file);
+    m_result.lines = ScheduleLine::ReadFile(workspace, file);
     static_cast<void>(TellRejected(file, m_result.lines));
     const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
-    Rehearsal rehearsal({begin_ms, from_ms, until_ms});
+    Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
     Progress progress;
     qint64 reached_ms = from_ms;
     bool hasEnough = false;
@@ -88,9 +88,9 @@ int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLi
         if (!line.IsRejected())
             continue;
         ++rejected;
-        Terminal::PrintError(
-            QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
-                .arg(Terminal::Harmless(file), QString::number(line.number), Terminal::Harmless(line.Rejection())));
+        Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
+                                 .arg(Terminal::Harmless(file), QString::number(line.number),
+                                      Terminal::Harmless(line.rejected->reason)));
     }
     return rejected;
 }

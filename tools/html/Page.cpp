@@ -49,9 +49,10 @@ QString Rejected(const RehearsalResult& run)
     for (const ScheduleLine& line : run.lines)
     {
         if (line.IsRejected())
-            items += Html::Element("li", {},
-                                   QStringLiteral("Line %1: ").arg(line.number) + Html::Attribute(line.Rejection()) +
-                                       QStringLiteral(": ") + Html::Element("code", {}, Html::Text(line.text)));
+            items +=
+                Html::Element("li", {},
+                              QStringLiteral("Line %1: ").arg(line.number) + Html::Attribute(line.rejected->reason) +
+                                  QStringLiteral(": ") + Html::Element("code", {}, Html::Text(line.text)));
     }
     if (items.isEmpty())
         return {};

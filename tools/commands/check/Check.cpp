@@ -22,7 +22,7 @@ QDate Today(const CommandLine& line)
                                              : Moment::Now_ms());
 }
 
-Findings Look(std::vector<ScheduleLine>& lines, const QDate& today)
+Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today)
 {
     const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
@@ -31,9 +31,9 @@ Findings Look(std::vector<ScheduleLine>& lines, const QDate& today)
     Rules::FindOddTimes(entries, findings);
     Rules::FindOddDates(entries, today, findings);
     Rules::FindOddParameters(entries, findings);
-    Rules::FindOddPlaylists(entries, findings);
+    Rules::FindOddPlaylists(workspace, entries, findings);
     Rules::FindOddPairs(entries, findings);
-    Rules::FindBlocking(entries, today, findings);
+    Rules::FindBlocking(workspace, entries, today, findings);
     findings.Sort();
     return findings;
 }
@@ -57,8 +57,8 @@ int Commands::Check(const QStringList& arguments)
     const QDate today = Today(line);
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
-    std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace.SchedulePath(), file);
-    const Findings findings = Look(lines, today);
+    std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
+    const Findings findings = Look(workspace, lines, today);
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)

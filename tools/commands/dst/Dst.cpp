@@ -35,8 +35,9 @@ Span Around(const ClockChange& change)
 class Rehearsals final
 {
 public:
-    explicit Rehearsals(size_t count)
-        : m_count(count)
+    Rehearsals(const Workspace& workspace, size_t count)
+        : m_workspace(workspace)
+        , m_count(count)
     {
     }
 
@@ -45,7 +46,7 @@ public:
     {
         if (m_isEnded)
             return {};
-        Rehearsal rehearsal({Rehearsal::LongBefore_ms(span.begin_ms), span.begin_ms, span.end_ms});
+        Rehearsal rehearsal(m_workspace, {Rehearsal::LongBefore_ms(span.begin_ms), span.begin_ms, span.end_ms});
         m_isEnded = !rehearsal.Run([this](double part) {
             return m_progress.Show((static_cast<double>(m_done) + part) / static_cast<double>(m_count));
         });
@@ -56,6 +57,7 @@ public:
     [[nodiscard]] bool IsEnded() const { return m_isEnded; }
 
 private:
+    const Workspace& m_workspace;
     Progress m_progress;
     const size_t m_count;
     size_t m_done = 0;
@@ -91,12 +93,12 @@ int Commands::Dst(const QStringList& arguments)
     const qint64 until_ms = Moment::FromLocal_ms(last, QTime(0, 0));
 
     const Workspace workspace(line.Operand(0), line.Value(PLAYLISTS));
-    const std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace.SchedulePath(), line.Operand(0));
+    const std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, line.Operand(0));
     const int rejected = RehearsalRun::TellRejected(line.Operand(0), lines);
     const std::vector<ClockChange> changes = ClockChange::Between(from_ms, until_ms);
     const std::vector<Span> spans = SpotDates::Spans(lines, first, last.addDays(-1));
 
-    Rehearsals rehearsals(changes.size() + spans.size());
+    Rehearsals rehearsals(workspace, changes.size() + spans.size());
     std::vector<std::vector<Event>> nights;
     nights.reserve(changes.size());
     std::ranges::transform(changes, std::back_inserter(nights),
@@ -105,7 +107,7 @@ int Commands::Dst(const QStringList& arguments)
     for (const Span& span : spans)
         std::ranges::move(rehearsals.Next(span), std::back_inserter(spots));
 
-    LinePhrases phrases(lines);
+    LinePhrases phrases(workspace, lines);
     QString text;
     for (size_t i = 0; i < changes.size(); ++i)
         text += ClockChangeText::Of(changes[i], nights[i], phrases);

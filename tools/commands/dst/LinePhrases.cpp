@@ -5,8 +5,9 @@
 #include "peers/SoundManager.h"
 #include "words/Kinds.h"
 
-LinePhrases::LinePhrases(const std::vector<ScheduleLine>& lines)
-    : m_lines(lines)
+LinePhrases::LinePhrases(const Workspace& workspace, const std::vector<ScheduleLine>& lines)
+    : m_workspace(workspace)
+    , m_lines(lines)
 {
 }
 
@@ -20,6 +21,6 @@ QString LinePhrases::Of(int number)
     // An action is started once.
     phrase = Terminal::Harmless(QStringLiteral("line %1, %2, %3")
                                     .arg(QString::number(number), SoundManager::FormatTime(action.m_startTime),
-                                         Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(action))));
+                                         Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(m_workspace, action))));
     return phrase;
 }

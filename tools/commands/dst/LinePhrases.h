@@ -11,13 +11,14 @@
 class LinePhrases final
 {
 public:
-    // lines: outlives it; their actions are started, and of no use afterwards.
-    explicit LinePhrases(const std::vector<ScheduleLine>& lines);
+    // lines: of that workspace; both outlive it. Their actions are started, and of no use afterwards.
+    LinePhrases(const Workspace& workspace, const std::vector<ScheduleLine>& lines);
 
     // "line 3, 02:30:00, switch the lights off". number: of a line that has an action.
     [[nodiscard]] QString Of(int number);
 
 private:
+    const Workspace& m_workspace;
     const std::vector<ScheduleLine>& m_lines;
     std::map<int, QString> m_phrases; // by the number of the line
 };

@@ -76,13 +76,13 @@ int Commands::Explain(const QStringList& arguments)
         const ScheduleLine read = playlists.Read(text, ++number);
         if (!read.IsRejected())
         {
-            Terminal::Print(LineText::Of(read, playlists.AreTracksKnown()) + u'\n');
+            Terminal::Print(LineText::Of(playlists.GetWorkspace(), read, playlists.AreTracksKnown()) + u'\n');
             continue;
         }
         status = ExitStatus::ERRORS;
         Terminal::PrintError(QStringLiteral("line %1: error: %2: the daemon leaves the line out\n")
                                  .arg(number)
-                                 .arg(Terminal::Harmless(read.Rejection())));
+                                 .arg(Terminal::Harmless(read.rejected->reason)));
     }
     return status;
 }

@@ -85,9 +85,9 @@ QStringList Notes(const ScheduleLine& line, const QList<Request>& requests)
                              });
     if (sendsNoTime || (action.IsPrepared() && !action.m_startTime.isValid()))
         notes.append(QStringLiteral("The sound manager is told no start time: hh:mm:ss has two digits each."));
-    for (const DaemonRecord& record : line.records)
+    for (const TaskWarning& warning : line.warnings)
         notes.append(QStringLiteral("The daemon warns: %1.")
-                         .arg(record.text.endsWith(u'.') ? record.text.chopped(1) : record.text));
+                         .arg(warning.text.endsWith(u'.') ? warning.text.chopped(1) : warning.text));
     return notes;
 }
 
@@ -98,14 +98,14 @@ QString Capitalised(const QString& text)
 
 } // namespace
 
-QString LineText::Of(const ScheduleLine& line, bool areTracksKnown)
+QString LineText::Of(const Workspace& workspace, const ScheduleLine& line, bool areTracksKnown)
 {
     if (line.isSkipped)
         return line.text.trimmed().isEmpty()
                    ? QStringLiteral("A blank line, which the daemon skips.")
                    : QStringLiteral("A comment, which the daemon skips: a \"#\" stands before its last character.");
     Action& action = *line.action;
-    const QList<Request> requests = TaskRequests::Of(action);
+    const QList<Request> requests = TaskRequests::Of(workspace, action);
     const QString sentence = Capitalised(Days(action)) + QStringLiteral(" at ") + Time(action) + Validity(action) +
                              QStringLiteral(", ") + Kinds::Of(action.m_task->m_type).phrase(*action.m_task, requests) +
                              Tracks(action, areTracksKnown) + u'.';

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
 
 namespace
 {
@@ -35,30 +34,25 @@ QString StandInPlaylists::PrepareSchedule() const
 
 ScheduleLine StandInPlaylists::Read(const QString& text, int number)
 {
-    ScheduleLine line = ScheduleLine::Read(text, number);
-    if (line.IsRejected() && !m_areTracksKnown && MakeMissing(line))
-        return ScheduleLine::Read(text, number);
+    ScheduleLine line = ScheduleLine::Read(*m_workspace, text, number);
+    if (line.IsRejected() && !m_areTracksKnown && MakeMissing(line.rejected->file))
+        line = ScheduleLine::Read(*m_workspace, text, number);
     // Nobody knows the folder that stands in.
-    for (DaemonRecord& record : line.records)
-        record.text.replace(m_folder.path() + u'/', QString());
+    const QString folder = m_folder.path() + u'/';
+    if (line.IsRejected())
+        line.rejected->reason.remove(folder);
+    for (TaskWarning& warning : line.warnings)
+        warning.text.remove(folder);
     return line;
 }
 
-// The daemon itself tells which file it has missed: its log names the path.
-bool StandInPlaylists::MakeMissing(const ScheduleLine& line) const
+bool StandInPlaylists::MakeMissing(const QString& path) const
 {
-    static const QRegularExpression MISSED(QStringLiteral(R"(^Playlist file open failed \(path=(.*)\)$)"),
-                                           QRegularExpression::DotMatchesEverythingOption);
     const QString folder = m_workspace->PlaylistFolder() + u'/';
-    for (const DaemonRecord& record : line.records)
-    {
-        const QString path = MISSED.match(record.text).captured(1);
-        // A name that leads out of the folder is left alone.
-        if (!path.startsWith(folder) || !QDir::cleanPath(path).startsWith(folder) || path.contains(QChar(u'\0')))
-            continue;
-        QFile file(path);
-        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
-               file.write(TRACK) == TRACK.size();
-    }
-    return false;
+    // A name that leads out of the folder is left alone.
+    if (!path.startsWith(folder) || !QDir::cleanPath(path).startsWith(folder) || path.contains(QChar(u'\0')))
+        return false;
+    QFile file(path);
+    return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly | QIODevice::NewOnly) &&
+           file.write(TRACK) == TRACK.size();
 }

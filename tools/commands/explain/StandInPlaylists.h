@@ -17,12 +17,14 @@ public:
     // Reads a line as the daemon does. A playlist that is missing where none is at hand is made.
     [[nodiscard]] ScheduleLine Read(const QString& text, int number);
 
+    [[nodiscard]] const Workspace& GetWorkspace() const { return *m_workspace; }
+
     // Whether the tracks are those of the playlists that were given.
     [[nodiscard]] bool AreTracksKnown() const { return m_areTracksKnown; }
 
 private:
     [[nodiscard]] QString PrepareSchedule() const;
-    bool MakeMissing(const ScheduleLine& line) const;
+    [[nodiscard]] bool MakeMissing(const QString& path) const;
 
     const bool m_areTracksKnown;
     QTemporaryDir m_folder;
