@@ -4,7 +4,7 @@ set(OZNA_ZONEINFO_DIR /usr/share/zoneinfo CACHE PATH "Folder of the time-zone fi
 # Half the time of building a test would go into optimising it.
 set(OZNA_TEST_OPTIONS $<$<CONFIG:RelWithDebInfo>:-O0> $<$<CONFIG:RelWithDebInfo>:-g0> -U_FORTIFY_SOURCE)
 
-# All test programs share one set of precompiled headers.
+# All suites share one set of precompiled headers.
 file(CONFIGURE OUTPUT ozna_test_headers.cpp CONTENT "int main() {}\n")
 add_executable(ozna_test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/ozna_test_headers.cpp)
 target_link_libraries(ozna_test_headers PRIVATE Qt6::DBus ozna_options)
@@ -14,71 +14,110 @@ target_precompile_headers(ozna_test_headers PRIVATE ${OZNA_PRECOMPILED_HEADERS})
 # What is built for the device's processor, see the preset armhf.
 add_custom_target(ozna_device_tests)
 
-# ozna_add_test(<name> LABEL <label> SOURCES <file>...
-#               [LIBRARIES <library>...] [LINK_OPTIONS <option>...] [DEFINITIONS <definition>...]
-#               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [ROWS <function> <row>...]
-#               [TIMEOUT <seconds>] [DEVICE])
+# ozna_add_suite(<suite> [SOURCES <file>...] [LIBRARIES <library>...] [LINK_OPTIONS <option>...]
+#                [DEPENDS <target>...] [DEVICE])
 #
-# Makes the test program tst_<name> in the folder tests of the build tree and registers it as "<label>.<name>", or,
-# with TIME_ZONES, once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". With ROWS, each row of that test
-# function, which has to be the program's only one, is registered by itself as "<label>.<name>.<row>", so that rows
-# which wait for long wait side by side. With DEVICE the test carries the label "device" as well, and is built by the target
-# ozna_device_tests: it holds on the device's processor too. No test reaches the session
-# bus of who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
-function(ozna_add_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 test "DEVICE"
-        "LABEL;TIMEOUT" "SOURCES;LIBRARIES;LINK_OPTIONS;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS")
-    if(NOT test_LABEL OR NOT test_SOURCES OR test_UNPARSED_ARGUMENTS)
-        message(FATAL_ERROR "ozna_add_test(${name}): LABEL and SOURCES are needed; ${test_UNPARSED_ARGUMENTS}")
+# Makes the test program suite_<suite> in the folder tests of the build tree: cases that are linked with the same
+# libraries. SOURCES are what several of its cases share. DEPENDS are programs that its cases start. With DEVICE the
+# suite is built by the target ozna_device_tests, and its cases carry the label "device" as well: they hold on the
+# device's processor too.
+function(ozna_add_suite suite)
+    cmake_parse_arguments(PARSE_ARGV 1 suite "DEVICE" "" "SOURCES;LIBRARIES;LINK_OPTIONS;DEPENDS")
+    if(suite_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR "ozna_add_suite(${suite}): ${suite_UNPARSED_ARGUMENTS}")
     endif()
-    if(NOT test_TIMEOUT)
-        set(test_TIMEOUT 60)
-    endif()
-
-    set(program tst_${name})
-    add_executable(${program} ${test_SOURCES})
-    target_link_libraries(${program} PRIVATE Qt6::Test ozna_options ${test_LIBRARIES})
-    target_link_options(${program} PRIVATE ${test_LINK_OPTIONS})
+    set(program suite_${suite})
+    add_executable(${program} ${suite_SOURCES})
+    target_link_libraries(${program} PRIVATE ozna_suite ozna_options ${suite_LIBRARIES})
+    target_link_options(${program} PRIVATE ${suite_LINK_OPTIONS})
     target_compile_options(${program} PRIVATE ${OZNA_TEST_OPTIONS})
     target_precompile_headers(${program} REUSE_FROM ozna_test_headers)
-    target_compile_definitions(${program} PRIVATE ${test_DEFINITIONS})
-    set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
-
-    set(labels ${test_LABEL})
-    if(test_DEVICE)
-        list(APPEND labels device)
+    set_target_properties(${program} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests
+        OZNA_DEVICE ${suite_DEVICE})
+    if(suite_DEPENDS)
+        add_dependencies(${program} ${suite_DEPENDS})
+    endif()
+    if(suite_DEVICE)
         add_dependencies(ozna_device_tests ${program})
     endif()
+    set_property(GLOBAL APPEND PROPERTY OZNA_SUITES ${program})
+endfunction()
 
-    set(registered)
-    foreach(zone IN LISTS test_TIME_ZONES)
-        if(NOT EXISTS ${OZNA_ZONEINFO_DIR}/${zone})
-            message(FATAL_ERROR "ozna_add_test(${name}): no time zone ${zone} in ${OZNA_ZONEINFO_DIR}")
-        endif()
-        string(REPLACE "/" "_" suffix ${zone})
-        set(case ${test_LABEL}.${name}.${suffix})
-        add_test(NAME ${case} COMMAND ${program})
-        set_property(TEST ${case} APPEND PROPERTY ENVIRONMENT TZ=${zone})
-        list(APPEND registered ${case})
-    endforeach()
-    list(POP_FRONT test_ROWS function)
-    foreach(row IN LISTS test_ROWS)
-        set(case ${test_LABEL}.${name}.${row})
-        add_test(NAME ${case} COMMAND ${program} ${function}:${row})
-        list(APPEND registered ${case})
-    endforeach()
-    if(NOT registered)
-        set(registered ${test_LABEL}.${name})
-        add_test(NAME ${registered} COMMAND ${program})
+# ozna_add_case(<label>.<name> SUITE <suite> [SOURCES <file>...] [DEFINITIONS <definition>...] [NAMED <case>]
+#               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [ROWS <function> <row>...]
+#               [TIMEOUT <seconds>] [PROPERTIES <property> <value>...])
+#
+# Adds the test class that tst_<name>.cpp declares to be the case <name> (tests/support/Suite.h), and SOURCES which only
+# that case uses, to the suite, and registers it as "<label>.<name>": a process of its own. With TIME_ZONES it is
+# registered once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". With ROWS, each row of that test function,
+# which has to be the case's only one, is registered by itself as "<label>.<name>.<row>", so that rows which wait for
+# long wait side by side. DEFINITIONS hold for tst_<name>.cpp, PROPERTIES are those of the registered tests. With NAMED
+# the test is a case of that name which the suite has already, and no source is added. No test reaches the session bus of
+# who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
+function(ozna_add_case label_and_name)
+    cmake_parse_arguments(PARSE_ARGV 1 case ""
+        "SUITE;TIMEOUT;NAMED" "SOURCES;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS;PROPERTIES")
+    if(NOT label_and_name MATCHES "^([a-z]+)\\.([A-Za-z0-9]+)$" OR NOT TARGET suite_${case_SUITE}
+       OR case_UNPARSED_ARGUMENTS)
+        message(FATAL_ERROR
+            "ozna_add_case(${label_and_name}): <label>.<name> and a SUITE are needed; ${case_UNPARSED_ARGUMENTS}")
+    endif()
+    set(labels ${CMAKE_MATCH_1})
+    set(name ${CMAKE_MATCH_2})
+    set(program suite_${case_SUITE})
+    if(NOT case_TIMEOUT)
+        set(case_TIMEOUT 60)
     endif()
 
+    if(case_NAMED)
+        set(name ${case_NAMED})
+    else()
+        set(source ${CMAKE_CURRENT_SOURCE_DIR}/tst_${name}.cpp)
+        target_sources(${program} PRIVATE ${source} ${case_SOURCES})
+        set_property(SOURCE ${source} TARGET_DIRECTORY ${program} APPEND PROPERTY
+            COMPILE_DEFINITIONS ${case_DEFINITIONS})
+    endif()
+
+    get_target_property(is_for_device ${program} OZNA_DEVICE)
+    if(is_for_device)
+        list(APPEND labels device)
+    endif()
+
+    ozna_register_case(${label_and_name} ${program} ${name} "${case_TIME_ZONES}" "${case_ROWS}")
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT
         DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
         LC_ALL=C.UTF-8
         LLVM_PROFILE_FILE=${OZNA_PROFILE_DIR}/%m.profraw
-        ${test_ENVIRONMENT})
+        ${case_ENVIRONMENT})
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT_MODIFICATION
         OZNA_CONFIG_FILE=unset: OZNA_DATA_DIR=unset: OZNA_LOG_LEVEL=unset:
         QT_LOGGING_CONF=unset: QT_LOGGING_RULES=unset: QT_MESSAGE_PATTERN=unset: QTEST_FUNCTION_TIMEOUT=unset:)
-    set_tests_properties(${registered} PROPERTIES LABELS "${labels}" TIMEOUT ${test_TIMEOUT})
+    set_tests_properties(${registered} PROPERTIES LABELS "${labels}" TIMEOUT ${case_TIMEOUT} ${case_PROPERTIES})
+endfunction()
+
+# Registers a case with CTest, once a time zone or once a row where there are some; the names go to registered.
+function(ozna_register_case label_and_name program name zones rows)
+    set(registered)
+    foreach(zone IN LISTS zones)
+        if(NOT EXISTS ${OZNA_ZONEINFO_DIR}/${zone})
+            message(FATAL_ERROR "ozna_add_case(${label_and_name}): no time zone ${zone} in ${OZNA_ZONEINFO_DIR}")
+        endif()
+        string(REPLACE "/" "_" suffix ${zone})
+        set(test ${label_and_name}.${suffix})
+        add_test(NAME ${test} COMMAND ${program} ${name})
+        set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT TZ=${zone})
+        list(APPEND registered ${test})
+    endforeach()
+    list(POP_FRONT rows function)
+    foreach(row IN LISTS rows)
+        set(test ${label_and_name}.${row})
+        add_test(NAME ${test} COMMAND ${program} ${name} ${function}:${row})
+        list(APPEND registered ${test})
+    endforeach()
+    if(NOT registered)
+        set(registered ${label_and_name})
+        add_test(NAME ${registered} COMMAND ${program} ${name})
+    endif()
+    set(registered ${registered} PARENT_SCOPE)
 endfunction()

@@ -1,8 +1,8 @@
-# Functions of the demo: what it says, and the processes that it runs. Sourced, in the project's folder, by ./demo,
-# which sets SCHEDULE, PLAYLIST, TRACKS, SETTINGS and COMMENT.
+# Functions of ./demo: its messages, and the processes that it runs. ./demo sources this file in the project's folder,
+# and sets SCHEDULE, PLAYLIST, TRACKS, SETTINGS and COMMENT.
 # shellcheck shell=bash
 
-# These tasks are asked for ahead of their start, by this many seconds: the device keeps the second itself.
+# The daemon requests these tasks so many seconds ahead; the device starts them itself, at their start time.
 AHEAD_S=8
 ASKED_AHEAD=' PlayMessage PlayPlaylist '
 MIDNIGHT_MARGIN_S=120
@@ -18,7 +18,7 @@ if [[ -t 1 ]]; then
     fi
 fi
 LEVEL_COLOURS=([1]=$RED [2]=$YELLOW)
-ROOMY=100 # columns, from which on a log line is shown with its milliseconds and its place in the source
+ROOMY=100 # with this many columns or more, a log line shows its milliseconds and its place in the source
 
 TEMP=''
 BUS_PID='' DEVICE_PID='' DAEMON_PID='' READER_PID='' SLEEP_PID=''
@@ -37,13 +37,13 @@ time_at() {
     printf '%(%H:%M:%S)T' $((START + $1))
 }
 
-# Whether the process is there, and one of ours: its number may be somebody else's once it has ended. The shell's own
-# list is not enough, it can miss an end while a trap runs.
+# Whether the process runs and is a child of this shell: once it has ended, another process may get its number. The
+# shell's list of jobs alone is not enough, it can miss an end while a trap runs.
 is_alive() {
     [[ -n $1 && $'\n'$(jobs -pr)$'\n' == *$'\n'"$1"$'\n'* ]] && kill -0 "$1" 2>/dev/null
 }
 
-# Waits until the process has ended; kills it when it does not in time.
+# Waits for the process to end, and kills it after PATIENCE_S.
 end_of() {
     local deadline=$((SECONDS + PATIENCE_S))
     while is_alive "$1"; do
@@ -71,7 +71,7 @@ trap clean_up EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM HUP
 
-# Runs the command with its output in a log, which is shown when it fails; on a terminal one line tells how far it is.
+# Runs the command with its output in a log, and shows the log if it fails. On a terminal one line shows the progress.
 run_quietly() {
     local log=$TEMP/build.log line
     if "$@" 2>&1 | tee "$log" | while IFS= read -r line; do
@@ -97,7 +97,7 @@ wait_for_midnight() {
     fi
 }
 
-# Writes the schedule, and the list of requests that it should cause, each with its second.
+# Writes the schedule, and the list of requests that it should cause, each with its time.
 write_schedule() {
     local row offset task parameters requests ahead request due tolerance
     mkdir -p "$TEMP/data/schedule" "$TEMP/data/playlists"
@@ -132,7 +132,7 @@ write_schedule() {
     done | sort --stable --key=1,1 >"$TEMP/expected"
 }
 
-# Sleeps, but heeds a signal at once.
+# Sleeps; a signal ends it at once.
 pause() {
     sleep "$1" &
     SLEEP_PID=$!
@@ -185,8 +185,8 @@ start_device() {
     wait_for_name com.kestrelix.ozna.simulator "$DEVICE_PID"
 }
 
-# Shows the daemon's log as it comes: the time, the level, the origin where it is not the daemon's own, the text.
-# Of a schedule that is loaded again the tasks are only counted.
+# Shows the daemon's log as it comes: time, level, text, and the origin if it is not the daemon's own. When the schedule
+# is loaded again, its tasks are only counted.
 show_log() {
     local level origin text now fraction repeated=0
     local -A created
@@ -220,13 +220,13 @@ start_daemon() {
     mkfifo "$TEMP/log"
     show_log <"$TEMP/log" &
     READER_PID=$!
-    # From within the folder, so that the log's paths are short.
+    # Started within the folder, so that the log's paths are short.
     (cd "$TEMP" && OZNA_DATA_DIR=data OZNA_CONFIG_FILE=ozna.ini OZNA_LOG_LEVEL=4 exec "$scheduler" 2>log) &
     DAEMON_PID=$!
     wait_for_name com.kestrelix.ozna.scheduler "$DAEMON_PID"
 }
 
-# Calls a method of the daemon: name, the arguments as people write them, and as dbus-send does.
+# Calls a method of the daemon: name, the arguments to be shown, the arguments for dbus-send.
 call() {
     local reply
     reply=$(dbus-send --session --print-reply --reply-timeout=5000 --dest=com.kestrelix.ozna.scheduler \

@@ -23,7 +23,6 @@ void MissedStarts::Load(const ActionList& actions, const Clock::Reading& since)
     m_last = Clock::Read();
     m_loaded_ms = m_last->local_ms;
     m_seen_s = StartIndex::MomentOf(since);
-    NoteBusy(StartIndex::MomentOf(*m_last));
 }
 
 void MissedStarts::Answer(Action& action, bool isLate)
@@ -118,11 +117,7 @@ void MissedStarts::Settle(const ActionList& watched, const Clock::Reading& now)
 void MissedStarts::NoteBusy(std::int64_t now_s)
 {
     m_busy.clear();
-    m_isDeciding = !m_open.empty();
     m_index.Backwards(now_s, now_s + LOOK_S, [&](Action& action, std::int64_t due_s) {
-        if (action.m_answeredDue_s == due_s || !action.IsDueOn(StartIndex::DateOf(due_s)))
-            return;
-        m_isDeciding = true;
         if (action.m_task->IsRunning())
             m_busy.emplace_back(&action, due_s);
     });
@@ -155,7 +150,6 @@ void MissedStarts::Close(const ActionList& watched, const Clock::Reading& now, b
     m_busy.clear();
     m_index.Clear();
     m_last.reset();
-    m_isDeciding = false;
 }
 
 bool MissedStarts::IsBusy(const Action& action, std::int64_t due_s) const

@@ -36,9 +36,6 @@ public:
     // counted.
     std::vector<MissedStart> Look(const ActionList& watched);
 
-    // Whether the next far pass will have to decide on a start.
-    [[nodiscard]] bool IsDeciding() const { return m_isDeciding; }
-
 private:
     void LookAt(const Passage& passage);
     void Tell() const;
@@ -56,7 +53,6 @@ private:
     std::int64_t m_seen_s = 0;            // up to here all starts were looked at
     std::vector<PassedStart> m_open;
     std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is still under way
-    bool m_isDeciding = false;
     std::vector<MissedStart> m_missed; // not told yet
     bool m_areAll = true;              // false: there were older ones, too many to be looked at
 };

@@ -48,8 +48,6 @@ public:
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
 
-    // Whether the next far pass decides on a start that has passed, or is about to.
-    [[nodiscard]] bool IsDeciding() const { return m_missed.IsDeciding(); }
 
     // Every action is in one of the two.
     const ActionList& FarActions() const { return m_farActions; }

@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QThread>
 
 namespace
 {
@@ -15,7 +14,7 @@ BusPause::BusPause(const QDBusConnection& bus)
 {
     // The one object of the library's thread that can be had.
     QDBusConnectionInterface* const library = bus.interface();
-    if (library == nullptr || library->thread() == QThread::currentThread())
+    if (library == nullptr)
         return;
     const auto rest = [rests = m_rests, goesOn = m_goesOn] {
         rests->release();

@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <QElapsedTimer>
 
@@ -115,5 +116,5 @@ void BusLost::WhileCallsWaitToBeAnswered()
     COMPARE_LINES(lines.mid(lines.size() - Ended().size()), Ended());
 }
 
-QTEST_GUILESS_MAIN(BusLost)
+OZNA_CASE(BusLost, BusLost)
 #include "tst_BusLost.moc"

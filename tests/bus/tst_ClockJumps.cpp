@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 // The clock of the running process is set. What becomes of each kind of line is tested on the engine; here the process
 // has to follow at all.
@@ -89,5 +90,5 @@ void ClockJumps::FromBefore2038ToAfter()
     COMPARE_LINES(Device().Calls(), {VOLUME});
 }
 
-QTEST_GUILESS_MAIN(ClockJumps)
+OZNA_CASE(ClockJumps, ClockJumps)
 #include "tst_ClockJumps.moc"

@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 #include <unistd.h>
 
@@ -48,5 +49,5 @@ void ClosedDescriptors::WithoutABusItEndsAsEver()
     QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
 }
 
-QTEST_GUILESS_MAIN(ClosedDescriptors)
+OZNA_CASE(ClosedDescriptors, ClosedDescriptors)
 #include "tst_ClosedDescriptors.moc"

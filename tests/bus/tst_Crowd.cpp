@@ -2,6 +2,7 @@
 #include "Lines.h"
 #include "MuteClient.h"
 #include "ProcessMemory.h"
+#include "Suite.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QElapsedTimer>
@@ -195,5 +196,5 @@ void Crowd::AClientThatNeverReadsHarmsNobody()
     QCOMPARE(StopDaemon(), 0);
 }
 
-QTEST_GUILESS_MAIN(Crowd)
+OZNA_CASE(Crowd, Crowd)
 #include "tst_Crowd.moc"

@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -161,5 +162,5 @@ void Day::SendsWhatIsDueAndNothingElse()
     COMPARE_LINES(Device().Calls(), m_expected);
 }
 
-QTEST_GUILESS_MAIN(Day)
+OZNA_CASE(Day, Day)
 #include "tst_Day.moc"

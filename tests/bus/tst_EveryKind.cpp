@@ -1,4 +1,5 @@
 #include "EveryKind.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -226,5 +227,5 @@ void EveryKindAndAnswer::LightThatCannotBeSwitchedIsLogged()
     COMPARE_LINES(Device().Calls(), AcceptedCalls());
 }
 
-QTEST_GUILESS_MAIN(EveryKindAndAnswer)
+OZNA_CASE(EveryKind, EveryKindAndAnswer)
 #include "tst_EveryKind.moc"

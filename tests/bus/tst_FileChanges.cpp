@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <csignal>
 #include <unistd.h>
@@ -150,5 +151,5 @@ void FileChanges::AFullDiskBehindTheLogStopsNothing()
     QCOMPARE(StopDaemon(), 0);
 }
 
-QTEST_GUILESS_MAIN(FileChanges)
+OZNA_CASE(FileChanges, FileChanges)
 #include "tst_FileChanges.moc"

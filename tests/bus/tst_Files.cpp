@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QStringEncoder>
@@ -311,5 +312,5 @@ void Files::AHugeFileIsLoaded()
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
 }
 
-QTEST_GUILESS_MAIN(Files)
+OZNA_CASE(Files, Files)
 #include "tst_Files.moc"

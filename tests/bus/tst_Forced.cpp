@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -61,5 +62,5 @@ void Forced::TheLatestStateIsBroughtAbout()
     COMPARE_LINES(Device().Calls(), calls);
 }
 
-QTEST_GUILESS_MAIN(Forced)
+OZNA_CASE(Forced, Forced)
 #include "tst_Forced.moc"

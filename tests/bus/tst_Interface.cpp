@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -219,5 +220,5 @@ void Interface::AStrangeScheduleFileNameIsKeptAsItIs()
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,") + name);
 }
 
-QTEST_GUILESS_MAIN(Interface)
+OZNA_CASE(Interface, Interface)
 #include "tst_Interface.moc"

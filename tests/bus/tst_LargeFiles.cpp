@@ -1,6 +1,7 @@
 #include "BusTest.h"
 #include "Lines.h"
 #include "ProcessMemory.h"
+#include "Suite.h"
 
 #include <QElapsedTimer>
 
@@ -159,5 +160,5 @@ void LargeFiles::AHugeScheduleGivesItsMemoryBack()
     COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
 }
 
-QTEST_GUILESS_MAIN(LargeFiles)
+OZNA_CASE(LargeFiles, LargeFiles)
 #include "tst_LargeFiles.moc"

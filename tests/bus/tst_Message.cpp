@@ -1,4 +1,5 @@
 #include "MessageTest.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -137,5 +138,5 @@ void Message::AStopMessageThatIsRefusedIsLogged()
     COMPARE_LINES(Daemon().Take(2), {error});
 }
 
-QTEST_GUILESS_MAIN(Message)
+OZNA_CASE(Message, Message)
 #include "tst_Message.moc"

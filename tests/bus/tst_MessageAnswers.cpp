@@ -1,4 +1,5 @@
 #include "MessageTest.h"
+#include "Suite.h"
 
 #include <limits>
 
@@ -116,5 +117,5 @@ void MessageAnswers::ASoundManagerThatExitsInTheCallIsLogged()
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
 }
 
-QTEST_GUILESS_MAIN(MessageAnswers)
+OZNA_CASE(MessageAnswers, MessageAnswers)
 #include "tst_MessageAnswers.moc"

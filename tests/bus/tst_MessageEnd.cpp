@@ -1,4 +1,5 @@
 #include "MessageTest.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -130,5 +131,5 @@ void MessageEnd::AnEndIsBoundedWhenTheSoundManagerHangs()
     COMPARE_LINES(Daemon().Take(4), Ended({RUNNING, NOT_STOPPED}));
 }
 
-QTEST_GUILESS_MAIN(MessageEnd)
+OZNA_CASE(MessageEnd, MessageEnd)
 #include "tst_MessageEnd.moc"

@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -155,5 +156,5 @@ void Missed::MidnightCannotStart()
     COMPARE_LINES(Device().Calls(), {});
 }
 
-QTEST_GUILESS_MAIN(Missed)
+OZNA_CASE(Missed, Missed)
 #include "tst_Missed.moc"

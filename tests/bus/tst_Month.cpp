@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Requests.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QTimeZone>
@@ -128,5 +129,5 @@ void Month::EveryRequestComesOnceAndUseStaysTheSame()
     QVERIFY(IsSanitized() || late.resident_bytes - early.resident_bytes < GROWTH_BYTES);
 }
 
-QTEST_GUILESS_MAIN(Month)
+OZNA_CASE(Month, Month)
 #include "tst_Month.moc"

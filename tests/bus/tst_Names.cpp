@@ -1,6 +1,7 @@
 #include "BusTest.h"
 #include "Lines.h"
 #include "ProcessMemory.h"
+#include "Suite.h"
 
 #include <QDBusPendingCall>
 
@@ -87,17 +88,21 @@ void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
     const QString name = QString::fromLatin1(unit.repeated(MEGABYTE / unit.size()));
     QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
 
-    // A record has 511 bytes with its prefix, whose line number has three digits; escapes come on top.
+    // A record has 511 bytes with its prefix, whose line number has two digits or three; escapes come on top.
+    const QStringList found = Daemon().Take(4);
+    const QString level = QStringLiteral("4 [Scheduler.cpp] ");
     const auto cut = [&](const QByteArray& text) {
-        return QString::fromLatin1(Escaped(text.left(511 - QByteArray("[Scheduler.cpp:100] ").size())));
+        const auto shown = [&text](const QByteArray& prefix) {
+            return QString::fromLatin1(Escaped(text.left(511 - prefix.size())));
+        };
+        const QString longer = shown("[Scheduler.cpp:10] ");
+        return found.contains(level + longer) ? longer : shown("[Scheduler.cpp:100] ");
     };
     const QByteArray path = DataPath(QStringLiteral("schedule/")).toUtf8() + name.toLatin1();
-    const QString level = QStringLiteral("4 [Scheduler.cpp] ");
-    COMPARE_LINES(Daemon().Take(4), QStringList{level + cut("Schedule file set to " + name.toLatin1())} + RESTARTING +
-                                        STOPPED +
-                                        QStringList{QStringLiteral("4 [Scheduler.cpp] Starting schedule...")} +
-                                        QStringList{level + cut("Loading schedule from " + path + "...")} + NOT_FOUND +
-                                        TOO_LONG + STARTED);
+    COMPARE_LINES(found, QStringList{level + cut("Schedule file set to " + name.toLatin1())} + RESTARTING + STOPPED +
+                             QStringList{QStringLiteral("4 [Scheduler.cpp] Starting schedule...")} +
+                             QStringList{level + cut("Loading schedule from " + path + "...")} + NOT_FOUND + TOO_LONG +
+                             STARTED);
     QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
     QCOMPARE(StopDaemon(), 0);
 }
@@ -138,5 +143,5 @@ void Names::LongCallsThatWaitForASlowPeerAreAnswered()
     COMPARE_LINES(Daemon().Take(2), QList<QString>(CALLS, TOO_LONG.first()));
 }
 
-QTEST_GUILESS_MAIN(Names)
+OZNA_CASE(Names, Names)
 #include "tst_Names.moc"

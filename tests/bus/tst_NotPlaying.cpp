@@ -1,4 +1,5 @@
 #include "PlayingTest.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -127,5 +128,5 @@ void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped()
     COMPARE_LINES(Device().Calls(), requests);
 }
 
-QTEST_GUILESS_MAIN(NotPlaying)
+OZNA_CASE(NotPlaying, NotPlaying)
 #include "tst_NotPlaying.moc"

@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -168,5 +169,5 @@ void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
     QCOMPARE(StopDaemon(), 0);
 }
 
-QTEST_GUILESS_MAIN(Photos)
+OZNA_CASE(Photos, Photos)
 #include "tst_Photos.moc"

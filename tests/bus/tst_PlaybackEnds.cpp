@@ -1,4 +1,5 @@
 #include "LogRecorder.h"
+#include "Suite.h"
 #include "TasksOnBusTest.h"
 
 #include <QDBusMessage>
@@ -112,5 +113,5 @@ void PlaybackEnds::OnlyAnEndBehindTheAnswerCounts()
     QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("; "))));
 }
 
-QTEST_GUILESS_MAIN(PlaybackEnds)
+OZNA_CASE(PlaybackEnds, PlaybackEnds)
 #include "tst_PlaybackEnds.moc"

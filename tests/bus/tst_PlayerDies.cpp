@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <QRegularExpression>
 
@@ -224,5 +225,5 @@ void PlayerDies::TheLinesAreAskedForOnEveryDay()
     }
 }
 
-QTEST_GUILESS_MAIN(PlayerDies)
+OZNA_CASE(PlayerDies, PlayerDies)
 #include "tst_PlayerDies.moc"

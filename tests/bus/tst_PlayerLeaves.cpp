@@ -1,7 +1,27 @@
 #include "LogRecorder.h"
+#include "Scheduler.h"
+#include "Suite.h"
 #include "TasksOnBusTest.h"
 
+#include <PhotoManagerProxy.h>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int SHORT_TIMEOUT_MS = 100;
+
+enum Refusal
+{
+    REFUSED,
+    FAILED,
+    NOT_ANSWERED,
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Refusal)
 
 // The name of the peer passes on while a task asks or works, and the loop is told later: what counts is who has taken
 // the task's request.
@@ -301,22 +321,28 @@ void PlayerLeaves::APhotoThatNobodyTakesIsNotUnderWay()
 void PlayerLeaves::APhotoThatWasRefusedIsUnderWayUntilItsPeerLeaves_data()
 {
     QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("onTheBus");
+    QTest::addColumn<Refusal>("how");
     for (const char* kind : {"photo", "series"})
     {
-        QTest::addRow("%s, refused", kind) << QString::fromLatin1(kind) << false;
-        QTest::addRow("%s, failed", kind) << QString::fromLatin1(kind) << true;
+        QTest::addRow("%s, refused", kind) << QString::fromLatin1(kind) << REFUSED;
+        QTest::addRow("%s, failed", kind) << QString::fromLatin1(kind) << FAILED;
+        QTest::addRow("%s, not answered", kind) << QString::fromLatin1(kind) << NOT_ANSWERED;
     }
 }
 
 void PlayerLeaves::APhotoThatWasRefusedIsUnderWayUntilItsPeerLeaves()
 {
     QFETCH(QString, kind);
-    QFETCH(bool, onTheBus);
-    if (onTheBus)
-        Device().AnswerError(Find(kind).method, "out of order");
-    else
-        Device().AnswerStatus(Find(kind).method, 2);
+    QFETCH(Refusal, how);
+    switch (how)
+    {
+    case REFUSED: Device().AnswerStatus(Find(kind).method, 2); break;
+    case FAILED: Device().AnswerError(Find(kind).method, "out of order"); break;
+    case NOT_ANSWERED:
+        Device().AnswerNever(Find(kind).method);
+        Scheduler::m_photoManProxy->setTimeout(SHORT_TIMEOUT_MS);
+        break;
+    }
     auto task = MakeTask(kind);
     QVERIFY(!task->Run());
     HandleAll();
@@ -326,5 +352,5 @@ void PlayerLeaves::APhotoThatWasRefusedIsUnderWayUntilItsPeerLeaves()
     QVERIFY(!task->IsRunning());
 }
 
-QTEST_GUILESS_MAIN(PlayerLeaves)
+OZNA_CASE(PlayerLeaves, PlayerLeaves)
 #include "tst_PlayerLeaves.moc"

@@ -1,4 +1,5 @@
 #include "PlayingTest.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -152,5 +153,5 @@ void Playing::WhatStillPlaysIsNotAskedForAgain()
     COMPARE_LINES(Device().Calls(), REQUESTS);
 }
 
-QTEST_GUILESS_MAIN(Playing)
+OZNA_CASE(Playing, Playing)
 #include "tst_Playing.moc"

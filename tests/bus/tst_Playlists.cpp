@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QStringEncoder>
@@ -177,5 +178,5 @@ void Playlists::ATimeThatIsNoneIsLateFromMidnightOn()
     QCOMPARE(Daemon().Take(2).filter(QStringLiteral("IsDelayed but still valid")).size(), joined ? 1 : 0);
 }
 
-QTEST_GUILESS_MAIN(Playlists)
+OZNA_CASE(Playlists, Playlists)
 #include "tst_Playlists.moc"

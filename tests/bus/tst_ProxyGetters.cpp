@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 #include <ConfigProxy.h>
 #include <CpuFreqManagerProxy.h>
@@ -129,5 +130,5 @@ void ProxyGetters::AGetterTakesAReplyOfTheRightLengthOnly()
     QCOMPARE(Get(getter), found);
 }
 
-QTEST_GUILESS_MAIN(ProxyGetters)
+OZNA_CASE(ProxyGetters, ProxyGetters)
 #include "tst_ProxyGetters.moc"

@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "RandomSchedule.h"
+#include "Suite.h"
 #include "base/Moment.h"
 #include "engine/Rehearsal.h"
 #include "engine/ScheduleLine.h"
@@ -258,5 +259,5 @@ void Rehearsed::TheProcessAsksForTheSame()
     QVERIFY(m_requests > LINES);
 }
 
-QTEST_GUILESS_MAIN(Rehearsed)
+OZNA_CASE(Rehearsed, Rehearsed)
 #include "tst_Rehearsed.moc"

@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 using namespace Lines;
 
@@ -94,5 +95,5 @@ void Reload::ThousandsOfTimesTakesNoMemory()
     QCOMPARE(Daemon().Take(2).size(), (WARM_UP + RELOADS + 1) * WARNINGS);
 }
 
-QTEST_GUILESS_MAIN(Reload)
+OZNA_CASE(Reload, Reload)
 #include "tst_Reload.moc"

@@ -1,4 +1,5 @@
 #include "SimulatorTest.h"
+#include "Suite.h"
 
 #include <QDBusConnectionInterface>
 
@@ -126,5 +127,5 @@ void Simulator::EndsCleanlyOnASignal()
     }
 }
 
-QTEST_GUILESS_MAIN(Simulator)
+OZNA_CASE(Simulator, Simulator)
 #include "tst_Simulator.moc"

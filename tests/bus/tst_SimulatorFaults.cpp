@@ -1,4 +1,5 @@
 #include "SimulatorTest.h"
+#include "Suite.h"
 
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCall>
@@ -202,5 +203,5 @@ void SimulatorFaults::ASlipIsAnError()
              QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
 }
 
-QTEST_GUILESS_MAIN(SimulatorFaults)
+OZNA_CASE(SimulatorFaults, SimulatorFaults)
 #include "tst_SimulatorFaults.moc"

@@ -1,4 +1,5 @@
 #include "SimulatorTest.h"
+#include "Suite.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -137,5 +138,5 @@ void SimulatorPlay::PhotosAreTakenUntilTheSeriesStops()
     QCOMPARE(ear.Heard()[2], QStringLiteral("PhotoStreamStopped 2"));
 }
 
-QTEST_GUILESS_MAIN(SimulatorPlay)
+OZNA_CASE(SimulatorPlay, SimulatorPlay)
 #include "tst_SimulatorPlay.moc"

@@ -1,4 +1,5 @@
 #include "SimulatorTest.h"
+#include "Suite.h"
 
 #include <QDBusMetaType>
 #include <QElapsedTimer>
@@ -237,5 +238,5 @@ void SimulatorScript::ASlipInAScriptIsAnError()
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
 }
 
-QTEST_GUILESS_MAIN(SimulatorScript)
+OZNA_CASE(SimulatorScript, SimulatorScript)
 #include "tst_SimulatorScript.moc"

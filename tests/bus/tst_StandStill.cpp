@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -40,5 +41,5 @@ void StandStill::WhatIsDueMeanwhileIsNotStarted()
                                      QStringLiteral("sound.SetMasterVolume d 2")});
 }
 
-QTEST_GUILESS_MAIN(StandStill)
+OZNA_CASE(StandStill, StandStill)
 #include "tst_StandStill.moc"

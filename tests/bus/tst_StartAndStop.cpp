@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -234,5 +235,5 @@ void StartAndStop::ReadsTheDeviceFolderWhenInstalled()
         QStringLiteral("4 [Scheduler.cpp] Loading schedule from /opt/ozna/data/schedule/schedule.csv...")));
 }
 
-QTEST_GUILESS_MAIN(StartAndStop)
+OZNA_CASE(StartAndStop, StartAndStop)
 #include "tst_StartAndStop.moc"

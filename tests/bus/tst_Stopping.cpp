@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <QDBusPendingCall>
 #include <QElapsedTimer>
@@ -228,5 +229,5 @@ void Stopping::ReloadsThatWaitAreLeft()
         QVERIFY(!reload.isValid() || reload.reply().arguments().value(0) == QVariant(0));
 }
 
-QTEST_GUILESS_MAIN(Stopping)
+OZNA_CASE(Stopping, Stopping)
 #include "tst_Stopping.moc"

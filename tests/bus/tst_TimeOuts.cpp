@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 // A peer that never answers costs its time-out, no more and no less. Each row is registered as a test of its own, as
 // most of them wait for long.
@@ -108,5 +109,5 @@ void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut()
     QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
 }
 
-QTEST_GUILESS_MAIN(TimeOuts)
+OZNA_CASE(TimeOuts, TimeOuts)
 #include "tst_TimeOuts.moc"

@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -123,5 +124,5 @@ void TimeZoneChange::AZoneOfTheEnvironmentStays()
     COMPARE_LINES(Device().Calls(), {FIRST, FIRST});
 }
 
-QTEST_GUILESS_MAIN(TimeZoneChange)
+OZNA_CASE(TimeZoneChange, TimeZoneChange)
 #include "tst_TimeZoneChange.moc"

@@ -1,6 +1,7 @@
 #include "BusTest.h"
 #include "Lines.h"
 #include "LogPipe.h"
+#include "Suite.h"
 
 #include <QRegularExpression>
 
@@ -63,5 +64,5 @@ void UnreadLog::TheDaemonGoesOnAndTheCountsAddUp()
     QCOMPARE(log.Log().count('\n'), written + 2 + Ended().size());
 }
 
-QTEST_GUILESS_MAIN(UnreadLog)
+OZNA_CASE(UnreadLog, UnreadLog)
 #include "tst_UnreadLog.moc"

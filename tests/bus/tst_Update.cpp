@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -171,5 +172,5 @@ void Update::AnnouncementsThatCameWhileTheProcessStoodStillCostOneLoad()
     QCOMPARE(LoadsAfterAnnouncements(), 1);
 }
 
-QTEST_GUILESS_MAIN(Update)
+OZNA_CASE(Update, Update)
 #include "tst_Update.moc"

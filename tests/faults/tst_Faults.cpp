@@ -1,4 +1,5 @@
 #include "FaultLane.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -83,5 +84,5 @@ void Faults::AFaultCostsItsTimeOutAndARecord()
     QVERIFY2(Complaints(lanes).isEmpty(), Complaints(lanes).constData());
 }
 
-QTEST_GUILESS_MAIN(Faults)
+OZNA_CASE(Faults, Faults)
 #include "tst_Faults.moc"

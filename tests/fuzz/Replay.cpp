@@ -1,10 +1,12 @@
 #include "Findings.h"
+#include "Suite.h"
 #include "Target.h"
 
 #include <QDir>
 #include <QTest>
 
-// Hands the target the inputs kept in the tree: those that a fuzzer begins with, and those that once went wrong.
+// Hands the target the inputs kept in the tree: those that a fuzzer begins with, and those that once went wrong. The
+// environment names the two folders.
 class Replay final : public QObject
 {
     Q_OBJECT
@@ -22,9 +24,11 @@ void Replay::initTestCase()
 void Replay::AnInputIsHandled_data()
 {
     QTest::addColumn<QString>("path");
-    const QDir seeds(QStringLiteral(OZNA_SEEDS));
-    const QDir regressions(QStringLiteral(OZNA_REGRESSIONS));
-    QVERIFY2(!seeds.isEmpty(QDir::Files), OZNA_SEEDS);
+    for (const char* variable : {"OZNA_SEEDS", "OZNA_REGRESSIONS"})
+        QVERIFY2(!qEnvironmentVariableIsEmpty(variable), variable);
+    const QDir seeds(qEnvironmentVariable("OZNA_SEEDS"));
+    const QDir regressions(qEnvironmentVariable("OZNA_REGRESSIONS"));
+    QVERIFY2(!seeds.isEmpty(QDir::Files), qPrintable(seeds.path()));
     for (const QString& name : seeds.entryList(QDir::Files))
         QTest::addRow("seed %s", qPrintable(name)) << seeds.filePath(name);
     // Most targets have none.
@@ -42,5 +46,5 @@ void Replay::AnInputIsHandled()
     QVERIFY2(findings.isEmpty(), findings.constData());
 }
 
-QTEST_GUILESS_MAIN(Replay)
+OZNA_CASE(Inputs, Replay)
 #include "Replay.moc"

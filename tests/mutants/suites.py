@@ -132,7 +132,7 @@ class Plan:
             if re.fullmatch(pattern, file):
                 names = [name for name in names if not _matches(name, tests)]
         first = []
-        own = [re.escape(file), rf"unit\.{pathlib.Path(file).stem}.*"]
+        own = [re.escape(file), rf"(unit|tool)\.{pathlib.Path(file).stem}.*"]
         for pattern, *tests in [own, *self.first]:
             if re.fullmatch(pattern, file):
                 first += [name for test in tests for name in names if _matches(name, [test]) and name not in first]

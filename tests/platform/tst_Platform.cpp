@@ -1,4 +1,5 @@
 #include "BusTest.h"
+#include "Suite.h"
 
 // The platform is chosen when the daemon is linked, and nothing else changes with it.
 class Platform : public BusTest
@@ -66,5 +67,5 @@ void Platform::NoSourceAsksForThePlatform()
     QCOMPARE(grep.exitCode(), 1);
 }
 
-QTEST_GUILESS_MAIN(Platform)
+OZNA_CASE(Platform, Platform)
 #include "tst_Platform.moc"

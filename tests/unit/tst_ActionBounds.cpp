@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 using namespace Qt::StringLiterals;
@@ -175,5 +176,5 @@ void ActionBoundsTest::AFractionOfASecondCountsAsTheSecondBefore()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(ActionBoundsTest)
+OZNA_CASE(ActionBounds, ActionBoundsTest)
 #include "tst_ActionBounds.moc"

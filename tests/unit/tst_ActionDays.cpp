@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
 
@@ -242,5 +243,5 @@ void ActionDaysTest::LocalDateAndUtcDateMayDiffer()
     QCOMPARE(IsDue(line), due);
 }
 
-QTEST_GUILESS_MAIN(ActionDaysTest)
+OZNA_CASE(ActionDays, ActionDaysTest)
 #include "tst_ActionDays.moc"

@@ -1,5 +1,6 @@
 #include "Action.h"
 #include "ActionLine.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <limits>
@@ -216,5 +217,5 @@ void ActionFieldsTest::WhatTheLineDoesNotSayIsZero()
     QCOMPARE(action.parent(), nullptr);
 }
 
-QTEST_GUILESS_MAIN(ActionFieldsTest)
+OZNA_CASE(ActionFields, ActionFieldsTest)
 #include "tst_ActionFields.moc"

@@ -1,4 +1,5 @@
 #include "Action.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <QSignalSpy>
@@ -261,5 +262,5 @@ void ActionLinesTest::APddRequestIsForwarded()
     QCOMPARE(forwarded[1][1], QVariant(false));
 }
 
-QTEST_GUILESS_MAIN(ActionLinesTest)
+OZNA_CASE(ActionLines, ActionLinesTest)
 #include "tst_ActionLines.moc"

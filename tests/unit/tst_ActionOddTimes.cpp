@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <limits>
@@ -154,5 +155,5 @@ void ActionOddTimesTest::APlaylistOfAnEarlierDayIsTolerated()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(ActionOddTimesTest)
+OZNA_CASE(ActionOddTimes, ActionOddTimesTest)
 #include "tst_ActionOddTimes.moc"

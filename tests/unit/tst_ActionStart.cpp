@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <limits>
@@ -190,5 +191,5 @@ void ActionStartTest::AnActionDeletesItsTask()
     QCOMPARE(FakeTask::Living().size(), 0);
 }
 
-QTEST_GUILESS_MAIN(ActionStartTest)
+OZNA_CASE(ActionStart, ActionStartTest)
 #include "tst_ActionStart.moc"

@@ -1,4 +1,5 @@
 #include "SchedulerTest.h"
+#include "Suite.h"
 #include "peers/Peers.h"
 #include "tasks/PlayMessage.h"
 #include "text/TextFile.h"
@@ -188,5 +189,5 @@ void BrokenLibraryTest::AMessageWhoseEndCannotBeHeardIsTold()
     EXPECT_LOG(2, {{2, "[tasks/PlayMessage.cpp] Can't wait for the end of PlayMessage"}});
 }
 
-QTEST_GUILESS_MAIN(BrokenLibraryTest)
+OZNA_CASE(BrokenLibrary, BrokenLibraryTest)
 #include "tst_BrokenLibrary.moc"

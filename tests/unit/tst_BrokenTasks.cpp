@@ -2,6 +2,7 @@
 #include "ActionLine.h"
 #include "PlaylistLines.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerOwner.h"
 #include "tasks/Photo.h"
@@ -172,5 +173,5 @@ void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()
             PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
 }
 
-QTEST_GUILESS_MAIN(BrokenTasksTest)
+OZNA_CASE(BrokenTasks, BrokenTasksTest)
 #include "tst_BrokenTasks.moc"

@@ -1,4 +1,5 @@
 #include "PassingTest.h"
+#include "Suite.h"
 #include "TimeZone.h"
 
 using namespace Qt::StringLiterals;
@@ -119,5 +120,5 @@ void CalendarTest::TheScheduleRunsThroughTheEndOf32Bits()
     }
 }
 
-QTEST_GUILESS_MAIN(CalendarTest)
+OZNA_CASE(Calendar, CalendarTest)
 #include "tst_Calendar.moc"

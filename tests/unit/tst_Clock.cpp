@@ -1,4 +1,5 @@
 #include "Clock.h"
+#include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
 
@@ -28,6 +29,9 @@ private Q_SLOTS:
     void SecondsSinceAreNeverNegative();
     void AClockFarOffIsNotFatal_data();
     void AClockFarOffIsNotFatal();
+    void ACalendarWithoutAnUptimeCountsIt();
+    void AReadingThatWasInterruptedIsMadeAgain();
+    void AReadingThatIsInterruptedEachTimeEnds();
 };
 
 void ClockTest::TheSystemClockIsTheDefault()
@@ -268,5 +272,32 @@ void ClockTest::AClockFarOffIsNotFatal()
     QCOMPARE(Clock::SecondsTo(12, 0, 1) - Clock::SecondsTo(12, 0, 0), 1);
 }
 
-QTEST_GUILESS_MAIN(ClockTest)
+void ClockTest::ACalendarWithoutAnUptimeCountsIt()
+{
+    Clock::SetSource([] { return 42; });
+    QCOMPARE(Clock::Uptime_ms(), 42);
+    Clock::SetSource([] { return 42; }, [] { return 7; });
+    QCOMPARE(Clock::Uptime_ms(), 7);
+}
+
+// Half a second passes between the uptime and the calendar.
+void ClockTest::AReadingThatWasInterruptedIsMadeAgain()
+{
+    std::int64_t uptime_ms = 0;
+    std::int64_t late_ms = 500;
+    Clock::SetSource([&] { return 86'400'000 + (uptime_ms += std::exchange(late_ms, 0)); }, [&] { return uptime_ms; });
+    const Clock::Reading reading = Clock::Read();
+    QCOMPARE(reading.uptime_ms, 500);
+    QCOMPARE(reading.calendar_ms, 86'400'500);
+}
+
+void ClockTest::AReadingThatIsInterruptedEachTimeEnds()
+{
+    std::int64_t uptime_ms = 0;
+    Clock::SetSource([&] { return 0; }, [&] { return uptime_ms += 1000; });
+    static_cast<void>(Clock::Read());
+    QVERIFY(uptime_ms <= 10'000);
+}
+
+OZNA_CASE(Clock, ClockTest)
 #include "tst_Clock.moc"

@@ -1,4 +1,5 @@
 #include "Clock.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -60,5 +61,5 @@ void ClockAheadTest::DatesFollowIt()
     QVERIFY(Clock::TimeOfDay().isValid());
 }
 
-QTEST_GUILESS_MAIN(ClockAheadTest)
+OZNA_CASE(ClockAhead, ClockAheadTest)
 #include "tst_ClockAhead.moc"

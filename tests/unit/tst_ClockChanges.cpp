@@ -2,6 +2,7 @@
 #include "ActionLine.h"
 #include "Clock.h"
 #include "FakeTask.h"
+#include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
 
@@ -165,5 +166,5 @@ void ClockChangesTest::AnActionAroundTheChange()
     QCOMPARE(action.IsLost(), false);
 }
 
-QTEST_GUILESS_MAIN(ClockChangesTest)
+OZNA_CASE(ClockChanges, ClockChangesTest)
 #include "tst_ClockChanges.moc"

@@ -1,6 +1,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "Suite.h"
 #include "TimeZone.h"
 
 #include <QDateTime>
@@ -198,5 +199,5 @@ void ClockNightsTest::TheNextDayIsAsAlways()
     QCOMPARE(TakeRequests(), QStringList{u"02:30:00 SetMasterVolume(d:1)"_s});
 }
 
-QTEST_GUILESS_MAIN(ClockNightsTest)
+OZNA_CASE(ClockNights, ClockNightsTest)
 #include "tst_ClockNights.moc"

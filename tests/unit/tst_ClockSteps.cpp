@@ -2,6 +2,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "Suite.h"
 #include "TimeZone.h"
 
 #include <QDateTime>
@@ -317,5 +318,5 @@ void ClockStepsTest::AnActionFoundEarlyAndMissedComesOnTheNextDay()
     QCOMPARE(TakeRequests(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(ClockStepsTest)
+OZNA_CASE(ClockSteps, ClockStepsTest)
 #include "tst_ClockSteps.moc"

@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "text/TextFile.h"
 
@@ -52,5 +53,5 @@ void CommentsTest::BlankAndCommentLinesAreSkipped()
     QCOMPARE(TextFile::IsBlankOrComment(line), skipped);
 }
 
-QTEST_GUILESS_MAIN(CommentsTest)
+OZNA_CASE(Comments, CommentsTest)
 #include "tst_Comments.moc"

@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayStream.h"
 
@@ -81,5 +82,5 @@ void ConfigurationReadingTest::AStreamAsksForTheServer()
     QCOMPARE(m_asked, asked);
 }
 
-QTEST_GUILESS_MAIN(ConfigurationReadingTest)
+OZNA_CASE(ConfigurationReading, ConfigurationReadingTest)
 #include "tst_ConfigurationReading.moc"

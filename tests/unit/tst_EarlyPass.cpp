@@ -1,5 +1,6 @@
 #include "FakeTask.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 using namespace Qt::StringLiterals;
 
@@ -118,6 +119,11 @@ void EarlyPassTest::ALostActionReturns()
     QCOMPARE(task->m_calls, QStringList());
     QCOMPARE(FarList(), QStringList(u"PlayMessage 12:00:10"_s));
     QCOMPARE(EarlyList(), QStringList());
+    // Its start has been told of when it passes.
+    task->m_onAskTolerance = {};
+    Time().Advance_s(10);
+    CheckFar();
+    EXPECT_LOG(2, {});
 }
 
 void EarlyPassTest::StartedActionsReturnBeforeLostOnes()
@@ -210,5 +216,5 @@ void EarlyPassTest::ARefusedMessageIsAskedAgain()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(EarlyPassTest)
+OZNA_CASE(EarlyPass, EarlyPassTest)
 #include "tst_EarlyPass.moc"

@@ -1,5 +1,6 @@
 #include "OneRequest.h"
 #include "PeerAnswers.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/EnableAux.h"
 
@@ -150,5 +151,5 @@ void EnableAuxTest::OtherTasksLeaveTheInputAlone()
     EXPECT_LOG(9, {});
 }
 
-QTEST_GUILESS_MAIN(EnableAuxTest)
+OZNA_CASE(EnableAux, EnableAuxTest)
 #include "tst_EnableAux.moc"

@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "process/BusWatcher.h"
 #include "process/SignalPipe.h"
@@ -48,5 +49,5 @@ void EventLoopTest::AWatcherNeedsABus()
     QVERIFY(!watcher.Watch(QDBusConnection::sessionBus()));
 }
 
-QTEST_GUILESS_MAIN(EventLoopTest)
+OZNA_CASE(EventLoop, EventLoopTest)
 #include "tst_EventLoop.moc"

@@ -1,5 +1,6 @@
 #include "FakeTask.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 using namespace Qt::StringLiterals;
 
@@ -222,5 +223,5 @@ void FarPassTest::TheFirstStopThatFitsIsNamed()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(FarPassTest)
+OZNA_CASE(FarPass, FarPassTest)
 #include "tst_FarPass.moc"

@@ -1,6 +1,7 @@
 #include "FakeTask.h"
 #include "SchedulerAccess.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 using namespace Qt::StringLiterals;
 
@@ -106,5 +107,5 @@ void FindReadyTest::WhatShouldBeInForceIsForced()
     }
 }
 
-QTEST_GUILESS_MAIN(FindReadyTest)
+OZNA_CASE(FindReady, FindReadyTest)
 #include "tst_FindReady.moc"

@@ -1,6 +1,7 @@
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <QSignalSpy>
 
@@ -234,5 +235,5 @@ void LifecycleTest::WhereBothPassesAreDueTheFarOneComesFirst()
     QCOMPARE(passes.first(2), (QStringList{u"far"_s, u"early"_s}));
 }
 
-QTEST_GUILESS_MAIN(LifecycleTest)
+OZNA_CASE(Lifecycle, LifecycleTest)
 #include "tst_Lifecycle.moc"

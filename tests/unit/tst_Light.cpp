@@ -1,4 +1,5 @@
 #include "PeerAnswers.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/Light.h"
 
@@ -145,5 +146,5 @@ void LightTest::TheSwitchIsJudgedByItsAnswer()
     }
 }
 
-QTEST_GUILESS_MAIN(LightTest)
+OZNA_CASE(Light, LightTest)
 #include "tst_Light.moc"

@@ -1,5 +1,6 @@
 #include "Globals.h"
 #include "Log.h"
+#include "Suite.h"
 #include "UnitTest.h"
 
 #include <QProcess>
@@ -237,5 +238,5 @@ void LogTest::ACommaOfTheUsersLocaleStaysOutOfARecord()
     QCOMPARE(shown(), "98,50"_ba);
 }
 
-QTEST_GUILESS_MAIN(LogTest)
+OZNA_CASE(Log, LogTest)
 #include "tst_Log.moc"

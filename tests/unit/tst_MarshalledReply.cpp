@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerReply.h"
 
@@ -149,5 +150,5 @@ void MarshalledReplyTest::AValueThatTravelledGivesItsStatus()
     QCOMPARE(reply.Status(), status);
 }
 
-QTEST_GUILESS_MAIN(MarshalledReplyTest)
+OZNA_CASE(MarshalledReply, MarshalledReplyTest)
 #include "tst_MarshalledReply.moc"

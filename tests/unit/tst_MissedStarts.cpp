@@ -1,6 +1,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "Suite.h"
 #include "TimeZone.h"
 
 #include <SoundManagerProxy.h>
@@ -873,5 +874,5 @@ void MissedStartsTest::AMissOfTheDayBeforeDoesNotUndoAnAnswer()
     EXPECT_LOG(LEVEL_WARNING, {});
 }
 
-QTEST_GUILESS_MAIN(MissedStartsTest)
+OZNA_CASE(MissedStarts, MissedStartsTest)
 #include "tst_MissedStarts.moc"

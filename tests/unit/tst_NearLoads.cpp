@@ -1,4 +1,5 @@
 #include "PassingTest.h"
+#include "Suite.h"
 
 using namespace Qt::StringLiterals;
 
@@ -131,5 +132,5 @@ void NearLoadsTest::ALightOfMidnightIsForced()
     }
 }
 
-QTEST_GUILESS_MAIN(NearLoadsTest)
+OZNA_CASE(NearLoads, NearLoadsTest)
 #include "tst_NearLoads.moc"

@@ -1,4 +1,5 @@
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerOwner.h"
 #include "tasks/Photo.h"
@@ -129,5 +130,5 @@ void PeerOwnerTest::ASeriesThatEndedWithItsPeerStopsNoOther()
     EXPECT_LOG(4, {});
 }
 
-QTEST_GUILESS_MAIN(PeerOwnerTest)
+OZNA_CASE(PeerOwner, PeerOwnerTest)
 #include "tst_PeerOwner.moc"

@@ -1,8 +1,10 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerReply.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
 
 #include <climits>
@@ -33,6 +35,7 @@ private Q_SLOTS:
     void AnErrorMessagesValueIsReadLikeAReplys();
     void AReplyIsMadeOfAStatusOrAnError();
     void TheSenderIsWhoAnswered();
+    void AnAnswerKeepsItsTurn();
 };
 
 void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt_data()
@@ -155,5 +158,13 @@ void PeerReplyTest::TheSenderIsWhoAnswered()
     QVERIFY(PeerReply(0).Turn() == nullptr);
 }
 
-QTEST_GUILESS_MAIN(PeerReplyTest)
+void PeerReplyTest::AnAnswerKeepsItsTurn()
+{
+    const QDBusPendingCall call = QDBusPendingCall::fromError(QDBusError(QDBusError::NoReply, u"late"_s));
+    const auto turn = std::make_shared<const QDBusPendingCallWatcher>(call);
+    QCOMPARE(PeerReply(call.reply(), turn).Turn(), turn);
+    QVERIFY(PeerReply(call.reply()).Turn() == nullptr);
+}
+
+OZNA_CASE(PeerReply, PeerReplyTest)
 #include "tst_PeerReply.moc"

@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerWaits.h"
 
@@ -109,5 +110,5 @@ void PeerWaitsTest::AWaitThroughoutHasNoBreak()
     QCOMPARE(PeerWaits::Throughout(1000, 2001), QString());
 }
 
-QTEST_GUILESS_MAIN(PeerWaitsTest)
+OZNA_CASE(PeerWaits, PeerWaitsTest)
 #include "tst_PeerWaits.moc"

@@ -1,4 +1,5 @@
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerCall.h"
 #include "peers/Peers.h"
@@ -121,5 +122,5 @@ void PeersTest::ARecorderTakesTheBusesPlace()
                             u"lightmanager Switch(y:3)"_s});
 }
 
-QTEST_GUILESS_MAIN(PeersTest)
+OZNA_CASE(Peers, PeersTest)
 #include "tst_Peers.moc"

@@ -1,6 +1,7 @@
 #include "OneRequest.h"
 #include "PeerAnswers.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/Photo.h"
 
@@ -182,5 +183,5 @@ void PhotoTest::ASeriesAnswerIsLogged()
     QCOMPARE(Bus().Requests().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(PhotoTest)
+OZNA_CASE(Photo, PhotoTest)
 #include "tst_Photo.moc"

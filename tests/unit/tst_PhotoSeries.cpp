@@ -1,5 +1,6 @@
 #include "PeerAnswers.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/Photo.h"
 
@@ -352,5 +353,5 @@ void PhotoSeriesTest::ATaskThatIsGoneSeesNothing()
     EXPECT_REQUESTS(Bus(), {});
 }
 
-QTEST_GUILESS_MAIN(PhotoSeriesTest)
+OZNA_CASE(PhotoSeries, PhotoSeriesTest)
 #include "tst_PhotoSeries.moc"

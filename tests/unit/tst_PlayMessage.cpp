@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayMessage.h"
 
@@ -179,5 +180,5 @@ void PlayMessageTest::AFailedRequestIsLogged()
     EXPECT_LOG(9, {{1, "[tasks/PlayMessage.cpp] " + text}});
 }
 
-QTEST_GUILESS_MAIN(PlayMessageTest)
+OZNA_CASE(PlayMessage, PlayMessageTest)
 #include "tst_PlayMessage.moc"

@@ -1,4 +1,5 @@
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayMessage.h"
 
@@ -163,5 +164,5 @@ void PlayMessageEndTest::AMessageDeletedByItsOwnEndIsFine()
     EXPECT_REQUESTS(Bus(), {});
 }
 
-QTEST_GUILESS_MAIN(PlayMessageEndTest)
+OZNA_CASE(PlayMessageEnd, PlayMessageEndTest)
 #include "tst_PlayMessageEnd.moc"

@@ -1,5 +1,6 @@
 #include "PeerAnswers.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayPlaylist.h"
 
@@ -181,5 +182,5 @@ void PlayPlaylistTest::TheTaskRunsWhileItAsks()
     QCOMPARE(states, (QStringList{u"SetPlayerVolume 1 0"_s, u"PlayPlaylist 1 0"_s}));
 }
 
-QTEST_GUILESS_MAIN(PlayPlaylistTest)
+OZNA_CASE(PlayPlaylist, PlayPlaylistTest)
 #include "tst_PlayPlaylist.moc"

@@ -1,6 +1,7 @@
 #include "PeerAnswers.h"
 #include "PlaylistLines.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayPlaylist.h"
 
@@ -185,5 +186,5 @@ void PlayPlaylistEndTest::AnotherPlaylistIsLeftAlone()
     EXPECT_LOG(9, {});
 }
 
-QTEST_GUILESS_MAIN(PlayPlaylistEndTest)
+OZNA_CASE(PlayPlaylistEnd, PlayPlaylistEndTest)
 #include "tst_PlayPlaylistEnd.moc"

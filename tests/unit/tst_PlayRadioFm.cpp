@@ -1,6 +1,7 @@
 #include "OneRequest.h"
 #include "PeerAnswers.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayRadioFm.h"
 
@@ -239,5 +240,5 @@ void PlayRadioFmTest::OtherTasksLeaveTheRadioAlone()
     }
 }
 
-QTEST_GUILESS_MAIN(PlayRadioFmTest)
+OZNA_CASE(PlayRadioFm, PlayRadioFmTest)
 #include "tst_PlayRadioFm.moc"

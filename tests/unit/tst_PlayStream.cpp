@@ -1,5 +1,6 @@
 #include "PeerAnswers.h"
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayStream.h"
 
@@ -259,5 +260,5 @@ void PlayStreamTest::AnotherStreamIsLeftAlone()
     EXPECT_LOG(9, {});
 }
 
-QTEST_GUILESS_MAIN(PlayStreamTest)
+OZNA_CASE(PlayStream, PlayStreamTest)
 #include "tst_PlayStream.moc"

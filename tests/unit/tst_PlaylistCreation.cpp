@@ -1,5 +1,6 @@
 #include "OrdinaryUser.h"
 #include "PlaylistLines.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayPlaylist.h"
 
@@ -165,5 +166,5 @@ void PlaylistCreationTest::ANameWithANulIsThatOfNoFile()
     EXPECT_LOG(9, {Loading(path), NotOpened(path), OpenError("Invalid argument"), Failed()});
 }
 
-QTEST_GUILESS_MAIN(PlaylistCreationTest)
+OZNA_CASE(PlaylistCreation, PlaylistCreationTest)
 #include "tst_PlaylistCreation.moc"

@@ -1,4 +1,5 @@
 #include "PlaylistLines.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayPlaylist.h"
 
@@ -235,5 +236,5 @@ void PlaylistFileTest::AFileWithoutTracksIsNoPlaylist()
     EXPECT_REQUESTS(Bus(), {});
 }
 
-QTEST_GUILESS_MAIN(PlaylistFileTest)
+OZNA_CASE(PlaylistFile, PlaylistFileTest)
 #include "tst_PlaylistFile.moc"

@@ -3,6 +3,7 @@
 #include "MissedLines.h"
 #include "SchedulerAccess.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <SoundManagerProxy.h>
@@ -286,5 +287,5 @@ void PlaylistTimingTest::APlaylistThatIsStoppedAtOnceIsSkipped()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(PlaylistTimingTest)
+OZNA_CASE(PlaylistTiming, PlaylistTimingTest)
 #include "tst_PlaylistTiming.moc"

@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "TextDiff.h"
 #include "UnitTest.h"
 
@@ -142,5 +143,5 @@ void ProxiesTest::AProxySpeaksItsInterface()
     QCOMPARE(interface, name);
 }
 
-QTEST_GUILESS_MAIN(ProxiesTest)
+OZNA_CASE(Proxies, ProxiesTest)
 #include "tst_Proxies.moc"

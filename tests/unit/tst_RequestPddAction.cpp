@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 #include "tasks/RequestPddAction.h"
 
 #include <QSignalSpy>
@@ -154,5 +155,5 @@ void RequestPddActionTest::TheSchedulerCarriesTheSignalOn()
     EXPECT_REQUESTS(Bus(), {});
 }
 
-QTEST_GUILESS_MAIN(RequestPddActionTest)
+OZNA_CASE(RequestPddAction, RequestPddActionTest)
 #include "tst_RequestPddAction.moc"

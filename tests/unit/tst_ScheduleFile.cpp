@@ -1,6 +1,7 @@
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <QFile>
 #include <QSignalSpy>
@@ -222,5 +223,5 @@ void ScheduleFileTest::AnActionsPddRequestReachesTheScheduler()
     QCOMPARE(expected[0], (QVariantList{1U, true}));
 }
 
-QTEST_GUILESS_MAIN(ScheduleFileTest)
+OZNA_CASE(ScheduleFile, ScheduleFileTest)
 #include "tst_ScheduleFile.moc"

@@ -1,5 +1,6 @@
 #include "SchedulerAdaptor.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <QMetaClassInfo>
 #include <QMetaMethod>
@@ -137,5 +138,5 @@ void SchedulerAdaptorTest::EverySignalIsRelayed()
     QCOMPARE(expecting[0], (QVariantList{1U, true}));
 }
 
-QTEST_GUILESS_MAIN(SchedulerAdaptorTest)
+OZNA_CASE(SchedulerAdaptor, SchedulerAdaptorTest)
 #include "tst_SchedulerAdaptor.moc"

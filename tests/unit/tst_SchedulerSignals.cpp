@@ -1,6 +1,7 @@
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <UpdateManagerProxy.h>
 
@@ -172,5 +173,5 @@ void SchedulerSignalsTest::TheTimersFireOneIntervalAfterTheStart()
     QCOMPARE(LogRecorder::Messages().count(u"Checking far actions"_s), 1);
 }
 
-QTEST_GUILESS_MAIN(SchedulerSignalsTest)
+OZNA_CASE(SchedulerSignals, SchedulerSignalsTest)
 #include "tst_SchedulerSignals.moc"

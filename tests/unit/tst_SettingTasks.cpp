@@ -1,4 +1,5 @@
 #include "OneRequest.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/Amplifiers.h"
 #include "tasks/Camera.h"
@@ -218,5 +219,5 @@ void SettingTasksTest::ARequestIsSentAndItsAnswerLogged()
     OneRequestRows::Check(Bus());
 }
 
-QTEST_GUILESS_MAIN(SettingTasksTest)
+OZNA_CASE(SettingTasks, SettingTasksTest)
 #include "tst_SettingTasks.moc"

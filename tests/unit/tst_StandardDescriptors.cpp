@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "process/StandardDescriptors.h"
 
 #include <QTest>
@@ -87,5 +88,5 @@ void StandardDescriptorsTest::WhatIsClosedIsOpenedOnTheNullDevice()
     QCOMPARE(WEXITSTATUS(status), 0);
 }
 
-QTEST_GUILESS_MAIN(StandardDescriptorsTest)
+OZNA_CASE(StandardDescriptors, StandardDescriptorsTest)
 #include "tst_StandardDescriptors.moc"

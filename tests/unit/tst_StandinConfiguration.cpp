@@ -1,4 +1,5 @@
 #include "OrdinaryUser.h"
+#include "Suite.h"
 
 #include <Configuration.h>
 
@@ -179,5 +180,5 @@ void StandinConfigurationTest::EachReadSeesTheFileAsItIs()
     QVERIFY(!Configuration(OBJECT).IsValid());
 }
 
-QTEST_GUILESS_MAIN(StandinConfigurationTest)
+OZNA_CASE(StandinConfiguration, StandinConfigurationTest)
 #include "tst_StandinConfiguration.moc"

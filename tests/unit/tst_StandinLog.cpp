@@ -1,3 +1,5 @@
+#include "Suite.h"
+
 #include <LogInterface.h>
 
 #include <QDeadlineTimer>
@@ -526,5 +528,5 @@ void StandinLogTest::TheLossIsAWarning()
     QCOMPARE(channel.Read(), "1 /origin text\n"_ba);
 }
 
-QTEST_GUILESS_MAIN(StandinLogTest)
+OZNA_CASE(StandinLog, StandinLogTest)
 #include "tst_StandinLog.moc"

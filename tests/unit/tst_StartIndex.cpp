@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "starts/StartIndex.h"
 
@@ -57,5 +58,5 @@ void StartIndexTest::TheLatestMomentIsNowAtTheLatest()
     QCOMPARE(qint64{StartIndex::Latest(NOON_S, now_s)}, latest_s);
 }
 
-QTEST_GUILESS_MAIN(StartIndexTest)
+OZNA_CASE(StartIndex, StartIndexTest)
 #include "tst_StartIndex.moc"

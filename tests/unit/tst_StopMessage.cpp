@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/StopMessage.h"
 
@@ -59,5 +60,5 @@ void StopMessageTest::ItAsksToStopTheFile()
     }
 }
 
-QTEST_GUILESS_MAIN(StopMessageTest)
+OZNA_CASE(StopMessage, StopMessageTest)
 #include "tst_StopMessage.moc"

@@ -1,9 +1,13 @@
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
+#include "peers/LastCalls.h"
 #include "peers/PeerCall.h"
 #include "process/StopRequest.h"
 
+#include <GpsManagerProxy.h>
+#include <NetworkManagerProxy.h>
 #include <UpdateManagerProxy.h>
 
 #include <QSignalSpy>
@@ -37,6 +41,7 @@ private Q_SLOTS:
     void ACallIsNotSent();
     void ACallThatWasNotSentIsNotJudged();
     void DeletionStillAsks();
+    void APeerIsSilentOnlyFromTheRequestOn();
 
 private:
     void End() override;
@@ -148,5 +153,15 @@ void StopRequestTest::DeletionStillAsks()
     LogRecorder::Clear();
 }
 
-QTEST_GUILESS_MAIN(StopRequestTest)
+void StopRequestTest::APeerIsSilentOnlyFromTheRequestOn()
+{
+    LastCalls::NoteTimeOut(Scheduler::m_gpsManProxy);
+    QVERIFY(!LastCalls::IsSilent(Scheduler::m_gpsManProxy));
+    StopRequest::Make();
+    LastCalls::NoteTimeOut(Scheduler::m_gpsManProxy);
+    QVERIFY(LastCalls::IsSilent(Scheduler::m_gpsManProxy));
+    QVERIFY(!LastCalls::IsSilent(Scheduler::m_networkManProxy));
+}
+
+OZNA_CASE(StopRequest, StopRequestTest)
 #include "tst_StopRequest.moc"

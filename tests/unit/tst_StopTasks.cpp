@@ -1,4 +1,5 @@
 #include "OneRequest.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/StopPlaylist.h"
 #include "tasks/StopRadioFm.h"
@@ -96,5 +97,5 @@ void StopTasksTest::AStopIsSentAndItsAnswerLogged()
     OneRequestRows::Check(Bus());
 }
 
-QTEST_GUILESS_MAIN(StopTasksTest)
+OZNA_CASE(StopTasks, StopTasksTest)
 #include "tst_StopTasks.moc"

@@ -1,4 +1,5 @@
 #include "OrdinaryUser.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayStream.h"
 
@@ -130,5 +131,5 @@ void StreamServerTest::EachRunReadsTheConfigurationAnew()
     }
 }
 
-QTEST_GUILESS_MAIN(StreamServerTest)
+OZNA_CASE(StreamServer, StreamServerTest)
 #include "tst_StreamServer.moc"

@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "UnitTest.h"
 #include "text/StringUtils.h"
 
@@ -68,5 +69,5 @@ void StringUtilsTest::AVeryLongLineIsSplitWhole()
     QCOMPARE(tokens.last(), u"abc"_s);
 }
 
-QTEST_GUILESS_MAIN(StringUtilsTest)
+OZNA_CASE(StringUtils, StringUtilsTest)
 #include "tst_StringUtils.moc"

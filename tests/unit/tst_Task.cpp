@@ -1,4 +1,5 @@
 #include "FakeTask.h"
+#include "Suite.h"
 #include "TaskTable.h"
 #include "UnitTest.h"
 
@@ -227,5 +228,5 @@ void TaskTest::TheBaseTakesWhatItDoesNotUse()
     EXPECT_LOG(9, {});
 }
 
-QTEST_GUILESS_MAIN(TaskTest)
+OZNA_CASE(Task, TaskTest)
 #include "tst_Task.moc"

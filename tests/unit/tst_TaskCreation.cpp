@@ -2,6 +2,7 @@
 #include "ActionLine.h"
 #include "PlaylistLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 #include "text/Rejection.h"
 
 #include <optional>
@@ -298,5 +299,5 @@ void TaskCreationTest::ARejectedLineLeavesTheOthers()
                 {4, "[Scheduler.cpp] Schedule started"}});
 }
 
-QTEST_GUILESS_MAIN(TaskCreationTest)
+OZNA_CASE(TaskCreation, TaskCreationTest)
 #include "tst_TaskCreation.moc"

@@ -1,4 +1,5 @@
 #include "Scheduler.h"
+#include "Suite.h"
 #include "UnitTest.h"
 #include "peers/ProxyTimeout.h"
 #include "tasks/EnableAux.h"
@@ -196,5 +197,5 @@ void TaskHelpersTest::AKindHasItsSignalsAndSlots()
     QCOMPARE(metaObject->superClass(), isBase ? &QObject::staticMetaObject : &Task::staticMetaObject);
 }
 
-QTEST_GUILESS_MAIN(TaskHelpersTest)
+OZNA_CASE(TaskHelpers, TaskHelpersTest)
 #include "tst_TaskHelpers.moc"

@@ -1,5 +1,6 @@
 #include "FakeTask.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <set>
 
@@ -128,5 +129,5 @@ void TimerPhasesTest::TheFirstSecondsOfADayDependOnThePhase()
     QCOMPARE(started, phases);
 }
 
-QTEST_GUILESS_MAIN(TimerPhasesTest)
+OZNA_CASE(TimerPhases, TimerPhasesTest)
 #include "tst_TimerPhases.moc"

@@ -1,5 +1,6 @@
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <UpdateManagerProxy.h>
 
@@ -99,5 +100,5 @@ void WaitingUpdatesTest::ACoveredAnnouncementIsLogged()
                    SchedulerLines::Started(Data(), u"schedule.csv"_s, SchedulerLines::ONE_STOP) + updated));
 }
 
-QTEST_GUILESS_MAIN(WaitingUpdatesTest)
+OZNA_CASE(WaitingUpdates, WaitingUpdatesTest)
 #include "tst_WaitingUpdates.moc"

@@ -3,6 +3,7 @@
 #include "Requests.h"
 #include "SchedulerAccess.h"
 #include "SchedulerTest.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QSet>
@@ -266,5 +267,5 @@ void YearTest::EveryRequestComesOnceAndInTime()
     m_device.reset();
 }
 
-QTEST_GUILESS_MAIN(YearTest)
+OZNA_CASE(Year, YearTest)
 #include "tst_Year.moc"

@@ -24,7 +24,7 @@ constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 constexpr int WARM_UP_DAYS = 7;
 
 // Passes behind the end that may decide on a start before it.
-constexpr int MOST_DECIDING = 4;
+constexpr int DECIDING_PASSES = 4;
 
 // A day of thousands of lines takes a while: who waits is asked in between as well.
 constexpr int TICKS_A_QUESTION = 256;
@@ -175,7 +175,7 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
             return false;
         m_watches.Sort(scheduler);
         // The first far pass of a stretch sees what the clocks left out before it.
-        const bool mustLook = scheduler.IsDeciding() || m_farPasses == passes;
+        const bool mustLook = m_farPasses == passes;
         const qint64 far_ms = mustLook ? free_ms : m_watches.NextFar_ms(free_ms);
         const qint64 early_ms = m_watches.NextEarly_ms(free_ms);
         qint64 tick_ms = stretch.end_ms;
@@ -201,7 +201,7 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
 // What was due right before the end is decided on after it.
 void Rehearsal::Decide(Scheduler& scheduler)
 {
-    for (int i = 0; i <= MOST_DECIDING && (i == 0 || scheduler.IsDeciding()); ++i)
+    for (int i = 0; i < DECIDING_PASSES; ++i)
     {
         m_clock.PassTo(m_clock.TickFrom(std::max(m_clock.Now_ms() + 1, End_ms()), Scheduler::FAR_INTERVAL_MS));
         scheduler.CheckFarActions();

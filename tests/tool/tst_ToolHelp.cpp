@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 #include "ToolHelp.h"
 
 #include <QRegularExpression>
@@ -120,5 +121,5 @@ void tst_ToolHelp::ColoursAreForTerminalsAlone()
     QVERIFY2(result.output.contains(QLatin1String("SetMasterVolume(5.0)")), qPrintable(result.output));
 }
 
-QTEST_GUILESS_MAIN(tst_ToolHelp)
+OZNA_CASE(ToolHelp, tst_ToolHelp)
 #include "tst_ToolHelp.moc"

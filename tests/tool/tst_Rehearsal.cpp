@@ -1,12 +1,11 @@
 #include "DaemonLog.h"
 #include "RandomSchedule.h"
+#include "Suite.h"
 #include "TextDiff.h"
 #include "TimeZone.h"
 #include "engine/ClockChange.h"
 #include "engine/Rehearsal.h"
 #include "engine/Workspace.h"
-
-#include <QTest>
 
 #include <QHash>
 #include <QRegularExpression>
@@ -152,6 +151,9 @@ struct RandomPlan
 class RehearsalTest final : public QObject
 {
     Q_OBJECT
+public:
+    static void initMain() { Workspace::PrepareProcess(); }
+
 private Q_SLOTS:
     void SkippingAheadChangesNothing_data() { AddSeeds(OZNA_SEEDS); }
     void SkippingAheadChangesNothing();
@@ -291,12 +293,5 @@ void RehearsalTest::cleanupTestCase()
     QVERIFY(m_causes.size() >= OZNA_SEEDS / 10 - 1);
 }
 
-int main(int argc, char* argv[])
-{
-    Workspace::PrepareProcess();
-    const QCoreApplication application(argc, argv);
-    RehearsalTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+OZNA_CASE(Rehearsal, RehearsalTest)
 #include "tst_Rehearsal.moc"

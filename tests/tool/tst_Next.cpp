@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -141,5 +142,5 @@ void tst_Next::ANumberThatIsNoneIsRefused()
     QCOMPARE(result.status, 3);
 }
 
-QTEST_GUILESS_MAIN(tst_Next)
+OZNA_CASE(Next, tst_Next)
 #include "tst_Next.moc"

@@ -1,6 +1,7 @@
 #include "Browser.h"
 #include "PageScripts.h"
 #include "PageTest.h"
+#include "Suite.h"
 #include "TextDiff.h"
 
 #include <QElapsedTimer>
@@ -247,5 +248,5 @@ void HtmlPageTest::TenThousandEventsAreShown()
           static_cast<long long>(loading_ms), static_cast<long long>(page.size() / 1024));
 }
 
-QTEST_GUILESS_MAIN(HtmlPageTest)
+OZNA_CASE(HtmlPage, HtmlPageTest)
 #include "tst_HtmlPage.moc"

@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 #include "TextDiff.h"
 
 #include <QDir>
@@ -119,5 +120,5 @@ void RehearseTest::AMomentThatIsNoneIsNamed()
     QCOMPARE(outcome.status, STATUS_FAILED);
 }
 
-QTEST_GUILESS_MAIN(RehearseTest)
+OZNA_CASE(Rehearse, RehearseTest)
 #include "tst_Rehearse.moc"

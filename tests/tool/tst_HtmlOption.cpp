@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QFile>
@@ -159,5 +160,5 @@ void HtmlOptionTest::TheHelpFitsAScreen()
         QVERIFY2(line.size() <= 80, line.constData());
 }
 
-QTEST_GUILESS_MAIN(HtmlOptionTest)
+OZNA_CASE(HtmlOption, HtmlOptionTest)
 #include "tst_HtmlOption.moc"

@@ -1,4 +1,5 @@
 #include "CheckRun.h"
+#include "Suite.h"
 #include "TaskTable.h"
 #include "TextDiff.h"
 #include "check/Findings.h"
@@ -136,5 +137,5 @@ void CheckKindsTest::GoodLinesAreLeftAlone()
     QCOMPARE(run.errors, QByteArray());
 }
 
-QTEST_GUILESS_MAIN(CheckKindsTest)
+OZNA_CASE(CheckKinds, CheckKindsTest)
 #include "tst_CheckKinds.moc"

@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 #include "ToolHelp.h"
 #include "check/FindingKind.h"
 
@@ -143,5 +144,5 @@ void tst_ManPages::EveryTaskStandsInTheFormatsPage()
     }
 }
 
-QTEST_GUILESS_MAIN(tst_ManPages)
+OZNA_CASE(ManPages, tst_ManPages)
 #include "tst_ManPages.moc"

@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -130,5 +131,5 @@ void tst_Diff::PlaylistsAreThoseBesideEachFile()
     QCOMPARE(result.status, 2);
 }
 
-QTEST_GUILESS_MAIN(tst_Diff)
+OZNA_CASE(Diff, tst_Diff)
 #include "tst_Diff.moc"

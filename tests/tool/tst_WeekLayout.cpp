@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "TimeZone.h"
 #include "base/Moment.h"
 #include "html/HourScale.h"
@@ -209,5 +210,5 @@ void WeekLayoutTest::ASpanIsCutIntoWeeks()
     QTEST(days, "days");
 }
 
-QTEST_APPLESS_MAIN(WeekLayoutTest)
+OZNA_CASE(WeekLayout, WeekLayoutTest)
 #include "tst_WeekLayout.moc"

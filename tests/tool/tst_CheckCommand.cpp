@@ -1,5 +1,6 @@
 #include "CheckRun.h"
 #include "OrdinaryUser.h"
+#include "Suite.h"
 #include "TextDiff.h"
 
 #include <QElapsedTimer>
@@ -278,5 +279,5 @@ void CheckCommandTest::OfManyLinesThatAreHeldUpTheFirstAreNamed()
              qPrintable(lines[0]));
 }
 
-QTEST_GUILESS_MAIN(CheckCommandTest)
+OZNA_CASE(CheckCommand, CheckCommandTest)
 #include "tst_CheckCommand.moc"

@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -122,5 +123,5 @@ void tst_Dst::ARejectedLineIsToldAndGivesStatus2()
     QCOMPARE(result.status, 2);
 }
 
-QTEST_GUILESS_MAIN(tst_Dst)
+OZNA_CASE(Dst, tst_Dst)
 #include "tst_Dst.moc"

@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 #include "ToolHelp.h"
 
 #include <QTest>
@@ -88,5 +89,5 @@ void tst_Completion::ValuesAreOfferedByTheirKind()
     QCOMPARE(Offered(words), offered);
 }
 
-QTEST_GUILESS_MAIN(tst_Completion)
+OZNA_CASE(Completion, tst_Completion)
 #include "tst_Completion.moc"

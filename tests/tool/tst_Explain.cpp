@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -231,5 +232,5 @@ void tst_Explain::ControlCharactersAreShownAndNotSent()
     QCOMPARE(result.output, QStringLiteral("Every day at 06:00:00, play the message a\\x1b[31mb.mp3.\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_Explain)
+OZNA_CASE(Explain, tst_Explain)
 #include "tst_Explain.moc"

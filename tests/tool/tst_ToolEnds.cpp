@@ -1,4 +1,5 @@
 #include "CommandCall.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QFile>
@@ -153,5 +154,5 @@ void tst_ToolEnds::InAPipeNoBarShowsAndASignalEndsIt()
     QVERIFY2(output.startsWith("Wed 2024-05-15\n") && output.endsWith(" requests\n"), output.right(200).constData());
 }
 
-QTEST_GUILESS_MAIN(tst_ToolEnds)
+OZNA_CASE(ToolEnds, tst_ToolEnds)
 #include "tst_ToolEnds.moc"
