@@ -5,12 +5,12 @@
 #include "TaskTable.h"
 #include "tasks/PlayPlaylist.h"
 #include "tasks/RequestPddAction.h"
+#include "text/Rejection.h"
 #include "text/ScheduleFields.h"
 #include "text/StringUtils.h"
 
 #include <algorithm>
 #include <limits>
-#include <stdexcept>
 
 using namespace ScheduleFields;
 
@@ -19,16 +19,11 @@ namespace
 
 constexpr int LOST_S = 4; // ahead of the start, the last one included
 
-bool IsBetween(int value, int first, int last)
-{
-    return value >= first && value <= last;
-}
-
 int ParseSpot(const char* name, const QString& field, int first, int last)
 {
     bool isNumber = false;
     const int value = field.toInt(&isNumber);
-    if (isNumber && IsBetween(value, first, last))
+    if (isNumber && value >= first && value <= last)
         return value;
     OZNA_LOG(LEVEL_TRACE, "Found %s=%s, consider %s=all", name, qPrintable(field), name);
     return ANY;
@@ -42,11 +37,9 @@ Action::Action(const QString& line)
 
     const qsizetype fieldCount = StringUtils::CountTokens(line, FIELD_SEPARATOR);
     if (fieldCount <= FIELD_TASK)
-    {
-        OZNA_LOG(LEVEL_ERROR, "Wrong action fields (%d found, at least %d expected)", static_cast<int>(fieldCount),
-                 FIELD_TASK + 1);
-        throw std::invalid_argument("action fields");
-    }
+        throw Rejection(Rejection::Cause::FIELD_COUNT,
+                        OZNA_TELL(LEVEL_ERROR, "Wrong action fields (%d found, at least %d expected)",
+                                  static_cast<int>(fieldCount), FIELD_TASK + 1));
 
     const QStringList fields = StringUtils::FirstTokens(line, FIELD_SEPARATOR, FIELD_COUNT);
     ParseWeekDays(fields[FIELD_DAYS]);
@@ -65,10 +58,9 @@ void Action::ParseStartTime(const QString& field)
 {
     const QStringList parts = StringUtils::FirstTokens(field, TIME_SEPARATOR, TIME_PARTS);
     if (parts.size() < TIME_PARTS)
-    {
-        OZNA_LOG(LEVEL_ERROR, "Wrong action start time (%s: hour:minute:second expected)", qPrintable(field));
-        throw std::invalid_argument("action start time");
-    }
+        throw Rejection(
+            Rejection::Cause::START_TIME,
+            OZNA_TELL(LEVEL_ERROR, "Wrong action start time (%s: hour:minute:second expected)", qPrintable(field)));
     m_hour = parts[0].toInt();
     m_minute = parts[1].toInt();
     m_second = parts[2].toInt();
@@ -102,24 +94,16 @@ void Action::CreateTask(TaskType type, const QString& startTime, const QString& 
 {
     const TaskKind* kind = TaskTable::Find(type);
     if (kind == nullptr || kind->create == nullptr)
-    {
-        OZNA_LOG(LEVEL_ERROR, "Unknown task (%d)", type);
-        throw std::invalid_argument("task");
-    }
+        throw Rejection(Rejection::Cause::TASK, OZNA_TELL(LEVEL_ERROR, "Unknown task (%d)", type));
     if (!kind->Accepts(StringUtils::CountTokens(parameterText, PARAMETER_SEPARATOR)))
-    {
-        OZNA_LOG(LEVEL_ERROR, "Wrong task parameters (%s)", kind->logName);
-        throw std::invalid_argument("task parameters");
-    }
+        throw Rejection(Rejection::Cause::PARAMETERS,
+                        OZNA_TELL(LEVEL_ERROR, "Wrong task parameters (%s)", kind->logName));
     const QStringList parameters = StringUtils::FirstTokens(parameterText, PARAMETER_SEPARATOR, MOST_PARAMETERS);
     m_task = kind->create({startTime, parameterText, parameters});
 
     const auto* pdd = qobject_cast<const RequestPddAction*>(m_task.get());
     if (pdd != nullptr && !connect(pdd, &RequestPddAction::PddAction, this, &Action::OnPddActionRequest))
-    {
-        OZNA_LOG(LEVEL_ERROR, "RequestPddAction task creation failed");
-        throw std::runtime_error("task signal");
-    }
+        throw Rejection(Rejection::Cause::TASK, OZNA_TELL(LEVEL_ERROR, "RequestPddAction task creation failed"));
 }
 
 bool Action::IsDueOn(const QDate& date) const
@@ -156,7 +140,7 @@ bool Action::IsEarly() const
 
 bool Action::IsAhead() const
 {
-    return IsBetween(SecondsToStart(), 1, EARLY_S);
+    return AHEAD.Has(SecondsToStart());
 }
 
 std::optional<int> Action::StartSecond() const
@@ -174,9 +158,26 @@ bool Action::ToleratesLateness() const
     return m_task->GetDelayable_s() != 0 && (playlist == nullptr || !playlist->IsCompleted());
 }
 
+// A tolerance beyond every int counts as none here.
+Action::Window Action::LateStart() const
+{
+    return ToleratesLateness() ? Window{0, -std::int64_t{static_cast<int>(m_task->GetDelayable_s())}} : Window{};
+}
+
 bool Action::IsLateStart() const
 {
-    return ToleratesLateness() && static_cast<int>(m_task->GetDelayable_s()) >= Clock::SecondsSince(m_startTime);
+    return LateStart().Has(-Clock::SecondsSince(m_startTime));
+}
+
+Action::Window Action::InTime() const
+{
+    return {IsPrepared() ? PREPARED_AHEAD_S : 0, -IN_TIME_S};
+}
+
+Action::Window Action::Delayed() const
+{
+    const unsigned int tolerance_s = m_task->GetDelayable_s();
+    return tolerance_s != 0 ? Window{0, -std::int64_t{tolerance_s}} : Window{};
 }
 
 bool Action::IsReady()
@@ -187,26 +188,25 @@ bool Action::IsReady()
         OZNA_LOG(LEVEL_DETAIL, "Task %s IsReady (forced ready)", qPrintable(m_task->GetName()));
         return true;
     }
-    const int toStart_s = SecondsToStart();
-    if (IsBetween(toStart_s, -IN_TIME_S, 0) || (IsPrepared() && IsBetween(toStart_s, 1, PREPARED_AHEAD_S)))
+    if (InTime().Has(SecondsToStart()))
     {
         OZNA_LOG(LEVEL_DETAIL, "Task %s IsReady (in time)", qPrintable(m_task->GetName()));
         return true;
     }
-    const unsigned int tolerance_s = m_task->GetDelayable_s();
-    if (tolerance_s == 0)
+    const Window delayed = Delayed();
+    if (delayed.IsEmpty())
         return false;
     m_delay = Clock::SecondsSince(m_startTime);
-    if (tolerance_s < static_cast<unsigned int>(m_delay))
+    if (!delayed.Has(-m_delay))
         return false;
     OZNA_LOG(LEVEL_WARNING, "Task %s IsDelayed but still valid (accumulated delay: %d s, tolerated delay: %u s)",
-             qPrintable(m_task->GetName()), m_delay, tolerance_s);
+             qPrintable(m_task->GetName()), m_delay, m_task->GetDelayable_s());
     return true;
 }
 
 bool Action::IsLost() const
 {
-    if (!IsPrepared() || !IsBetween(SecondsToStart(), 1, LOST_S))
+    if (!IsPrepared() || !Window{LOST_S, 1}.Has(SecondsToStart()))
         return false;
     OZNA_LOG(LEVEL_WARNING, "Task %s IsLost (ready in less than %d s)", qPrintable(m_task->GetName()), LOST_S);
     return true;

@@ -23,8 +23,8 @@ class Action final : public QObject, public ActionDays
 {
     Q_OBJECT
 public:
-    // Logs what it understood. Throws std::invalid_argument, with the reason logged at level 1, on a line that cannot
-    // become an action; a task's constructor may throw another standard exception.
+    // Logs what it understood. Throws Rejection, with the reason logged at level 1, on a line that cannot become an
+    // action.
     explicit Action(const QString& line);
     ~Action() override;
 
@@ -56,6 +56,24 @@ public:
     static constexpr int EARLY_S = 12;
     static constexpr int PREPARED_AHEAD_S = 8; // how far ahead of its start a message or playlist is requested
     static constexpr int IN_TIME_S = 2;
+
+    // A span of time around a start, in whole seconds that are left until the start: negative after it. Both ends are
+    // part of it; it counts down, from first_s to last_s.
+    struct Window
+    {
+        std::int64_t first_s = 0;
+        std::int64_t last_s = 1;
+
+        [[nodiscard]] constexpr bool IsEmpty() const { return first_s < last_s; }
+        [[nodiscard]] constexpr bool Has(std::int64_t left_s) const { return left_s <= first_s && left_s >= last_s; }
+    };
+
+    // When the predicates hold, but for what else they ask for: IsAhead; IsLateStart; IsReady in time, and late. The
+    // windows of what is late count from the start that came last.
+    static constexpr Window AHEAD{EARLY_S, 1};
+    [[nodiscard]] Window LateStart() const;
+    [[nodiscard]] Window InTime() const;
+    [[nodiscard]] Window Delayed() const;
 
     // Whether the request is sent ahead of the start, and the peer starts it itself at the start time.
     bool IsPrepared() const;

@@ -65,29 +65,55 @@ private:
     const locale_t m_earlier;
 };
 
+struct Record
+{
+    std::array<char, Log::RECORD_SIZE> text = {};
+    size_t begin = 0; // of the message, behind "[file:line] "
+};
+
+__attribute__((format(printf, 2, 0))) Record Format(Log::Site site, const char* format, va_list arguments)
+{
+    Record record;
+    const int prefix = std::snprintf(record.text.data(), record.text.size(), "[%s:%d] ", site.file, site.line);
+    record.begin = std::clamp<size_t>(static_cast<size_t>(std::max(prefix, 0)), 0, record.text.size() - 1);
+
+    char* const message = record.text.data() + record.begin;
+    const size_t room = record.text.size() - record.begin;
+    const PlainNumbers plainNumbers;
+    const int wanted = std::vsnprintf(message, room, format, arguments);
+
+    // A negative length is a text of more than two gigabytes: what fits of it is there, unterminated perhaps.
+    record.text.back() = '\0';
+    if (wanted < 0 || static_cast<size_t>(wanted) >= room)
+        message[WholeCharacters(message, std::strlen(message))] = '\0';
+    return record;
+}
+
+void HandOver(LogLevel level, const char* origin, const Record& record)
+{
+    _logInterface->EmitLogString(level, record.text.data(), origin);
+}
+
 } // namespace
 
 void Log::Emit(LogLevel level, const char* origin, Site site, const char* format, ...)
 {
     if (_logInterface == nullptr)
         return;
-
-    std::array<char, RECORD_SIZE> record{};
-    const int prefix = std::snprintf(record.data(), record.size(), "[%s:%d] ", site.file, site.line);
-    const size_t begin = std::clamp<size_t>(static_cast<size_t>(std::max(prefix, 0)), 0, record.size() - 1);
-
-    char* const message = record.data() + begin;
-    const size_t room = record.size() - begin;
-    const PlainNumbers plainNumbers;
     va_list arguments;
     va_start(arguments, format);
-    const int wanted = std::vsnprintf(message, room, format, arguments);
+    const Record record = Format(site, format, arguments);
     va_end(arguments);
+    HandOver(level, origin, record);
+}
 
-    // A negative length is a text of more than two gigabytes: what fits of it is there, unterminated perhaps.
-    record.back() = '\0';
-    if (wanted < 0 || static_cast<size_t>(wanted) >= room)
-        message[WholeCharacters(message, std::strlen(message))] = '\0';
-
-    _logInterface->EmitLogString(level, record.data(), origin);
+QString Log::Tell(LogLevel level, const char* origin, Site site, const char* format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    const Record record = Format(site, format, arguments);
+    va_end(arguments);
+    if (_logInterface != nullptr)
+        HandOver(level, origin, record);
+    return QString::fromUtf8(record.text.data() + record.begin).trimmed();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 // How grave a record is; the numbers are the log service's.
 enum LogLevel : unsigned int
 {
@@ -30,6 +32,11 @@ struct Site
 // A cut never leaves half a UTF-8 character. Never throws; without a log client the record is dropped.
 void Emit(LogLevel level, const char* origin, Site site, const char* format, ...) __attribute__((format(printf, 4, 5)));
 
+// The same, and gives the message as the record has it, without "[file:line] " and without blanks at its end, for who
+// has to know what was told. It is given without a log client too.
+QString Tell(LogLevel level, const char* origin, Site site, const char* format, ...)
+    __attribute__((format(printf, 4, 5)));
+
 } // namespace Log
 
 #define OZNA_LOG_SITE (Log::Site{__FILE__, __LINE__})
@@ -40,3 +47,8 @@ void Emit(LogLevel level, const char* origin, Site site, const char* format, ...
 // The same for the few records with another origin, and for code that logs on behalf of its caller.
 #define OZNA_LOG_FROM(origin, level, ...) Log::Emit((level), (origin), OZNA_LOG_SITE, __VA_ARGS__)
 #define OZNA_LOG_AT(site, level, ...) Log::Emit((level), Log::ORIGIN, (site), __VA_ARGS__)
+
+// The three, where the message is to be known as well.
+#define OZNA_TELL(level, ...) Log::Tell((level), Log::ORIGIN, OZNA_LOG_SITE, __VA_ARGS__)
+#define OZNA_TELL_FROM(origin, level, ...) Log::Tell((level), (origin), OZNA_LOG_SITE, __VA_ARGS__)
+#define OZNA_TELL_AT(site, level, ...) Log::Tell((level), Log::ORIGIN, (site), __VA_ARGS__)

@@ -2,6 +2,7 @@
 
 #include "TaskType.h"
 
+#include <QList>
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
@@ -20,6 +21,15 @@ enum PDD_ACTION : std::int32_t
 
 // How log records name the action: "STREAM_MIC", and "UNKNOWN" for everything else.
 const char* PddActionName(PDD_ACTION action);
+
+// What a task has to make do with since it was made. A record of level 2 has told it.
+struct TaskWarning
+{
+    static constexpr int NO_PARAMETER = -1;
+
+    int parameter; // which one a default stands for, counted from 0; NO_PARAMETER where it is about something else
+    QString text;  // as the record has it
+};
 
 // The work of one action. Owned by its action, without a Qt parent; used on the event-loop thread only.
 class Task : public QObject
@@ -46,6 +56,9 @@ public:
     // Tells the task that it counts as played to its end, or not.
     virtual void SetCompleted(bool completed);
 
+    // In the order of their records.
+    [[nodiscard]] const QList<TaskWarning>& Warnings() const { return m_warnings; }
+
     // The type that a schedule line asks for by number or by name: any decimal number as it stands,
     // a known name's type, TASK_UNKNOWN for every other text.
     static TaskType NameToType(const QString& name);
@@ -58,6 +71,9 @@ public:
     const TaskType m_type;
 
 protected:
+    // A record of level 2 has told that; see TaskWarning.
+    void NoteWarning(int parameter, const QString& text) { m_warnings.append({parameter, text}); }
+
     // Marks the task as running, before it calls its peer, and forgets the peer that did the work before.
     void BeginWork();
 
@@ -73,6 +89,7 @@ protected:
 private:
     void OnPeerLeft(const QString& name);
 
+    QList<TaskWarning> m_warnings;
     QString m_peer; // the unique name of who does the work; empty: not known
     QMetaObject::Connection m_peerLeft;
     bool m_endedWithPeer = false;

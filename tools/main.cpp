@@ -1,9 +1,9 @@
-#include "CommandLine.h"
-#include "Commands.h"
-#include "ExitStatus.h"
-#include "Terminal.h"
-#include "ToolError.h"
-#include "Workspace.h"
+#include "base/CommandLine.h"
+#include "base/ExitStatus.h"
+#include "base/Terminal.h"
+#include "base/ToolError.h"
+#include "commands/Commands.h"
+#include "engine/Workspace.h"
 
 #include <QCoreApplication>
 

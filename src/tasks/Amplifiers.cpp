@@ -7,7 +7,8 @@
 Amplifiers::Amplifiers(const QString& mask)
     : PunctualTask(TASK_AMPLIFIERS, {})
     , m_mask(Parameter::ToInt(mask, 0, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse Amplifiers mask from parameters: '%s'. Using 0.", qPrintable(mask));
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Amplifiers mask from parameters: '%s'. Using 0.",
+                                 qPrintable(mask)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Amplifiers: %d", m_mask);

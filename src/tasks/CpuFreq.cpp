@@ -7,7 +7,8 @@ CpuFreq::CpuFreq(const QString& frequency)
     : PunctualTask(TASK_SET_CPU_FREQ, {})
     , m_freqMHz(FREQUENCY_MHZ)
 {
-    OZNA_LOG(LEVEL_WARNING, "Can't parse Cpu frequency from parameters: '%s'. Using 456.", qPrintable(frequency));
+    NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Cpu frequency from parameters: '%s'. Using 456.",
+                             qPrintable(frequency)));
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | CpuFreq: %d", m_freqMHz);
 }
 

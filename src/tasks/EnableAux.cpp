@@ -7,8 +7,9 @@
 EnableAux::EnableAux(const QString& enable)
     : PunctualTask(TASK_ENABLE_AUX, {})
     , m_enable(Parameter::ToSwitch(enable, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse EnableAux enable from parameters: '%s'. Using enable=FALSE.",
-                 qPrintable(enable));
+        NoteWarning(0,
+                    OZNA_TELL(LEVEL_WARNING, "Can't parse EnableAux enable from parameters: '%s'. Using enable=FALSE.",
+                              qPrintable(enable)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | EnableAux(%d)", m_enable);

@@ -7,8 +7,8 @@
 Gps::Gps(const QString& enable)
     : PunctualTask(TASK_GPS, {})
     , m_enabled(Parameter::ToSwitch(enable, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse Gps enabled/disabled from parameters: '%s'. Using false.",
-                 qPrintable(enable));
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Gps enabled/disabled from parameters: '%s'. Using false.",
+                                 qPrintable(enable)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Gps: %d", m_enabled);

@@ -7,8 +7,8 @@
 Lan::Lan(const QString& enable)
     : PunctualTask(TASK_LAN, {})
     , m_enabled(Parameter::ToSwitch(enable, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse Lan enabled/disabled from parameters: '%s'. Using false.",
-                 qPrintable(enable));
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Lan enabled/disabled from parameters: '%s'. Using false.",
+                                 qPrintable(enable)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Lan: %d", m_enabled);

@@ -7,7 +7,8 @@
 Light::Light(const QString& intensity)
     : PunctualTask(TASK_LIGHT, {})
     , m_intensity(Parameter::ToInt(intensity, 0, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse Light intensity from parameters: '%s'. Using 0.", qPrintable(intensity));
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Light intensity from parameters: '%s'. Using 0.",
+                                 qPrintable(intensity)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Light: %d", m_intensity);

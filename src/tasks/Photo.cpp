@@ -41,15 +41,17 @@ void Photo::Parse(const QString& parameter)
     {
         const QStringList fields = StringUtils::FirstTokens(parameter, SEPARATOR, FIELDS);
         m_interval_s = Parameter::ToInt(fields.value(0), DEFAULT_INTERVAL_S, [&] {
-            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo interval from parameters: '%s'. Using 0.", qPrintable(shown));
+            NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Photo interval from parameters: '%s'. Using 0.",
+                                     qPrintable(shown)));
         });
         m_numPhoto = Parameter::ToInt(fields.value(1), SINGLE_PHOTO, [&] {
-            OZNA_LOG(LEVEL_WARNING, "Can't parse Photo number from parameters: '%s'. Using 1.", qPrintable(shown));
+            NoteWarning(1, OZNA_TELL(LEVEL_WARNING, "Can't parse Photo number from parameters: '%s'. Using 1.",
+                                     qPrintable(shown)));
         });
     }
     catch (const std::exception&)
     {
-        OZNA_LOG(LEVEL_WARNING, "Error parsing parameters: using defaults (interval=0 s, numPhoto=1)");
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Error parsing parameters: using defaults (interval=0 s, numPhoto=1)"));
         m_interval_s = DEFAULT_INTERVAL_S;
         m_numPhoto = SINGLE_PHOTO;
     }

@@ -4,8 +4,6 @@
 
 #include <SoundManagerProxy.h>
 
-#include <stdexcept>
-
 namespace
 {
 
@@ -14,6 +12,12 @@ constexpr const char* FILE_ORIGIN = "/com/kestrelix/ozna/soundmanager/soundobj";
 constexpr const char* TRACK_ORIGIN = "/com/kestrelix/ozna/audiomanager/audioobj";
 constexpr const char* STOP_ORIGIN = "/com/kestrelix/ozna/updatemanager/updateobj";
 
+[[noreturn]] void Reject(Rejection::Cause cause, QStringList reasons, const QString& file = {})
+{
+    reasons.append(OZNA_TELL(LEVEL_ERROR, "TASK CREATION FAILED"));
+    throw Rejection(cause, reasons.join(QStringLiteral("; ")), file);
+}
+
 } // namespace
 
 PlayPlaylist::PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier)
@@ -21,11 +25,7 @@ PlayPlaylist::PlayPlaylist(const QString& time, const QString& name, const QStri
     , m_name(name)
     , m_startTime(SoundManager::ParseTime(time))
 {
-    if (!LoadPlaylistInfo())
-    {
-        OZNA_LOG(LEVEL_ERROR, "TASK CREATION FAILED");
-        throw std::runtime_error("playlist");
-    }
+    LoadPlaylistInfo();
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayPlaylist: %s at %s (%d s, vol=%d)", qPrintable(m_name),
              qPrintable(SoundManager::FormatTime(m_startTime)), static_cast<int>(m_total_s), Volume());
 }
@@ -54,43 +54,50 @@ void PlayPlaylist::SetCompleted(bool completed)
     m_completed = completed;
 }
 
-bool PlayPlaylist::LoadPlaylistInfo()
+void PlayPlaylist::LoadPlaylistInfo()
 {
     if (m_name.isEmpty())
-    {
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist name not specified");
-        return false;
-    }
+        Reject(Rejection::Cause::PLAYLIST_FILE,
+               {OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist name not specified")});
     const QString path = GetPlaylistsPath() + QLatin1Char('/') + m_name;
     OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Loading playlist from %s", qPrintable(path));
     PlaylistFile playlist(path);
+    Open(playlist, path);
     const TextFile& file = playlist.File();
-    if (!playlist.Open())
-    {
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file open failed (path=%s)", qPrintable(path));
-        if (file.Exists())
-            OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file (path=%s) exists: why I couldn't open it ?",
-                          qPrintable(path));
-        if (!file.OpenError().isEmpty())
-            OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file open error: %s", qPrintable(file.OpenError()));
-        return false;
-    }
     for (PlaylistFile::Line line; playlist.ReadLine(line);)
         Take(line);
     if (!file.ReadError().isEmpty())
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError()));
+        NoteWarning(
+            TaskWarning::NO_PARAMETER,
+            OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file read error: %s", qPrintable(file.ReadError())));
     if (!file.HasLineEnd())
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file may be cut: line %d has no line end (path=%s)",
-                      file.LineNumber(), qPrintable(path));
+        NoteWarning(TaskWarning::NO_PARAMETER,
+                    OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_WARNING,
+                                   "Playlist file may be cut: line %d has no line end (path=%s)", file.LineNumber(),
+                                   qPrintable(path)));
     if (m_items.empty())
     {
         OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist is empty");
-        return false;
+        Reject(Rejection::Cause::PLAYLIST_EMPTY, {});
     }
     m_total_s -= PLAYLIST_GAP_S;
     m_delayable_s = m_total_s - static_cast<unsigned int>(m_items.back().duration_s);
     OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist loaded (%d tracks)", static_cast<int>(m_items.size()));
-    return true;
+}
+
+void PlayPlaylist::Open(PlaylistFile& playlist, const QString& path)
+{
+    if (playlist.Open())
+        return;
+    QStringList reasons{
+        OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist file open failed (path=%s)", qPrintable(path))};
+    const TextFile& file = playlist.File();
+    if (file.Exists())
+        reasons.append(OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_ERROR,
+                                      "Playlist file (path=%s) exists: why I couldn't open it ?", qPrintable(path)));
+    if (!file.OpenError().isEmpty())
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_WARNING, "Playlist file open error: %s", qPrintable(file.OpenError()));
+    Reject(Rejection::Cause::PLAYLIST_FILE, reasons, path);
 }
 
 void PlayPlaylist::Take(const PlaylistFile::Line& line)

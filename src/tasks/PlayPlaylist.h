@@ -2,6 +2,7 @@
 
 #include "PlayTask.h"
 #include "text/PlaylistFile.h"
+#include "text/Rejection.h"
 
 #include <QTime>
 
@@ -14,8 +15,8 @@ class PlayPlaylist final : public PlayTask
     Q_OBJECT
 public:
     // time: "hh:mm:ss", anything else is sent as an empty time. name: the file in the playlist folder.
-    // volume: see PlayTask. Takes the tracks of the file (see PlaylistFile). Throws std::runtime_error, with the reason
-    // logged, when no track can be loaded.
+    // volume: see PlayTask. Takes the tracks of the file (see PlaylistFile). Throws Rejection when no track can be
+    // loaded.
     PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier);
 
     // Stops the playlist when it is still running.
@@ -48,7 +49,8 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QString GetSubject() const override { return m_name; }
 
-    bool LoadPlaylistInfo();
+    void LoadPlaylistInfo();
+    void Open(PlaylistFile& playlist, const QString& path);
     void Take(const PlaylistFile::Line& line);
 
     const QString m_name;

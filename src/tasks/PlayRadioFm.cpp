@@ -6,13 +6,13 @@
 namespace
 {
 
-double ParseFrequency(const QString& text)
+template <typename OnInvalid> double ParseFrequency(const QString& text, OnInvalid onInvalid)
 {
     bool isNumber = false;
     const double frequency = text.toDouble(&isNumber);
     if (isNumber)
         return frequency;
-    OZNA_LOG(LEVEL_WARNING, "Can't parse RadioFm frequency from parameters: '%s'. Using 0.", qPrintable(text));
+    onInvalid();
     return 0;
 }
 
@@ -26,7 +26,10 @@ PeerReply SwitchOn()
 
 PlayRadioFm::PlayRadioFm(const QString& frequency)
     : PunctualTask(TASK_PLAY_RADIO_FM, {})
-    , m_frequencyMHz(ParseFrequency(frequency))
+    , m_frequencyMHz(ParseFrequency(frequency, [&] {
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse RadioFm frequency from parameters: '%s'. Using 0.",
+                                 qPrintable(frequency)));
+    }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayRadioFm: %.2f", m_frequencyMHz);
 }

@@ -6,6 +6,7 @@ namespace
 {
 
 constexpr int KEEP_VOLUME = -1;
+constexpr int VOLUME_PARAMETER = 1;
 
 } // namespace
 
@@ -13,7 +14,8 @@ PlayTask::PlayTask(TaskType type, const char* source, const QString& identifier,
     : Task(type, identifier)
     , m_source(source)
     , m_volume(Parameter::ToInt(volume, KEEP_VOLUME, [&] {
-        OZNA_LOG_AT(site, LEVEL_WARNING, "Invalid volume=%s, not used", qPrintable(volume));
+        NoteWarning(VOLUME_PARAMETER,
+                    OZNA_TELL_AT(site, LEVEL_WARNING, "Invalid volume=%s, not used", qPrintable(volume)));
     }))
 {
 }

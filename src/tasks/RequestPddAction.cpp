@@ -6,12 +6,11 @@
 namespace
 {
 
-PDD_ACTION ParseAction(const QString& text)
+template <typename OnInvalid> PDD_ACTION ParseAction(const QString& text, OnInvalid onInvalid)
 {
     if (Parameter::ToInt(text, NONE, [] {}) == STREAM_MIC)
         return STREAM_MIC;
-    OZNA_LOG(LEVEL_WARNING, "Can't parse RequestPddAction action from parameters: '%s'. Using action=NONE.",
-             qPrintable(text));
+    onInvalid();
     return NONE;
 }
 
@@ -19,10 +18,17 @@ PDD_ACTION ParseAction(const QString& text)
 
 RequestPddAction::RequestPddAction(const QString& action, const QString& enable)
     : PunctualTask(TASK_REQUEST_PDD_ACTION, {})
-    , m_action(ParseAction(action))
+    , m_action(ParseAction(
+          action,
+          [&] {
+              NoteWarning(0, OZNA_TELL(LEVEL_WARNING,
+                                       "Can't parse RequestPddAction action from parameters: '%s'. Using action=NONE.",
+                                       qPrintable(action)));
+          }))
     , m_enable(Parameter::ToSwitch(enable, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse RequestPddAction enable from parameters: '%s'. Using enable=FALSE.",
-                 qPrintable(enable));
+        NoteWarning(1, OZNA_TELL(LEVEL_WARNING,
+                                 "Can't parse RequestPddAction enable from parameters: '%s'. Using enable=FALSE.",
+                                 qPrintable(enable)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | RequestPddAction(%s, %d)", PddActionName(m_action), m_enable);

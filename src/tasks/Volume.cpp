@@ -7,7 +7,8 @@
 Volume::Volume(const QString& volume)
     : PunctualTask(TASK_VOLUME, {})
     , m_volume(Parameter::ToInt(volume, 0, [&] {
-        OZNA_LOG(LEVEL_WARNING, "Can't parse Volume value from parameters: '%s'. Using 0.", qPrintable(volume));
+        NoteWarning(0, OZNA_TELL(LEVEL_WARNING, "Can't parse Volume value from parameters: '%s'. Using 0.",
+                                 qPrintable(volume)));
     }))
 {
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Volume: %d", m_volume);

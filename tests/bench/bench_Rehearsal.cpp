@@ -1,8 +1,8 @@
 // How long the rehearsal of a hundred daily lines takes, and how much sooner it is done than a run of every pass.
 
 #include "HundredLines.h"
-#include "Rehearsal.h"
-#include "Workspace.h"
+#include "engine/Rehearsal.h"
+#include "engine/Workspace.h"
 
 #include <QCoreApplication>
 
@@ -29,7 +29,7 @@ const HundredLines& Schedule()
 size_t Rehearse(qint64 days, bool everyPass)
 {
     const Workspace workspace(Schedule().Path(), Schedule().Playlists());
-    Rehearsal rehearsal({START_MS, START_MS, START_MS + days * DAY_MS, everyPass});
+    Rehearsal rehearsal(workspace, {START_MS, START_MS, START_MS + days * DAY_MS, everyPass});
     static_cast<void>(rehearsal.Run());
     return rehearsal.Events().size();
 }

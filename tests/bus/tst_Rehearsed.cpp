@@ -1,10 +1,10 @@
 #include "BusTest.h"
-#include "Moment.h"
 #include "RandomSchedule.h"
-#include "Rehearsal.h"
-#include "ScheduleLine.h"
 #include "Suite.h"
-#include "Workspace.h"
+#include "base/Moment.h"
+#include "engine/Rehearsal.h"
+#include "engine/ScheduleLine.h"
+#include "engine/Workspace.h"
 
 #include <QDBusMetaType>
 #include <QDir>
@@ -237,9 +237,9 @@ void Rehearsed::TheProcessAsksForTheSame()
     const Workspace workspace(schedule.Path(), schedule.Folder());
     const qint64 begin_ms = BeginOf(seed);
     const qint64 end_ms = begin_ms + 2 * Moment::DAY_MS;
-    Rehearsal rehearsal({begin_ms, begin_ms, end_ms});
+    Rehearsal rehearsal(workspace, {begin_ms, begin_ms, end_ms});
     QVERIFY(rehearsal.Run());
-    const std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace.SchedulePath(), schedule.Path());
+    const std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, schedule.Path());
 
     Begin(schedule.Text(), schedule.Folder());
     Time().Set(QDateTime::fromMSecsSinceEpoch(begin_ms));

@@ -1,10 +1,10 @@
 #include "PageTest.h"
 
-#include "CommandLine.h"
-#include "EventText.h"
-#include "Moment.h"
-#include "Page.h"
-#include "Terminal.h"
+#include "base/CommandLine.h"
+#include "base/Moment.h"
+#include "base/Terminal.h"
+#include "html/Page.h"
+#include "words/EventText.h"
 
 #include <QFile>
 
@@ -42,20 +42,20 @@ PageTest::PageTest(const QByteArray& lines, int days, const char* start)
 
 QByteArray PageTest::Page() const
 {
-    return Page::Markup(*m_run, ZONE).toUtf8();
+    return Page::Markup(m_run->Result(), ZONE).toUtf8();
 }
 
 QStringList PageTest::Events() const
 {
     QStringList lines;
-    for (size_t i = 0; i < m_run->Events().size(); ++i)
+    for (size_t i = 0; i < m_run->Result().events.size(); ++i)
         lines.append(EventLine(i));
     return lines;
 }
 
 QString PageTest::EventLine(size_t index) const
 {
-    const Event& event = m_run->Events()[index];
+    const Event& event = m_run->Result().events[index];
     QStringList requests;
     for (const Request& request : event.requests)
         requests.append(Moment::TimeText(request.moment_ms) + u' ' + Terminal::Harmless(request.Text()));
@@ -66,13 +66,14 @@ QString PageTest::EventLine(size_t index) const
         tracks.append(Moment::TimeText(track.begin_ms) + u' ' + track.file +
                       QLatin1String(isHeard ? "" : " (not reached)"));
     }
-    const QString& text = m_run->Lines()[static_cast<size_t>(event.lineNumber) - 1].text;
-    return QStringList{QString::number(index),
-                       EventText::Mark(event, m_run->Begin_ms()).replace(QStringLiteral(", "), QStringLiteral(";")),
-                       QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text,
-                       requests.join(u';'),
-                       tracks.join(u';'),
-                       EventText::Risk(event)}
+    const QString& text = m_run->Result().lines[static_cast<size_t>(event.lineNumber) - 1].text;
+    return QStringList{
+        QString::number(index),
+        EventText::Mark(event, m_run->Result().begin_ms).replace(QStringLiteral(", "), QStringLiteral(";")),
+        QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text,
+        requests.join(u';'),
+        tracks.join(u';'),
+        EventText::Risk(event)}
         .join(u'\t');
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RehearsalRun.h"
+#include "commands/RehearsalRun.h"
 
 #include <QByteArray>
 #include <QTemporaryDir>

@@ -1,9 +1,9 @@
 #include "CheckRun.h"
-#include "Findings.h"
-#include "ParameterRoles.h"
 #include "Suite.h"
 #include "TaskTable.h"
 #include "TextDiff.h"
+#include "check/Findings.h"
+#include "words/Kinds.h"
 
 #include <QDir>
 #include <QtTest>
@@ -90,8 +90,8 @@ void CheckKindsTest::EveryTaskHasRolesForTheParametersThatItNeeds()
     for (const TaskKind* kind = TaskTable::Find(TASK_LIGHT); kind != nullptr;
          kind = TaskTable::Find(static_cast<TaskType>(kinds)))
     {
-        QVERIFY2(static_cast<int>(ParameterRoles::Of(kind->type).size()) >= kind->minParameters, kind->logName);
-        QVERIFY2(static_cast<int>(ParameterRoles::Of(kind->type).size()) <= kind->maxParameters, kind->logName);
+        QVERIFY2(static_cast<int>(Kinds::Of(kind->type).Roles().size()) >= kind->minParameters, kind->logName);
+        QVERIFY2(static_cast<int>(Kinds::Of(kind->type).Roles().size()) <= kind->maxParameters, kind->logName);
         ++kinds;
     }
     QCOMPARE(kinds, static_cast<int>(TASK_REQUEST_PDD_ACTION) + 1);

@@ -1,7 +1,7 @@
 #include "CommandCall.h"
-#include "FindingKind.h"
 #include "Suite.h"
 #include "ToolHelp.h"
+#include "check/FindingKind.h"
 
 #include <QFile>
 #include <QRegularExpression>

@@ -1,11 +1,11 @@
-#include "ClockChange.h"
 #include "DaemonLog.h"
 #include "RandomSchedule.h"
-#include "Rehearsal.h"
 #include "Suite.h"
 #include "TextDiff.h"
 #include "TimeZone.h"
-#include "Workspace.h"
+#include "engine/ClockChange.h"
+#include "engine/Rehearsal.h"
+#include "engine/Workspace.h"
 
 #include <QHash>
 #include <QRegularExpression>
@@ -193,7 +193,7 @@ void RehearsalTest::SkippingAheadChangesNothing()
     QStringList starts;
     QStringList missed;
     {
-        Rehearsal rehearsal(plan);
+        Rehearsal rehearsal(workspace, plan);
         QVERIFY(rehearsal.Run());
         requests = Requests(rehearsal);
         starts = Starts(rehearsal);
@@ -202,7 +202,7 @@ void RehearsalTest::SkippingAheadChangesNothing()
         m_passes += rehearsal.Passes();
     }
     plan.everyPass = true;
-    Rehearsal slow(plan);
+    Rehearsal slow(workspace, plan);
     QVERIFY(slow.Run());
     m_everyPass += slow.Passes();
     m_requests += requests.size();
@@ -224,7 +224,7 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
     Rehearsal::Plan plan{schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + SPAN_MS};
     std::vector<Event> events;
     {
-        Rehearsal rehearsal(plan);
+        Rehearsal rehearsal(workspace, plan);
         QVERIFY(rehearsal.Run());
         events = rehearsal.Events();
     }
@@ -233,13 +233,13 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
     plan.from_ms -= Moment::DAY_MS; // what passes once more when the calendar is put back
     QStringList missed;
     {
-        Rehearsal rehearsal(plan);
+        Rehearsal rehearsal(workspace, plan);
         QVERIFY(rehearsal.Run());
         missed = Missed(rehearsal);
     }
     plan.everyPass = true;
     DaemonLog log(LEVEL_WARNING);
-    Rehearsal slow(plan);
+    Rehearsal slow(workspace, plan);
     QVERIFY(slow.Run());
     const QStringList expected = Missed(slow);
     QStringList logged;
@@ -261,7 +261,7 @@ void RehearsalTest::OneMayEndItInTheMiddleOfADay()
 {
     const RandomSchedule schedule(1, 2000);
     const Workspace workspace(schedule.Path(), schedule.Folder());
-    Rehearsal rehearsal({schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + SPAN_MS});
+    Rehearsal rehearsal(workspace, {schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + SPAN_MS});
     std::vector<double> parts;
     QVERIFY(!rehearsal.Run([&](double part) {
         parts.push_back(part);

@@ -1,9 +1,9 @@
-#include "HourScale.h"
-#include "Lanes.h"
-#include "Moment.h"
 #include "Suite.h"
 #include "TimeZone.h"
-#include "WeekLayout.h"
+#include "base/Moment.h"
+#include "html/HourScale.h"
+#include "html/Lanes.h"
+#include "html/WeekLayout.h"
 
 #include <QTest>
 

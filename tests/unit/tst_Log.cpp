@@ -8,6 +8,7 @@
 #include <QStringDecoder>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <array>
 #include <clocale>
 #include <cstdio>
@@ -43,6 +44,8 @@ private Q_SLOTS:
     void TheOriginIsTheSchedulerObject();
     void AnotherOriginReachesTheLogClient();
     void WithoutLogClientARecordIsDropped();
+    void WhatIsToldIsTheMessageOfItsRecord_data();
+    void WhatIsToldIsTheMessageOfItsRecord();
     void ACommaOfTheUsersLocaleStaysOutOfARecord();
 };
 
@@ -181,6 +184,32 @@ void LogTest::WithoutLogClientARecordIsDropped()
     LogInterface* const client = std::exchange(_logInterface, nullptr);
     OZNA_LOG(LEVEL_ERROR, "text");
     _logInterface = client;
+    EXPECT_LOG(9, {});
+}
+
+void LogTest::WhatIsToldIsTheMessageOfItsRecord_data()
+{
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<QByteArray>("told");
+    QTest::newRow("plain text") << "Unknown task (3)"_ba
+                                << "Unknown task (3)"_ba;
+    QTest::newRow("blanks at its end") << "Unknown task (3) \n"_ba
+                                       << "Unknown task (3)"_ba;
+    QTest::newRow("a cut") << QByteArray(ROOM + 1, 'x') << QByteArray(ROOM, 'x');
+}
+
+void LogTest::WhatIsToldIsTheMessageOfItsRecord()
+{
+    QFETCH(QByteArray, message);
+    QFETCH(QByteArray, told);
+    QCOMPARE(OZNA_TELL_AT(SITE, LEVEL_ERROR, "%s", message.constData()).toUtf8(), told);
+    QCOMPARE(LogRecorder::Records().size(), 1);
+    QCOMPARE(LogRecorder::Records()[0].text, PREFIX + message.first(std::min(message.size(), ROOM)));
+    LogRecorder::Clear();
+    LogInterface* const client = std::exchange(_logInterface, nullptr);
+    const QString silent = OZNA_TELL_AT(SITE, LEVEL_ERROR, "%s", message.constData());
+    _logInterface = client;
+    QCOMPARE(silent.toUtf8(), told);
     EXPECT_LOG(9, {});
 }
 

@@ -3,6 +3,9 @@
 #include "PlaylistLines.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
+#include "text/Rejection.h"
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using namespace PlaylistLines;
@@ -11,6 +14,32 @@ namespace
 {
 
 const QByteArray PLAYLIST = QByteArrayLiteral("track1.mp3;60\ntrack2.mp3;30\n");
+
+// Why no action can be made of a line with that task; none where one can.
+std::optional<Rejection> RejectionOf(const QString& task)
+{
+    try
+    {
+        const Action action(ActionLine{.task = task}.Text());
+        return std::nullopt;
+    }
+    catch (const Rejection& rejection)
+    {
+        return rejection;
+    }
+}
+
+// As the records of level 2 begin.
+QStringList WarningsOf(const LogLines& log)
+{
+    QStringList warnings;
+    for (const LogLine& line : log)
+    {
+        if (line.shown.startsWith(u"2 "_s))
+            warnings.append(line.shown.section(u"] "_s, 1));
+    }
+    return warnings;
+}
 
 } // namespace
 
@@ -144,6 +173,13 @@ void TaskCreationTest::ALineMakesItsTask()
     QFETCH(LogLines, log);
     const Action action(ActionLine{.task = task}.Text());
     EXPECT_LOG(4, (log));
+    QStringList warnings;
+    for (const TaskWarning& warning : action.m_task->Warnings())
+    {
+        QVERIFY(warning.parameter >= 0);
+        warnings.append(warning.text);
+    }
+    QCOMPARE(warnings, WarningsOf(log));
     QCOMPARE(action.m_task->GetName(), name);
     QCOMPARE(action.m_task->m_identifier, identifier);
     QCOMPARE(QByteArray(action.m_task->metaObject()->className()), className);
@@ -197,20 +233,26 @@ void TaskCreationTest::ALineIsRejected()
 {
     QFETCH(QString, task);
     QFETCH(QByteArray, reason);
-    QVERIFY_THROWS_EXCEPTION(std::exception, Action(ActionLine{.task = task}.Text()));
+    const std::optional<Rejection> rejection = RejectionOf(task);
     EXPECT_LOG(4, {{1, "[Action.cpp] " + reason}});
+    QVERIFY(rejection);
+    QCOMPARE(rejection->GetCause(),
+             reason.startsWith("Unknown") ? Rejection::Cause::TASK : Rejection::Cause::PARAMETERS);
+    QCOMPARE(rejection->Reason().toUtf8(), reason);
     EXPECT_REQUESTS(Bus(), {});
 }
 
 void TaskCreationTest::ALineWithoutAPlaylistIsRejected_data()
 {
     QTest::addColumn<QString>("parameters");
+    QTest::addColumn<Rejection::Cause>("cause");
     QTest::addColumn<LogLines>("log");
-    QTest::newRow("an empty name") << u",80,id"_s
+    QTest::newRow("an empty name") << u",80,id"_s << Rejection::Cause::PLAYLIST_FILE
                                    << LogLines{{1, "[tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN},
                                                Failed()};
-    QTest::newRow("a playlist without tracks") << u"empty,80,id"_s << LogLines{Empty(), Failed()};
-    QTest::newRow("no volume either") << u"empty,loud"_s
+    QTest::newRow("a playlist without tracks")
+        << u"empty,80,id"_s << Rejection::Cause::PLAYLIST_EMPTY << LogLines{Empty(), Failed()};
+    QTest::newRow("no volume either") << u"empty,loud"_s << Rejection::Cause::PLAYLIST_EMPTY
                                       << LogLines{{2, "[tasks/PlayPlaylist.cpp] Invalid volume=loud, not used"},
                                                   Empty(),
                                                   Failed()};
@@ -219,10 +261,14 @@ void TaskCreationTest::ALineWithoutAPlaylistIsRejected_data()
 void TaskCreationTest::ALineWithoutAPlaylistIsRejected()
 {
     QFETCH(QString, parameters);
+    QFETCH(Rejection::Cause, cause);
     QFETCH(LogLines, log);
     Data().WritePlaylist("# no tracks\n", u"empty"_s);
-    QVERIFY_THROWS_EXCEPTION(std::exception, Action(ActionLine{.task = u"PlayPlaylist|"_s + parameters}.Text()));
+    const std::optional<Rejection> rejection = RejectionOf(u"PlayPlaylist|"_s + parameters);
     EXPECT_LOG(4, (log));
+    QVERIFY(rejection);
+    QCOMPARE(rejection->GetCause(), cause);
+    QVERIFY(rejection->Reason().endsWith(u"TASK CREATION FAILED"_s));
 }
 
 void TaskCreationTest::ARejectedLineLeavesTheOthers()

@@ -44,13 +44,13 @@ bool IsEndangered(const Action& action, int ahead_s, int wait_s)
 class Search final
 {
 public:
-    Search(const std::vector<Entry>& entries, const QDate& today)
+    Search(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today)
         : m_today(today)
     {
         for (const Entry& entry : entries)
         {
             if (entry.GetAction() != nullptr && entry.GetAction()->m_startTime.isValid())
-                m_places.push_back({&entry, Second(*entry.GetAction()), Patience(entry)});
+                m_places.push_back({&entry, Second(*entry.GetAction()), Patience(workspace, entry)});
         }
         std::ranges::stable_sort(m_places, {}, &Place::start_s);
     }
@@ -126,7 +126,8 @@ private:
 
 } // namespace
 
-void Rules::FindBlocking(const std::vector<Entry>& entries, const QDate& today, Findings& findings)
+void Rules::FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
+                         Findings& findings)
 {
-    Search(entries, today).Run(findings);
+    Search(workspace, entries, today).Run(findings);
 }

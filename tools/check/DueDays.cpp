@@ -1,7 +1,7 @@
 #include "DueDays.h"
 
 #include "Clock.h"
-#include "Moment.h"
+#include "base/Moment.h"
 #include "text/ScheduleFields.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ScheduleLine.h"
+#include "engine/ScheduleLine.h"
 #include "text/ScheduleFields.h"
 
 #include <QStringList>

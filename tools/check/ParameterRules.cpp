@@ -1,5 +1,5 @@
-#include "ParameterRoles.h"
 #include "Rules.h"
+#include "words/Kinds.h"
 
 #include "tasks/CpuFreq.h"
 #include "text/Parameter.h"
@@ -16,8 +16,6 @@ namespace
 // The FM band, in MHz; 0 switches the radio off.
 constexpr double FIRST_FREQUENCY = 87.5;
 constexpr double LAST_FREQUENCY = 108;
-
-constexpr const char* PLAYLIST_FILE = "Playlist file "; // so begins what is told of the file, and not of a parameter
 
 constexpr int NO_LIMIT = std::numeric_limits<int>::max();
 
@@ -80,34 +78,10 @@ bool IsWhole(const QString& text)
     return isNumber;
 }
 
-// Whether the task can make something of it.
-bool IsReadable(ParameterRole role, const QString& text)
+QString AdviseReadable(ParameterRole role)
 {
-    bool isNumber = false;
-    switch (role)
-    {
-    case ParameterRole::FILE_NAME:
-    case ParameterRole::PORT_AND_PATH:
-    case ParameterRole::IDENTIFIER:
-    case ParameterRole::CPU_FREQUENCY: return true;
-    case ParameterRole::FREQUENCY: static_cast<void>(text.toDouble(&isNumber)); return isNumber;
-    case ParameterRole::PDD_NUMBER: return Parameter::ToInt(text, NONE, [] {}) == STREAM_MIC;
-    default: return IsWhole(text);
-    }
-}
-
-// number: of the parameters that the task can make nothing of, from 0.
-QString AdviseReadable(const Entry& entry, std::span<const ParameterRole> roles, int number = 0)
-{
-    for (size_t i = 0; i < roles.size(); ++i)
-    {
-        if (IsReadable(roles[i], entry.parameters.value(static_cast<qsizetype>(i))) || number-- > 0)
-            continue;
-        const auto* const advice = std::ranges::find(ADVICE, roles[i], &Advice::role);
-        if (advice != ADVICE.end())
-            return QString::fromLatin1(advice->text);
-    }
-    return QStringLiteral("correct it");
+    const auto* const advice = std::ranges::find(ADVICE, role, &Advice::role);
+    return advice != ADVICE.end() ? QString::fromLatin1(advice->text) : QStringLiteral("correct it");
 }
 
 void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, Findings& findings)
@@ -121,18 +95,17 @@ void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, F
                     QStringLiteral("write %1").arg(CpuFreq::FREQUENCY_MHZ)));
         return;
     }
-    // The daemon tells them in order.
-    int number = 0;
-    for (const DaemonRecord& record : entry.line.records)
+    for (const TaskWarning& warning : entry.line.warnings)
     {
-        if (!record.text.startsWith(QLatin1String(PLAYLIST_FILE)))
-            findings.Add(New(entry, FindingKind::FALLBACK, record.text, AdviseReadable(entry, roles, number++)));
+        if (warning.parameter != TaskWarning::NO_PARAMETER)
+            findings.Add(New(entry, FindingKind::FALLBACK, warning.text,
+                             AdviseReadable(roles[static_cast<size_t>(warning.parameter)])));
     }
     // The one kind that falls back without a word.
     if (entry.Is(TASK_CAMERA) && !IsWhole(entry.parameters.value(0)))
         findings.Add(New(entry, FindingKind::FALLBACK,
                          QStringLiteral("'%1' is no number: the camera is switched off").arg(entry.parameters.value(0)),
-                         AdviseReadable(entry, roles)));
+                         AdviseReadable(ParameterRole::SWITCH)));
 }
 
 void LookAtCount(const Entry& entry, std::span<const ParameterRole> roles, Findings& findings)
@@ -152,10 +125,11 @@ void LookAtCount(const Entry& entry, std::span<const ParameterRole> roles, Findi
 
 void LookAtValue(const Entry& entry, ParameterRole role, const QString& text, Findings& findings)
 {
-    if (role == ParameterRole::FREQUENCY && IsReadable(role, text))
+    if (role == ParameterRole::FREQUENCY)
     {
-        const double frequency = text.toDouble();
-        if (frequency != 0 && !(frequency >= FIRST_FREQUENCY && frequency <= LAST_FREQUENCY))
+        bool isNumber = false;
+        const double frequency = text.toDouble(&isNumber);
+        if (isNumber && frequency != 0 && !(frequency >= FIRST_FREQUENCY && frequency <= LAST_FREQUENCY))
             findings.Add(New(entry, FindingKind::FREQUENCY_RANGE,
                              QStringLiteral("%1 MHz is not in the FM band").arg(text),
                              QStringLiteral("write %1 to %2, or 0 for off").arg(FIRST_FREQUENCY).arg(LAST_FREQUENCY)));
@@ -181,7 +155,7 @@ void Rules::FindOddParameters(const std::vector<Entry>& entries, Findings& findi
     {
         if (entry.GetAction() == nullptr)
             continue;
-        const auto roles = ParameterRoles::Of(entry.GetAction()->m_task->m_type);
+        const auto roles = Kinds::Of(entry.GetAction()->m_task->m_type).Roles();
         LookAtFallbacks(entry, roles, findings);
         LookAtCount(entry, roles, findings);
         for (size_t i = 0; i < roles.size() && static_cast<qsizetype>(i) < entry.parameters.size(); ++i)

@@ -4,22 +4,23 @@
 
 #include <QSet>
 
+class Workspace;
+
 // How long the daemon may wait for peers while it does an entry, and nothing else.
 class Patience final
 {
 public:
-    // Has the entry's task done once, before peers that accept everything. entry: not a rejected one.
-    explicit Patience(const Entry& entry);
+    // Has the entry's task done once, before peers that accept everything. entry: of that workspace, not a rejected
+    // one.
+    Patience(const Workspace& workspace, const Entry& entry);
 
     // In seconds.
-    [[nodiscard]] int Longest_s() const { return m_longest_ms / MS_PER_S; }
+    [[nodiscard]] int Longest_s() const { return m_longest_s; }
 
     // Whether both ask one peer: where it does not answer, neither is done, whoever waits for whom.
     [[nodiscard]] bool SharesAPeerWith(const Patience& other) const { return m_peers.intersects(other.m_peers); }
 
 private:
-    static constexpr int MS_PER_S = 1000;
-
-    int m_longest_ms = 0;
+    int m_longest_s = 0;
     QSet<QString> m_peers;
 };

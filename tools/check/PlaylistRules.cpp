@@ -1,7 +1,9 @@
 #include "LineEnds.h"
-#include "PlaylistReading.h"
 #include "Rules.h"
 
+#include "engine/Workspace.h"
+#include "tasks/PlayPlaylist.h"
+#include "text/PlaylistFile.h"
 #include "text/TextFile.h"
 
 #include <QSet>
@@ -13,7 +15,7 @@ namespace
 
 constexpr QChar TRACK_SEPARATOR = u';';
 
-using LineKind = PlaylistReading::LineKind;
+using LineKind = PlaylistFile::LineKind;
 
 // A comment, or nothing: as it is meant.
 bool IsMeantForNobody(const QString& text)
@@ -22,7 +24,7 @@ bool IsMeantForNobody(const QString& text)
            !text.left(text.indexOf(TextFile::COMMENT_SIGN)).contains(TRACK_SEPARATOR);
 }
 
-QString AdviseTrack(const PlaylistReading::Line& line)
+QString AdviseTrack(const PlaylistFile::Line& line)
 {
     if (line.kind == LineKind::BROKEN)
         return QStringLiteral("write ; and the duration in seconds behind the file name");
@@ -31,16 +33,17 @@ QString AdviseTrack(const PlaylistReading::Line& line)
     return QStringLiteral("put a blank at its beginning: lines of 9 characters or fewer do not count");
 }
 
-void LookAt(const PlaylistReading::Line& line, const Entry& entry, Findings& findings)
+// file: line is the one that was read last.
+void LookAt(const PlaylistFile::Line& line, const TextFile& file, const Entry& entry, Findings& findings)
 {
-    const QString where = QStringLiteral("line %1 of playlist \"%2\"").arg(line.number).arg(entry.parameters[0]);
+    const QString where = QStringLiteral("line %1 of playlist \"%2\"").arg(file.LineNumber()).arg(entry.parameters[0]);
     const QString field = Entry::FieldName(FIELD_PARAMETERS);
     const auto addEnd = [&](FindingKind kind, const char* text, const char* advice) {
         findings.Add({entry.line.number, kind, field, where + u' ' + QLatin1String(text), QString::fromLatin1(advice)});
     };
-    if (line.hasLoneReturn)
+    if (file.HasLoneReturn())
         addEnd(FindingKind::CARRIAGE_RETURN, LineEnds::LONE_RETURN, LineEnds::LONE_RETURN_ADVICE);
-    if (!line.hasLineEnd)
+    if (!file.HasLineEnd())
         addEnd(FindingKind::NO_LINE_END, LineEnds::NONE, LineEnds::NONE_ADVICE);
     if (line.kind != LineKind::TRACK)
     {
@@ -48,25 +51,28 @@ void LookAt(const PlaylistReading::Line& line, const Entry& entry, Findings& fin
             findings.Add({entry.line.number, FindingKind::PLAYLIST_LINE, field,
                           QStringLiteral("%1 is no track: \"%2\"").arg(where, line.text), AdviseTrack(line)});
     }
-    else if (line.duration_s <= 0)
+    else if (line.track.duration_s <= 0)
         findings.Add({entry.line.number, FindingKind::PLAYLIST_DURATION, field,
                       QStringLiteral("%1 counts as lasting %2 s: \"%3\"")
-                          .arg(where, QString::number(line.duration_s), line.text),
+                          .arg(where, QString::number(line.track.duration_s), line.text),
                       QStringLiteral("write the duration in whole seconds behind the ;, and nothing else")});
 }
 
 } // namespace
 
-void Rules::FindOddPlaylists(const std::vector<Entry>& entries, Findings& findings)
+void Rules::FindOddPlaylists(const Workspace& workspace, const std::vector<Entry>& entries, Findings& findings)
 {
+    const Workspace::Use use(workspace);
     QSet<QString> seen;
     for (const Entry& entry : entries)
     {
         if (!entry.Is(TASK_PLAY_PLAYLIST) || seen.contains(entry.parameters[0]))
             continue;
         seen.insert(entry.parameters[0]);
-        const PlaylistReading reading(entry.parameters[0]);
-        for (const PlaylistReading::Line& line : reading.Lines())
-            LookAt(line, entry, findings);
+        PlaylistFile file(PlayPlaylist::GetPlaylistsPath() + u'/' + entry.parameters[0]);
+        if (!file.Open())
+            continue; // it has gone since the line was read
+        for (PlaylistFile::Line line; file.ReadLine(line);)
+            LookAt(line, file.File(), entry, findings);
     }
 }

@@ -1,8 +1,6 @@
-#include "PlaylistReading.h"
 #include "Rules.h"
 
 #include "TaskTable.h"
-#include "Workspace.h"
 #include "text/TextFile.h"
 
 #include <algorithm>
@@ -13,12 +11,15 @@ using namespace ScheduleFields;
 namespace
 {
 
-// What to tell of a rejection whose reason begins so.
+using Cause = Rejection::Cause;
+
+// What to tell of a rejection with that cause.
 struct Row
 {
-    const char* reason;
+    Cause cause;
     FindingKind kind;
     Field field;
+    const char* text; // null: the daemon's own words
     QString (*advise)(const Entry& entry);
 };
 
@@ -80,14 +81,25 @@ QString AdviseEmpty(const Entry&)
 }
 
 constexpr std::array TABLE{
-    Row{"Wrong action fields", FindingKind::FIELD_COUNT, FIELD_COUNT, AdviseFields},
-    Row{"Wrong action start time", FindingKind::TIME_PARTS, FIELD_START_TIME, AdviseTime},
-    Row{"Unknown task", FindingKind::UNKNOWN_TASK, FIELD_TASK, AdviseTask},
-    Row{"Wrong task parameters", FindingKind::WRONG_PARAMETERS, FIELD_PARAMETERS, AdviseParameters},
-    Row{"Playlist", FindingKind::PLAYLIST_MISSING, FIELD_PARAMETERS, AdvisePlaylist},
-    Row{"TASK CREATION FAILED", FindingKind::PLAYLIST_EMPTY, FIELD_PARAMETERS, AdviseEmpty},
-    Row{"", FindingKind::UNKNOWN_TASK, FIELD_TASK, AdviseTask},
+    Row{Cause::FIELD_COUNT, FindingKind::FIELD_COUNT, FIELD_COUNT, nullptr, AdviseFields},
+    Row{Cause::START_TIME, FindingKind::TIME_PARTS, FIELD_START_TIME, nullptr, AdviseTime},
+    Row{Cause::TASK, FindingKind::UNKNOWN_TASK, FIELD_TASK, nullptr, AdviseTask},
+    Row{Cause::PARAMETERS, FindingKind::WRONG_PARAMETERS, FIELD_PARAMETERS, nullptr, AdviseParameters},
+    Row{Cause::PLAYLIST_FILE, FindingKind::PLAYLIST_MISSING, FIELD_PARAMETERS, nullptr, AdvisePlaylist},
+    Row{Cause::PLAYLIST_EMPTY, FindingKind::PLAYLIST_EMPTY, FIELD_PARAMETERS, "Playlist is empty", AdviseEmpty},
 };
+
+constexpr bool IsIndexedByCause()
+{
+    for (size_t i = 0; i < TABLE.size(); ++i)
+    {
+        if (TABLE[i].cause != static_cast<Cause>(i))
+            return false;
+    }
+    return true;
+}
+
+static_assert(IsIndexedByCause(), "a row stands at the place of its cause");
 
 } // namespace
 
@@ -97,12 +109,9 @@ void Rules::FindRejected(const std::vector<Entry>& entries, Findings& findings)
     {
         if (!entry.line.IsRejected())
             continue;
-        QString reason = entry.line.Rejection();
-        const Row& row = *std::ranges::find_if(
-            TABLE, [&](const Row& each) { return reason.startsWith(QLatin1String(each.reason)); });
-        if (row.kind == FindingKind::PLAYLIST_EMPTY)
-            reason = PlaylistReading(entry.parameters.value(0)).Rejection();
-        reason = Workspace::Readable(reason);
-        findings.Add({entry.line.number, row.kind, Entry::FieldName(row.field), reason, row.advise(entry)});
+        const Row& row = TABLE.at(static_cast<size_t>(entry.line.rejected->cause));
+        findings.Add({entry.line.number, row.kind, Entry::FieldName(row.field),
+                      row.text != nullptr ? QString::fromLatin1(row.text) : entry.line.rejected->reason,
+                      row.advise(entry)});
     }
 }

@@ -5,7 +5,10 @@
 
 #include <QDate>
 
-// What a check looks for. Each rule adds what it finds; none looks at what another has found.
+class Workspace;
+
+// What a check looks for. Each rule adds what it finds; none looks at what another has found. workspace: that of the
+// entries.
 namespace Rules
 {
 
@@ -23,12 +26,13 @@ void FindOddDates(const std::vector<Entry>& entries, const QDate& today, Finding
 void FindOddParameters(const std::vector<Entry>& entries, Findings& findings);
 
 // Lines of playlist files that give no track, or no duration. Each file is looked at once.
-void FindOddPlaylists(const std::vector<Entry>& entries, Findings& findings);
+void FindOddPlaylists(const Workspace& workspace, const std::vector<Entry>& entries, Findings& findings);
 
 // Stops without a start, starts without a stop, and lines that come twice.
 void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
 
 // Entries that another one can hold up on a day of the year that begins today, when a peer is slow.
-void FindBlocking(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
+                  Findings& findings);
 
 } // namespace Rules

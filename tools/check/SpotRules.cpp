@@ -1,7 +1,7 @@
 #include "SpotRules.h"
 
-#include "DaysText.h"
 #include "DueDays.h"
+#include "words/DaysText.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "Rules.h"
 
-#include "StartTime.h"
+#include "engine/StartTime.h"
 #include "peers/SoundManager.h"
 
 using namespace ScheduleFields;

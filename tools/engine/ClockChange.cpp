@@ -1,7 +1,7 @@
 #include "ClockChange.h"
 
-#include "Moment.h"
 #include "Stretch.h"
+#include "base/Moment.h"
 
 #include <ctime>
 

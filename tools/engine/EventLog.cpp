@@ -2,8 +2,8 @@
 
 #include "Clock.h"
 #include "ClockChange.h"
-#include "Moment.h"
 #include "StartTime.h"
+#include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <algorithm>

@@ -1,10 +1,9 @@
 #include "Rehearsal.h"
 
-#include "Moment.h"
 #include "Risks.h"
 #include "Scheduler.h"
-#include "ToolError.h"
-#include "Workspace.h"
+#include "base/Moment.h"
+#include "base/ToolError.h"
 #include "peers/PeerCall.h"
 #include "peers/Peers.h"
 
@@ -37,8 +36,9 @@ qint64 Rehearsal::LongBefore_ms(qint64 from_ms)
     return Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(-WARM_UP_DAYS), QTime(0, 0));
 }
 
-Rehearsal::Rehearsal(const Plan& plan)
-    : m_plan(plan)
+Rehearsal::Rehearsal(const Workspace& workspace, const Plan& plan)
+    : m_use(workspace)
+    , m_plan(plan)
     , m_clock(plan.start_ms)
     , m_log(m_clock.Now_ms())
 {

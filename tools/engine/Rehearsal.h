@@ -1,11 +1,12 @@
 #pragma once
 
 #include "EventLog.h"
-#include "Moment.h"
 #include "RehearsalClock.h"
 #include "Scheduler.h"
 #include "Stretch.h"
 #include "WatchList.h"
+#include "Workspace.h"
+#include "base/Moment.h"
 #include "peers/PeerReply.h"
 
 #include <QObject>
@@ -15,7 +16,7 @@
 #include <vector>
 
 // The daemon's own engine on a virtual clock, with a device that accepts everything: what it would ask for, and when.
-// Needs a Workspace. Only one may live; the process's time zone stays the same meanwhile.
+// Only one may live; the process's time zone stays the same meanwhile.
 class Rehearsal final : public QObject
 {
     Q_OBJECT
@@ -43,7 +44,8 @@ public:
     // At a midnight, as later on a day it would force what was due before on another one.
     [[nodiscard]] static qint64 LongBefore_ms(qint64 from_ms);
 
-    explicit Rehearsal(const Plan& plan);
+    // Rehearses the schedule of workspace, which outlives it.
+    Rehearsal(const Workspace& workspace, const Plan& plan);
     ~Rehearsal() override;
 
     // Runs it. goOn is called now and then with the part that is done, from 0 to 1; what is there stays when it returns
@@ -73,6 +75,7 @@ private:
     void Decide(Scheduler& scheduler);
     void PlayDeviceBefore(qint64 moment_ms);
 
+    const Workspace::Use m_use;
     const Plan m_plan;
     RehearsalClock m_clock;
     EventLog m_log;

@@ -13,23 +13,57 @@ namespace
 
 constexpr std::array SIGNALS{SIGHUP, SIGINT, SIGTERM};
 
-// Never changed while the handler is in place.
-std::vector<std::string>& Paths()
+// Those that live. Changed only while the signals are held up.
+std::vector<const RemovalAtSignal*>& All()
 {
-    static std::vector<std::string> paths;
-    return paths;
+    static std::vector<const RemovalAtSignal*> all;
+    return all;
 }
+
+// Holds the signals up for as long as it lives.
+class SignalPause final
+{
+public:
+    SignalPause()
+    {
+        sigset_t signals{};
+        sigemptyset(&signals);
+        for (const int sig : SIGNALS)
+            sigaddset(&signals, sig);
+        static_cast<void>(::sigprocmask(SIG_BLOCK, &signals, &m_before));
+    }
+    ~SignalPause() { static_cast<void>(::sigprocmask(SIG_SETMASK, &m_before, nullptr)); }
+
+    SignalPause(const SignalPause&) = delete;
+    SignalPause& operator=(const SignalPause&) = delete;
+
+private:
+    sigset_t m_before{};
+};
 
 // Runs in a signal context.
 void Remove(int sig)
 {
-    for (const std::string& path : Paths())
+    for (const RemovalAtSignal* removal : All())
     {
-        if (::unlink(path.c_str()) != 0)
-            static_cast<void>(::rmdir(path.c_str()));
+        for (const std::string& path : removal->Paths())
+        {
+            if (::unlink(path.c_str()) != 0)
+                static_cast<void>(::rmdir(path.c_str()));
+        }
     }
     static_cast<void>(std::signal(sig, SIG_DFL));
     static_cast<void>(std::raise(sig));
+}
+
+// A signal that is ignored stays so.
+void Handle(void (*handler)(int))
+{
+    for (const int sig : SIGNALS)
+    {
+        if (std::signal(sig, handler) == SIG_IGN)
+            static_cast<void>(std::signal(sig, SIG_IGN));
+    }
 }
 
 } // namespace
@@ -37,20 +71,17 @@ void Remove(int sig)
 RemovalAtSignal::RemovalAtSignal(const QStringList& paths)
 {
     for (const QString& path : paths)
-        Paths().push_back(QFile::encodeName(path).toStdString());
-    for (const int sig : SIGNALS)
-    {
-        if (std::signal(sig, Remove) == SIG_IGN)
-            static_cast<void>(std::signal(sig, SIG_IGN));
-    }
+        m_paths.push_back(QFile::encodeName(path).toStdString());
+    const SignalPause pause;
+    All().push_back(this);
+    if (All().size() == 1)
+        Handle(Remove);
 }
 
 RemovalAtSignal::~RemovalAtSignal()
 {
-    for (const int sig : SIGNALS)
-    {
-        if (std::signal(sig, SIG_DFL) == SIG_IGN)
-            static_cast<void>(std::signal(sig, SIG_IGN));
-    }
-    Paths().clear();
+    const SignalPause pause;
+    std::erase(All(), this);
+    if (All().empty())
+        Handle(SIG_DFL);
 }

@@ -2,9 +2,11 @@
 
 #include <QStringList>
 
+#include <string>
+#include <vector>
+
 // Takes files and folders away when SIGHUP, SIGINT or SIGTERM ends the process, which then ends all the same. Puts a
-// handler of its own in the place of the default for as long as it lives; a signal that is ignored stays so. Only one
-// may live.
+// handler in the place of the default for as long as one lives; a signal that is ignored stays so.
 class RemovalAtSignal final
 {
 public:
@@ -14,4 +16,10 @@ public:
 
     RemovalAtSignal(const RemovalAtSignal&) = delete;
     RemovalAtSignal& operator=(const RemovalAtSignal&) = delete;
+
+    // As the system calls them.
+    [[nodiscard]] const std::vector<std::string>& Paths() const { return m_paths; }
+
+private:
+    std::vector<std::string> m_paths;
 };

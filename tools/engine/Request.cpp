@@ -4,6 +4,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <numeric>
+
 namespace
 {
 
@@ -40,6 +42,12 @@ Request Request::Sent(qint64 moment_ms, const QDBusAbstractInterface& proxy, con
 Request Request::Announcement(qint64 moment_ms, PDD_ACTION action, bool enable)
 {
     return {moment_ms, OWN_NAME, PDD_SIGNAL, {static_cast<uint>(action), enable}};
+}
+
+qint64 Request::Longest_ms(const QList<Request>& requests)
+{
+    return std::accumulate(requests.begin(), requests.end(), qint64{0},
+                           [](qint64 longest_ms, const Request& request) { return longest_ms + request.timeout_ms; });
 }
 
 QString Request::Text() const

@@ -2,6 +2,7 @@
 
 #include "Task.h"
 
+#include <QList>
 #include <QString>
 #include <QVariantList>
 
@@ -22,6 +23,9 @@ struct Request
 
     // What the daemon announces itself, for who listens.
     [[nodiscard]] static Request Announcement(qint64 moment_ms, PDD_ACTION action, bool enable);
+
+    // How long the daemon waits at most for the answers to all of them.
+    [[nodiscard]] static qint64 Longest_ms(const QList<Request>& requests);
 
     // `soundmanager PlayFile("gong.mp3", "08:30:00")`
     [[nodiscard]] QString Text() const;

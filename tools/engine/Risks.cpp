@@ -1,9 +1,7 @@
 #include "Risks.h"
 
 #include "Action.h"
-#include "Moment.h"
-
-#include <numeric>
+#include "base/Moment.h"
 
 using Moment::MS_PER_S;
 
@@ -21,9 +19,7 @@ void Risks::Mark(std::vector<Event>& events)
             event.riskLine = line;
             event.riskUntil_ms = until_ms;
         }
-        const qint64 free_ms =
-            std::accumulate(event.requests.begin(), event.requests.end(), event.moment_ms,
-                            [](qint64 moment_ms, const Request& request) { return moment_ms + request.timeout_ms; });
+        const qint64 free_ms = event.moment_ms + Request::Longest_ms(event.requests);
         if (free_ms > until_ms)
         {
             line = event.lineNumber;

@@ -1,11 +1,9 @@
 #include "ScheduleLine.h"
 
-#include "ToolError.h"
 #include "Workspace.h"
+#include "base/ToolError.h"
 #include "peers/Peers.h"
 #include "text/TextFile.h"
-
-#include <QStringList>
 
 namespace
 {
@@ -21,51 +19,40 @@ public:
     PeersForReading& operator=(const PeersForReading&) = delete;
 };
 
-ScheduleLine ReadLine(const QString& text, int number)
+ScheduleLine ReadLine(const Workspace& workspace, const QString& text, int number)
 {
-    ScheduleLine line{number, text, TextFile::IsBlankOrComment(text), nullptr, {}};
+    ScheduleLine line{number, text, TextFile::IsBlankOrComment(text)};
     if (line.isSkipped)
         return line;
-    DaemonLog log(LEVEL_WARNING);
     try
     {
         line.action = std::make_unique<Action>(text);
         line.action->m_lineNumber = number;
+        for (const TaskWarning& warning : line.action->m_task->Warnings())
+            line.warnings.append({warning.parameter, workspace.Readable(warning.text)});
     }
-    catch (const std::exception&)
+    catch (const Rejection& rejection)
     {
-        // The reason is among the records.
+        line.rejected = {rejection.GetCause(), workspace.Readable(rejection.Reason()),
+                         workspace.Readable(rejection.File())};
     }
-    line.records = log.Take();
-    for (DaemonRecord& record : line.records)
-        record.text = Workspace::Readable(record.text);
     return line;
 }
 
 } // namespace
 
-QString ScheduleLine::Rejection() const
+std::vector<ScheduleLine> ScheduleLine::ReadFile(const Workspace& workspace, const QString& name)
 {
-    QStringList reasons;
-    for (const DaemonRecord& record : records)
-    {
-        if (record.level == LEVEL_ERROR)
-            reasons.append(record.text);
-    }
-    return reasons.join(QStringLiteral("; "));
-}
-
-std::vector<ScheduleLine> ScheduleLine::ReadFile(const QString& path, const QString& name)
-{
+    const Workspace::Use use(workspace);
     std::vector<ScheduleLine> lines;
-    TextFile file(path);
+    TextFile file(workspace.SchedulePath());
     if (!file.Open())
         throw ToolError(QStringLiteral("%1: cannot be opened").arg(name));
     const PeersForReading peers;
     QString text;
     while (file.ReadLine(text))
     {
-        lines.push_back(ReadLine(text, file.LineNumber()));
+        lines.push_back(ReadLine(workspace, text, file.LineNumber()));
         lines.back().hasLineEnd = file.HasLineEnd();
         lines.back().hasLoneReturn = file.HasLoneReturn();
     }
@@ -74,8 +61,9 @@ std::vector<ScheduleLine> ScheduleLine::ReadFile(const QString& path, const QStr
     return lines;
 }
 
-ScheduleLine ScheduleLine::Read(const QString& text, int number)
+ScheduleLine ScheduleLine::Read(const Workspace& workspace, const QString& text, int number)
 {
+    const Workspace::Use use(workspace);
     const PeersForReading peers;
-    return ReadLine(text, number);
+    return ReadLine(workspace, text, number);
 }

@@ -1,6 +1,6 @@
 #include "StartTime.h"
 
-#include "Moment.h"
+#include "base/Moment.h"
 
 namespace
 {

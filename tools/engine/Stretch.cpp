@@ -1,6 +1,6 @@
 #include "Stretch.h"
 
-#include "Moment.h"
+#include "base/Moment.h"
 
 #include <algorithm>
 #include <ctime>

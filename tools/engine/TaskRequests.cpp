@@ -1,7 +1,8 @@
 #include "TaskRequests.h"
 
 #include "Action.h"
-#include "ToolError.h"
+#include "Workspace.h"
+#include "base/ToolError.h"
 #include "peers/PeerCall.h"
 #include "peers/Peers.h"
 
@@ -39,8 +40,9 @@ public:
 
 } // namespace
 
-QList<Request> TaskRequests::Of(Action& action)
+QList<Request> TaskRequests::Of(const Workspace& workspace, Action& action)
 {
+    const Workspace::Use use(workspace);
     QList<Request> requests;
     const AcceptingPeers peers(requests);
     const auto connection =

@@ -1,7 +1,7 @@
 #include "VirtualDevice.h"
 
-#include "Moment.h"
 #include "Scheduler.h"
+#include "base/Moment.h"
 #include "peers/PhotoManager.h"
 #include "peers/SoundManager.h"
 

@@ -1,10 +1,8 @@
 #include "WatchList.h"
 
-#include "Action.h"
 #include "Clock.h"
-#include "Moment.h"
 #include "Scheduler.h"
-#include "tasks/PlayPlaylist.h"
+#include "base/Moment.h"
 
 #include <algorithm>
 #include <numeric>
@@ -36,7 +34,7 @@ void WatchList::Load(const Scheduler& scheduler)
         for (const auto& action : *list)
         {
             m_places.insert(action.get(), m_watches.size());
-            m_watches.push_back({action.get(), qobject_cast<const PlayPlaylist*>(action->m_task.get())});
+            m_watches.push_back({action.get(), action->InTime(), action->Delayed()});
         }
     }
 }
@@ -86,12 +84,8 @@ qint64 WatchList::NextFar_ms(const Watch& watch, qint64 now_ms) const
         return next_ms;
     if (action.m_forced)
         return now_ms;
-    next_ms = Sooner(next_ms, Next_ms({watch.start_ms - Action::EARLY_S * MS_PER_S, watch.start_ms}, now_ms));
-    // The pass compares a tolerance as a signed number.
-    if (watch.playlist != nullptr && !watch.playlist->IsCompleted())
-        next_ms =
-            Sooner(next_ms, NextLate_ms(watch, now_ms, qint64{static_cast<int>(watch.playlist->GetDelayable_s())}));
-    return next_ms;
+    next_ms = Sooner(next_ms, Next_ms(SpanOf(watch.start_ms, Action::AHEAD), now_ms));
+    return watch.delayed.IsEmpty() ? next_ms : Sooner(next_ms, NextLate_ms(watch, now_ms, action.LateStart()));
 }
 
 qint64 WatchList::NextEarly_ms(qint64 now_ms) const
@@ -105,26 +99,25 @@ qint64 WatchList::NextEarly_ms(const Watch& watch, qint64 now_ms) const
 {
     if (watch.action->m_forced)
         return now_ms;
-    const qint64 ahead_ms = watch.action->IsPrepared() ? Action::PREPARED_AHEAD_S * MS_PER_S : 0;
-    const Span ready{watch.start_ms - ahead_ms, watch.start_ms + (Action::IN_TIME_S + 1) * MS_PER_S};
-    qint64 next_ms = Next_ms(ready, now_ms);
-    if (watch.playlist != nullptr)
-        next_ms = Sooner(next_ms, NextLate_ms(watch, now_ms, qint64{watch.playlist->GetDelayable_s()}));
-    return next_ms;
+    return Sooner(Next_ms(SpanOf(watch.start_ms, watch.inTime), now_ms), NextLate_ms(watch, now_ms, watch.delayed));
 }
 
 // The lateness counts from when the clock on the wall last showed the start time, today or yesterday; that of a time
 // that does not exist from midnight.
-qint64 WatchList::NextLate_ms(const Watch& watch, qint64 now_ms, qint64 tolerance_s) const
+qint64 WatchList::NextLate_ms(const Watch& watch, qint64 now_ms, const Action::Window& window) const
 {
-    if (tolerance_s <= 0)
+    if (window.IsEmpty())
         return NEVER;
-    if (tolerance_s >= DAY_S - 1)
+    if (window.last_s <= 1 - DAY_S)
         return Next_ms({m_stretch.begin_ms, m_stretch.end_ms}, now_ms);
     const qint64 today_ms = m_stretch.midnight_ms + watch.action->m_startTime.msecsSinceStartOfDay();
-    const qint64 late_ms = (tolerance_s + 1) * MS_PER_S;
-    return Sooner(Next_ms({today_ms - DAY_MS, today_ms - DAY_MS + late_ms}, now_ms),
-                  Next_ms({today_ms, today_ms + late_ms}, now_ms));
+    return Sooner(Next_ms(SpanOf(today_ms - DAY_MS, window), now_ms), Next_ms(SpanOf(today_ms, window), now_ms));
+}
+
+// A second is left until its end.
+WatchList::Span WatchList::SpanOf(qint64 start_ms, const Action::Window& window)
+{
+    return {start_ms - window.first_s * MS_PER_S, start_ms - (window.last_s - 1) * MS_PER_S};
 }
 
 qint64 WatchList::Next_ms(const Span& span, qint64 now_ms) const

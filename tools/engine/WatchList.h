@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Action.h"
 #include "Stretch.h"
 
 #include <QDate>
@@ -7,8 +8,6 @@
 
 #include <vector>
 
-class Action;
-class PlayPlaylist;
 class Scheduler;
 
 // Tells at which moments the scheduler's passes can find something, so that a rehearsal can leave out all others. It
@@ -21,7 +20,8 @@ public:
     struct Watch
     {
         const Action* action;
-        const PlayPlaylist* playlist; // null: another kind
+        Action::Window inTime;  // the action's own, which stay the same
+        Action::Window delayed; // empty: it is never started late
         bool isDue = false;
         bool isWatchedClosely = false; // is in the scheduler's early list
         qint64 start_ms = 0;           // when it is due, in the stretch or out of it
@@ -56,8 +56,9 @@ private:
 
     [[nodiscard]] qint64 NextFar_ms(const Watch& watch, qint64 now_ms) const;
     [[nodiscard]] qint64 NextEarly_ms(const Watch& watch, qint64 now_ms) const;
-    [[nodiscard]] qint64 NextLate_ms(const Watch& watch, qint64 now_ms, qint64 tolerance_s) const;
+    [[nodiscard]] qint64 NextLate_ms(const Watch& watch, qint64 now_ms, const Action::Window& window) const;
     [[nodiscard]] qint64 Next_ms(const Span& span, qint64 now_ms) const;
+    [[nodiscard]] static Span SpanOf(qint64 start_ms, const Action::Window& window);
 
     Stretch m_stretch{};
     std::vector<Watch> m_watches;

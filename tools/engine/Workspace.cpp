@@ -2,7 +2,7 @@
 
 #include "DataRoot.h"
 #include "Scheduler.h"
-#include "ToolError.h"
+#include "base/ToolError.h"
 #include "tasks/PlayPlaylist.h"
 
 #include <QDir>
@@ -11,6 +11,7 @@
 
 #include <cstring>
 #include <ctime>
+#include <utility>
 
 namespace
 {
@@ -27,17 +28,11 @@ const QString SCHEDULE = QStringLiteral("schedule.csv");
 const QString CONFIGURATION = QStringLiteral("/ozna.ini");
 const QString DEVICE_PLAYLISTS = QStringLiteral("/../playlists");
 
-// Of the workspace that lives, as the user knows it.
-QString& ShownPlaylists()
+// Which the daemon's code sees; null: none.
+const Workspace*& Used()
 {
-    static QString folder = {};
-    return folder;
-}
-
-QString& Root()
-{
-    static QString root = {};
-    return root;
+    static const Workspace* used = nullptr;
+    return used;
 }
 
 // The folder holds tables and texts as well: the C library would take them for UTC.
@@ -58,7 +53,20 @@ QString Reason()
 
 QString DataRoot()
 {
-    return Root();
+    return Used() != nullptr ? Used()->Root() : QString();
+}
+
+Workspace::Use::Use(const Workspace& workspace)
+    : m_before(std::exchange(Used(), &workspace))
+{
+    qputenv(CONFIGURATION_VARIABLE, QFile::encodeName(workspace.ConfigurationPath()));
+}
+
+Workspace::Use::~Use()
+{
+    Used() = m_before;
+    if (m_before != nullptr)
+        qputenv(CONFIGURATION_VARIABLE, QFile::encodeName(m_before->ConfigurationPath()));
 }
 
 Workspace::Workspace(const QString& file, const QString& playlists)
@@ -83,21 +91,17 @@ Workspace::Workspace(const QString& file, const QString& playlists)
     if (!m_folder.isValid())
         throw ToolError(m_folder.errorString());
 
-    Root() = m_folder.path();
-    ShownPlaylists() = m_playlists;
+    const Use use(*this);
     if (!QDir().mkpath(Scheduler::GetSchedulePath()))
         throw ToolError(QStringLiteral("%1: %2").arg(Scheduler::GetSchedulePath(), Reason()));
     Link(schedule.absoluteFilePath(), SchedulePath());
     Link(QFileInfo(m_playlists).absoluteFilePath(), PlayPlaylist::GetPlaylistsPath());
     WriteConfiguration();
     m_removal.emplace(QStringList{SchedulePath(), Scheduler::GetSchedulePath(), PlayPlaylist::GetPlaylistsPath(),
-                                  m_folder.path() + CONFIGURATION, m_folder.path()});
+                                  ConfigurationPath(), Root()});
 }
 
-Workspace::~Workspace()
-{
-    Root().clear();
-}
+Workspace::~Workspace() = default;
 
 void Workspace::Link(const QString& target, const QString& name) const
 {
@@ -105,18 +109,23 @@ void Workspace::Link(const QString& target, const QString& name) const
         throw ToolError(QStringLiteral("%1: %2").arg(name, Reason()));
 }
 
+QString Workspace::ConfigurationPath() const
+{
+    return Root() + CONFIGURATION;
+}
+
 void Workspace::WriteConfiguration() const
 {
-    QFile file(m_folder.path() + CONFIGURATION);
+    QFile file(ConfigurationPath());
     const QByteArray content = QByteArrayLiteral("[GENERAL]\nServerIp=") + SERVER + '\n';
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         throw ToolError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
-    qputenv(CONFIGURATION_VARIABLE, QFile::encodeName(file.fileName()));
 }
 
-QString Workspace::Readable(QString text)
+QString Workspace::Readable(QString text) const
 {
-    return Root().isEmpty() ? text : text.replace(PlayPlaylist::GetPlaylistsPath(), ShownPlaylists());
+    const Use use(*this);
+    return text.replace(PlayPlaylist::GetPlaylistsPath(), m_playlists);
 }
 
 QString Workspace::FileName()
@@ -126,6 +135,7 @@ QString Workspace::FileName()
 
 QString Workspace::SchedulePath() const
 {
+    const Use use(*this);
     return Scheduler::GetSchedulePath() + u'/' + SCHEDULE;
 }
 

@@ -7,8 +7,8 @@
 
 #include <optional>
 
-// The data folder that the daemon's code sees in this process: a new one, gone with the object, that holds the one
-// schedule file and the playlists. Nothing of the user's is written to, and no bus is reached. Only one may live.
+// A data folder for the daemon's code: a new one, gone with the object, that holds the one schedule file and the
+// playlists. Nothing of the user's is written to, and no bus is reached.
 //
 // Streams are those of a server whose address is SERVER: what a device is configured for is not known here.
 class Workspace final
@@ -25,14 +25,32 @@ public:
     Workspace(const Workspace&) = delete;
     Workspace& operator=(const Workspace&) = delete;
 
+    // Has the daemon's code see that workspace for as long as the object lives: of several objects the last one's.
+    class Use final
+    {
+    public:
+        // workspace: outlives the object.
+        explicit Use(const Workspace& workspace);
+        ~Use();
+
+        Use(const Use&) = delete;
+        Use& operator=(const Use&) = delete;
+
+    private:
+        const Workspace* const m_before;
+    };
+
+    // Where it is.
+    [[nodiscard]] QString Root() const { return m_folder.path(); }
+
     // The schedule's name in the data folder, for a Scheduler.
     [[nodiscard]] static QString FileName();
 
     // Where that file is, for who reads it.
     [[nodiscard]] QString SchedulePath() const;
 
-    // text, of the daemon's log, with the folder of the playlists as the user knows it.
-    [[nodiscard]] static QString Readable(QString text);
+    // text, of the daemon, with the folder of the playlists as the user knows it.
+    [[nodiscard]] QString Readable(QString text) const;
 
     // As given.
     [[nodiscard]] QString File() const { return m_file; }
@@ -48,6 +66,7 @@ public:
 
 private:
     void Link(const QString& target, const QString& name) const;
+    [[nodiscard]] QString ConfigurationPath() const;
     void WriteConfiguration() const;
 
     const QString m_file;

@@ -1,11 +1,11 @@
 #include "EventDetails.h"
 
 #include "EventHtml.h"
-#include "EventText.h"
 #include "Html.h"
-#include "Moment.h"
-#include "RehearsalRun.h"
 #include "WeekLayout.h"
+#include "base/Moment.h"
+#include "engine/RehearsalResult.h"
+#include "words/EventText.h"
 
 #include <algorithm>
 
@@ -25,7 +25,7 @@ QString DayAndTime(qint64 moment_ms, qint64 beside_ms)
     return date == Moment::LocalDate(beside_ms) ? time : EventHtml::DateText(date) + u' ' + time;
 }
 
-QString Why(const RehearsalRun& run, const Event& event)
+QString Why(const RehearsalResult& run, const Event& event)
 {
     QString text;
     for (const QString& mark : EventHtml::Marks(run, event))
@@ -34,7 +34,7 @@ QString Why(const RehearsalRun& run, const Event& event)
     return text.isEmpty() ? QString() : Html::Element("p", QStringLiteral("why"), text);
 }
 
-QString Span(const RehearsalRun& run, const Event& event)
+QString Span(const RehearsalResult& run, const Event& event)
 {
     QString text = EventDetails::SpanText(run, event);
     if (text.isEmpty())
@@ -57,11 +57,11 @@ QString Tracks(const Event& event)
     return items.isEmpty() ? QString() : Html::Element("ol", QStringLiteral("tracks"), items);
 }
 
-QString Line(const RehearsalRun& run, const Event& event)
+QString Line(const RehearsalResult& run, const Event& event)
 {
     const auto line =
-        std::ranges::lower_bound(run.Lines(), event.lineNumber, {}, [](const ScheduleLine& row) { return row.number; });
-    const QString text = line != run.Lines().end() && line->number == event.lineNumber
+        std::ranges::lower_bound(run.lines, event.lineNumber, {}, [](const ScheduleLine& row) { return row.number; });
+    const QString text = line != run.lines.end() && line->number == event.lineNumber
                              ? Html::Element("code", {}, Html::Text(line->text))
                              : QString();
     return Html::Element("p", QStringLiteral("source"),
@@ -86,18 +86,18 @@ QString Risk(const Event& event)
 
 } // namespace
 
-QString EventDetails::SpanText(const RehearsalRun& run, const Event& event)
+QString EventDetails::SpanText(const RehearsalResult& run, const Event& event)
 {
     if (!WeekLayout::IsBar(event))
         return {};
-    const qint64 shown_ms = WeekLayout::Shown_ms(event, run.Begin_ms(), run.End_ms());
+    const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
     const QString begin = DayAndTime(event.begin_ms, shown_ms);
     if (event.end_ms == Event::OPEN)
         return QStringLiteral("from %1 on, open end").arg(begin);
     return QStringLiteral("from %1 to %2").arg(begin, DayAndTime(event.end_ms, shown_ms));
 }
 
-QString EventDetails::Markup(const RehearsalRun& run, const Event& event, const QString& title)
+QString EventDetails::Markup(const RehearsalResult& run, const Event& event, const QString& title)
 {
     return Html::Element("div", QStringLiteral("more"),
                          Html::Element("p", QStringLiteral("title"), title) + Why(run, event) + Span(run, event) +

@@ -1,19 +1,19 @@
 #pragma once
 
-#include "Event.h"
+#include "engine/Event.h"
 
 #include <QString>
 
-class RehearsalRun;
+struct RehearsalResult;
 
 // The details of an event, as markup: when it is, its marks and reason, from when to when it plays, its tracks, the
 // schedule's line, and the requests.
 namespace EventDetails
 {
 
-[[nodiscard]] QString Markup(const RehearsalRun& run, const Event& event, const QString& title);
+[[nodiscard]] QString Markup(const RehearsalResult& run, const Event& event, const QString& title);
 
 // "10:00 to 10:12", "since Sun 24 March 22:00, open end", "from 22:00 to Tue 26 March 01:00". Empty for what is no bar.
-[[nodiscard]] QString SpanText(const RehearsalRun& run, const Event& event);
+[[nodiscard]] QString SpanText(const RehearsalResult& run, const Event& event);
 
 } // namespace EventDetails

@@ -1,12 +1,12 @@
 #include "EventHtml.h"
 
 #include "EventDetails.h"
-#include "EventText.h"
 #include "Html.h"
-#include "KindTable.h"
-#include "Moment.h"
-#include "RehearsalRun.h"
-#include "Workspace.h"
+#include "base/Moment.h"
+#include "engine/RehearsalResult.h"
+#include "engine/Workspace.h"
+#include "words/EventText.h"
+#include "words/Kinds.h"
 
 #include <QLocale>
 
@@ -27,11 +27,11 @@ QString Subject(const Event& event)
 
 QString Label(const Event& event)
 {
-    const KindLook& look = KindTable::Find(event.type);
+    const Kind& kind = Kinds::Of(event.type);
     const QString subject = Subject(event);
-    const bool isIconic = look.hasIcon && !subject.isEmpty();
+    const bool isIconic = kind.hasIcon && !subject.isEmpty();
     return Html::Element("span", isIconic ? QStringLiteral("kind iconic") : QStringLiteral("kind"),
-                         QLatin1String(look.label)) +
+                         QLatin1String(kind.label)) +
            (subject.isEmpty() ? QString() : u' ' + Html::Text(subject));
 }
 
@@ -60,11 +60,11 @@ int PartOf(const QDate& date, qint64 moment_ms)
 }
 
 // Where the bar lies in its day, for narrow pages that have no columns.
-QString Extent(const RehearsalRun& run, const Event& event, const QDate& date)
+QString Extent(const RehearsalResult& run, const Event& event, const QDate& date)
 {
     if (!WeekLayout::IsBar(event))
         return {};
-    const qint64 end_ms = event.end_ms == Event::OPEN ? run.End_ms() : event.end_ms;
+    const qint64 end_ms = event.end_ms == Event::OPEN ? run.end_ms : event.end_ms;
     return QStringLiteral("<i class=\"extent\" style=\"--from:%1%;--to:%2%\" aria-hidden=\"true\"></i>")
         .arg(PartOf(date, event.begin_ms))
         .arg(PartOf(date, end_ms));
@@ -77,9 +77,9 @@ QString EventHtml::Id(size_t event)
     return u'e' + QString::number(event);
 }
 
-QStringList EventHtml::Marks(const RehearsalRun& run, const Event& event)
+QStringList EventHtml::Marks(const RehearsalResult& run, const Event& event)
 {
-    return EventText::Mark(event, run.Begin_ms()).split(MARK_SEPARATOR, Qt::SkipEmptyParts);
+    return EventText::Mark(event, run.begin_ms).split(MARK_SEPARATOR, Qt::SkipEmptyParts);
 }
 
 QString EventHtml::TimeText(qint64 moment_ms)
@@ -93,11 +93,11 @@ QString EventHtml::DateText(const QDate& date)
     return QLocale::c().toString(date, QStringLiteral("ddd d MMMM"));
 }
 
-QString EventHtml::Entry(const RehearsalRun& run, const WeekLayout::Entry& entry)
+QString EventHtml::Entry(const RehearsalResult& run, const WeekLayout::Entry& entry)
 {
-    const Event& event = run.Events()[entry.event];
-    const QLatin1String style(KindTable::Find(event.type).style);
-    const qint64 shown_ms = WeekLayout::Shown_ms(event, run.Begin_ms(), run.End_ms());
+    const Event& event = run.events[entry.event];
+    const QLatin1String style(Kinds::Of(event.type).style);
+    const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
     const QString place =
         QStringLiteral("data-s=\"%1\" style=\"--top:%2\"").arg(entry.time_s).arg(Html::Rows(entry.top));
     const QDate date = Moment::LocalDate(shown_ms);
@@ -117,9 +117,9 @@ QString EventHtml::Entry(const RehearsalRun& run, const WeekLayout::Entry& entry
              EventDetails::Markup(run, event, title));
 }
 
-QString EventHtml::Bar(const RehearsalRun& run, const WeekLayout::Bar& bar)
+QString EventHtml::Bar(const RehearsalResult& run, const WeekLayout::Bar& bar)
 {
-    QStringList classes{QStringLiteral("bar"), QLatin1String(KindTable::Find(run.Events()[bar.event].type).style)};
+    QStringList classes{QStringLiteral("bar"), QLatin1String(Kinds::Of(run.events[bar.event].type).style)};
     if (bar.isBegun)
         classes.append(QStringLiteral("begun"));
     if (bar.isOpen)

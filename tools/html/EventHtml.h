@@ -1,11 +1,11 @@
 #pragma once
 
-#include "Event.h"
 #include "WeekLayout.h"
+#include "engine/Event.h"
 
 #include <QString>
 
-class RehearsalRun;
+struct RehearsalResult;
 
 // One event on a page: its entry in a day, which carries its details, and its bars.
 namespace EventHtml
@@ -16,13 +16,13 @@ namespace EventHtml
 
 // A list item: a button with time, kind, subject and marks, and the details, which the page's script shows. For a
 // carried entry only a button that leads to the event's own.
-[[nodiscard]] QString Entry(const RehearsalRun& run, const WeekLayout::Entry& entry);
+[[nodiscard]] QString Entry(const RehearsalResult& run, const WeekLayout::Entry& entry);
 
 // The coloured part of a day's column.
-[[nodiscard]] QString Bar(const RehearsalRun& run, const WeekLayout::Bar& bar);
+[[nodiscard]] QString Bar(const RehearsalResult& run, const WeekLayout::Bar& bar);
 
 // The marks of an event, as they are written and as classes of the page's style.
-[[nodiscard]] QStringList Marks(const RehearsalRun& run, const Event& event);
+[[nodiscard]] QStringList Marks(const RehearsalResult& run, const Event& event);
 
 // "08:30", and "08:30:10" where there are seconds.
 [[nodiscard]] QString TimeText(qint64 moment_ms);

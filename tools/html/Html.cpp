@@ -1,6 +1,6 @@
 #include "Html.h"
 
-#include "Terminal.h"
+#include "base/Terminal.h"
 
 QString Html::Text(const QString& text)
 {

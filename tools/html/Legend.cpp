@@ -2,8 +2,7 @@
 
 #include "EventHtml.h"
 #include "Html.h"
-#include "KindTable.h"
-#include "RehearsalRun.h"
+#include "engine/RehearsalResult.h"
 
 #include <QHash>
 
@@ -28,10 +27,24 @@ constexpr std::array MARKS{
     MarkRow{"playing", "began before this rehearsal"},
 };
 
-QString Kinds()
+// The kinds of drawing, and what they are called.
+struct StyleRow
+{
+    const char* style;
+    const char* label;
+    bool isBar;
+};
+
+constexpr std::array STYLES{
+    StyleRow{"playlist", "playlist", true}, StyleRow{"stream", "stream", true},
+    StyleRow{"radio", "radio", true},       StyleRow{"aux", "aux input", true},
+    StyleRow{"message", "message", false},  StyleRow{"setting", "everything else", false},
+};
+
+QString Styles()
 {
     QString items;
-    for (const KindTable::Style& style : KindTable::STYLES)
+    for (const StyleRow& style : STYLES)
         items +=
             QStringLiteral("<li><i class=\"swatch %1%2\"></i><i class=\"icon %1\"></i>%3</li>\n")
                 .arg(QLatin1String(style.style), QLatin1String(style.isBar ? " bar" : ""), QLatin1String(style.label));
@@ -40,13 +53,13 @@ QString Kinds()
 
 } // namespace
 
-QString Legend::Markup(const RehearsalRun& run)
+QString Legend::Markup(const RehearsalResult& run)
 {
     // By mark: how often, and the first event.
     QHash<QString, QPair<int, size_t>> counts;
-    for (size_t i = 0; i < run.Events().size(); ++i)
+    for (size_t i = 0; i < run.events.size(); ++i)
     {
-        for (const QString& mark : EventHtml::Marks(run, run.Events()[i]))
+        for (const QString& mark : EventHtml::Marks(run, run.events[i]))
         {
             auto entry = counts.find(mark);
             if (entry == counts.end())
@@ -66,7 +79,7 @@ QString Legend::Markup(const RehearsalRun& run)
                      .arg(count == 1 ? QStringLiteral("once") : QStringLiteral("%1 times").arg(count))
                      .arg(QLatin1String(row.meaning));
     }
-    return QStringLiteral("<section class=\"legend\" aria-label=\"Legend\">\n<ul>\n") + Kinds() +
+    return QStringLiteral("<section class=\"legend\" aria-label=\"Legend\">\n<ul>\n") + Styles() +
            QStringLiteral("</ul>\n") + (marks.isEmpty() ? QString() : Html::Element("ul", {}, marks)) +
            QStringLiteral("</section>\n");
 }

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-class RehearsalRun;
+struct RehearsalResult;
 
 // What the page's colours, patterns and marks mean, and how often each mark is there.
 namespace Legend
@@ -10,6 +10,6 @@ namespace Legend
 
 // As markup: the kinds, the marks with their numbers, and links to the first events that do not come as they are
 // written.
-[[nodiscard]] QString Markup(const RehearsalRun& run);
+[[nodiscard]] QString Markup(const RehearsalResult& run);
 
 } // namespace Legend

@@ -2,10 +2,10 @@
 
 #include "Html.h"
 #include "Legend.h"
-#include "Moment.h"
-#include "RehearsalRun.h"
 #include "WeekHtml.h"
 #include "WeekLayout.h"
+#include "base/Moment.h"
+#include "engine/RehearsalResult.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,15 +43,16 @@ QString Counted(qsizetype number, const char* noun)
     return QStringLiteral("%1 %2%3").arg(number).arg(QLatin1String(noun), QLatin1String(number == 1 ? "" : "s"));
 }
 
-QString Rejected(const RehearsalRun& run)
+QString Rejected(const RehearsalResult& run)
 {
     QString items;
-    for (const ScheduleLine& line : run.Lines())
+    for (const ScheduleLine& line : run.lines)
     {
         if (line.IsRejected())
-            items += Html::Element("li", {},
-                                   QStringLiteral("Line %1: ").arg(line.number) + Html::Attribute(line.Rejection()) +
-                                       QStringLiteral(": ") + Html::Element("code", {}, Html::Text(line.text)));
+            items +=
+                Html::Element("li", {},
+                              QStringLiteral("Line %1: ").arg(line.number) + Html::Attribute(line.rejected->reason) +
+                                  QStringLiteral(": ") + Html::Element("code", {}, Html::Text(line.text)));
     }
     if (items.isEmpty())
         return {};
@@ -60,15 +61,15 @@ QString Rejected(const RehearsalRun& run)
            Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
 }
 
-QString Header(const RehearsalRun& run, const QString& zone)
+QString Header(const RehearsalResult& run, const QString& zone)
 {
     const qsizetype requests =
-        std::accumulate(run.Events().begin(), run.Events().end(), qsizetype{0},
+        std::accumulate(run.events.begin(), run.events.end(), qsizetype{0},
                         [](qsizetype sum, const Event& event) { return sum + event.requests.size(); });
-    return QStringLiteral("<header>\n<h1>Schedule ") + Html::Text(QFileInfo(run.File()).fileName()) +
-           QStringLiteral("</h1>\n<p>") + MomentText(run.Begin_ms()) + QStringLiteral(" to ") +
-           MomentText(run.End_ms()) + QStringLiteral(". Times are those of ") + Html::Text(zone) +
-           QStringLiteral(". ") + Counted(static_cast<qsizetype>(run.Events().size()), "event") + QStringLiteral(", ") +
+    return QStringLiteral("<header>\n<h1>Schedule ") + Html::Text(QFileInfo(run.file).fileName()) +
+           QStringLiteral("</h1>\n<p>") + MomentText(run.begin_ms) + QStringLiteral(" to ") + MomentText(run.end_ms) +
+           QStringLiteral(". Times are those of ") + Html::Text(zone) + QStringLiteral(". ") +
+           Counted(static_cast<qsizetype>(run.events.size()), "event") + QStringLiteral(", ") +
            Counted(requests, "request") + QStringLiteral(" to the device.</p>\n") + Rejected(run) +
            Legend::Markup(run) + QStringLiteral("</header>\n");
 }
@@ -91,14 +92,14 @@ const QString DETAILS = QStringLiteral(
 
 } // namespace
 
-QString Page::Markup(const RehearsalRun& run, const QString& zone)
+QString Page::Markup(const RehearsalResult& run, const QString& zone)
 {
-    const std::vector<WeekLayout::Week> weeks = WeekLayout::Weeks(run.Events(), run.Begin_ms(), run.End_ms());
+    const std::vector<WeekLayout::Week> weeks = WeekLayout::Weeks(run.events, run.begin_ms, run.end_ms);
     QString text = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                                   "<meta http-equiv=\"Content-Security-Policy\" content=\"%1\">\n"
                                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n")
                        .arg(POLICY);
-    text += QStringLiteral("<title>Schedule ") + Html::Attribute(QFileInfo(run.File()).fileName()) +
+    text += QStringLiteral("<title>Schedule ") + Html::Attribute(QFileInfo(run.file).fileName()) +
             QStringLiteral("</title>\n<style>\n") + Part(STYLE_FILE) + Part(LIST_STYLE_FILE) +
             QStringLiteral("</style>\n</head>\n<body>\n");
     text += Header(run, zone) + Navigation(weeks) + QStringLiteral("<main>\n");

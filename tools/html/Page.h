@@ -2,13 +2,13 @@
 
 #include <QString>
 
-class RehearsalRun;
+struct RehearsalResult;
 
 // A rehearsal as a page for a browser: one file that needs no other, and no network.
 namespace Page
 {
 
 // zone: the name of the time zone that the times are in.
-[[nodiscard]] QString Markup(const RehearsalRun& run, const QString& zone);
+[[nodiscard]] QString Markup(const RehearsalResult& run, const QString& zone);
 
 } // namespace Page

@@ -2,8 +2,8 @@
 
 #include "EventHtml.h"
 #include "Html.h"
-#include "Moment.h"
-#include "RehearsalRun.h"
+#include "base/Moment.h"
+#include "engine/RehearsalResult.h"
 
 #include <QLocale>
 
@@ -37,7 +37,7 @@ QString Hours(const HourScale& scale)
     return QStringLiteral("<div class=\"hours\" aria-hidden=\"true\">%1</div>\n").arg(text);
 }
 
-QString Column(const RehearsalRun& run, const WeekLayout::Day& day)
+QString Column(const RehearsalResult& run, const WeekLayout::Day& day)
 {
     QString bars;
     for (const WeekLayout::Bar& bar : day.bars)
@@ -74,7 +74,7 @@ QString WeekHtml::Title(const WeekLayout::Week& week)
     return first == last ? WithYear(first) : EventHtml::DateText(first) + QStringLiteral(" to ") + WithYear(last);
 }
 
-QString WeekHtml::Section(const RehearsalRun& run, const WeekLayout::Week& week, size_t number)
+QString WeekHtml::Section(const RehearsalResult& run, const WeekLayout::Week& week, size_t number)
 {
     QString text = QStringLiteral("<section class=\"week\" id=\"%1\" style=\"--rows:%2;--days:%3\">\n<h2>")
                        .arg(Id(number))

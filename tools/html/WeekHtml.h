@@ -4,7 +4,7 @@
 
 #include <QString>
 
-class RehearsalRun;
+struct RehearsalResult;
 
 // A week on a page: a section with a column for each day.
 namespace WeekHtml
@@ -16,6 +16,6 @@ namespace WeekHtml
 // "Mon 25 March to Sun 31 March 2024".
 [[nodiscard]] QString Title(const WeekLayout::Week& week);
 
-[[nodiscard]] QString Section(const RehearsalRun& run, const WeekLayout::Week& week, size_t number);
+[[nodiscard]] QString Section(const RehearsalResult& run, const WeekLayout::Week& week, size_t number);
 
 } // namespace WeekHtml

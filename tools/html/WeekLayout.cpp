@@ -1,8 +1,8 @@
 #include "WeekLayout.h"
 
-#include "EventText.h"
 #include "Lanes.h"
-#include "Moment.h"
+#include "base/Moment.h"
+#include "words/EventText.h"
 
 #include <QTime>
 

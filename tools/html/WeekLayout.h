@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Event.h"
 #include "HourScale.h"
+#include "engine/Event.h"
 
 #include <QDate>
 

@@ -1,0 +1,62 @@
+#include "DaemonLog.h"
+
+#include "Globals.h"
+
+#include <LogInterface.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+
+struct Kept
+{
+    unsigned int least = 0;
+    QList<DaemonRecord> records;
+};
+
+Kept& TheKept()
+{
+    static Kept kept;
+    return kept;
+}
+
+} // namespace
+
+// Linked in the place of the platform's.
+LogInterface::LogInterface(const QString& objectPath)
+    : m_maxLevel(LEVEL_TRACE)
+{
+    Q_UNUSED(objectPath)
+}
+
+LogInterface::~LogInterface() = default;
+
+void LogInterface::EmitLogString(unsigned int level, const char* text, const char* origin)
+{
+    Q_UNUSED(origin)
+    if (level > std::min<unsigned int>(m_maxLevel, TheKept().least))
+        return;
+    const QString record = QString::fromUtf8(text);
+    TheKept().records.append(
+        {static_cast<LogLevel>(level), record.mid(record.indexOf(QLatin1String("] ")) + 2).trimmed()});
+}
+
+DaemonLog::DaemonLog(LogLevel least)
+{
+    // Without a client the records are not even formatted.
+    static LogInterface client{QString()};
+    TheKept() = {least, {}};
+    _logInterface = &client;
+}
+
+DaemonLog::~DaemonLog()
+{
+    _logInterface = nullptr;
+}
+
+QList<DaemonRecord> DaemonLog::Take()
+{
+    return std::exchange(TheKept().records, {});
+}

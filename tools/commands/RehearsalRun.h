@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/CommandLine.h"
+#include "engine/RehearsalResult.h"
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+// A rehearsal as the commands that have one ask for it: their common options, its span, and its result.
+class RehearsalRun final
+{
+public:
+    // Adds --playlists and --tz.
+    static void AddPlaceOptions(CommandLine& line);
+
+    // Adds --from and --days as well. days: how many, unless told.
+    static void AddSpanOptions(CommandLine& line, int days);
+
+    // Tells the lines that the daemon rejects on standard error, with file; gives how many there are.
+    static int TellRejected(const QString& file, const std::vector<ScheduleLine>& lines);
+
+    // Sets the time zone that line asks for, if any.
+    static void SetTimeZone(const CommandLine& line);
+
+    // Asked now and then: whether the events are enough, of which all before reached_ms are there.
+    using IsEnough = std::function<bool(const std::vector<Event>& events, qint64 reached_ms)>;
+
+    // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
+    // span of interest, which ends earlier where isEnough says so. Shows progress. Rejected lines are told on standard
+    // error, with file and line. Throws ToolError when file cannot be read.
+    RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
+                 qint64 until_ms, const IsEnough& isEnough = {});
+
+    // The span that line asks for, from today's beginning on unless it says otherwise; days: how many unless line
+    // tells, in the place of the option's own number. Throws ToolError on what is no moment.
+    [[nodiscard]] static qint64 From_ms(const CommandLine& line);
+    [[nodiscard]] static qint64 Until_ms(const CommandLine& line, qint64 from_ms, std::optional<int> days = {});
+
+    [[nodiscard]] const RehearsalResult& Result() const { return m_result; }
+
+    // The exit status of a command that has no more to say: of the lines, and of an interruption.
+    [[nodiscard]] int Status() const;
+
+private:
+    RehearsalResult m_result;
+    bool m_isWhole = false;
+};

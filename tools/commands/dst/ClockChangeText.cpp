@@ -1,0 +1,100 @@
+#include "ClockChangeText.h"
+
+#include "Action.h"
+#include "base/Moment.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <cstdlib>
+#include <map>
+
+namespace
+{
+
+using Moment::MS_PER_S;
+
+using EventsOfLines = std::map<int, std::vector<Event>>;
+
+// Ahead of a start and behind it, while an action may be watched, prepared or still started.
+constexpr qint64 MARGIN_MS = (Action::EARLY_S + Action::IN_TIME_S + 1) * MS_PER_S;
+
+constexpr qsizetype TIME_BEGIN = 11; // in an ISO moment, which tells the offset as well
+
+bool IsOutcome(const Event& event)
+{
+    const bool isStart = event.kind == EventKind::START && !event.isForced;
+    return isStart || event.kind == EventKind::MISSED || event.kind == EventKind::LOST;
+}
+
+// Where the clocks are put back the hour before the change comes again behind it.
+bool IsConcerned(const Event& event, const ClockChange& change)
+{
+    const qint64 repeated_ms = std::max<qint64>(-change.shift_s, 0) * MS_PER_S;
+    const bool isInside =
+        event.due_ms >= change.moment_ms - repeated_ms && event.due_ms < change.moment_ms + repeated_ms;
+    return isInside || event.isRepeated || event.delay_s > 0 || event.kind != EventKind::START;
+}
+
+EventsOfLines Concerned(const ClockChange& change, const std::vector<Event>& events)
+{
+    const qint64 reach_ms = std::max<qint64>(-change.shift_s, 0) * MS_PER_S + MARGIN_MS;
+    EventsOfLines lines;
+    for (const Event& event : events)
+    {
+        if (IsOutcome(event) && std::abs(event.moment_ms - change.moment_ms) < reach_ms)
+            lines[event.lineNumber].push_back(event);
+    }
+    std::erase_if(lines, [&](const auto& line) {
+        return std::ranges::none_of(line.second, [&](const Event& event) { return IsConcerned(event, change); });
+    });
+    return lines;
+}
+
+QString TimeWithOffset(const Event& event)
+{
+    return Moment::IsoText(event.moment_ms).mid(TIME_BEGIN);
+}
+
+QString Outcome(const std::vector<Event>& events)
+{
+    QStringList starts;
+    QString reason;
+    bool isLate = false;
+    for (const Event& event : events)
+    {
+        if (event.kind != EventKind::START)
+            reason = event.reason;
+        else
+            starts.append(TimeWithOffset(event));
+        isLate = isLate || event.delay_s > 0;
+    }
+    if (starts.isEmpty())
+        return QStringLiteral("does not start: ") + reason;
+    if (starts.size() > 1)
+        return QStringLiteral("is asked for %1: at %2")
+            .arg(starts.size() == 2 ? QStringLiteral("twice") : QStringLiteral("%1 times").arg(starts.size()),
+                 starts.join(QStringLiteral(" and ")));
+    const QString once = isLate ? QStringLiteral("is asked for late: at ") : QStringLiteral("is asked for once: at ");
+    return once + starts.first() + (reason.isEmpty() || isLate ? QString() : QStringLiteral("; missed: ") + reason);
+}
+
+} // namespace
+
+QString ClockChangeText::Of(const ClockChange& change, const std::vector<Event>& events, LinePhrases& phrases)
+{
+    const qint64 shift_ms = change.shift_s * MS_PER_S;
+    // What the clock would have shown then.
+    const QTime before = Moment::LocalTime(change.moment_ms).addMSecs(static_cast<int>(-shift_ms));
+    QString text;
+    for (const auto& [number, outcomes] : Concerned(change, events))
+        text += QStringLiteral("  %1: %2\n").arg(phrases.Of(number), Outcome(outcomes));
+    if (text.isEmpty())
+        return {};
+    return QStringLiteral("%1: at %2 the clocks are put %3 to %4\n")
+               .arg(Moment::DateText(Moment::LocalDate(change.moment_ms - MS_PER_S)),
+                    before.toString(QStringLiteral("HH:mm:ss")),
+                    change.shift_s > 0 ? QStringLiteral("forward") : QStringLiteral("back"),
+                    Moment::TimeText(change.moment_ms)) +
+           text;
+}

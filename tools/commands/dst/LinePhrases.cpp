@@ -1,0 +1,26 @@
+#include "LinePhrases.h"
+
+#include "base/Terminal.h"
+#include "engine/TaskRequests.h"
+#include "peers/SoundManager.h"
+#include "words/Kinds.h"
+
+LinePhrases::LinePhrases(const Workspace& workspace, const std::vector<ScheduleLine>& lines)
+    : m_workspace(workspace)
+    , m_lines(lines)
+{
+}
+
+QString LinePhrases::Of(int number)
+{
+    QString& phrase = m_phrases[number];
+    if (!phrase.isEmpty())
+        return phrase;
+    Action& action = *m_lines.at(static_cast<size_t>(number) - 1).action;
+    const Task& task = *action.m_task;
+    // An action is started once.
+    phrase = Terminal::Harmless(QStringLiteral("line %1, %2, %3")
+                                    .arg(QString::number(number), SoundManager::FormatTime(action.m_startTime),
+                                         Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(m_workspace, action))));
+    return phrase;
+}

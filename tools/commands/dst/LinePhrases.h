@@ -1,0 +1,24 @@
+#pragma once
+
+#include "engine/ScheduleLine.h"
+
+#include <QString>
+
+#include <map>
+#include <vector>
+
+// The lines of a file, each said in a few words. No rehearsal may live while it is asked.
+class LinePhrases final
+{
+public:
+    // lines: of that workspace; both outlive it. Their actions are started, and of no use afterwards.
+    LinePhrases(const Workspace& workspace, const std::vector<ScheduleLine>& lines);
+
+    // "line 3, 02:30:00, switch the lights off". number: of a line that has an action.
+    [[nodiscard]] QString Of(int number);
+
+private:
+    const Workspace& m_workspace;
+    const std::vector<ScheduleLine>& m_lines;
+    std::map<int, QString> m_phrases; // by the number of the line
+};

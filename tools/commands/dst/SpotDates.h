@@ -1,0 +1,30 @@
+#pragma once
+
+#include "LinePhrases.h"
+#include "engine/Event.h"
+#include "engine/ScheduleLine.h"
+
+#include <QString>
+
+#include <vector>
+
+// Spot dates, which go by UTC, on a clock that does not.
+namespace SpotDates
+{
+
+// From the first moment on, up to but not including the second.
+struct Span
+{
+    qint64 begin_ms;
+    qint64 end_ms;
+};
+
+// The days around each date from first to last that a line names as its spot date, in order, without overlaps.
+[[nodiscard]] std::vector<Span> Spans(const std::vector<ScheduleLine>& lines, const QDate& first, const QDate& last);
+
+// A heading, and for each line that starts on another local date than the one it names when and how often; empty where
+// none does. events: of rehearsals of the spans.
+[[nodiscard]] QString Text(const std::vector<ScheduleLine>& lines, const std::vector<Event>& events,
+                           LinePhrases& phrases);
+
+} // namespace SpotDates

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/ScheduleLine.h"
+#include "engine/Workspace.h"
+
+#include <QTemporaryDir>
+
+#include <optional>
+
+// Lets lines be read that belong to no file: a playlist that is not at hand is replaced by one of a single track.
+class StandInPlaylists final
+{
+public:
+    // playlists: the folder of the playlists; empty: none is at hand. Throws ToolError when it is no folder.
+    explicit StandInPlaylists(const QString& playlists);
+
+    // Reads a line as the daemon does. A playlist that is missing where none is at hand is made.
+    [[nodiscard]] ScheduleLine Read(const QString& text, int number);
+
+    [[nodiscard]] const Workspace& GetWorkspace() const { return *m_workspace; }
+
+    // Whether the tracks are those of the playlists that were given.
+    [[nodiscard]] bool AreTracksKnown() const { return m_areTracksKnown; }
+
+private:
+    [[nodiscard]] QString PrepareSchedule() const;
+    [[nodiscard]] bool MakeMissing(const QString& path) const;
+
+    const bool m_areTracksKnown;
+    QTemporaryDir m_folder;
+    std::optional<Workspace> m_workspace;
+};

@@ -1,0 +1,111 @@
+#include "base/CommandLine.h"
+#include "base/ExitStatus.h"
+#include "base/Moment.h"
+#include "base/Terminal.h"
+#include "commands/Commands.h"
+#include "commands/RehearsalRun.h"
+#include "words/EventText.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace
+{
+
+const QString COUNT = QStringLiteral("n");
+const QString FROM = QStringLiteral("from");
+constexpr int USUAL_COUNT = 10;
+constexpr int GREATEST_COUNT = 10000;
+constexpr int LONGEST_YEARS = 2; // what is due on a certain day of the week or of a year has come by then
+
+constexpr int SPAN_WIDTH = 16;
+constexpr int TASK_WIDTH = 18;
+constexpr int SUBJECT_WIDTH = 26;
+
+// A message is asked for ahead of its time, a late playlist starts behind it.
+qint64 StartOf(const Event& event)
+{
+    return std::max(event.moment_ms, event.due_ms);
+}
+
+bool IsNext(const Event& event, qint64 from_ms)
+{
+    return event.kind == EventKind::START && StartOf(event) >= from_ms;
+}
+
+// A column, and at least one blank behind it.
+QString Column(const QString& text, int width)
+{
+    return text.leftJustified(width - 1) + u' ';
+}
+
+QString Row(const Event& event, qint64 from_ms)
+{
+    QString text = QStringLiteral("%1 %2  ").arg(Moment::DateText(Moment::LocalDate(event.due_ms)),
+                                                 Moment::TimeText(event.due_ms));
+    text += Column(QStringLiteral("in ") + Moment::SpanText((StartOf(event) - from_ms) / Moment::MS_PER_S), SPAN_WIDTH);
+    text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(EventText::Subject(event)), SUBJECT_WIDTH);
+    text += QStringLiteral("line %1").arg(event.lineNumber);
+    const QString mark = event.moment_ms < from_ms ? QString() : EventText::Mark(event, from_ms);
+    if (!mark.isEmpty())
+        text += QStringLiteral("  ") + Terminal::Coloured(mark, Terminal::Colour::YELLOW);
+    return text + u'\n';
+}
+
+std::vector<Event> Starts(const RehearsalResult& run, int count)
+{
+    std::vector<Event> starts;
+    std::ranges::copy_if(run.events, std::back_inserter(starts),
+                         [&](const Event& event) { return IsNext(event, run.begin_ms); });
+    std::ranges::stable_sort(starts, {}, &Event::due_ms);
+    starts.resize(std::min(starts.size(), static_cast<size_t>(count)));
+    return starts;
+}
+
+QString FewerText(const RehearsalResult& run, size_t found)
+{
+    const QString what = found == 0   ? QStringLiteral("no start")
+                         : found == 1 ? QStringLiteral("only 1 start")
+                                      : QStringLiteral("only %1 starts").arg(found);
+    return QStringLiteral("%1 from %2 %3 to %4 %5\n")
+        .arg(what, Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
+             Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms));
+}
+
+} // namespace
+
+int Commands::Next(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("next"),
+                     QStringLiteral("Shows what starts next, and in how long, like a timetable. It looks two years\n"
+                                    "ahead. What is due and does not start is no start: see rehearse."),
+                     {QStringLiteral("FILE")});
+    line.AddValue(COUNT, QStringLiteral("N"), QStringLiteral("how many starts (default: %1)").arg(USUAL_COUNT),
+                  QString::number(USUAL_COUNT));
+    line.AddValue(FROM, QStringLiteral("MOMENT"),
+                  QStringLiteral("2024-05-15, 2024-05-15T08:30 or ...:30:00, local\ntime (default: now)"));
+    RehearsalRun::AddPlaceOptions(line);
+    if (!line.Parse(arguments))
+        return ExitStatus::CLEAN;
+
+    RehearsalRun::SetTimeZone(line);
+    const int count = line.Number(COUNT, 1, GREATEST_COUNT);
+    const qint64 from_ms = line.Has(FROM) ? RehearsalRun::From_ms(line) : Moment::Now_ms();
+    const qint64 until_ms =
+        Moment::FromLocal_ms(Moment::LocalDate(from_ms).addYears(LONGEST_YEARS), Moment::LocalTime(from_ms));
+    const auto hasEnough = [&](const std::vector<Event>& events, qint64 reached_ms) {
+        // What is asked for ahead of its time stands before what comes earlier.
+        return std::ranges::count_if(events, [&](const Event& event) {
+                   return IsNext(event, from_ms) && event.due_ms < reached_ms;
+               }) >= count;
+    };
+    const RehearsalRun run(line, line.Operand(0), std::nullopt, from_ms, until_ms, hasEnough);
+    const std::vector<Event> starts = Starts(run.Result(), count);
+    QString text;
+    for (const Event& event : starts)
+        text += Row(event, from_ms);
+    if (starts.size() < static_cast<size_t>(count))
+        text += FewerText(run.Result(), starts.size());
+    Terminal::Print(text);
+    return run.Status();
+}

@@ -1,0 +1,114 @@
+#include "RehearsalText.h"
+#include "base/Moment.h"
+#include "base/Terminal.h"
+#include "engine/RehearsalResult.h"
+#include "words/EventText.h"
+
+namespace
+{
+
+constexpr int LINE_WIDTH = 5;
+constexpr int TASK_WIDTH = 16;
+constexpr int SUBJECT_WIDTH = 30;
+const QString INDENT = QStringLiteral("                    ");
+
+using Terminal::Colour;
+
+Colour ColourOf(const Event& event)
+{
+    return event.kind == EventKind::START ? Colour::YELLOW : Colour::RED;
+}
+
+// A column, and at least one blank behind it.
+QString Column(const QString& text, int width)
+{
+    return text.leftJustified(width - 1) + u' ';
+}
+
+QString Requests(const Event& event)
+{
+    QString text;
+    for (const Request& request : event.requests)
+        text += INDENT + Terminal::Coloured(Terminal::Harmless(request.Text()), Colour::GREY) + u'\n';
+    return text;
+}
+
+QString Tracks(const Event& event)
+{
+    QString text;
+    for (const TrackTime& track : event.tracks)
+    {
+        const bool isHeard = event.end_ms == Event::OPEN || track.begin_ms < event.end_ms;
+        text += INDENT + QStringLiteral("  %1  %2%3\n")
+                             .arg(Moment::TimeText(track.begin_ms), Terminal::Harmless(track.file),
+                                  isHeard ? QString() : QStringLiteral("  (not reached)"));
+    }
+    return text;
+}
+
+QString End(const Event& event)
+{
+    if (!event.plays || event.end_ms == Event::OPEN || event.type == TASK_PLAY_MESSAGE)
+        return {};
+    const QDate date = Moment::LocalDate(event.end_ms);
+    QString text = INDENT + QStringLiteral("ends ");
+    if (date != Moment::LocalDate(event.moment_ms))
+        text += Moment::DateText(date) + u' ';
+    text += Moment::TimeText(event.end_ms);
+    if (event.stoppedByLine != 0)
+        text += QStringLiteral(", stopped by line %1").arg(event.stoppedByLine);
+    return text + u'\n';
+}
+
+QString Risk(const Event& event)
+{
+    const QString text = EventText::Risk(event);
+    return text.isEmpty() ? text : INDENT + Terminal::Coloured(text, Colour::GREY) + u'\n';
+}
+
+QString Row(const Event& event, qint64 from_ms)
+{
+    QString text = QStringLiteral("  %1  ").arg(Moment::TimeText(event.moment_ms));
+    text += QString::number(event.lineNumber).rightJustified(LINE_WIDTH) + QStringLiteral("  ");
+    text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(EventText::Subject(event)), SUBJECT_WIDTH);
+    QString mark = EventText::Mark(event, from_ms);
+    if (!event.reason.isEmpty())
+        mark += (mark.isEmpty() ? QString() : QStringLiteral(": ")) + event.reason;
+    text = mark.isEmpty() ? text.trimmed() : text + Terminal::Coloured(mark, ColourOf(event));
+    if (mark.isEmpty())
+        text.prepend(QStringLiteral("  "));
+    return text + u'\n' + Requests(event) + Tracks(event) + End(event) + Risk(event);
+}
+
+// "1 event", "2 events"
+QString Counted(qint64 count, const char* thing)
+{
+    return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(thing), count == 1 ? QString() : QStringLiteral("s"));
+}
+
+} // namespace
+
+QString RehearsalText::Table(const RehearsalResult& run)
+{
+    QString text;
+    QDate date;
+    qint64 requests = 0;
+    for (const Event& event : run.events)
+    {
+        const QDate today = Moment::LocalDate(event.moment_ms);
+        if (today != date)
+        {
+            date = today;
+            text += (text.isEmpty() ? QString() : QStringLiteral("\n")) +
+                    Terminal::Coloured(Moment::DateText(date), Colour::BOLD) + u'\n';
+        }
+        text += Row(event, run.begin_ms);
+        requests += event.requests.size();
+    }
+    text += (text.isEmpty() ? QString() : QStringLiteral("\n")) +
+            QStringLiteral("%1 %2 to %3 %4: %5, %6\n")
+                .arg(Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
+                     Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms),
+                     Counted(static_cast<qint64>(run.events.size()), "event"), Counted(requests, "request"));
+    return text;
+}

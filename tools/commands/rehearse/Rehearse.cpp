@@ -1,0 +1,93 @@
+#include "RehearsalText.h"
+#include "base/CommandLine.h"
+#include "base/ExitStatus.h"
+#include "base/Moment.h"
+#include "base/Terminal.h"
+#include "base/ToolError.h"
+#include "commands/Commands.h"
+#include "commands/RehearsalRun.h"
+#include "html/Page.h"
+#include "html/WeekLayout.h"
+
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QTimeZone>
+
+namespace
+{
+
+const QString START_AT = QStringLiteral("start-at");
+const QString JSON = QStringLiteral("json");
+const QString CSV = QStringLiteral("csv");
+const QString HTML = QStringLiteral("html");
+const QString STANDARD_OUTPUT = QStringLiteral("-");
+
+// The page takes its file's place: a device or a pipe would be lost, and so would the schedule.
+void CheckPage(const QString& name, const QString& schedule)
+{
+    const QFileInfo page(name);
+    if (name == STANDARD_OUTPUT || !page.exists())
+        return;
+    if (!page.isFile())
+        throw ToolError(QStringLiteral("--html: %1 is not a file").arg(name));
+    if (page.canonicalFilePath() == QFileInfo(schedule).canonicalFilePath())
+        throw ToolError(QStringLiteral("--html: %1 is the schedule itself").arg(name));
+}
+
+// The file is there whole, or as it was before.
+void WritePage(const RehearsalResult& run, const QString& name)
+{
+    const QString page = Page::Markup(run, QString::fromLatin1(QTimeZone::systemTimeZoneId()));
+    if (name == STANDARD_OUTPUT)
+    {
+        Terminal::Print(page);
+        return;
+    }
+    QSaveFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(page.toUtf8()) < 0 || !file.commit())
+        throw ToolError(QStringLiteral("%1: %2").arg(name, file.errorString()));
+}
+
+} // namespace
+
+int Commands::Rehearse(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("rehearse"),
+                     QStringLiteral("Shows every request that the daemon would send, in order of time."),
+                     {QStringLiteral("FILE")});
+    RehearsalRun::AddSpanOptions(line, 1);
+    line.AddValue(START_AT, QStringLiteral("MOMENT"),
+                  QStringLiteral("the daemon starts, or loads the schedule, then\n"
+                                 "(default: it has been running for long)"));
+    line.AddFlag(JSON, QStringLiteral("for machines: one object with all events"));
+    line.AddFlag(CSV, QStringLiteral("for spreadsheets: a row for each request"));
+    line.AddValue(
+        HTML, QStringLiteral("OUT"),
+        QStringLiteral("for a browser: a page of a week, or of --days, is\nwritten to OUT (\"-\": standard output)"));
+    if (!line.Parse(arguments))
+        return ExitStatus::CLEAN;
+    if (int{line.Has(JSON)} + int{line.Has(CSV)} + int{line.Has(HTML)} > 1)
+        throw ToolError(QStringLiteral("--json, --csv and --html exclude each other"));
+
+    if (line.Has(HTML))
+        CheckPage(line.Value(HTML), line.Operand(0));
+
+    RehearsalRun::SetTimeZone(line);
+    std::optional<qint64> start_ms;
+    if (line.Has(START_AT))
+        start_ms = Moment::Parse_ms(QStringLiteral("--start-at"), line.Value(START_AT));
+    const qint64 from_ms = start_ms && !line.Has(QStringLiteral("from")) ? *start_ms : RehearsalRun::From_ms(line);
+    if (start_ms && *start_ms > from_ms)
+        throw ToolError(QStringLiteral("--start-at: comes after --from"));
+    const auto days = line.Has(HTML) ? std::optional<int>(WeekLayout::WEEK_DAYS) : std::nullopt;
+    const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, RehearsalRun::Until_ms(line, from_ms, days));
+    if (line.Has(HTML))
+        WritePage(run.Result(), line.Value(HTML));
+    else if (line.Has(JSON))
+        Terminal::Print(RehearsalText::Json(run.Result()));
+    else if (line.Has(CSV))
+        Terminal::Print(RehearsalText::Csv(run.Result()));
+    else
+        Terminal::Print(RehearsalText::Table(run.Result()));
+    return run.Status();
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "Event.h"
+#include "ScheduleLine.h"
+
+#include <QString>
+
+#include <vector>
+
+// What a rehearsal of a schedule file has given. Moments in milliseconds since 1970-01-01 00:00:00 UTC.
+struct RehearsalResult
+{
+    QString file;    // as the user named it
+    qint64 begin_ms; // of the span of interest
+    qint64 end_ms;   // the first moment that is no part of it
+    std::vector<ScheduleLine> lines = {};
+    std::vector<Event> events = {}; // in the order of their moments
+
+    // How many lines the daemon rejects.
+    [[nodiscard]] int Rejected() const;
+};
