@@ -4,12 +4,14 @@ set(OZNA_ZONEINFO_DIR /usr/share/zoneinfo CACHE PATH "Folder of the time-zone fi
 # Half the time of building a test would go into optimising it.
 set(OZNA_TEST_OPTIONS $<$<CONFIG:RelWithDebInfo>:-O0> $<$<CONFIG:RelWithDebInfo>:-g0> -U_FORTIFY_SOURCE)
 
-# All suites share one set of precompiled headers.
-file(CONFIGURE OUTPUT ozna_test_headers.cpp CONTENT "int main() {}\n")
-add_executable(ozna_test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/ozna_test_headers.cpp)
-target_link_libraries(ozna_test_headers PRIVATE Qt6::DBus ozna_options)
-target_compile_options(ozna_test_headers PRIVATE ${OZNA_TEST_OPTIONS})
-target_precompile_headers(ozna_test_headers PRIVATE ${OZNA_PRECOMPILED_HEADERS})
+ozna_add_precompiled_headers(ozna_test_headers
+    OPTIONS ${OZNA_TEST_OPTIONS} LIBRARIES Qt6::Test HEADERS <QTest> <algorithm>)
+
+# ozna_compile_as_test(<target>): what suites are compiled of, and what only they link.
+function(ozna_compile_as_test target)
+    target_compile_options(${target} PRIVATE ${OZNA_TEST_OPTIONS})
+    target_precompile_headers(${target} REUSE_FROM ozna_test_headers)
+endfunction()
 
 # What is built for the device's processor, see the preset armhf.
 add_custom_target(ozna_device_tests)
@@ -30,8 +32,14 @@ function(ozna_add_suite suite)
     add_executable(${program} ${suite_SOURCES})
     target_link_libraries(${program} PRIVATE ozna_suite ozna_options ${suite_LIBRARIES})
     target_link_options(${program} PRIVATE ${suite_LINK_OPTIONS})
-    target_compile_options(${program} PRIVATE ${OZNA_TEST_OPTIONS})
-    target_precompile_headers(${program} REUSE_FROM ozna_test_headers)
+    ozna_compile_as_test(${program})
+    # Nobody steps through the libraries here: without their debug information a program is a tenth of its size.
+    target_link_options(${program} PRIVATE $<$<CONFIG:RelWithDebInfo>:LINKER:-S>)
+    # The source that the meta-object compiler's output goes into is empty where no header of a suite has such a class.
+    if(NOT suite_SOURCES MATCHES "\\.h(;|$)")
+        set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${program}_autogen/mocs_compilation.cpp
+            PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+    endif()
     set_target_properties(${program} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests
         OZNA_DEVICE ${suite_DEVICE})
