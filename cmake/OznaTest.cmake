@@ -54,18 +54,19 @@ endfunction()
 
 # ozna_add_case(<label>.<name> SUITE <suite> [SOURCES <file>...] [DEFINITIONS <definition>...] [NAMED <case>]
 #               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [ROWS <function> <row>...]
-#               [TIMEOUT <seconds>] [PROPERTIES <property> <value>...])
+#               [FUNCTIONS <function>...] [TIMEOUT <seconds>] [PROPERTIES <property> <value>...])
 #
 # Adds the test class that tst_<name>.cpp declares to be the case <name> (tests/support/Suite.h), and SOURCES which only
 # that case uses, to the suite, and registers it as "<label>.<name>": a process of its own. With TIME_ZONES it is
 # registered once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". With ROWS, each row of that test function,
 # which has to be the case's only one, is registered by itself as "<label>.<name>.<row>", so that rows which wait for
-# long wait side by side. DEFINITIONS hold for tst_<name>.cpp, PROPERTIES are those of the registered tests. With NAMED
+# long wait side by side. With FUNCTIONS, each of its test functions is, as "<label>.<name>.<function>"; none may be left
+# out of either. DEFINITIONS hold for tst_<name>.cpp, PROPERTIES are those of the registered tests. With NAMED
 # the test is a case of that name which the suite has already, and no source is added. No test reaches the session bus of
 # who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
 function(ozna_add_case label_and_name)
     cmake_parse_arguments(PARSE_ARGV 1 case ""
-        "SUITE;TIMEOUT;NAMED" "SOURCES;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS;PROPERTIES")
+        "SUITE;TIMEOUT;NAMED" "SOURCES;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS;FUNCTIONS;PROPERTIES")
     if(NOT label_and_name MATCHES "^([a-z]+)\\.([A-Za-z0-9]+)$" OR NOT TARGET suite_${case_SUITE}
        OR case_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR
@@ -92,7 +93,10 @@ function(ozna_add_case label_and_name)
         list(APPEND labels device)
     endif()
 
-    ozna_register_case(${label_and_name} ${program} ${name} "${case_TIME_ZONES}" "${case_ROWS}")
+    list(POP_FRONT case_ROWS function)
+    list(TRANSFORM case_ROWS PREPEND "${function}:")
+    set(parts ${case_ROWS} ${case_FUNCTIONS})
+    ozna_register_case(${label_and_name} ${program} ${name} "${case_TIME_ZONES}" "${parts}")
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT
         DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
         LC_ALL=C.UTF-8
@@ -104,8 +108,9 @@ function(ozna_add_case label_and_name)
     set_tests_properties(${registered} PROPERTIES LABELS "${labels}" TIMEOUT ${case_TIMEOUT} ${case_PROPERTIES})
 endfunction()
 
-# Registers a case with CTest, once a time zone or once a row where there are some; the names go to registered.
-function(ozna_register_case label_and_name program name zones rows)
+# Registers a case with CTest, once a time zone, or once a part of it where there are some: functions, or rows as
+# <function>:<row>. The names of the tests go to registered.
+function(ozna_register_case label_and_name program name zones parts)
     set(registered)
     foreach(zone IN LISTS zones)
         if(NOT EXISTS ${OZNA_ZONEINFO_DIR}/${zone})
@@ -117,10 +122,10 @@ function(ozna_register_case label_and_name program name zones rows)
         set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT TZ=${zone})
         list(APPEND registered ${test})
     endforeach()
-    list(POP_FRONT rows function)
-    foreach(row IN LISTS rows)
-        set(test ${label_and_name}.${row})
-        add_test(NAME ${test} COMMAND ${program} ${name} ${function}:${row})
+    foreach(part IN LISTS parts)
+        string(REGEX REPLACE "^.*:" "" suffix ${part})
+        set(test ${label_and_name}.${suffix})
+        add_test(NAME ${test} COMMAND ${program} ${name} ${part})
         list(APPEND registered ${test})
     endforeach()
     if(NOT registered)
