@@ -4,12 +4,14 @@ set(OZNA_ZONEINFO_DIR /usr/share/zoneinfo CACHE PATH "Folder of the time-zone fi
 # Half the time of building a test would go into optimising it.
 set(OZNA_TEST_OPTIONS $<$<CONFIG:RelWithDebInfo>:-O0> $<$<CONFIG:RelWithDebInfo>:-g0> -U_FORTIFY_SOURCE)
 
-# All suites share one set of precompiled headers.
-file(CONFIGURE OUTPUT ozna_test_headers.cpp CONTENT "int main() {}\n")
-add_executable(ozna_test_headers EXCLUDE_FROM_ALL ${CMAKE_CURRENT_BINARY_DIR}/ozna_test_headers.cpp)
-target_link_libraries(ozna_test_headers PRIVATE Qt6::DBus ozna_options)
-target_compile_options(ozna_test_headers PRIVATE ${OZNA_TEST_OPTIONS})
-target_precompile_headers(ozna_test_headers PRIVATE ${OZNA_PRECOMPILED_HEADERS})
+ozna_add_precompiled_headers(ozna_test_headers
+    OPTIONS ${OZNA_TEST_OPTIONS} LIBRARIES Qt6::Test HEADERS <QTest> <algorithm>)
+
+# ozna_compile_as_test(<target>): what suites are compiled of, and what only they link.
+function(ozna_compile_as_test target)
+    target_compile_options(${target} PRIVATE ${OZNA_TEST_OPTIONS})
+    target_precompile_headers(${target} REUSE_FROM ozna_test_headers)
+endfunction()
 
 # What is built for the device's processor, see the preset armhf.
 add_custom_target(ozna_device_tests)
@@ -30,8 +32,14 @@ function(ozna_add_suite suite)
     add_executable(${program} ${suite_SOURCES})
     target_link_libraries(${program} PRIVATE ozna_suite ozna_options ${suite_LIBRARIES})
     target_link_options(${program} PRIVATE ${suite_LINK_OPTIONS})
-    target_compile_options(${program} PRIVATE ${OZNA_TEST_OPTIONS})
-    target_precompile_headers(${program} REUSE_FROM ozna_test_headers)
+    ozna_compile_as_test(${program})
+    # Nobody steps through the libraries here: without their debug information a program is a tenth of its size.
+    target_link_options(${program} PRIVATE $<$<CONFIG:RelWithDebInfo>:LINKER:-S>)
+    # The source that the meta-object compiler's output goes into is empty where no header of a suite has such a class.
+    if(NOT suite_SOURCES MATCHES "\\.h(;|$)")
+        set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${program}_autogen/mocs_compilation.cpp
+            PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
+    endif()
     set_target_properties(${program} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests
         OZNA_DEVICE ${suite_DEVICE})
@@ -46,18 +54,19 @@ endfunction()
 
 # ozna_add_case(<label>.<name> SUITE <suite> [SOURCES <file>...] [DEFINITIONS <definition>...] [NAMED <case>]
 #               [ENVIRONMENT <variable=value>...] [TIME_ZONES <zone>...] [ROWS <function> <row>...]
-#               [TIMEOUT <seconds>] [PROPERTIES <property> <value>...])
+#               [FUNCTIONS <function>...] [TIMEOUT <seconds>] [PROPERTIES <property> <value>...])
 #
 # Adds the test class that tst_<name>.cpp declares to be the case <name> (tests/support/Suite.h), and SOURCES which only
 # that case uses, to the suite, and registers it as "<label>.<name>": a process of its own. With TIME_ZONES it is
 # registered once a zone as "<label>.<name>.<zone>" with the zone's "/" as "_". With ROWS, each row of that test function,
 # which has to be the case's only one, is registered by itself as "<label>.<name>.<row>", so that rows which wait for
-# long wait side by side. DEFINITIONS hold for tst_<name>.cpp, PROPERTIES are those of the registered tests. With NAMED
+# long wait side by side. With FUNCTIONS, each of its test functions is, as "<label>.<name>.<function>"; none may be left
+# out of either. DEFINITIONS hold for tst_<name>.cpp, PROPERTIES are those of the registered tests. With NAMED
 # the test is a case of that name which the suite has already, and no source is added. No test reaches the session bus of
 # who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
 function(ozna_add_case label_and_name)
     cmake_parse_arguments(PARSE_ARGV 1 case ""
-        "SUITE;TIMEOUT;NAMED" "SOURCES;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS;PROPERTIES")
+        "SUITE;TIMEOUT;NAMED" "SOURCES;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS;FUNCTIONS;PROPERTIES")
     if(NOT label_and_name MATCHES "^([a-z]+)\\.([A-Za-z0-9]+)$" OR NOT TARGET suite_${case_SUITE}
        OR case_UNPARSED_ARGUMENTS)
         message(FATAL_ERROR
@@ -84,7 +93,10 @@ function(ozna_add_case label_and_name)
         list(APPEND labels device)
     endif()
 
-    ozna_register_case(${label_and_name} ${program} ${name} "${case_TIME_ZONES}" "${case_ROWS}")
+    list(POP_FRONT case_ROWS function)
+    list(TRANSFORM case_ROWS PREPEND "${function}:")
+    set(parts ${case_ROWS} ${case_FUNCTIONS})
+    ozna_register_case(${label_and_name} ${program} ${name} "${case_TIME_ZONES}" "${parts}")
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT
         DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
         LC_ALL=C.UTF-8
@@ -96,8 +108,9 @@ function(ozna_add_case label_and_name)
     set_tests_properties(${registered} PROPERTIES LABELS "${labels}" TIMEOUT ${case_TIMEOUT} ${case_PROPERTIES})
 endfunction()
 
-# Registers a case with CTest, once a time zone or once a row where there are some; the names go to registered.
-function(ozna_register_case label_and_name program name zones rows)
+# Registers a case with CTest, once a time zone, or once a part of it where there are some: functions, or rows as
+# <function>:<row>. The names of the tests go to registered.
+function(ozna_register_case label_and_name program name zones parts)
     set(registered)
     foreach(zone IN LISTS zones)
         if(NOT EXISTS ${OZNA_ZONEINFO_DIR}/${zone})
@@ -109,10 +122,10 @@ function(ozna_register_case label_and_name program name zones rows)
         set_property(TEST ${test} APPEND PROPERTY ENVIRONMENT TZ=${zone})
         list(APPEND registered ${test})
     endforeach()
-    list(POP_FRONT rows function)
-    foreach(row IN LISTS rows)
-        set(test ${label_and_name}.${row})
-        add_test(NAME ${test} COMMAND ${program} ${name} ${function}:${row})
+    foreach(part IN LISTS parts)
+        string(REGEX REPLACE "^.*:" "" suffix ${part})
+        set(test ${label_and_name}.${suffix})
+        add_test(NAME ${test} COMMAND ${program} ${name} ${part})
         list(APPEND registered ${test})
     endforeach()
     if(NOT registered)
