@@ -169,6 +169,9 @@ void PlayerDies::Perform(const QDate& day, const QString& moment)
             return Count(moment == "after"_L1 ? kind.accepted : u"READY action found: "_s + kind.type) > 0;
         }));
     }
+    // The record stands ahead of the call that ends the process.
+    if (moment == "in"_L1)
+        QVERIFY(WaitUntil([&] { return !Device().IsRunning(); }));
     if (moment == "after"_L1)
     {
         QCOMPARE(Device().Calls().size(), m_kinds.size());
