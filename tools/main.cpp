@@ -37,8 +37,8 @@ QString Usage()
     for (const Command& command : COMMANDS)
         text += QStringLiteral("  %1%2\n")
                     .arg(QString::fromLatin1(command.name).leftJustified(11), QLatin1String(command.summary));
-    return text + QStringLiteral("\nozna-schedule COMMAND --help tells the options of one. ozna-schedule --version\n"
-                                 "tells the version. Manual pages: ozna-schedule(1), ozna-schedule(5).\n");
+    return text + QStringLiteral("\nozna-schedule COMMAND --help shows a command's options. ozna-schedule --version\n"
+                                 "shows the version. Manual pages: ozna-schedule(1), ozna-schedule(5).\n");
 }
 
 int Run(const QStringList& arguments)

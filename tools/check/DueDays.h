@@ -15,14 +15,14 @@ public:
     DueDays(const DueDays&) = delete;
     DueDays& operator=(const DueDays&) = delete;
 
-    // When the daemon begins to look for it on that date, a few seconds ahead of its start time; one that does not
-    // exist counts as noon.
+    // Whether the action is due on that date, at the moment when the daemon begins to look for it, a few seconds before
+    // its start time. A start time that does not exist counts as noon.
     [[nodiscard]] bool IsDue(const Action& action, const QDate& date);
 
     // The first such date of those from first to last; invalid where there is none.
     [[nodiscard]] QDate FirstDue(const Action& action, const QDate& first, const QDate& last);
 
-    // Whether at that time of that local date the date in UTC is another one.
+    // Whether the date in UTC differs from the local date at that time.
     [[nodiscard]] bool IsUtcDateOther(const QTime& time, const QDate& date);
 
 private:

@@ -6,7 +6,7 @@
 
 #include <vector>
 
-// One thing that a line does not do as its writer meant.
+// One way in which a line does not do what its writer meant.
 struct Finding
 {
     int line; // counted from 1

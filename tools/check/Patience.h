@@ -6,7 +6,7 @@
 
 class Workspace;
 
-// How long the daemon may wait for peers while it does an entry, and nothing else.
+// How long an entry may block the daemon while it waits for peers.
 class Patience final
 {
 public:
@@ -17,7 +17,7 @@ public:
     // In seconds.
     [[nodiscard]] int Longest_s() const { return m_longest_s; }
 
-    // Whether both ask one peer: where it does not answer, neither is done, whoever waits for whom.
+    // Whether both call the same peer: if it does not answer, neither is done, whichever waits.
     [[nodiscard]] bool SharesAPeerWith(const Patience& other) const { return m_peers.intersects(other.m_peers); }
 
 private:

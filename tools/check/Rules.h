@@ -31,7 +31,7 @@ void FindOddPlaylists(const Workspace& workspace, const std::vector<Entry>& entr
 // Stops without a start, starts without a stop, and lines that come twice.
 void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
 
-// Entries that another one can hold up on a day of the year that begins today, when a peer is slow.
+// Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
                   Findings& findings);
 

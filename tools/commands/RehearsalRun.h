@@ -17,13 +17,13 @@ public:
     // Adds --from and --days as well. days: how many, unless told.
     static void AddSpanOptions(CommandLine& line, int days);
 
-    // Tells the lines that the daemon rejects on standard error, with file; gives how many there are.
+    // Reports the lines that the daemon rejects on standard error, with the file's name; returns their number.
     static int TellRejected(const QString& file, const std::vector<ScheduleLine>& lines);
 
     // Sets the time zone that line asks for, if any.
     static void SetTimeZone(const CommandLine& line);
 
-    // Asked now and then: whether the events are enough, of which all before reached_ms are there.
+    // Called now and then: whether the events so far are enough. All those before reached_ms are there.
     using IsEnough = std::function<bool(const std::vector<Event>& events, qint64 reached_ms)>;
 
     // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
@@ -32,8 +32,8 @@ public:
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
                  qint64 until_ms, const IsEnough& isEnough = {});
 
-    // The span that line asks for, from today's beginning on unless it says otherwise; days: how many unless line
-    // tells, in the place of the option's own number. Throws ToolError on what is no moment.
+    // The span that line asks for, by default from the beginning of today. days: replaces the option's default
+    // number. Throws ToolError on a text that is not a moment.
     [[nodiscard]] static qint64 From_ms(const CommandLine& line);
     [[nodiscard]] static qint64 Until_ms(const CommandLine& line, qint64 from_ms, std::optional<int> days = {});
 

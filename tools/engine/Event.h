@@ -46,10 +46,10 @@ struct Event
     qint64 begin_ms = 0;     // when it is first heard
     qint64 end_ms = OPEN;    // OPEN: it goes on at the end of the rehearsal
     int stoppedByLine = 0;   // the line whose request ended it before its time
-    int riskLine = 0;        // the line whose peer, where it does not answer, makes the daemon miss this start; 0: none
+    int riskLine = 0;        // the line whose peer makes the daemon miss this start if it does not answer; 0: none
     qint64 riskUntil_ms = 0; // how long that one may keep the daemon waiting
     QList<TrackTime> tracks; // of a playlist, from the one that it is joined at
 
-    // Whether the daemon asks for something there.
+    // Whether the daemon sends requests there.
     [[nodiscard]] bool Acts() const { return kind == EventKind::START || kind == EventKind::FOLLOWUP; }
 };

@@ -6,7 +6,8 @@
 
 #include <vector>
 
-// Makes events of what a rehearsal's passes find and its peers are asked for, and has the device do it.
+// Turns what the passes of a rehearsal find, and the requests to its peers, into events; passes the requests on to the
+// virtual device.
 class EventLog final
 {
 public:
@@ -24,7 +25,7 @@ public:
 
     void Receive(Request request);
 
-    // What is asked for from now on belongs to no action that was found.
+    // Requests from now on belong to no action that was found.
     void EndPass();
 
     // The device sends the signals that are due.
@@ -33,8 +34,7 @@ public:
     // When the next one is due; the greatest number when none is.
     [[nodiscard]] qint64 NextSignal_ms() const { return m_device.Next_ms(); }
 
-    // Leaves out what is over before from_ms and what comes from until_ms on, and puts the events in order. No request
-    // follows.
+    // Drops events that end before from_ms or come from until_ms on, and sorts the others. No request may follow.
     void Finish(qint64 from_ms, qint64 until_ms);
 
     [[nodiscard]] std::vector<Event>& Events() { return m_events; }

@@ -15,14 +15,14 @@
 #include <functional>
 #include <vector>
 
-// The daemon's own engine on a virtual clock, with a device that accepts everything: what it would ask for, and when.
+// Runs the daemon's own engine on a virtual clock, with a device that accepts everything, and notes its requests.
 // Only one may live; the process's time zone stays the same meanwhile.
 class Rehearsal final : public QObject
 {
     Q_OBJECT
 public:
-    // What happens to the daemon when so much time has passed since its start: the calendar is stepped, or the schedule
-    // is loaded anew.
+    // Something that happens to the daemon a given time after its start: the calendar is stepped, or the schedule is
+    // loaded again.
     struct Disturbance
     {
         qint64 after_ms;
@@ -33,23 +33,23 @@ public:
     struct Plan
     {
         qint64 start_ms;                            // the daemon loads the schedule
-        qint64 from_ms;                             // what comes before it is left out, but for what still plays
-        qint64 until_ms;                            // the first moment that is no part of it
+        qint64 from_ms;                             // earlier events are dropped, except what still plays
+        qint64 until_ms;                            // the end, exclusive
         bool everyPass = false;                     // run each pass of the timers, also those that can find nothing
         std::vector<Disturbance> disturbances = {}; // in the order of their moments
         QStringList silentPeers = {};               // which never answer, as "soundmanager"
     };
 
-    // When a daemon is started that has been running for long at from_ms: what is switched on once a week is on then.
-    // At a midnight, as later on a day it would force what was due before on another one.
+    // When to start a daemon that is to have been running for long at from_ms: early enough for what is switched on
+    // once a week. At a midnight, because later in the day the load would force actions of other days.
     [[nodiscard]] static qint64 LongBefore_ms(qint64 from_ms);
 
     // Rehearses the schedule of workspace, which outlives it.
     Rehearsal(const Workspace& workspace, const Plan& plan);
     ~Rehearsal() override;
 
-    // Runs it. goOn is called now and then with the part that is done, from 0 to 1; what is there stays when it returns
-    // false. False when it was ended so. Called once.
+    // Runs it. Calls goOn now and then with the fraction done, from 0 to 1. If goOn returns false, Run stops, keeps the
+    // events so far, and returns false. Called once.
     [[nodiscard]] bool Run(const std::function<bool(double)>& goOn = {});
 
     // In the order of their moments.

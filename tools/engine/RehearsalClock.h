@@ -19,7 +19,7 @@ public:
     void PassTo(qint64 moment_ms);
     void Pass(qint64 span_ms) { m_now_ms += span_ms; }
 
-    // Puts the calendar forward, or back, in which no time passes.
+    // Steps the calendar forward or back; no time passes.
     void Step(qint64 step_ms);
 
     // The timers are started now.

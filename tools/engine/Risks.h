@@ -8,8 +8,8 @@
 namespace Risks
 {
 
-// Marks the starts that are at risk. While the daemon waits for one peer it starts nothing else; what can come late, as
-// a playlist, still comes. events: in the order of their moments.
+// Marks the starts at risk: while the daemon waits for one peer it starts nothing else. What can start late, such as a
+// playlist, is not at risk. events: in the order of their moments.
 void Mark(std::vector<Event>& events);
 
 } // namespace Risks

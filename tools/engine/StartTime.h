@@ -4,7 +4,7 @@
 
 #include <QTime>
 
-// When an action with a start time that need not exist starts.
+// When an action starts, also if its start time does not exist.
 namespace StartTime
 {
 
@@ -12,8 +12,7 @@ namespace StartTime
 // where that is on another day, as for 24:00:00.
 [[nodiscard]] QTime Of(const Action& action);
 
-// Whether the time is on the next day, but so early on it that what is prepared ahead is asked for on the evening
-// before.
+// Whether the time is so early on the next day that messages and playlists are requested on the evening before.
 [[nodiscard]] bool IsAskedForTheEveningBefore(const Action& action);
 
 // The time from which the daemon counts how late the action is: midnight where the start time does not exist.

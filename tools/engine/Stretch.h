@@ -7,7 +7,7 @@
 struct Stretch
 {
     qint64 begin_ms;
-    qint64 end_ms;      // the first moment that is no part of it
+    qint64 end_ms;      // exclusive
     qint64 midnight_ms; // at which the wall clock, running so, would have shown 00:00:00
     bool isDayEnd;      // its end is the end of the local date
 

@@ -7,8 +7,8 @@
 #include <map>
 #include <vector>
 
-// The device's part of a rehearsal: every request is accepted, what is asked for plays and ends, and the peers' signals
-// tell the daemon's tasks. How long a message lasts is not known here: MESSAGE_S.
+// The device in a rehearsal: accepts every request, lets playbacks begin and end, and sends the peers' signals to the
+// daemon's tasks. The length of a message is not known; it is taken as MESSAGE_S.
 class VirtualDevice final
 {
 public:

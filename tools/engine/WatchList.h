@@ -10,9 +10,9 @@
 
 class Scheduler;
 
-// Tells at which moments the scheduler's passes can find something, so that a rehearsal can leave out all others. It
-// asks the actions themselves; what it adds is that inside a stretch the seconds to a start just run down.
-// Times out of the stretch are never told: a list is renewed for every stretch.
+// Computes the moments at which the scheduler's passes can find something, so that a rehearsal can skip all others. It
+// asks the actions themselves, and adds only that inside a stretch the seconds to a start count down steadily.
+// It gives no moments outside the stretch: the list is renewed for every stretch.
 class WatchList final
 {
 public:

@@ -10,7 +10,7 @@
 // A data folder for the daemon's code: a new one, gone with the object, that holds the one schedule file and the
 // playlists. Nothing of the user's is written to, and no bus is reached.
 //
-// Streams are those of a server whose address is SERVER: what a device is configured for is not known here.
+// The address of the stream server is SERVER: the device's configuration is not known here.
 class Workspace final
 {
 public:
@@ -46,7 +46,7 @@ public:
     // The schedule's name in the data folder, for a Scheduler.
     [[nodiscard]] static QString FileName();
 
-    // Where that file is, for who reads it.
+    // The path of that file.
     [[nodiscard]] QString SchedulePath() const;
 
     // text, of the daemon, with the folder of the playlists as the user knows it.
@@ -60,8 +60,8 @@ public:
     // it as it is. Throws ToolError for one that the system does not have.
     static void SetTimeZone(const QString& zone);
 
-    // Keeps the process away from every bus, and names the machine's time zone to the C library where the environment
-    // names none: it would look for another one at every reading of the clock. Called once, before anything else.
+    // Keeps the process away from every bus. If the environment has no time zone, sets the machine's: the C library
+    // would otherwise look for a new one at every reading of the clock. Called once, before anything else.
     static void PrepareProcess();
 
 private:

@@ -3,8 +3,8 @@
 #include <array>
 #include <vector>
 
-// How the hours of a week stand below one another, in rows: an hour is as high as its busiest day needs to give each
-// entry rows of its own, so that none covers another, and the same for all days, so that they can be compared.
+// The heights of the hours of a week, in rows. An hour is as high as its busiest day needs, so that no entry covers
+// another, and equally high on all days, so that they can be compared.
 class HourScale final
 {
 public:

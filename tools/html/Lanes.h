@@ -13,7 +13,7 @@ struct Bar
     double end;
 };
 
-// What a short bar takes up all the same, so that it can be seen and hit.
+// The least height of a bar, so that a short one can be seen and hit.
 inline constexpr double LEAST_LENGTH = 0.25;
 
 // The lane of each bar, counted from 0: the first one that is free. bars: in the order of their beginnings.

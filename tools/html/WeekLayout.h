@@ -58,8 +58,8 @@ struct Week
 // Whether it is drawn as a bar: a playback that lasts, as opposed to a message.
 [[nodiscard]] bool IsBar(const Event& event);
 
-// The moment at which an event is shown: when it is heard, or else when the daemon acts or should have; what comes from
-// before from_ms stands there.
+// The moment at which an event is shown: when it is heard, or else when the daemon acts or should have acted. An event
+// that began before from_ms is shown at from_ms.
 [[nodiscard]] qint64 Shown_ms(const Event& event, qint64 from_ms, qint64 until_ms);
 
 // All days from from_ms to until_ms, seven to a week from the first one on.

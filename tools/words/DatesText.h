@@ -6,7 +6,7 @@
 
 #include <set>
 
-// On which dates something happens at the same time of day, said as shortly as they allow.
+// On which dates something happens at the same time of day, in as few words as possible.
 namespace DatesText
 {
 

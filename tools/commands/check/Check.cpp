@@ -47,8 +47,8 @@ int Commands::Check(const QStringList& arguments)
                      {QStringLiteral("FILE")});
     RehearsalRun::AddPlaceOptions(line);
     line.AddValue(TODAY, QStringLiteral("DATE"),
-                  QStringLiteral("what is past counts from there, as 2024-05-15\n(default: today)"));
-    line.AddFlag(STRICT, QStringLiteral("warnings count: the exit status is 1 for them"));
+                  QStringLiteral("dates before it count as past, as 2024-05-15\n(default: today)"));
+    line.AddFlag(STRICT, QStringLiteral("warnings give the exit status 1"));
     line.AddFlag(JSON, QStringLiteral("for machines: one object with all findings"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;

@@ -8,7 +8,7 @@
 
 #include <vector>
 
-// What becomes of entries where the clocks are changed.
+// What happens to entries when the clocks change.
 namespace ClockChangeText
 {
 

@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-// The lines of a file, each said in a few words. No rehearsal may live while it is asked.
+// Each line of a file in a few words. No rehearsal may live while Of runs.
 class LinePhrases final
 {
 public:

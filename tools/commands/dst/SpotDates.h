@@ -8,7 +8,7 @@
 
 #include <vector>
 
-// Spot dates, which go by UTC, on a clock that does not.
+// Spot dates, which go by UTC, in local time.
 namespace SpotDates
 {
 
@@ -22,8 +22,8 @@ struct Span
 // The days around each date from first to last that a line names as its spot date, in order, without overlaps.
 [[nodiscard]] std::vector<Span> Spans(const std::vector<ScheduleLine>& lines, const QDate& first, const QDate& last);
 
-// A heading, and for each line that starts on another local date than the one it names when and how often; empty where
-// none does. events: of rehearsals of the spans.
+// A heading, and for each line that starts on a local date other than its spot date, when and how often; empty if none
+// does. events: of rehearsals of the spans.
 [[nodiscard]] QString Text(const std::vector<ScheduleLine>& lines, const std::vector<Event>& events,
                            LinePhrases& phrases);
 

@@ -64,7 +64,7 @@ int Commands::Explain(const QStringList& arguments)
                                     "out. Quote the line; the line - stands for all lines of standard input."),
                      {QStringLiteral("LINE...")});
     line.AddValue(PLAYLISTS, QStringLiteral("DIR"),
-                  QStringLiteral("folder of the playlists (default: none is at hand,\nand each counts as there)"));
+                  QStringLiteral("folder of the playlists (default: every playlist\nis taken to exist)"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
 

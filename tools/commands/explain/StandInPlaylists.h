@@ -7,14 +7,14 @@
 
 #include <optional>
 
-// Lets lines be read that belong to no file: a playlist that is not at hand is replaced by one of a single track.
+// Lets the tool read lines that come from no file: a missing playlist is replaced by one with a single track.
 class StandInPlaylists final
 {
 public:
     // playlists: the folder of the playlists; empty: none is at hand. Throws ToolError when it is no folder.
     explicit StandInPlaylists(const QString& playlists);
 
-    // Reads a line as the daemon does. A playlist that is missing where none is at hand is made.
+    // Reads a line as the daemon does. Without a folder of playlists, makes the playlist that the line names.
     [[nodiscard]] ScheduleLine Read(const QString& text, int number);
 
     [[nodiscard]] const Workspace& GetWorkspace() const { return *m_workspace; }
