@@ -3,29 +3,43 @@
 namespace
 {
 
-const QByteArray SCHEDULE = "1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n"
-                            "1111111|08:30:00|*|*|*|||PlayPlaylist|day,30,morning\n"
-                            "1111111|08:30:00|*|*|*|||Light|50\n"
-                            "1111111|08:30:00|*|*|*|||Amplifiers|300\n"
-                            "1111111|08:30:00|*|*|*|||Volume|-5\n"
-                            "1111111|08:30:00|*|*|*|||Camera|1\n"
-                            "1111111|08:30:00|*|*|*|||SetCpuFreq|600\n"
-                            "1111111|08:30:00|*|*|*|||Gps|1\n"
-                            "1111111|08:30:00|*|*|*|||Lan|1\n"
-                            "1111111|08:30:00|*|*|*|||Lan|0\n"
-                            "1111111|08:30:00|*|*|*|||RecordPhoto\n"
-                            "1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n"
-                            "1111111|08:30:00|*|*|*|||StopMessage\n"
-                            "1111111|08:30:00|*|*|*|||StopPlaylist|day\n"
-                            "1111111|08:30:00|*|*|*|||StopStream\n"
-                            "1111111|08:30:00|*|*|*|||StopRadioFm\n"
-                            "1111111|08:30:00|*|*|*|||PlayStream|8554/live,40\n"
-                            "1111111|08:30:00|*|*|*|||PlayRadioFm|98.5\n"
-                            "1111111|08:30:00|*|*|*|||PlayRadioFm|0\n"
-                            "1111111|08:30:00|*|*|*|||enableAux|1\n"
-                            "1111111|08:30:00|*|*|*|||enableAux|0\n"
-                            "1111111|08:30:00|*|*|*|||19|1,1\n"
-                            "1111111|08:30:00|*|*|*|||StopMessage\n";
+const QByteArray LINE_BEGIN = "1111111|08:30:00|*|*|*|||";
+constexpr int PLAY_PLAYLIST = 2; // the kind's number
+const QString NOT_DELAYED =
+    QStringLiteral("5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1");
+
+// The first request of each line, in the order of the schedule. The first two are asked for ahead of their time.
+const QList<Request>& Requests()
+{
+    static const QList<Request> requests{Request::Find("PlayFile", "gong.mp3"),
+                                         Request::Find("SetPlayerVolume(playlist)", "day,30,morning"),
+                                         Request::Find("SetIntensity", "50"),
+                                         Request::Find("SetAmplifiers", "300"),
+                                         Request::Find("SetMasterVolume", "-5"),
+                                         Request::Find("EnableCamera", "1"),
+                                         Request::Find("SetFreq", "600"),
+                                         Request::Find("SetEnabled(GPS)", "1"),
+                                         Request::Find("EnableLan", "1"),
+                                         Request::Find("DisableLan", "0"),
+                                         Request::Find("TakePhoto", nullptr),
+                                         Request::Find("TakePhotoStream", "10,3"),
+                                         Request::Find("StopPlay(file)", nullptr),
+                                         Request::Find("StopPlay(playlist)", "day"),
+                                         Request::Find("StopPlay(stream)", nullptr),
+                                         Request::Find("StopPlay(radiofm)", nullptr),
+                                         Request::Find("SetPlayerVolume(stream)", "8554/live,40"),
+                                         Request::Find("PlayRadioFm", "98.5"),
+                                         Request::Find("StopPlay(radiofm), PlayRadioFm 0", "0"),
+                                         Request::Find("PlayAux", "1"),
+                                         Request::Find("StopPlay(aux)", "0"),
+                                         Request::Find("StopPlay(file)", nullptr)};
+    return requests;
+}
+
+QList<Request> Sent(const Request& request, Outcome outcome)
+{
+    return request.IsFollowed(outcome) ? QList<Request>{request, request.Followed()} : QList<Request>{request};
+}
 
 bool IsTaskLine(const QString& line)
 {
@@ -36,7 +50,10 @@ bool IsTaskLine(const QString& line)
 
 bool EveryKind::StartSchedule()
 {
-    WriteSchedule(SCHEDULE);
+    QByteArray schedule = LINE_BEGIN + "19|1,1\n";
+    for (const Request& request : Requests())
+        schedule += LINE_BEGIN + request.Schedule().toLatin1() + '\n';
+    WriteSchedule(schedule);
     WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
     WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
@@ -62,41 +79,37 @@ bool EveryKind::WaitForTheLast()
            Client().Call("IsEnabled") == QStringLiteral("0,true,schedule.csv");
 }
 
-QStringList EveryKind::AcceptedCalls()
+QStringList EveryKind::Calls(Outcome outcome)
 {
-    // The first two are asked for ahead of their time.
-    return {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00"),
-            QStringLiteral("sound.SetPlayerVolume sd playlist 30"),
-            QStringLiteral("sound.PlayPlaylist ssusb day morning 1 08:30:00 false"),
-            QStringLiteral("light.SetIntensity u 50"),
-            QStringLiteral("light.Switch b true"),
-            QStringLiteral("sound.SetAmplifiers y 44"),
-            QStringLiteral("sound.SetMasterVolume d -5"),
-            QStringLiteral("photo.EnableCamera b true"),
-            QStringLiteral("freq.SetFreq i 456"),
-            QStringLiteral("gps.SetEnabled b true"),
-            QStringLiteral("network.EnableLan bsss true   "),
-            QStringLiteral("network.DisableLan -"),
-            QStringLiteral("photo.TakePhoto -"),
-            QStringLiteral("photo.TakePhotoStream i 10"),
-            QStringLiteral("sound.StopPlay ss file "),
-            QStringLiteral("sound.StopPlay ss playlist day"),
-            QStringLiteral("sound.StopPlay ss stream "),
-            QStringLiteral("sound.StopPlay ss radiofm "),
-            QStringLiteral("sound.SetPlayerVolume sd stream 40"),
-            QStringLiteral("sound.PlayStream su rtsp://10.0.0.5:8554/live 0"),
-            QStringLiteral("sound.PlayRadioFm -"),
-            QStringLiteral("sound.RadioFmSetFrequency d 98.5"),
-            QStringLiteral("sound.StopPlay ss radiofm "),
-            QStringLiteral("sound.PlayAux -"),
-            QStringLiteral("sound.StopPlay ss aux "),
-            QStringLiteral("sound.StopPlay ss file ")};
+    QStringList calls;
+    for (const Request& request : Requests())
+    {
+        for (const Request& sent : Sent(request, outcome))
+            calls.append(sent.Call());
+    }
+    return calls;
+}
+
+QStringList EveryKind::TaskLines(Outcome outcome, const char* error)
+{
+    QStringList lines;
+    for (const Request& request : Requests())
+    {
+        if (request.Row().kind == PLAY_PLAYLIST)
+            lines.append(NOT_DELAYED);
+        for (const Request& sent : Sent(request, outcome))
+        {
+            const QString message = QString::fromLatin1(error).replace(QStringLiteral("%1"), sent.Peer());
+            lines += Shown(Answered(sent.Records(outcome), message, REFUSAL), LEVEL_ALL);
+        }
+    }
+    return lines;
 }
 
 QList<QByteArray> EveryKind::Methods()
 {
     QList<QByteArray> methods;
-    for (const QString& call : AcceptedCalls())
+    for (const QString& call : Calls(Outcome::ACCEPTED))
     {
         const QByteArray method = call.section(QLatin1Char(' '), 0, 0).toLatin1();
         if (!methods.contains(method))

@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "RequestTable.h"
 #include "Suite.h"
 
 #include <QDBusPendingCall>
@@ -35,7 +36,6 @@ namespace
 {
 
 constexpr qint64 GRACE_MS = 1000;
-constexpr qint64 SOUND_TIMEOUT_MS = 3000;
 constexpr int SLOW_MS = 800;
 const QByteArray AT_ONE_SECOND = "1111111|08:30:00|*|*|*|||";
 

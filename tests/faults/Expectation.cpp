@@ -20,29 +20,25 @@ QString ReadyLine(const QString& type)
     return QStringLiteral("4 [Scheduler.cpp] READY action found: ") + type;
 }
 
-const char* LinesOf(const Request& request, Outcome outcome)
+// The records of what was answered, as the daemon shows them.
+QStringList ShownAnswer(const QStringList& records, const Request& request, const char* error)
 {
-    switch (outcome)
-    {
-    case Outcome::BUS_ERROR: return request.onError;
-    case Outcome::REFUSED: return request.onRefused;
-    case Outcome::ACCEPTED: break;
-    }
-    return request.onAccepted;
+    const QString message = QString::fromLatin1(error).replace(QStringLiteral("%1"), request.Peer());
+    return Shown(Answered(records, message, REFUSAL), SHOWN_LEVEL);
 }
 
-bool IsMissed(const Request& request, const Fault* fault)
+bool IsMissed(const RequestRow& request, const Fault* fault)
 {
     return fault && fault->kind == FaultKind::LATE && request.timeout_ms > NEXT_AFTER_MS + STILL_IN_TIME_MS;
 }
 
-bool IsPhotoWork(const Request& request)
+bool IsPhotoWork(const RequestRow& request)
 {
     return request.wait == Wait::PHOTO || request.wait == Wait::SERIES;
 }
 
 // Whether what is under way ends because its peer leaves the bus.
-bool IsEndedWithPeer(const Request& request, FaultKind kind)
+bool IsEndedWithPeer(const RequestRow& request, FaultKind kind)
 {
     const bool isStart = request.trigger == Trigger::START && request.wait != Wait::NOTHING;
     switch (kind)
@@ -64,98 +60,96 @@ bool IsEndedWithPeer(const Request& request, FaultKind kind)
 const QString Expectation::NEXT_DONE =
     QStringLiteral("4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1");
 
-QStringList TableLines(const char* text, const char* message, const char* peer)
-{
-    const QString cause = QString::fromLatin1(message).replace(QStringLiteral("%1"), QLatin1String(peer));
-    return QString::fromLatin1(text).replace(QStringLiteral("%1"), cause).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
-}
-
 Expectation::Expectation(const Request& request, const Fault* fault, bool isNextWatched)
-    : photos(request.trigger == Trigger::PHOTO ? PHOTOS_OF_A_SERIES : 0)
-    , isNextMissed(IsMissed(request, fault))
+    : photos(request.Row().trigger == Trigger::PHOTO ? PHOTOS_OF_A_SERIES : 0)
+    , isNextMissed(IsMissed(request.Row(), fault))
     , signalsToEnd(0)
 {
+    const RequestRow& row = request.Row();
     const Outcome outcome = fault ? fault->outcome : Outcome::ACCEPTED;
     const PeerAfter after = fault ? fault->after : PeerAfter::HERE;
     const bool isAccepted = outcome == Outcome::ACCEPTED;
     const bool isGone = after == PeerAfter::GONE;
 
-    schedulerLines.append(EarlyLine(QString::fromLatin1(request.type)));
+    schedulerLines.append(EarlyLine(request.Type()));
     if (!isNextWatched)
         schedulerLines.append(EarlyLine(NEXT_TYPE));
-    schedulerLines.append(ReadyLine(QString::fromLatin1(request.type)));
+    schedulerLines.append(ReadyLine(request.Type()));
     if (!isNextMissed)
         schedulerLines += {ReadyLine(NEXT_TYPE), NEXT_DONE};
-    if (request.trigger == Trigger::DELETION)
+    if (row.trigger == Trigger::DELETION)
         schedulerLines += Lines::RESTARTING + Lines::STOPPED;
 
-    taskLines =
-        TableLines(request.before) + TableLines(LinesOf(request, outcome), fault ? fault->error : "", request.peer);
-    calls = TableLines(request.callsBefore);
+    const QStringList linesBefore = Shown(request.RecordsBefore(), SHOWN_LEVEL);
+    taskLines = linesBefore + ShownAnswer(request.Records(outcome), request, fault ? fault->error : "");
+    for (const Request& earlier : request.Before())
+        calls.append(earlier.Call());
     if (!fault || fault->kind != FaultKind::ABSENT)
-        calls += TableLines(request.call);
-    if (request.follow == Follow::ALWAYS || (request.follow == Follow::ACCEPTED && isAccepted))
+        calls.append(request.Call());
+    if (request.IsFollowed(outcome))
     {
-        taskLines += isGone ? TableLines(request.onFollowGone, NO_OWNER, request.peer) : TableLines(request.onFollow);
+        const Request next = request.Followed();
+        taskLines += ShownAnswer(next.Records(isGone ? Outcome::BUS_ERROR : Outcome::ACCEPTED), next, NO_OWNER);
         if (!isGone)
-            (after == PeerAfter::HERE ? calls : successorCalls) += TableLines(request.followCall);
+            (after == PeerAfter::HERE ? calls : successorCalls).append(next.Call());
     }
 
-    if (fault && IsEndedWithPeer(request, fault->kind))
+    if (fault && IsEndedWithPeer(row, fault->kind))
     {
-        // At a deletion it has ended before it is to be stopped: the first record of the stop is the last of those.
-        const qsizetype place =
-            request.trigger == Trigger::DELETION ? TableLines(request.before).size() - 1 : taskLines.size();
-        taskLines.insert(place, QString::fromLatin1(request.endedWithPeer));
+        // At a deletion it has ended before it is to be stopped.
+        if (row.trigger == Trigger::DELETION)
+            taskLines = linesBefore + request.EndedWithPeer() + taskLines.mid(linesBefore.size());
+        else
+            taskLines += request.EndedWithPeer();
     }
     else if (fault && fault->kind == FaultKind::FLOOD)
         AddFlood(request);
-    else if (fault && fault->kind == FaultKind::ENDS &&
-             (request.wait != Wait::PLAYBACK || request.follow == Follow::NEVER))
+    else if (fault && fault->kind == FaultKind::ENDS && (row.wait != Wait::PLAYBACK || row.follow == Follow::NEVER))
         AddSignalBehind(request);
-    else if (!fault || fault->kind != FaultKind::ABSENT || !IsPhotoWork(request))
+    else if (!fault || fault->kind != FaultKind::ABSENT || !IsPhotoWork(row))
         AddEnd(request, isGone, isAccepted);
 }
 
 // The first signals are what the task waits for.
 void Expectation::AddFlood(const Request& request)
 {
-    if (request.wait != Wait::NOTHING)
-        taskLines += TableLines(request.ended);
-    if (request.wait == Wait::SERIES)
+    if (request.Row().wait != Wait::NOTHING)
+        taskLines += request.Ended();
+    if (request.Row().wait == Wait::SERIES)
         calls.append(QStringLiteral("photo.StopPhotoStream -"));
-    if (request.wait == Wait::PHOTO || request.wait == Wait::SERIES || request.trigger == Trigger::PHOTO)
+    if (request.Row().wait == Wait::PHOTO || request.Row().wait == Wait::SERIES ||
+        request.Row().trigger == Trigger::PHOTO)
         photos = FLOOD_SIZE;
 }
 
 void Expectation::AddSignalBehind(const Request& request)
 {
-    switch (request.wait)
+    switch (request.Row().wait)
     {
-    case Wait::PLAYBACK: taskLines += TableLines(request.ended); break;
+    case Wait::PLAYBACK: taskLines += request.Ended(); break;
     case Wait::PHOTO: photos = 1; break;
     case Wait::SERIES:
         photos = 1;
         signalsToEnd = PHOTOS_OF_A_SERIES - 1;
-        endLines = TableLines(request.ended);
+        endLines = request.Ended();
         break;
-    case Wait::NOTHING: photos += request.trigger == Trigger::PHOTO ? 1 : 0; break;
+    case Wait::NOTHING: photos += request.Row().trigger == Trigger::PHOTO ? 1 : 0; break;
     }
 }
 
 void Expectation::AddEnd(const Request& request, bool isGone, bool isAccepted)
 {
-    const bool isPlaying = request.follow == Follow::ALWAYS ? !isGone : isAccepted;
-    switch (request.wait)
+    const bool isPlaying = request.Row().follow == Follow::ALWAYS ? !isGone : isAccepted;
+    switch (request.Row().wait)
     {
     case Wait::PLAYBACK: signalsToEnd = isPlaying ? 1 : 0; break;
     // A request that failed is work in progress all the same, until a photo comes.
     case Wait::PHOTO: signalsToEnd = 1; break;
     case Wait::SERIES: signalsToEnd = isAccepted ? PHOTOS_OF_A_SERIES : 1; break;
     // A series that could not be stopped goes on, and the next photo asks again.
-    case Wait::NOTHING: signalsToEnd = request.trigger == Trigger::PHOTO && !isAccepted ? 1 : 0; break;
+    case Wait::NOTHING: signalsToEnd = request.Row().trigger == Trigger::PHOTO && !isAccepted ? 1 : 0; break;
     }
-    const bool isLogged = request.wait == Wait::SERIES ? isAccepted : signalsToEnd > 0;
+    const bool isLogged = request.Row().wait == Wait::SERIES ? isAccepted : signalsToEnd > 0;
     if (isLogged)
-        endLines = TableLines(request.ended);
+        endLines = request.Ended();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FaultTable.h"
-#include "RequestTable.h"
+#include "Request.h"
 
 #include <QStringList>
 
@@ -27,6 +27,3 @@ private:
     void AddSignalBehind(const Request& request);
     void AddEnd(const Request& request, bool isGone, bool isAccepted);
 };
-
-// The lines of a text of the tables; %1 in them becomes message, and %1 in message the peer.
-QStringList TableLines(const char* text, const char* message = "", const char* peer = "");

@@ -20,7 +20,6 @@ constexpr const char* NEXT_LINE = "1111111|08:30:05|*|*|*|||19|1,1\n";
 
 constexpr int STRANGERS = 3;
 constexpr int HELD_BACK_MS = 500; // an answer, while signals come
-constexpr unsigned int SHOWN_LEVEL = 4;
 constexpr int WARNING_LEVEL = 2;
 constexpr int STARTS_A_DAY = 2;
 
@@ -28,7 +27,7 @@ const QString PHOTO_SEEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken")
 
 QByteArray Schedule(const Request& request)
 {
-    return QByteArray(LINE_BEGIN) + request.schedule + '\n' + NEXT_LINE;
+    return LINE_BEGIN + request.Schedule().toLatin1() + '\n' + NEXT_LINE;
 }
 
 bool IsTaskLine(const QString& line)
@@ -37,7 +36,7 @@ bool IsTaskLine(const QString& line)
 }
 
 // The records of the levels that the matrix states, without those of a schedule that is loaded again.
-QStringList Shown(const QStringList& lines)
+QStringList Relevant(const QStringList& lines)
 {
     const qsizetype cleaned = lines.indexOf(Lines::CLEANED.first());
     QStringList shown;
@@ -45,7 +44,7 @@ QStringList Shown(const QStringList& lines)
     {
         const int level = lines[i].front().digitValue();
         const bool isLoading = cleaned >= 0 && i > cleaned && level > WARNING_LEVEL;
-        if (level <= static_cast<int>(SHOWN_LEVEL) && !isLoading)
+        if (level <= SHOWN_LEVEL && !isLoading)
             shown.append(lines[i]);
     }
     return shown;
@@ -55,6 +54,7 @@ QStringList Shown(const QStringList& lines)
 
 FaultLane::FaultLane(const Request& request)
     : m_request(request)
+    , m_peer(request.Peer().toLatin1())
     , m_signal(FindSignal(request))
     , m_rig(Schedule(request))
     , m_report(request)
@@ -75,7 +75,7 @@ bool FaultLane::IsIdle() const
 
 QByteArray FaultLane::Method() const
 {
-    return QByteArray(m_request.peer) + '.' + m_request.method;
+    return m_request.Method().toLatin1();
 }
 
 void FaultLane::Prepare(const Fault* fault, const QDate& day)
@@ -106,7 +106,7 @@ void FaultLane::Script()
     switch (m_fault->kind)
     {
     case FaultKind::ABSENT:
-        if (m_request.trigger == Trigger::START)
+        if (m_request.Row().trigger == Trigger::START)
             LosePeer();
         break;
     case FaultKind::BUS_ERROR: device.AnswerError(method, m_fault->error, 1); break;
@@ -117,7 +117,7 @@ void FaultLane::Script()
     case FaultKind::EMPTY_STRUCTURE: device.AnswerBroken(method); break;
     case FaultKind::EXIT: device.AnswerByExit(method); break;
     case FaultKind::TAKEN_OVER:
-        m_rig.Second().StandBy(m_request.peer);
+        m_rig.Second().StandBy(m_peer.constData());
         device.AnswerAndLeave(method, 0);
         break;
     case FaultKind::DIES:
@@ -126,7 +126,7 @@ void FaultLane::Script()
     case FaultKind::FLOOD:
     case FaultKind::WRONG_SIGNALS:
     case FaultKind::STRANGER:
-        if (m_request.trigger == Trigger::DELETION)
+        if (m_request.Row().trigger == Trigger::DELETION)
             device.AnswerStatus(method, 0, HELD_BACK_MS, 1);
         break;
     case FaultKind::LATE: device.AnswerLate(method, REFUSAL); break;
@@ -147,11 +147,11 @@ bool FaultLane::IsDeviceLost() const
 // Where another request comes first, the peer goes away with its answer.
 void FaultLane::LosePeer()
 {
-    const QStringList before = TableLines(m_request.callsBefore);
-    if (m_request.trigger == Trigger::START && !before.isEmpty())
-        m_rig.Device().AnswerAndLeave(before.first().section(QLatin1Char(' '), 0, 0).toLatin1(), 0);
+    const QList<Request> before = m_request.Before();
+    if (m_request.Row().trigger == Trigger::START && !before.isEmpty())
+        m_rig.Device().AnswerAndLeave(before.first().Method().toLatin1(), 0);
     else
-        m_rig.Device().SetPresent(m_request.peer, false);
+        m_rig.Device().SetPresent(m_peer.constData(), false);
 }
 
 void FaultLane::Begin()
@@ -168,11 +168,11 @@ void FaultLane::Provoke()
 {
     if (IsIdle())
         return;
-    if (!WaitForLog(QStringLiteral("4 [Scheduler.cpp] READY action found: ") + QLatin1String(m_request.type)))
+    if (!WaitForLog(QStringLiteral("4 [Scheduler.cpp] READY action found: ") + m_request.Type()))
         Complain(QStringLiteral("not started"));
-    if (m_request.trigger == Trigger::PHOTO)
+    if (m_request.Row().trigger == Trigger::PHOTO)
         TakePhotos();
-    else if (m_request.trigger == Trigger::DELETION)
+    else if (m_request.Row().trigger == Trigger::DELETION)
         Delete();
     else if (SendsSignals())
     {
@@ -219,7 +219,7 @@ void FaultLane::SendFaultySignals()
 {
     if (IsFault(FaultKind::FLOOD))
     {
-        const bool isNextDue = m_request.trigger != Trigger::DELETION;
+        const bool isNextDue = m_request.Row().trigger != Trigger::DELETION;
         if (isNextDue)
             m_rig.AdvanceTo(m_day, NEXT_TIME);
         const QDBusPendingCall flood = m_rig.Device().EmitMeanwhile(m_signal->name, m_signal->values, FLOOD_SIZE);
@@ -272,7 +272,7 @@ void FaultLane::Finish()
     }
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
-    if (!m_expected->isNextMissed && m_request.trigger != Trigger::DELETION && !IsFault(FaultKind::FLOOD))
+    if (!m_expected->isNextMissed && m_request.Row().trigger != Trigger::DELETION && !IsFault(FaultKind::FLOOD))
         RunNext();
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
@@ -282,7 +282,7 @@ void FaultLane::Finish()
 void FaultLane::Judge()
 {
     const QStringList lines = TakeLog();
-    QStringList schedulerLines = Shown(lines);
+    QStringList schedulerLines = Relevant(lines);
     QStringList taskLines;
     std::ranges::copy_if(schedulerLines, std::back_inserter(taskLines), IsTaskLine);
     schedulerLines.removeIf(IsTaskLine);
@@ -313,12 +313,12 @@ void FaultLane::Settle()
     if (IsDeviceLost() && !IsFault(FaultKind::RESTARTS))
         m_rig.ReplaceDevice();
     else if (IsFault(FaultKind::ABSENT))
-        m_rig.Device().SetPresent(m_request.peer, true);
+        m_rig.Device().SetPresent(m_peer.constData(), true);
     EndWhatWaits();
     if (!IsFault(FaultKind::TAKEN_OVER))
         return;
-    m_rig.Second().SetPresent(m_request.peer, false);
-    m_rig.Device().SetPresent(m_request.peer, true);
+    m_rig.Second().SetPresent(m_peer.constData(), false);
+    m_rig.Device().SetPresent(m_peer.constData(), true);
 }
 
 void FaultLane::EndWhatWaits()
@@ -331,14 +331,14 @@ void FaultLane::EndWhatWaits()
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
     const QStringList lines = TakeLog();
-    Compare("the records afterwards", Shown(lines), {});
+    Compare("the records afterwards", Relevant(lines), {});
     if (lines.contains(PHOTO_SEEN))
         Complain(QStringLiteral("a stranger's photo is seen"));
     SimulatorProcess& owner = IsFault(FaultKind::TAKEN_OVER) ? m_rig.Second() : m_rig.Device();
     owner.Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
     if (!m_rig.WaitForLoop())
         Complain(QStringLiteral("the loop does not go on"));
-    Compare("the records of the end", Shown(TakeLog()), m_expected->endLines);
+    Compare("the records of the end", Relevant(TakeLog()), m_expected->endLines);
 }
 
 // The records since the last call, but those of missed starts: which pass tells them is the timers' business.
@@ -372,7 +372,7 @@ void FaultLane::End(int number)
     m_rig.Daemon().Signal(SIGTERM);
     if (m_rig.Daemon().WaitForExit() != 0)
         Complain(QStringLiteral("the daemon does not end with 0"));
-    Compare("the last records", m_rig.Daemon().Take(SHOWN_LEVEL), Lines::Ended());
+    Compare("the last records", m_rig.Daemon().Take(static_cast<unsigned int>(SHOWN_LEVEL)), Lines::Ended());
     m_report.Write(number);
 }
 
@@ -390,6 +390,7 @@ void FaultLane::Compare(const char* what, const QStringList& found, const QStrin
 
 void FaultLane::Complain(const QString& what)
 {
-    m_complaints.append(QStringLiteral("%1, %2: %3")
-                            .arg(QLatin1String(m_request.id), QLatin1String(m_fault ? m_fault->id : "plain"), what));
+    m_complaints.append(
+        QStringLiteral("%1, %2: %3")
+            .arg(QLatin1String(m_request.Row().id), QLatin1String(m_fault ? m_fault->id : "plain"), what));
 }

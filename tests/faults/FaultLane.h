@@ -14,7 +14,6 @@
 class FaultLane final
 {
 public:
-    // request outlives the object.
     explicit FaultLane(const Request& request);
 
     void Start();
@@ -52,7 +51,8 @@ private:
     void Complain(const QString& what);
     [[nodiscard]] bool WaitForLog(const QString& line);
 
-    const Request& m_request;
+    const Request m_request;
+    const QByteArray m_peer;
     const PeerSignal* const m_signal;
     FaultRig m_rig;
     FaultReport m_report;

@@ -43,13 +43,13 @@ FaultReport::FaultReport(const Request& request)
 
 void FaultReport::Add(const Fault& fault, const Expectation& expected, const QStringList& taskLines)
 {
-    const QStringList accepted = Expectation(m_request, nullptr, false).taskLines + TableLines(m_request.ended);
+    const QStringList accepted = Expectation(m_request, nullptr, false).taskLines + m_request.Ended();
     QString symbol;
     symbol += QLatin1Char(FailureLevel(taskLines, accepted));
     symbol += QLatin1Char(fault.done);
     symbol += QLatin1Char(expected.isNextMissed ? 'm' : 't');
     const bool needsPhoto =
-        fault.outcome != Outcome::ACCEPTED && expected.signalsToEnd > 0 && m_request.wait != Wait::PLAYBACK;
+        fault.outcome != Outcome::ACCEPTED && expected.signalsToEnd > 0 && m_request.Row().wait != Wait::PLAYBACK;
     if (needsPhoto)
         symbol += QLatin1Char('p');
     m_cells.append({QString::fromLatin1(fault.id), symbol, taskLines});
@@ -62,18 +62,18 @@ void FaultReport::AddIdle(const Fault& fault)
 
 QString FaultReport::Row() const
 {
-    QString row = QStringLiteral("| %1 |").arg(QLatin1String(m_request.id));
+    QString row = QStringLiteral("| %1 |").arg(QLatin1String(m_request.Row().id));
     for (const Cell& cell : m_cells)
         row += QStringLiteral(" %1 |").arg(cell.symbol);
-    return row + QStringLiteral(" %1 |\n").arg(QLatin1String(m_request.lost));
+    return row + QStringLiteral(" %1 |\n").arg(QLatin1String(m_request.Row().lost));
 }
 
 // Faults that bring the same records stand together, in the order of the first of them.
 QString FaultReport::Section() const
 {
     QString section = QStringLiteral("\n### %1\n\n`%2`, time-out %3 s.\n")
-                          .arg(QLatin1String(m_request.id), QLatin1String(m_request.schedule))
-                          .arg(m_request.timeout_ms / MS_PER_S);
+                          .arg(QLatin1String(m_request.Row().id), m_request.Schedule())
+                          .arg(m_request.Row().timeout_ms / MS_PER_S);
     QList<Cell> cells = m_cells;
     cells.removeIf([](const Cell& cell) { return cell.symbol == NO_SIGNAL; });
     while (!cells.isEmpty())

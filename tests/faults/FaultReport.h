@@ -8,7 +8,6 @@
 class FaultReport final
 {
 public:
-    // request outlives the object.
     explicit FaultReport(const Request& request);
 
     // What a day with that fault has brought; taskLines: the task's records as they were found.
@@ -34,6 +33,6 @@ private:
     [[nodiscard]] QString Row() const;
     [[nodiscard]] QString Section() const;
 
-    const Request& m_request;
+    const Request m_request;
     QList<Cell> m_cells;
 };

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "BusMessages.h"
+#include "Request.h"
+
 #include <array>
 
 // What goes wrong with a request.
@@ -23,14 +26,6 @@ enum class FaultKind
     LATE,
 };
 
-// How the daemon has to take the request.
-enum class Outcome
-{
-    BUS_ERROR, // no answer came, or an error
-    REFUSED,   // a status other than 0
-    ACCEPTED,  // status 0, and whatever cannot be read as a status
-};
-
 // Where the peer's name is afterwards, for the request that the same task sends next.
 enum class PeerAfter
 {
@@ -44,22 +39,17 @@ struct Fault
     FaultKind kind;
     const char* id;
     const char* meaning; // for the document
-    Outcome outcome;
-    const char* error; // the bus's message; %1 stands for the peer
+    Outcome outcome;     // how the daemon has to take the request
+    const char* error;   // the bus's message; %1 stands for the peer
     PeerAfter after;
     char done; // whether the peer does what it was asked for: '+', '-', '?'
     bool isSignal;
 };
 
-inline constexpr int REFUSAL = 7; // any status other than 0
+inline constexpr int SHOWN_LEVEL = 4; // up to which records are compared
+inline constexpr int REFUSAL = 7;     // any status other than 0
 // Less than the name says under a sanitizer, which takes its time.
 inline constexpr int FLOOD_SIZE = OZNA_FLOOD_SIZE;
-
-inline constexpr const char* NO_OWNER = "The name com.kestrelix.ozna.%1manager was not provided by any .service files";
-inline constexpr const char* GONE_IN_THE_CALL = "Message recipient disconnected from message bus without replying";
-inline constexpr const char* NO_REPLY =
-    "Did not receive a reply. Possible causes include: the remote application did not send a reply, the message bus "
-    "security policy blocked the reply, the reply timeout expired, or the network connection was broken.";
 
 // In the order in which they happen. A late answer is the last: the plain day after it shows that it is not taken for
 // that day's.

@@ -1,22 +1,21 @@
 #include "PeerSignal.h"
 
-#include "RequestTable.h"
+#include "Request.h"
 
 #include <QString>
 
 #include <algorithm>
-#include <string_view>
 
 namespace
 {
 
 const QString TEXT = QStringLiteral("x");
-constexpr std::string_view ANY_TYPE;
+constexpr int ANY_KIND = -1;
 
 struct Row
 {
-    std::string_view peer;
-    std::string_view type; // of the task
+    QLatin1String peer;
+    int kind; // of the task
     PeerSignal signal;
 };
 
@@ -24,12 +23,14 @@ const QList<Row>& Rows()
 {
     static const QList<QVariantList> NO_TEXT{{}, {5}, {TEXT, 1}};
     static const QList<Row> rows{
-        {"sound", "2 (PlayPlaylist)", {"sound.PlayPlaylistCompleted", {QStringLiteral("day")}, NO_TEXT}},
-        {"sound",
-         "16 (PlayStream)",
+        {QLatin1String("sound"), 2, {"sound.PlayPlaylistCompleted", {QStringLiteral("day")}, NO_TEXT}},
+        {QLatin1String("sound"),
+         16,
          {"sound.StreamEnabled", {false}, {{}, {0}, {QStringLiteral("false")}, {false, 1}}}},
-        {"sound", ANY_TYPE, {"sound.PlayFileCompleted", {QStringLiteral("gong.mp3")}, NO_TEXT}},
-        {"photo", ANY_TYPE, {"photo.PhotoTaken", {0, QStringLiteral("/1.jpg")}, {{}, {0}, {TEXT, 0}, {0, TEXT, 1}}}},
+        {QLatin1String("sound"), ANY_KIND, {"sound.PlayFileCompleted", {QStringLiteral("gong.mp3")}, NO_TEXT}},
+        {QLatin1String("photo"),
+         ANY_KIND,
+         {"photo.PhotoTaken", {0, QStringLiteral("/1.jpg")}, {{}, {0}, {TEXT, 0}, {0, TEXT, 1}}}},
     };
     return rows;
 }
@@ -38,8 +39,9 @@ const QList<Row>& Rows()
 
 const PeerSignal* FindSignal(const Request& request)
 {
+    const QString peer = request.Peer();
     const auto row = std::ranges::find_if(Rows(), [&](const Row& candidate) {
-        return candidate.peer == request.peer && (candidate.type == ANY_TYPE || candidate.type == request.type);
+        return candidate.peer == peer && (candidate.kind == ANY_KIND || candidate.kind == request.Row().kind);
     });
     return row != Rows().end() ? &row->signal : nullptr;
 }

@@ -3,7 +3,7 @@
 #include <QList>
 #include <QVariantList>
 
-struct Request;
+class Request;
 
 // A signal of a peer that the daemon listens to while a task waits for it.
 struct PeerSignal

@@ -58,10 +58,10 @@ void Faults::AFaultCostsItsTimeOutAndARecord()
     Lanes lanes;
     std::vector<int> numbers;
     int number = 0;
-    for (const Request& request : AllRequests())
+    for (const Request& request : Request::First())
     {
         ++number;
-        if (group != QLatin1String(request.group))
+        if (group != QLatin1String(request.Row().group))
             continue;
         lanes.push_back(std::make_unique<FaultLane>(request));
         numbers.push_back(number);

@@ -49,6 +49,19 @@ LogLine::LogLine(unsigned int level, const QByteArray& text, const char* origin)
 {
 }
 
+LogLine::LogLine(QString record)
+    : shown(std::move(record))
+{
+}
+
+LogLines ToLines(const QStringList& records)
+{
+    LogLines lines;
+    for (const QString& record : records)
+        lines.append(LogLine(record));
+    return lines;
+}
+
 LogInterface::LogInterface(const QString& objectPath)
     : m_maxLevel(std::numeric_limits<unsigned int>::max())
 {

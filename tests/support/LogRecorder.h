@@ -23,10 +23,16 @@ struct LogLine
     LogLine(unsigned int level, const char* text, const char* origin = nullptr);
     LogLine(unsigned int level, const QByteArray& text, const char* origin = nullptr);
 
+    // A record as it is shown: "3 [Action.cpp] Unknown task (3)"; another origin stands at the end, "(from ...)".
+    explicit LogLine(QString record);
+
     QString shown;
 };
 
 using LogLines = QList<LogLine>;
+
+// Records as they are shown.
+LogLines ToLines(const QStringList& records);
 
 // Takes the place of the log client: its object file defines the class LogInterface, and is linked before the
 // platform. Records are kept in the order in which they came, for the process, until they are taken.

@@ -9,13 +9,17 @@
 namespace
 {
 
-QString Shown(const QVariant& argument)
+QString Signature(const QVariant& argument)
 {
     const char* const signature = QDBusMetaType::typeToSignature(argument.metaType());
+    return QString::fromLatin1(signature != nullptr ? signature : "?");
+}
+
+QString Value(const QVariant& argument)
+{
     // A byte is a number on the bus, and a character to the library.
     const bool isByte = argument.metaType() == QMetaType::fromType<uchar>();
-    return QStringLiteral("%1:%2").arg(QLatin1String(signature != nullptr ? signature : "?"),
-                                       isByte ? QString::number(argument.toUInt()) : argument.toString());
+    return isByte ? QString::number(argument.toUInt()) : argument.toString();
 }
 
 } // namespace
@@ -24,8 +28,22 @@ QString PeerRequest::Shown() const
 {
     QStringList texts;
     for (const QVariant& argument : arguments)
-        texts.append(::Shown(argument));
+        texts.append(Signature(argument) + u':' + Value(argument));
     return QStringLiteral("%1 %2(%3)").arg(service.section(u'.', -1), method, texts.join(QStringLiteral(", ")));
+}
+
+QString PeerRequest::OnBus() const
+{
+    QString signature;
+    QString values;
+    for (const QVariant& argument : arguments)
+    {
+        signature += Signature(argument);
+        values += u' ' + Value(argument);
+    }
+    const QString peer = service.section(u'.', -1).remove(QStringLiteral("manager"));
+    return QStringLiteral("%1.%2 %3%4")
+        .arg(peer, method, signature.isEmpty() ? QStringLiteral("-") : signature, values);
 }
 
 PeerRecorder::PeerRecorder()

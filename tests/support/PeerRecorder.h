@@ -23,6 +23,9 @@ struct PeerRequest
     // "soundmanager PlayFile(s:gong.mp3, s:08:30:00)": the last part of the service's name, the method, and each
     // argument with its type on the bus.
     [[nodiscard]] QString Shown() const;
+
+    // As the simulated device shows it: "sound.PlayFile ss gong.mp3 08:30:00".
+    [[nodiscard]] QString OnBus() const;
 };
 
 // Takes the bus's place for as long as it lives: keeps every request and answers as told, with status 0 unless told.

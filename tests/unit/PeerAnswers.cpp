@@ -2,6 +2,7 @@
 
 #include <QDBusError>
 #include <QDBusMessage>
+#include <QTest>
 #include <QVariantList>
 
 using namespace Qt::StringLiterals;
@@ -29,9 +30,18 @@ PeerAnswer Error(const char* name, const QString& text, int status)
 
 } // namespace
 
-QByteArray PeerAnswer::Filled(QByteArray text) const
+Outcome PeerAnswer::TakenAs(Judged judged) const
 {
-    return text.replace("{status}", QByteArray::number(status)).replace("{error}", error);
+    if (judged == Judged::NEVER)
+        return Outcome::ACCEPTED;
+    if (judged == Judged::WHOLE && isBusError)
+        return Outcome::BUS_ERROR;
+    return status == 0 ? Outcome::ACCEPTED : Outcome::REFUSED;
+}
+
+QStringList PeerAnswer::Filled(const QStringList& records) const
+{
+    return Answered(records, QString::fromUtf8(error), status);
 }
 
 const QList<PeerAnswer>& PeerAnswers::All()
@@ -52,4 +62,11 @@ const QList<PeerAnswer>& PeerAnswers::All()
         Error("bus error whose text is a number", u"6"_s, 6),
     };
     return answers;
+}
+
+void PeerAnswers::AddRows()
+{
+    QTest::addColumn<PeerAnswer>("answer");
+    for (const PeerAnswer& answer : All())
+        QTest::newRow(answer.name) << answer;
 }

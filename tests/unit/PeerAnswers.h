@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Request.h"
 #include "peers/PeerReply.h"
 
 #include <QByteArray>
@@ -16,8 +17,11 @@ struct PeerAnswer
 
     [[nodiscard]] bool IsAccepted() const { return !isBusError && status == 0; }
 
-    // A record's text with what was answered in the place of "{status}" and "{error}".
-    [[nodiscard]] QByteArray Filled(QByteArray text) const;
+    // How a request of which the daemon looks at that has to take it.
+    [[nodiscard]] Outcome TakenAs(Judged judged) const;
+
+    // Records with what was answered in the place of {status} and {error}.
+    [[nodiscard]] QStringList Filled(const QStringList& records) const;
 };
 
 namespace PeerAnswers
@@ -25,5 +29,8 @@ namespace PeerAnswers
 
 // Accepted, refused, of another type than a status, and failed on the bus.
 const QList<PeerAnswer>& All();
+
+// Adds the column "answer", and a row for each of them.
+void AddRows();
 
 } // namespace PeerAnswers

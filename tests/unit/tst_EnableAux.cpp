@@ -1,4 +1,3 @@
-#include "OneRequest.h"
 #include "PeerAnswers.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -6,22 +5,13 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-constexpr int SOUND_TIMEOUT_MS = 3000;
-
-} // namespace
-
 class EnableAuxTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void AParameterIsReadAtCreation_data();
     void AParameterIsReadAtCreation();
-    void ARequestIsJudgedByItsStatusAlone_data();
-    void ARequestIsJudgedByItsStatusAlone();
-    void TheInputIsSwitchedOffWithARunningTask_data();
+    void TheInputIsSwitchedOffWithARunningTask_data() { PeerAnswers::AddRows(); }
     void TheInputIsSwitchedOffWithARunningTask();
     void OtherTasksLeaveTheInputAlone_data();
     void OtherTasksLeaveTheInputAlone();
@@ -61,49 +51,6 @@ void EnableAuxTest::AParameterIsReadAtCreation()
     QCOMPARE(task.m_type, TASK_ENABLE_AUX);
     QCOMPARE(task.m_identifier, QString());
     QCOMPARE(task.GetDelayable_s(), 0U);
-}
-
-void EnableAuxTest::ARequestIsJudgedByItsStatusAlone_data()
-{
-    const auto make = [](const char* parameter) {
-        return [text = QString::fromLatin1(parameter)] { return std::make_unique<EnableAux>(text); };
-    };
-    const OneRequest on{"1",
-                        make("1"),
-                        {{9, "[tasks/EnableAux.cpp] Requesting SoundManager()->PlayAux()"}},
-                        u"soundmanager PlayAux()"_s,
-                        SOUND_TIMEOUT_MS,
-                        {},
-                        {4, "[tasks/EnableAux.cpp] PlayAux() error: {status}\n"},
-                        {4, "[tasks/EnableAux.cpp] TASK REQUESTED | EnableAux(1): 0"}};
-    OneRequest off{"0",
-                   make("0"),
-                   {{9, "[tasks/EnableAux.cpp] Requesting SoundManager()->StopPlay(aux)"}},
-                   u"soundmanager StopPlay(s:aux, s:)"_s,
-                   SOUND_TIMEOUT_MS,
-                   {},
-                   {4, "[tasks/EnableAux.cpp] StopPlay('aux') error: {status}\n"},
-                   {4, "[tasks/EnableAux.cpp] TASK REQUESTED | EnableAux(0): 0 (stop)"}};
-    QList<OneRequest> requests{on, off};
-    for (const char* const parameter : {"2", "-1", "word"})
-    {
-        off.name = parameter;
-        off.make = make(parameter);
-        requests.append(off);
-    }
-    OneRequestRows::Add(requests);
-}
-
-void EnableAuxTest::ARequestIsJudgedByItsStatusAlone()
-{
-    OneRequestRows::Check(Bus());
-}
-
-void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask_data()
-{
-    QTest::addColumn<PeerAnswer>("answer");
-    for (const PeerAnswer& answer : PeerAnswers::All())
-        QTest::newRow(answer.name) << answer;
 }
 
 void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()

@@ -3,20 +3,14 @@
 #include "UnitTest.h"
 #include "tasks/Light.h"
 
-using namespace Qt::StringLiterals;
-
 class LightTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void AnIntensityIsReadAtCreation_data();
     void AnIntensityIsReadAtCreation();
-    void TheIntensityIsSetBeforeTheSwitch_data();
-    void TheIntensityIsSetBeforeTheSwitch();
-    void ARefusedIntensityLeavesTheSwitchAlone_data();
-    void ARefusedIntensityLeavesTheSwitchAlone();
-    void TheSwitchIsJudgedByItsAnswer_data();
-    void TheSwitchIsJudgedByItsAnswer();
+    void ASwitchBehindAnIntensityIsJudgedByItsAnswer_data() { PeerAnswers::AddRows(); }
+    void ASwitchBehindAnIntensityIsJudgedByItsAnswer();
 };
 
 void LightTest::AnIntensityIsReadAtCreation_data()
@@ -55,94 +49,19 @@ void LightTest::AnIntensityIsReadAtCreation()
     QCOMPARE(task.GetDelayable_s(), 0U);
 }
 
-void LightTest::TheIntensityIsSetBeforeTheSwitch_data()
-{
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<QStringList>("requests");
-    QTest::addColumn<QByteArray>("switchedOn");
-    const QString switchOn = u"lightmanager Switch(b:true)"_s;
-    const QStringList switchOff{u"lightmanager Switch(b:false)"_s};
-    QTest::newRow("0 only switches off") << u"0"_s << switchOff << "0"_ba;
-    QTest::newRow("text that is no number only switches off") << u"bright"_s << switchOff << "0"_ba;
-    const auto on = [&switchOn](const QString& parameter, const char* intensity) {
-        QTest::newRow(qPrintable(parameter))
-            << parameter << QStringList{u"lightmanager SetIntensity(u:%1)"_s.arg(QLatin1String(intensity)), switchOn}
-            << "1"_ba;
-    };
-    on(u"1"_s, "1");
-    on(u"50"_s, "50");
-    on(u"2147483647"_s, "2147483647");
-    // A negative number goes out with its bits as they are.
-    on(u"-1"_s, "4294967295");
-    on(u"-2147483648"_s, "2147483648");
-}
-
-void LightTest::TheIntensityIsSetBeforeTheSwitch()
-{
-    QFETCH(QString, parameter);
-    QFETCH(QStringList, requests);
-    QFETCH(QByteArray, switchedOn);
-    Light task(parameter);
-    LogRecorder::Clear();
-    for (int day = 0; day < 2; ++day)
-    {
-        QVERIFY(task.Run());
-        for (const PeerRequest& request : Bus().Requests())
-            QCOMPARE(request.timeout_ms, -1);
-        EXPECT_REQUESTS(Bus(), (requests));
-        EXPECT_LOG(9, {{4, "[tasks/Light.cpp] TASK REQUESTED | Light: " + switchedOn}});
-        QCOMPARE(task.IsRunning(), false);
-    }
-}
-
-void LightTest::ARefusedIntensityLeavesTheSwitchAlone_data()
-{
-    QTest::addColumn<PeerAnswer>("answer");
-    for (const PeerAnswer& answer : PeerAnswers::All())
-        QTest::newRow(answer.name) << answer;
-}
-
-void LightTest::ARefusedIntensityLeavesTheSwitchAlone()
-{
-    QFETCH(PeerAnswer, answer);
-    Bus().Answer("SetIntensity", [&answer](const PeerRequest&) { return answer.reply; });
-    for (const QByteArray intensity : {"50", "-1"})
-    {
-        Light task(QString::fromLatin1(intensity));
-        LogRecorder::Clear();
-        QCOMPARE(task.Run(), answer.IsAccepted());
-        QCOMPARE(Bus().Requests().size(), answer.IsAccepted() ? 2 : 1);
-        Bus().Clear();
-        if (answer.IsAccepted())
-            EXPECT_LOG(9, {{4, "[tasks/Light.cpp] TASK REQUESTED | Light: 1"}});
-        else
-            EXPECT_LOG(9, {{1, "[tasks/Light.cpp] SetIntensity(" + intensity + ") request error"}});
-        QCOMPARE(task.IsRunning(), false);
-    }
-}
-
-void LightTest::TheSwitchIsJudgedByItsAnswer_data()
-{
-    ARefusedIntensityLeavesTheSwitchAlone_data();
-}
-
-void LightTest::TheSwitchIsJudgedByItsAnswer()
+void LightTest::ASwitchBehindAnIntensityIsJudgedByItsAnswer()
 {
     QFETCH(PeerAnswer, answer);
     Bus().Answer("Switch", [&answer](const PeerRequest&) { return answer.reply; });
-    for (const QByteArray intensity : {"0", "50", "-1"})
+    for (const char* intensity : {"50", "-1"})
     {
-        const QByteArray on = intensity == "0" ? "0" : "1";
+        const Request request = Request::Find("SetIntensity", intensity);
         Light task(QString::fromLatin1(intensity));
         LogRecorder::Clear();
         QCOMPARE(task.Run(), answer.IsAccepted());
-        QCOMPARE(Bus().Requests().last().method, u"Switch"_s);
+        QCOMPARE(Bus().Requests().last().OnBus(), request.Followed().Call());
         Bus().Clear();
-        if (answer.IsAccepted())
-            EXPECT_LOG(9, {{4, "[tasks/Light.cpp] TASK REQUESTED | Light: " + on}});
-        else
-            EXPECT_LOG(9, {{1, "[tasks/Light.cpp] Switch(" + on + ") request error"}});
-        QCOMPARE(task.IsRunning(), false);
+        EXPECT_LOG(9, (ToLines(answer.Filled(request.Followed().Records(answer.TakenAs(Judged::WHOLE))))));
     }
 }
 

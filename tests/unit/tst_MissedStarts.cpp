@@ -1,6 +1,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "RequestTable.h"
 #include "Suite.h"
 #include "TimeZone.h"
 
@@ -18,7 +19,6 @@ const QTime DUE(8, 30);
 const QByteArray VOLUME = "5 (Volume)";
 const QByteArray MESSAGE = "1 (PlayMessage)";
 const QByteArray PLAYLIST = "2 (PlayPlaylist)";
-constexpr int SILENT_MS = 3000;
 
 enum Load
 {
@@ -281,7 +281,7 @@ void MissedStartsTest::ALoopThatWaitsForAPeer()
 {
     for (const char* method : {"SetPlayerVolume", "PlayFile"})
         Bus().Answer(method, [this](const PeerRequest&) {
-            Time().Advance_ms(SILENT_MS);
+            Time().Advance_ms(SOUND_TIMEOUT_MS);
             return PeerReply::Failed(u"Did not receive a reply"_s);
         });
     // The message is asked for 8 s ahead: from two seconds before the volume until four seconds after.
@@ -438,7 +438,7 @@ void MissedStartsTest::WhatALoadForcesIsNotMissed()
     Pass(29);
     TakeRequests();
     Bus().Answer("StopPlay", [this](const PeerRequest&) {
-        Time().Advance_ms(SILENT_MS);
+        Time().Advance_ms(SOUND_TIMEOUT_MS);
         return PeerReply(0);
     });
     LoadAnew(RELOAD);
@@ -478,7 +478,7 @@ void MissedStartsTest::APlaylistThatALoadCannotJoinAnyMoreIsMissed()
 void MissedStartsTest::WhatIsHeldUpInItsSecondIsMissedForThePeer()
 {
     Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_ms(SILENT_MS);
+        Time().Advance_ms(SOUND_TIMEOUT_MS);
         return PeerReply::Failed(u"Did not receive a reply"_s);
     });
     StartBefore(30'000, {"08:30:00 Volume|1", "08:30:00 Volume|2"});
@@ -577,7 +577,7 @@ void MissedStartsTest::WhatPassesWhileALoadIsMadeIsMissed()
     StartBefore(30'000, {"08:29:50 PlayMessage|gong.mp3", "08:30:00 Volume|1"});
     Pass(29);
     Bus().Answer("StopPlay", [this](const PeerRequest&) {
-        Time().Advance_ms(SILENT_MS);
+        Time().Advance_ms(SOUND_TIMEOUT_MS);
         return PeerReply(0);
     });
     LoadAnew(RELOAD);
@@ -787,7 +787,7 @@ void MissedStartsTest::AProcessThatStandsStillRightAfterALoad()
 void MissedStartsTest::WhoWasWaitedForLongBeforeIsNoCause()
 {
     Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_ms(SILENT_MS);
+        Time().Advance_ms(SOUND_TIMEOUT_MS);
         return PeerReply(0);
     });
     StartBefore(60'000, {"08:29:10 Volume|1", "08:30:00 Volume|2"});

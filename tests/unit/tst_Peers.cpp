@@ -1,3 +1,4 @@
+#include "RequestTable.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -51,7 +52,7 @@ void PeersTest::TheSharedProxiesAreAddressed_data()
         "updateinterface", 2000);
     row(
         "sound", []() -> QDBusAbstractInterface* { return Scheduler::m_soundManProxy; }, "soundmanager", "soundobj",
-        "soundinterface", 3000);
+        "soundinterface", SOUND_TIMEOUT_MS);
     row(
         "photo", []() -> QDBusAbstractInterface* { return Scheduler::m_photoManProxy; }, "photomanager", "photoobj",
         "photointerface", 5000);
@@ -117,7 +118,7 @@ void PeersTest::ARecorderTakesTheBusesPlace()
     QCOMPARE(PeerCall::Send(Scheduler::m_soundManProxy, u"PlayFile"_s, {u"gong.mp3"_s, 70.0, 1U, true}).Status(), 7);
     QCOMPARE(PeerCall::Send(nullptr, u"StopPlay"_s).ErrorMessage(), u"gone"_s);
     QVERIFY(PeerCall::Send(Scheduler::m_lightManProxy, u"Switch"_s, {QVariant::fromValue(uchar(3))}).IsAccepted());
-    QCOMPARE(Bus().Requests()[0].timeout_ms, 3000);
+    QCOMPARE(Bus().Requests()[0].timeout_ms, SOUND_TIMEOUT_MS);
     EXPECT_REQUESTS(Bus(), {u"soundmanager PlayFile(s:gong.mp3, d:70, u:1, b:true)"_s, u" StopPlay()"_s,
                             u"lightmanager Switch(y:3)"_s});
 }

@@ -68,9 +68,9 @@ private Q_SLOTS:
     void AnIdleTaskStaysIdle_data();
     void AnIdleTaskStaysIdle();
     void ASinglePhotoEndsWithAnyPhoto();
-    void AStopIsJudgedByItsAnswer_data();
+    void AStopIsJudgedByItsAnswer_data() { PeerAnswers::AddRows(); }
     void AStopIsJudgedByItsAnswer();
-    void AStopThatFailedIsAskedForAgain_data();
+    void AStopThatFailedIsAskedForAgain_data() { PeerAnswers::AddRows(); }
     void AStopThatFailedIsAskedForAgain();
     void EveryTaskSeesEveryPhoto();
     void ARunBeginsANewSeries();
@@ -175,13 +175,6 @@ void PhotoSeriesTest::ASinglePhotoEndsWithAnyPhoto()
     }
 }
 
-void PhotoSeriesTest::AStopIsJudgedByItsAnswer_data()
-{
-    QTest::addColumn<PeerAnswer>("answer");
-    for (const PeerAnswer& answer : PeerAnswers::All())
-        QTest::newRow(answer.name) << answer;
-}
-
 void PhotoSeriesTest::AStopIsJudgedByItsAnswer()
 {
     QFETCH(PeerAnswer, answer);
@@ -191,18 +184,9 @@ void PhotoSeriesTest::AStopIsJudgedByItsAnswer()
     TakePhoto();
     LogRecorder::Clear();
     TakePhoto();
-    LogLine outcome = Completed(10, 2);
-    if (answer.isBusError)
-        outcome = {4, "[tasks/Photo.cpp] StopPhotoStream request error: " + answer.error + "\n"};
-    else if (answer.status != 0)
-        outcome = {1, answer.Filled("[tasks/Photo.cpp] StopPhotoStream error: {status}\n")};
-    EXPECT_LOG(9, {Taken(), Total(2), outcome});
+    const QStringList outcome = Request::Find("StopPhotoStream", "10,2").Records(answer.TakenAs(Judged::WHOLE));
+    EXPECT_LOG(9, (LogLines{Taken(), Total(2)} + ToLines(answer.Filled(outcome))));
     QCOMPARE(task.IsRunning(), !answer.IsAccepted());
-}
-
-void PhotoSeriesTest::AStopThatFailedIsAskedForAgain_data()
-{
-    AStopIsJudgedByItsAnswer_data();
 }
 
 void PhotoSeriesTest::AStopThatFailedIsAskedForAgain()

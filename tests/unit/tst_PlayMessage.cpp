@@ -11,13 +11,7 @@ private Q_SLOTS:
     void ItIsMadeOfTimeFileAndVolume_data();
     void ItIsMadeOfTimeFileAndVolume();
     void ItIsNeverLateAndHasNoIdentifier();
-    void AnAcceptedRequestRuns_data();
-    void AnAcceptedRequestRuns();
-    void ItIsRunningWhileItAsks();
-    void TheVolumesOutcomeIsIgnored_data();
-    void TheVolumesOutcomeIsIgnored();
-    void AFailedRequestIsLogged_data();
-    void AFailedRequestIsLogged();
+    void WithoutATimeItAsksForNone();
 
 private:
     static std::unique_ptr<PlayMessage> Gong()
@@ -84,100 +78,13 @@ void PlayMessageTest::ItIsNeverLateAndHasNoIdentifier()
     QCOMPARE(message->metaObject()->className(), "PlayMessage");
 }
 
-void PlayMessageTest::AnAcceptedRequestRuns_data()
+void PlayMessageTest::WithoutATimeItAsksForNone()
 {
-    QTest::addColumn<QString>("time");
-    QTest::addColumn<QString>("volume");
-    QTest::addColumn<QStringList>("requests");
-    QTest::addColumn<QByteArray>("text");
-    const QString play = u"soundmanager PlayFile(s:gong.mp3, s:08:30:00)"_s;
-    QTest::newRow("with a volume") << u"08:30:00"_s << u"70"_s
-                                   << QStringList{u"soundmanager SetPlayerVolume(s:file, d:70)"_s, play}
-                                   << "gong.mp3|08:30:00|70"_ba;
-    QTest::newRow("with volume 0") << u"08:30:00"_s << u"0"_s
-                                   << QStringList{u"soundmanager SetPlayerVolume(s:file, d:0)"_s, play}
-                                   << "gong.mp3|08:30:00|0"_ba;
-    QTest::newRow("without a volume") << u"08:30:00"_s << u"-1"_s << QStringList{play} << "gong.mp3|08:30:00|-1"_ba;
-    QTest::newRow("with a negative volume")
-        << u"08:30:00"_s << u"-7"_s << QStringList{play} << "gong.mp3|08:30:00|-7"_ba;
-    QTest::newRow("without a time") << u"8:30:00"_s << u"-1"_s
-                                    << QStringList{u"soundmanager PlayFile(s:gong.mp3, s:)"_s} << "gong.mp3||-1"_ba;
-}
-
-void PlayMessageTest::AnAcceptedRequestRuns()
-{
-    QFETCH(QString, time);
-    QFETCH(QString, volume);
-    QFETCH(QStringList, requests);
-    QFETCH(QByteArray, text);
-    PlayMessage message(time, u"gong.mp3"_s, volume);
+    PlayMessage message(u"8:30:00"_s, u"gong.mp3"_s, u"-1"_s);
     LogRecorder::Clear();
     QCOMPARE(message.Run(), true);
-    QCOMPARE(message.IsRunning(), true);
-    EXPECT_LOG(9, {{9, "[tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: " + text}});
-    QCOMPARE(Bus().Requests().first().timeout_ms, 3000);
-    EXPECT_REQUESTS(Bus(), (requests));
-}
-
-void PlayMessageTest::ItIsRunningWhileItAsks()
-{
-    const auto message = Gong();
-    QList<bool> running;
-    const auto answerer = [&](const PeerRequest&) {
-        running.append(message->IsRunning());
-        return PeerReply(0);
-    };
-    Bus().Answer("SetPlayerVolume", answerer);
-    Bus().Answer("PlayFile", answerer);
-    message->Run();
-    QCOMPARE(running, (QList<bool>{true, true}));
-}
-
-void PlayMessageTest::TheVolumesOutcomeIsIgnored_data()
-{
-    QTest::addColumn<bool>("busError");
-    QTest::newRow("refused") << false;
-    QTest::newRow("failed on the bus") << true;
-}
-
-void PlayMessageTest::TheVolumesOutcomeIsIgnored()
-{
-    QFETCH(bool, busError);
-    if (busError)
-        Bus().AnswerBusError("SetPlayerVolume", u"gone"_s);
-    else
-        Bus().Answer("SetPlayerVolume", 5);
-    const auto message = Gong();
-    QCOMPARE(message->Run(), true);
-    QCOMPARE(Bus().Requests().size(), 2);
-    EXPECT_LOG(4, {});
-}
-
-void PlayMessageTest::AFailedRequestIsLogged_data()
-{
-    QTest::addColumn<QString>("busError"); // null: none
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("no reply") << u"Did not receive a reply"_s << 0
-                              << "PlayFile request error: Did not receive a reply\n"_ba;
-    QTest::newRow("an error without a text") << u""_s << 0 << "PlayFile request error: \n"_ba;
-    QTest::newRow("status 3") << QString() << 3 << "PlayFile error: 3\n"_ba;
-    QTest::newRow("a negative status") << QString() << -1 << "PlayFile error: -1\n"_ba;
-}
-
-void PlayMessageTest::AFailedRequestIsLogged()
-{
-    QFETCH(QString, busError);
-    QFETCH(int, status);
-    QFETCH(QByteArray, text);
-    if (busError.isNull())
-        Bus().Answer("PlayFile", status);
-    else
-        Bus().AnswerBusError("PlayFile", busError);
-    const auto message = Gong();
-    QCOMPARE(message->Run(), false);
-    QCOMPARE(message->IsRunning(), false);
-    EXPECT_LOG(9, {{1, "[tasks/PlayMessage.cpp] " + text}});
+    EXPECT_LOG(9, {{9, "[tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3||-1"}});
+    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayFile(s:gong.mp3, s:)"_s});
 }
 
 OZNA_CASE(PlayMessage, PlayMessageTest)

@@ -20,8 +20,6 @@ private Q_SLOTS:
     void AFailedRequestDoesNotListen();
     void ACompletedMessageRunsAgain();
     void AMessageThatDoesNotRunIsJustDeleted();
-    void ARunningMessageIsStopped_data();
-    void ARunningMessageIsStopped();
     void AMessageDeletedByItsOwnEndIsFine();
 
 private:
@@ -120,37 +118,6 @@ void PlayMessageEndTest::AMessageThatDoesNotRunIsJustDeleted()
     message.reset();
     EXPECT_LOG(9, {});
     EXPECT_REQUESTS(Bus(), {});
-}
-
-void PlayMessageEndTest::ARunningMessageIsStopped_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("busError");
-    QTest::addColumn<bool>("warned");
-    QTest::newRow("accepted") << 0 << false << false;
-    QTest::newRow("refused") << 4 << false << true;
-    QTest::newRow("refused with a negative status") << -4 << false << true;
-    QTest::newRow("failed on the bus") << 0 << true << true;
-}
-
-void PlayMessageEndTest::ARunningMessageIsStopped()
-{
-    QFETCH(int, status);
-    QFETCH(bool, busError);
-    QFETCH(bool, warned);
-    auto message = Gong();
-    message->Run();
-    Bus().Clear();
-    LogRecorder::Clear();
-    Bus().Answer("StopPlay", status);
-    if (busError)
-        Bus().AnswerBusError("StopPlay", u"gone"_s);
-    message.reset();
-    LogLines lines{{4, "[tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"}};
-    if (warned)
-        lines.append({2, "[tasks/PlayMessage.cpp] Impossible to stop scheduled file"});
-    EXPECT_LOG(9, (lines));
-    EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:file, s:)"_s});
 }
 
 void PlayMessageEndTest::AMessageDeletedByItsOwnEndIsFine()

@@ -1,4 +1,3 @@
-#include "OneRequest.h"
 #include "PeerAnswers.h"
 #include "Scheduler.h"
 #include "Suite.h"
@@ -9,45 +8,17 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-constexpr int SOUND_TIMEOUT_MS = 3000;
-constexpr int SWITCH_ON_TIMEOUT_MS = 20000;
-
-LogLine Requesting(const char* call)
-{
-    return {9, QByteArray("[tasks/PlayRadioFm.cpp] Requesting SoundManager()->") + call};
-}
-
-void AddAnswers()
-{
-    QTest::addColumn<PeerAnswer>("answer");
-    for (const PeerAnswer& answer : PeerAnswers::All())
-        QTest::newRow(answer.name) << answer;
-}
-
-} // namespace
-
 class PlayRadioFmTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void AFrequencyIsReadAtCreation_data();
     void AFrequencyIsReadAtCreation();
-    void TheFrequency0SwitchesTheRadioOff_data();
-    void TheFrequency0SwitchesTheRadioOff();
-    void TheRadioIsSwitchedOnWithPatience_data() { AddAnswers(); }
-    void TheRadioIsSwitchedOnWithPatience();
-    void TheRadioIsTunedOnceItIsOn_data();
-    void TheRadioIsTunedOnceItIsOn();
-    void TuningIsJudgedByItsStatusAlone_data() { AddAnswers(); }
+    void TuningIsJudgedByItsStatusAlone_data() { PeerAnswers::AddRows(); }
     void TuningIsJudgedByItsStatusAlone();
-    void ARadioOutOfTuneCountsAsAccepted_data() { AddAnswers(); }
-    void ARadioOutOfTuneCountsAsAccepted();
-    void AnyEarlierTimeoutComesBack_data() { AddAnswers(); }
+    void AnyEarlierTimeoutComesBack_data() { PeerAnswers::AddRows(); }
     void AnyEarlierTimeoutComesBack();
-    void TheRadioIsSwitchedOffWithARunningTask_data() { AddAnswers(); }
+    void TheRadioIsSwitchedOffWithARunningTask_data() { PeerAnswers::AddRows(); }
     void TheRadioIsSwitchedOffWithARunningTask();
     void OtherTasksLeaveTheRadioAlone();
 
@@ -96,82 +67,6 @@ void PlayRadioFmTest::AFrequencyIsReadAtCreation()
     QCOMPARE(task.GetDelayable_s(), 0U);
 }
 
-void PlayRadioFmTest::TheFrequency0SwitchesTheRadioOff_data()
-{
-    QList<OneRequest> requests;
-    for (const char* const parameter : {"0", "0.00", "-0.0", "abc", ""})
-        requests.append({parameter,
-                         [text = QString::fromLatin1(parameter)] { return std::make_unique<PlayRadioFm>(text); },
-                         {},
-                         u"soundmanager StopPlay(s:radiofm, s:)"_s,
-                         SOUND_TIMEOUT_MS,
-                         {},
-                         {4, "[tasks/PlayRadioFm.cpp] StopPlay('radiofm') error: {status}\n"},
-                         {4, "[tasks/PlayRadioFm.cpp] TASK REQUESTED | PlayRadioFm(radiofm): 0 (stop)"}});
-    OneRequestRows::Add(requests);
-}
-
-void PlayRadioFmTest::TheFrequency0SwitchesTheRadioOff()
-{
-    OneRequestRows::Check(Bus());
-}
-
-void PlayRadioFmTest::TheRadioIsSwitchedOnWithPatience()
-{
-    QFETCH(PeerAnswer, answer);
-    PlayRadioFm task(u"98.5"_s);
-    LogRecorder::Clear();
-    int timeoutInCall_ms = 0;
-    Bus().Answer("PlayRadioFm", [&](const PeerRequest&) {
-        timeoutInCall_ms = Scheduler::m_soundManProxy->timeout();
-        return answer.reply;
-    });
-    QCOMPARE(task.Run(), answer.IsAccepted());
-    QCOMPARE(timeoutInCall_ms, SWITCH_ON_TIMEOUT_MS);
-    QCOMPARE(Scheduler::m_soundManProxy->timeout(), SOUND_TIMEOUT_MS);
-    QCOMPARE(task.IsRunning(), false);
-
-    LogLines log{Requesting("PlayRadioFm()")};
-    if (answer.isBusError)
-        log.append({4, "[tasks/PlayRadioFm.cpp] PlayRadioFm() request error: " + answer.error});
-    else if (answer.status != 0)
-        log.append({1, answer.Filled("[tasks/PlayRadioFm.cpp] PlayRadioFm() error: {status}\n")});
-    else
-        log += {{9, "[tasks/PlayRadioFm.cpp] TASK REQUESTED | PlayRadioFm: enable radio. Now set frequency..."},
-                Requesting("RadioFmSetFrequency(98.50)"),
-                {9, "[tasks/PlayRadioFm.cpp] TASK REQUESTED | PlayRadioFm/SetFrequency: 98.50"}};
-    EXPECT_LOG(9, (log));
-    QStringList requests{u"soundmanager PlayRadioFm()"_s};
-    if (answer.IsAccepted())
-        requests.append(u"soundmanager RadioFmSetFrequency(d:98.5)"_s);
-    EXPECT_REQUESTS(Bus(), (requests));
-}
-
-void PlayRadioFmTest::TheRadioIsTunedOnceItIsOn_data()
-{
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<QString>("sent");
-    for (const QString& number : {u"98.5"_s, u"108"_s, u"87.504"_s, u"0.001"_s, u"-98.5"_s})
-        QTest::newRow(qPrintable(number)) << number << number;
-    QTest::newRow("1e2") << u"1e2"_s << u"100"_s;
-}
-
-void PlayRadioFmTest::TheRadioIsTunedOnceItIsOn()
-{
-    QFETCH(QString, parameter);
-    QFETCH(QString, sent);
-    PlayRadioFm task(parameter);
-    for (int day = 0; day < 2; ++day)
-    {
-        QVERIFY(task.Run());
-        QCOMPARE(Bus().Requests().size(), 2);
-        QCOMPARE(Bus().Requests()[0].timeout_ms, SWITCH_ON_TIMEOUT_MS);
-        QCOMPARE(Bus().Requests()[1].timeout_ms, SOUND_TIMEOUT_MS);
-        EXPECT_REQUESTS(Bus(),
-                        {u"soundmanager PlayRadioFm()"_s, u"soundmanager RadioFmSetFrequency(d:%1)"_s.arg(sent)});
-    }
-}
-
 void PlayRadioFmTest::TuningIsJudgedByItsStatusAlone()
 {
     QFETCH(PeerAnswer, answer);
@@ -179,20 +74,9 @@ void PlayRadioFmTest::TuningIsJudgedByItsStatusAlone()
     LogRecorder::Clear();
     Bus().Answer("RadioFmSetFrequency", [&answer](const PeerRequest&) { return answer.reply; });
     QCOMPARE(task.SetFrequency(), answer.status == 0);
-    EXPECT_REQUESTS(Bus(), {u"soundmanager RadioFmSetFrequency(d:98.5)"_s});
-    const LogLine tuned(9, "[tasks/PlayRadioFm.cpp] TASK REQUESTED | PlayRadioFm/SetFrequency: 98.50");
-    const LogLine refused(1, answer.Filled("[tasks/PlayRadioFm.cpp] RadioFmSetFrequency(98.50) error: {status}\n"));
-    EXPECT_LOG(9, {Requesting("RadioFmSetFrequency(98.50)"), answer.status == 0 ? tuned : refused});
-}
-
-void PlayRadioFmTest::ARadioOutOfTuneCountsAsAccepted()
-{
-    QFETCH(PeerAnswer, answer);
-    Bus().Answer("RadioFmSetFrequency", [&answer](const PeerRequest&) { return answer.reply; });
-    PlayRadioFm task(u"98.5"_s);
-    QVERIFY(task.Run());
-    QCOMPARE(Bus().Requests().size(), 2);
-    LogRecorder::Clear();
+    const Request request = Request::Find("RadioFmSetFrequency", "98.5");
+    QCOMPARE(Bus().Requests().value(0).OnBus(), request.Call());
+    EXPECT_LOG(9, (ToLines(answer.Filled(request.Records(answer.TakenAs(Judged::STATUS))))));
 }
 
 void PlayRadioFmTest::AnyEarlierTimeoutComesBack()

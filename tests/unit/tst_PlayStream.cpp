@@ -1,4 +1,4 @@
-#include "PeerAnswers.h"
+#include "Request.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -13,36 +13,14 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-constexpr int SOUND_TIMEOUT_MS = 3000;
-
-void AddAnswers()
-{
-    QTest::addColumn<PeerAnswer>("answer");
-    for (const PeerAnswer& answer : PeerAnswers::All())
-        QTest::newRow(answer.name) << answer;
-}
-
-} // namespace
-
 class PlayStreamTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void AParameterIsReadAtCreation_data();
     void AParameterIsReadAtCreation();
-    void ARequestCarriesTheParameters_data();
-    void ARequestCarriesTheParameters();
-    void TheAnswerDecides_data() { AddAnswers(); }
-    void TheAnswerDecides();
-    void TheVolumesAnswerIsIgnored_data() { AddAnswers(); }
-    void TheVolumesAnswerIsIgnored();
     void TheTaskRunsUntilStreamingHasEnded();
     void WithoutAPlaybackNoEndIsHeard();
-    void ARunningStreamIsStoppedWithItsTask_data() { AddAnswers(); }
-    void ARunningStreamIsStoppedWithItsTask();
     void AnotherStreamIsLeftAlone_data();
     void AnotherStreamIsLeftAlone();
 
@@ -51,7 +29,7 @@ private:
     void End() override;
 
     // Makes the task, and forgets what that logs.
-    PlayStream& Make(const QString& volume = u"-1"_s);
+    PlayStream& Make();
 
     std::optional<PlayStream> m_task;
 };
@@ -70,9 +48,9 @@ void PlayStreamTest::End()
     qunsetenv("OZNA_CONFIG_FILE");
 }
 
-PlayStream& PlayStreamTest::Make(const QString& volume)
+PlayStream& PlayStreamTest::Make()
 {
-    m_task.emplace(u"8554/live"_s, volume);
+    m_task.emplace(u"8554/live"_s, u"-1"_s);
     LogRecorder::Clear();
     return *m_task;
 }
@@ -115,73 +93,6 @@ void PlayStreamTest::AParameterIsReadAtCreation()
     QCOMPARE(task.IsRunning(), false);
 }
 
-void PlayStreamTest::ARequestCarriesTheParameters_data()
-{
-    QTest::addColumn<QString>("volume");
-    QTest::addColumn<QStringList>("requests");
-    QTest::addColumn<QByteArray>("shown");
-    const QString play = u"soundmanager PlayStream(s:rtsp://10.0.0.5:8554/live, u:0)"_s;
-    for (const QString& volume : {u"70"_s, u"0"_s})
-        QTest::addRow("volume %s", qPrintable(volume))
-            << volume << QStringList{u"soundmanager SetPlayerVolume(s:stream, d:%1)"_s.arg(volume), play}
-            << volume.toLatin1();
-    QTest::newRow("volume -1 is left alone") << u"-1"_s << QStringList{play} << "-1"_ba;
-    QTest::newRow("volume -5 is left alone") << u"-5"_s << QStringList{play} << "-5"_ba;
-    QTest::newRow("a volume that is no number is left alone") << u"loud"_s << QStringList{play} << "-1"_ba;
-}
-
-void PlayStreamTest::ARequestCarriesTheParameters()
-{
-    QFETCH(QString, volume);
-    QFETCH(QStringList, requests);
-    QFETCH(QByteArray, shown);
-    PlayStream& task = Make(volume);
-    QVERIFY(task.Run());
-    for (const PeerRequest& request : Bus().Requests())
-        QCOMPARE(request.timeout_ms, SOUND_TIMEOUT_MS);
-    EXPECT_REQUESTS(Bus(), (requests));
-    EXPECT_LOG(9,
-               {{5, "[tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live"},
-                {9, "[tasks/PlayStream.cpp] TASK START REQUESTED | PlayStream: rtsp://10.0.0.5:8554/live|" + shown}});
-}
-
-void PlayStreamTest::TheAnswerDecides()
-{
-    QFETCH(PeerAnswer, answer);
-    PlayStream& task = Make();
-    bool runningInCall = false;
-    Bus().Answer("PlayStream", [&](const PeerRequest&) {
-        runningInCall = task.IsRunning();
-        return answer.reply;
-    });
-    QCOMPARE(task.Run(), answer.IsAccepted());
-    QVERIFY(runningInCall);
-    QCOMPARE(task.IsRunning(), answer.IsAccepted());
-    LogLines log{{5, "[tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live"}};
-    if (answer.isBusError)
-        log.append({1, "[tasks/PlayStream.cpp] PlayStream request error: " + answer.error + "\n"});
-    else if (answer.status != 0)
-        log.append({1, answer.Filled("[tasks/PlayStream.cpp] PlayStream error: {status}\n")});
-    else
-        log.append({9, "[tasks/PlayStream.cpp] TASK START REQUESTED | PlayStream: rtsp://10.0.0.5:8554/live|-1"});
-    EXPECT_LOG(9, (log));
-}
-
-void PlayStreamTest::TheVolumesAnswerIsIgnored()
-{
-    QFETCH(PeerAnswer, answer);
-    PlayStream& task = Make(u"70"_s);
-    bool runningInCall = false;
-    Bus().Answer("SetPlayerVolume", [&](const PeerRequest&) {
-        runningInCall = task.IsRunning();
-        return answer.reply;
-    });
-    QVERIFY(task.Run());
-    QVERIFY(runningInCall);
-    QCOMPARE(Bus().Requests().size(), 2);
-    EXPECT_LOG(5, {{5, "[tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live"}});
-}
-
 void PlayStreamTest::TheTaskRunsUntilStreamingHasEnded()
 {
     PlayStream& task = Make();
@@ -197,7 +108,7 @@ void PlayStreamTest::TheTaskRunsUntilStreamingHasEnded()
         QVERIFY(task.IsRunning());
         QCOMPARE(completed.size(), day - 1);
         Q_EMIT Scheduler::m_soundManProxy->StreamEnabled(false);
-        EXPECT_LOG(9, {{4, "[tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live"}});
+        EXPECT_LOG(9, (ToLines(Request::Find("PlayStream", "8554/live").Ended())));
         QVERIFY(!task.IsRunning());
         QCOMPARE(completed.size(), day);
         // A further one is somebody else's.
@@ -218,21 +129,6 @@ void PlayStreamTest::WithoutAPlaybackNoEndIsHeard()
     Q_EMIT Scheduler::m_soundManProxy->StreamEnabled(false);
     EXPECT_LOG(9, {});
     QCOMPARE(completed.size(), 0);
-}
-
-void PlayStreamTest::ARunningStreamIsStoppedWithItsTask()
-{
-    QFETCH(PeerAnswer, answer);
-    QVERIFY(Make().Run());
-    Bus().Clear();
-    LogRecorder::Clear();
-    Bus().Answer("StopPlay", [&answer](const PeerRequest&) { return answer.reply; });
-    m_task.reset();
-    EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:stream, s:)"_s});
-    LogLines log{{4, "[tasks/PlayStream.cpp] Scheduled Stream rtsp://10.0.0.5:8554/live running: stop it"}};
-    if (!answer.IsAccepted())
-        log.append({2, "[tasks/PlayStream.cpp] Impossible to stop scheduled stream"});
-    EXPECT_LOG(9, (log));
 }
 
 void PlayStreamTest::AnotherStreamIsLeftAlone_data()

@@ -1,4 +1,3 @@
-#include "OneRequest.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/Amplifiers.h"
@@ -8,7 +7,7 @@
 #include "tasks/Lan.h"
 #include "tasks/Volume.h"
 
-using namespace Qt::StringLiterals;
+#include <memory>
 
 namespace
 {
@@ -20,18 +19,6 @@ template <typename Kind> std::unique_ptr<Task> Make(const QString& parameter)
     return std::make_unique<Kind>(parameter);
 }
 
-// Has Make called with the parameter.
-template <typename Kind> auto Creator(const char* parameter)
-{
-    return [text = QString::fromUtf8(parameter)] { return Make<Kind>(text); };
-}
-
-constexpr int SOUND_TIMEOUT_MS = 3000;
-constexpr int PHOTO_TIMEOUT_MS = 5000;
-constexpr int FREQ_TIMEOUT_MS = 2000;
-constexpr int GPS_TIMEOUT_MS = 5000;
-constexpr int LIBRARY_TIMEOUT_MS = -1;
-
 } // namespace
 
 // The tasks that set one property of the device with one request.
@@ -41,8 +28,6 @@ class SettingTasksTest final : public UnitTest
 private Q_SLOTS:
     void AParameterIsReadAtCreation_data();
     void AParameterIsReadAtCreation();
-    void ARequestIsSentAndItsAnswerLogged_data();
-    void ARequestIsSentAndItsAnswerLogged();
 };
 
 void SettingTasksTest::AParameterIsReadAtCreation_data()
@@ -111,112 +96,6 @@ void SettingTasksTest::AParameterIsReadAtCreation()
     QCOMPARE(task->m_identifier, QString());
     QCOMPARE(task->GetDelayable_s(), 0U);
     QCOMPARE(task->IsRunning(), false);
-}
-
-void SettingTasksTest::ARequestIsSentAndItsAnswerLogged_data()
-{
-    QList<OneRequest> requests;
-    const auto amplifiers = [&requests](const char* parameter, const char* byte, const char* mask, const char* number) {
-        const QByteArray file = "[tasks/Amplifiers.cpp] ";
-        requests.append({QByteArray("Amplifiers ") + parameter,
-                         Creator<Amplifiers>(parameter),
-                         {},
-                         u"soundmanager SetAmplifiers(y:%1)"_s.arg(QLatin1String(byte)),
-                         SOUND_TIMEOUT_MS,
-                         {1, file + "SetAmplifiers(" + mask + ") request error: {error}"},
-                         {4, file + "SetIntensity(" + number + ") error: {status}\n"},
-                         {9, file + "TASK REQUESTED | Amplifiers: " + mask}});
-    };
-    // The low byte is sent, the whole mask shown.
-    amplifiers("300", "44", "0x12c", "300");
-    amplifiers("0x0F", "0", "0x00", "0");
-    amplifiers("5", "5", "0x05", "5");
-    amplifiers("255", "255", "0xff", "255");
-    amplifiers("256", "0", "0x100", "256");
-    amplifiers("-1", "255", "0xffffffff", "-1");
-    amplifiers("-2147483648", "0", "0x80000000", "-2147483648");
-
-    const auto camera = [&requests](const char* parameter, bool on) {
-        const QByteArray file = "[tasks/Camera.cpp] ";
-        const QByteArray number = on ? "1" : "0";
-        requests.append({QByteArray("Camera ") + parameter,
-                         Creator<Camera>(parameter),
-                         {{9, file + (on ? "Enabling" : "Disabling")}},
-                         on ? u"photomanager EnableCamera(b:true)"_s : u"photomanager EnableCamera(b:false)"_s,
-                         PHOTO_TIMEOUT_MS,
-                         {4, file + "EnableCamera(" + number + ") request error: {error}\n"},
-                         {1, file + "EnableCamera error: {status}\n"},
-                         {9, file + "TASK REQUESTED | EnableCamera:" + number}});
-    };
-    camera("1", true);
-    camera("0", false);
-    camera("2", false);
-    camera("abc", false);
-
-    const QByteArray freqFile = "[tasks/CpuFreq.cpp] ";
-    for (const char* const parameter : {"600", "", "456"})
-        requests.append({QByteArray("CpuFreq \"") + parameter + '"',
-                         Creator<CpuFreq>(parameter),
-                         {},
-                         u"freqmanager SetFreq(i:456)"_s,
-                         FREQ_TIMEOUT_MS,
-                         {1, freqFile + "SetFreq(456) request error: {error}"},
-                         {4, freqFile + "SetFreq(456) error: {status}\n"},
-                         {9, freqFile + "TASK EXECUTED | CpuFreq: 456"}});
-
-    const auto gps = [&requests](const char* parameter, bool on) {
-        const QByteArray file = "[tasks/Gps.cpp] ";
-        const QByteArray number = on ? "1" : "0";
-        requests.append({QByteArray("Gps ") + parameter,
-                         Creator<Gps>(parameter),
-                         {},
-                         on ? u"gpsmanager SetEnabled(b:true)"_s : u"gpsmanager SetEnabled(b:false)"_s,
-                         GPS_TIMEOUT_MS,
-                         {1, file + "SetEnabled(" + number + ") request error: {error}\n"},
-                         {1, file + "SetEnabled(" + number + ") error: {status}\n"},
-                         {9, file + "TASK REQUESTED | Gps: " + number}});
-    };
-    gps("1", true);
-    gps("0", false);
-    gps("2", false);
-
-    const auto lan = [&requests](const char* parameter, bool on) {
-        const QByteArray file = "[tasks/Lan.cpp] ";
-        const QByteArray number = on ? "1" : "0";
-        requests.append({QByteArray("Lan ") + parameter,
-                         Creator<Lan>(parameter),
-                         {},
-                         on ? u"networkmanager EnableLan(b:true, s:, s:, s:)"_s : u"networkmanager DisableLan()"_s,
-                         LIBRARY_TIMEOUT_MS,
-                         {1, file + (on ? "EnableLan(dhcp)" : "DisableLan") + " request error: {error}\n"},
-                         {1, file + "EnableLan(" + number + ") error: {status}\n"},
-                         {9, file + "TASK REQUESTED | Lan: " + number}});
-    };
-    lan("1", true);
-    lan("0", false);
-    lan("2", false);
-
-    const auto volume = [&requests](const char* parameter, const QByteArray& number) {
-        const QByteArray file = "[tasks/Volume.cpp] ";
-        requests.append({QByteArray("Volume ") + parameter,
-                         Creator<Volume>(parameter),
-                         {},
-                         u"soundmanager SetMasterVolume(d:%1)"_s.arg(QLatin1String(number)),
-                         SOUND_TIMEOUT_MS,
-                         {1, file + "SetVolume(" + number + ") request error: {error}\n"},
-                         {1, file + "SetVolume(" + number + ") error: {status}\n"},
-                         {4, file + "TASK REQUESTED | Volume: " + number}});
-    };
-    volume("70", "70");
-    volume("-5", "-5");
-    volume("loud", "0");
-    volume("1000", "1000");
-    OneRequestRows::Add(requests);
-}
-
-void SettingTasksTest::ARequestIsSentAndItsAnswerLogged()
-{
-    OneRequestRows::Check(Bus());
 }
 
 OZNA_CASE(SettingTasks, SettingTasksTest)

@@ -1,16 +1,17 @@
-#include "OneRequest.h"
 #include "Suite.h"
 #include "UnitTest.h"
+#include "tasks/StopMessage.h"
 #include "tasks/StopPlaylist.h"
 #include "tasks/StopRadioFm.h"
 #include "tasks/StopStream.h"
+
+#include <functional>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-constexpr int SOUND_TIMEOUT_MS = 3000;
 
 using Maker = std::function<std::unique_ptr<Task>()>;
 
@@ -33,8 +34,6 @@ class StopTasksTest final : public UnitTest
 private Q_SLOTS:
     void ACreationIsLogged_data();
     void ACreationIsLogged();
-    void AStopIsSentAndItsAnswerLogged_data();
-    void AStopIsSentAndItsAnswerLogged();
 };
 
 void StopTasksTest::ACreationIsLogged_data()
@@ -44,6 +43,8 @@ void StopTasksTest::ACreationIsLogged_data()
     QTest::addColumn<QString>("identifier");
     QTest::addColumn<QByteArray>("created");
     const QString none = u""_s;
+    QTest::newRow("StopMessage") << Maker(Make<StopMessage>) << TASK_STOP_MESSAGE << none
+                                 << "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"_ba;
     QTest::newRow("StopRadioFm") << Maker(Make<StopRadioFm>) << TASK_STOP_RADIO_FM << none
                                  << "[tasks/StopRadioFm.cpp] TASK CREATED | StopRadioFm"_ba;
     QTest::newRow("StopStream") << Maker(Make<StopStream>) << TASK_STOP_STREAM << none
@@ -67,34 +68,6 @@ void StopTasksTest::ACreationIsLogged()
     QCOMPARE(task->m_identifier, identifier);
     QCOMPARE(task->GetDelayable_s(), 0U);
     QCOMPARE(task->IsRunning(), false);
-}
-
-void StopTasksTest::AStopIsSentAndItsAnswerLogged_data()
-{
-    QList<OneRequest> requests;
-    const auto stop = [&requests](const QByteArray& name, const QByteArray& kind, const Maker& make,
-                                  const QByteArray& source, const QString& identifier) {
-        const QByteArray begin = "[tasks/" + kind + ".cpp] ";
-        const QByteArray call = "StopPlay(" + source + ")";
-        requests.append({name,
-                         make,
-                         {},
-                         u"soundmanager StopPlay(s:%1, s:%2)"_s.arg(QLatin1String(source), identifier),
-                         SOUND_TIMEOUT_MS,
-                         {1, begin + call + " request error: {error}\n"},
-                         {1, begin + call + " error: {status}\n"},
-                         {9, begin + "TASK REQUESTED | " + call}});
-    };
-    stop("StopRadioFm", "StopRadioFm", Make<StopRadioFm>, "radiofm", u""_s);
-    stop("StopStream", "StopStream", Make<StopStream>, "stream", u""_s);
-    stop("StopPlaylist", "StopPlaylist", MakePlaylistStop(u"xmas"_s), "playlist", u"xmas"_s);
-    stop("StopPlaylist of none", "StopPlaylist", MakePlaylistStop(u""_s), "playlist", u""_s);
-    OneRequestRows::Add(requests);
-}
-
-void StopTasksTest::AStopIsSentAndItsAnswerLogged()
-{
-    OneRequestRows::Check(Bus());
 }
 
 OZNA_CASE(StopTasks, StopTasksTest)

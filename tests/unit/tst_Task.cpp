@@ -1,4 +1,5 @@
 #include "FakeTask.h"
+#include "KindTable.h"
 #include "Suite.h"
 #include "TaskTable.h"
 #include "UnitTest.h"
@@ -29,7 +30,6 @@ private Q_SLOTS:
     void AScheduleNameGivesAType();
     void ATypeGivesALogName_data();
     void ATypeGivesALogName();
-    void TheTableTakesParametersByTheirNumber_data();
     void TheTableTakesParametersByTheirNumber();
     void PddActionsHaveTheirNumbers();
     void ATaskKeepsWhatItIsMadeWith();
@@ -45,25 +45,11 @@ void TaskTest::AScheduleNameGivesAType_data()
     const auto row = [](const QString& name, int type) {
         QTest::addRow("\"%s\" is %d", name.toUtf8().constData(), type) << name << type;
     };
-    row(u"Light"_s, 0);
-    row(u"PlayMessage"_s, 1);
-    row(u"PlayPlaylist"_s, 2);
-    row(u"RecordMic"_s, 3);
-    row(u"RecordPhoto"_s, 4);
-    row(u"Volume"_s, 5);
-    row(u"PlayRadioFm"_s, 6);
-    row(u"RecordVideo"_s, 7);
-    row(u"Amplifiers"_s, 8);
-    row(u"SetCpuFreq"_s, 9);
-    row(u"Camera"_s, 10);
-    row(u"Gps"_s, 11);
-    row(u"Lan"_s, 12);
-    row(u"StopPlaylist"_s, 13);
-    row(u"StopMessage"_s, 14);
-    row(u"StopRadioFm"_s, 15);
-    row(u"PlayStream"_s, 16);
-    row(u"StopStream"_s, 17);
-    row(u"enableAux"_s, 18);
+    for (const KindRow& kind : AllKinds())
+    {
+        if (*kind.name)
+            row(QString::fromLatin1(kind.name), kind.number);
+    }
     // Spellings that only the log has, or nobody.
     row(u"Stoptream"_s, 99);
     row(u"EnableAux"_s, 99);
@@ -113,26 +99,8 @@ void TaskTest::ATypeGivesALogName_data()
     const auto row = [](int type, const char* name) {
         QTest::addRow("%d is %s", type, name) << type << QString::fromLatin1(name);
     };
-    row(0, "Light");
-    row(1, "PlayMessage");
-    row(2, "PlayPlaylist");
-    row(3, "RecordMic");
-    row(4, "RecordPhoto");
-    row(5, "Volume");
-    row(6, "PlayRadioFm");
-    row(7, "RecordVideo");
-    row(8, "Amplifiers");
-    row(9, "SetCpuFreq");
-    row(10, "Camera");
-    row(11, "Gps");
-    row(12, "Lan");
-    row(13, "StopPlaylist");
-    row(14, "StopMessage");
-    row(15, "StopRadioFm");
-    row(16, "PlayStream");
-    row(17, "Stoptream");
-    row(18, "EnableAux");
-    row(19, "RequestPddAction");
+    for (const KindRow& kind : AllKinds())
+        row(kind.number, kind.logName);
     row(20, "unknown");
     row(98, "unknown");
     row(99, "unknown");
@@ -149,44 +117,18 @@ void TaskTest::ATypeGivesALogName()
     QCOMPARE(FakeTask(static_cast<TaskType>(type)).GetName(), name);
 }
 
-void TaskTest::TheTableTakesParametersByTheirNumber_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<int>("fewest");
-    QTest::addColumn<int>("most"); // -1: any number
-    const auto row = [](const char* name, TaskType type, int fewest, int most) {
-        QTest::newRow(name) << static_cast<int>(type) << fewest << most;
-    };
-    row("Light", TASK_LIGHT, 1, -1);
-    row("PlayMessage", TASK_PLAY_MESSAGE, 1, -1);
-    row("PlayPlaylist", TASK_PLAY_PLAYLIST, 1, -1);
-    row("RecordPhoto takes the whole text", TASK_RECORD_PHOTO, 0, -1);
-    row("Volume", TASK_VOLUME, 1, -1);
-    row("PlayRadioFm", TASK_PLAY_RADIO_FM, 1, -1);
-    row("Amplifiers", TASK_AMPLIFIERS, 1, -1);
-    row("SetCpuFreq", TASK_SET_CPU_FREQ, 1, -1);
-    row("Camera", TASK_CAMERA, 1, -1);
-    row("Gps", TASK_GPS, 1, -1);
-    row("Lan", TASK_LAN, 1, -1);
-    row("StopPlaylist", TASK_STOP_PLAYLIST, 0, -1);
-    row("StopMessage", TASK_STOP_MESSAGE, 0, -1);
-    row("StopRadioFm", TASK_STOP_RADIO_FM, 0, -1);
-    row("PlayStream", TASK_PLAY_STREAM, 1, -1);
-    row("StopStream", TASK_STOP_STREAM, 0, -1);
-    row("enableAux takes just one", TASK_ENABLE_AUX, 1, 1);
-    row("RequestPddAction takes just two", TASK_REQUEST_PDD_ACTION, 2, 2);
-}
-
 void TaskTest::TheTableTakesParametersByTheirNumber()
 {
-    QFETCH(int, type);
-    QFETCH(int, fewest);
-    QFETCH(int, most);
-    const TaskKind* const kind = TaskTable::Find(static_cast<TaskType>(type));
-    QVERIFY(kind != nullptr);
-    for (int count = 0; count <= 5; ++count)
-        QCOMPARE(kind->Accepts(count), count >= fewest && (most < 0 || count <= most));
-    QCOMPARE(kind->Accepts(100'000), most < 0);
+    for (const KindRow& row : AllKinds())
+    {
+        const TaskKind* const kind = TaskTable::Find(static_cast<TaskType>(row.number));
+        QVERIFY(kind != nullptr);
+        for (const int count : {0, 1, 2, 3, 4, 5, 100'000})
+        {
+            const bool isAccepted = count >= row.fewest && (row.most < 0 || count <= row.most);
+            QVERIFY2(kind->Accepts(count) == isAccepted, row.logName);
+        }
+    }
 }
 
 void TaskTest::PddActionsHaveTheirNumbers()

@@ -1,3 +1,4 @@
+#include "RequestTable.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -30,7 +31,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr int SOUND_TIMEOUT_MS = 3000;
 constexpr int PHOTO_TIMEOUT_MS = 5000;
 constexpr int FALLBACK = 42;
 
