@@ -42,10 +42,10 @@ void EnableAuxTest::AParameterIsReadAtCreation()
     const EnableAux task(parameter);
     LogLines log;
     if (!isNumber)
-        log.append({2, "[tasks/EnableAux.cpp] Can't parse EnableAux enable from parameters: '" + parameter.toUtf8() +
-                           "'. Using enable=FALSE."});
-    log.append({4, on ? "[tasks/EnableAux.cpp] TASK CREATED | EnableAux(1)"
-                      : "[tasks/EnableAux.cpp] TASK CREATED | EnableAux(0)"});
+        log.append("2 [tasks/EnableAux.cpp] Can't parse EnableAux enable from parameters: '" + parameter.toUtf8() +
+                   "'. Using enable=FALSE.");
+    log.append(on ? "4 [tasks/EnableAux.cpp] TASK CREATED | EnableAux(1)"
+                  : "4 [tasks/EnableAux.cpp] TASK CREATED | EnableAux(0)");
     EXPECT_LOG(9, (log));
     EXPECT_REQUESTS(Bus(), {});
     QCOMPARE(task.m_type, TASK_ENABLE_AUX);
@@ -63,9 +63,9 @@ void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()
         LogRecorder::Clear();
     }
     EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:aux, s:)"_s});
-    LogLines log{{4, "[tasks/EnableAux.cpp] Scheduled Aux enabled running: stop it"}};
+    LogLines log{"4 [tasks/EnableAux.cpp] Scheduled Aux enabled running: stop it"};
     if (!answer.IsAccepted())
-        log.append({2, "[tasks/EnableAux.cpp] Impossible to disable scheduled aux"});
+        log.append("2 [tasks/EnableAux.cpp] Impossible to disable scheduled aux");
     EXPECT_LOG(9, (log));
 }
 

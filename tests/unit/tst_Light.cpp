@@ -39,9 +39,9 @@ void LightTest::AnIntensityIsReadAtCreation()
     const Light task(parameter);
     LogLines log;
     if (!isNumber)
-        log.append({2, "[tasks/Light.cpp] Can't parse Light intensity from parameters: '" + parameter.toUtf8() +
-                           "'. Using 0."});
-    log.append({4, "[tasks/Light.cpp] TASK CREATED | Light: " + QByteArray::number(intensity)});
+        log.append("2 [tasks/Light.cpp] Can't parse Light intensity from parameters: '" + parameter.toUtf8() +
+                   "'. Using 0.");
+    log.append("4 [tasks/Light.cpp] TASK CREATED | Light: " + QByteArray::number(intensity));
     EXPECT_LOG(9, (log));
     EXPECT_REQUESTS(Bus(), {});
     QCOMPARE(task.m_type, TASK_LIGHT);

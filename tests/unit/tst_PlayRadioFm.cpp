@@ -57,9 +57,9 @@ void PlayRadioFmTest::AFrequencyIsReadAtCreation()
     const PlayRadioFm task(parameter);
     LogLines log;
     if (!isNumber)
-        log.append({2, "[tasks/PlayRadioFm.cpp] Can't parse RadioFm frequency from parameters: '" + parameter.toUtf8() +
-                           "'. Using 0."});
-    log.append({4, "[tasks/PlayRadioFm.cpp] TASK CREATED | PlayRadioFm: " + shown});
+        log.append("2 [tasks/PlayRadioFm.cpp] Can't parse RadioFm frequency from parameters: '" + parameter.toUtf8() +
+                   "'. Using 0.");
+    log.append("4 [tasks/PlayRadioFm.cpp] TASK CREATED | PlayRadioFm: " + shown);
     EXPECT_LOG(9, (log));
     EXPECT_REQUESTS(Bus(), {});
     QCOMPARE(task.m_type, TASK_PLAY_RADIO_FM);
@@ -103,9 +103,9 @@ void PlayRadioFmTest::TheRadioIsSwitchedOffWithARunningTask()
         LogRecorder::Clear();
     }
     EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:radiofm, s:)"_s});
-    LogLines log{{4, "[tasks/PlayRadioFm.cpp] Scheduled Radio 98.50 running: stop it"}};
+    LogLines log{"4 [tasks/PlayRadioFm.cpp] Scheduled Radio 98.50 running: stop it"};
     if (!answer.IsAccepted())
-        log.append({2, "[tasks/PlayRadioFm.cpp] Impossible to stop scheduled radiofm"});
+        log.append("2 [tasks/PlayRadioFm.cpp] Impossible to stop scheduled radiofm");
     EXPECT_LOG(9, (log));
 }
 
