@@ -111,7 +111,7 @@ void PhotoSeriesTest::ASeriesEndsWithItsNumber()
         EXPECT_REQUESTS(Bus(), {});
         TakePhoto();
         EXPECT_LOG(9, {Taken(), Total(photos), Completed(10, number)});
-        QCOMPARE(Bus().Requests().value(0).timeout_ms, 5000);
+        QCOMPARE(Bus().Requests().value(0).timeout_ms, Request::Find("StopPhotoStream", "10,3").Row().timeout_ms);
         EXPECT_REQUESTS(Bus(), {STOP});
         QVERIFY(!task.IsRunning());
         TakePhoto();
