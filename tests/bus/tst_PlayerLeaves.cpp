@@ -117,7 +117,7 @@ QVariantList PlayerLeaves::EndOf(const QString& kind)
 
 LogLine PlayerLeaves::EndedWithPeer(const QString& kind)
 {
-    return {2, QByteArray("[Task.cpp] TASK ENDED WITH ITS PEER | ") + Find(kind).shown};
+    return {QByteArray("2 [Task.cpp] TASK ENDED WITH ITS PEER | ") + Find(kind).shown};
 }
 
 std::unique_ptr<Task> PlayerLeaves::Start(const QString& kind)

@@ -19,12 +19,9 @@ QList<LogRecord>& AllRecords()
     return records;
 }
 
-QString Shown(unsigned int level, const QString& text, const QByteArray& origin)
+QString Shown(const QString& record, const QByteArray& origin)
 {
-    QString shown = QStringLiteral("%1 %2").arg(level).arg(text);
-    if (origin != Log::ORIGIN)
-        shown += QStringLiteral(" (from %1)").arg(QString::fromUtf8(origin));
-    return shown;
+    return origin == Log::ORIGIN ? record : QStringLiteral("%1 (from %2)").arg(record, QString::fromUtf8(origin));
 }
 
 // Leaves the line number out of the prefix; a prefix of another form stays as it is, and equals nothing expected.
@@ -34,18 +31,18 @@ QString ShownRecord(const LogRecord& record)
         QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.(?:cpp|h)):[1-9][0-9]*\\] "));
     QString text = QString::fromUtf8(record.text);
     text.replace(prefix, QStringLiteral("[\\1] "));
-    return Shown(record.level, text, record.origin);
+    return Shown(QString::number(record.level) + u' ' + text, record.origin);
 }
 
 } // namespace
 
-LogLine::LogLine(unsigned int level, const char* text, const char* origin)
-    : LogLine(level, QByteArray(text), origin)
+LogLine::LogLine(const char* record, const char* origin)
+    : LogLine(QByteArray(record), origin)
 {
 }
 
-LogLine::LogLine(unsigned int level, const QByteArray& text, const char* origin)
-    : shown(Shown(level, QString::fromUtf8(text), origin != nullptr ? origin : Log::ORIGIN))
+LogLine::LogLine(const QByteArray& record, const char* origin)
+    : shown(Shown(QString::fromUtf8(record), origin != nullptr ? origin : Log::ORIGIN))
 {
 }
 

@@ -18,12 +18,12 @@ struct LogRecord
 // A record that a test expects.
 struct LogLine
 {
-    // text: UTF-8, begins with the source file in brackets: "[Action.cpp] Unknown task (3)". The line number has to be
-    // there, but which it is is nobody's business. origin: null for that of nearly every record.
-    LogLine(unsigned int level, const char* text, const char* origin = nullptr);
-    LogLine(unsigned int level, const QByteArray& text, const char* origin = nullptr);
+    // record: UTF-8, level, source file and text, "3 [Action.cpp] Unknown task (3)". The line number has to be there,
+    // but which it is is nobody's business. origin: null for that of nearly every record.
+    LogLine(const char* record, const char* origin = nullptr);
+    LogLine(const QByteArray& record, const char* origin = nullptr);
 
-    // A record as it is shown: "3 [Action.cpp] Unknown task (3)"; another origin stands at the end, "(from ...)".
+    // As it is shown: another origin stands at the end, "(from ...)".
     explicit LogLine(QString record);
 
     QString shown;

@@ -18,13 +18,13 @@ inline const QByteArray UTC_MIDNIGHT = "its time comes too soon after midnight i
 // task: its type and name, "5 (Volume)". due: "08:30:00", with the date in front where it is another day's.
 inline LogLine Missed(const QByteArray& task, int line, const QByteArray& due, const QByteArray& cause)
 {
-    return {2, "[MissedStarts.cpp] MISSED action: " + task + ", line " + QByteArray::number(line) + ", due at " + due +
-                   ": " + cause};
+    return {"2 [MissedStarts.cpp] MISSED action: " + task + ", line " + QByteArray::number(line) + ", due at " + due +
+            ": " + cause};
 }
 
 inline LogLine Others(int count, const QByteArray& more = {})
 {
-    return {2, "[MissedStarts.cpp] MISSED actions: " + QByteArray::number(count) + " others before these" + more};
+    return {"2 [MissedStarts.cpp] MISSED actions: " + QByteArray::number(count) + " others before these" + more};
 }
 
 } // namespace MissedLines

@@ -103,18 +103,18 @@ void ActionBoundsTest::ThePredicatesBySecondsToTheStart()
     QCOMPARE(action.IsEarly(), chart->early[column] != '.');
     LogLines early;
     if (chart->early[column] == 'e')
-        early = {{5, "[Action.cpp] Task " + name + " IsEarly: active in <12 seconds"}};
+        early = {"5 [Action.cpp] Task " + name + " IsEarly: active in <12 seconds"};
     EXPECT_LOG(9, (early));
     QCOMPARE(action.m_delay, 77);
 
     QCOMPARE(action.IsReady(), chart->ready[column] != '.');
     LogLines ready;
     if (chart->ready[column] == 'r')
-        ready = {{5, "[Action.cpp] Task " + name + " IsReady (in time)"}};
+        ready = {"5 [Action.cpp] Task " + name + " IsReady (in time)"};
     else if (chart->ready[column] == 'd')
-        ready = {{2, "[Action.cpp] Task " + name +
-                         " IsDelayed but still valid (accumulated delay: " + QByteArray::number(lateness) +
-                         " s, tolerated delay: " + QByteArray::number(chart->tolerance_s) + " s)"}};
+        ready = {"2 [Action.cpp] Task " + name +
+                 " IsDelayed but still valid (accumulated delay: " + QByteArray::number(lateness) +
+                 " s, tolerated delay: " + QByteArray::number(chart->tolerance_s) + " s)"};
     EXPECT_LOG(9, (ready));
     // What a late start is late by is kept, also when it is too much.
     QCOMPARE(action.m_delay, chart->ready[column] == 'r' || chart->tolerance_s == 0 ? 0 : lateness);
@@ -122,7 +122,7 @@ void ActionBoundsTest::ThePredicatesBySecondsToTheStart()
     QCOMPARE(action.IsLost(), chart->lost[column] == 'l');
     LogLines lost;
     if (chart->lost[column] == 'l')
-        lost = {{2, "[Action.cpp] Task " + name + " IsLost (ready in less than 4 s)"}};
+        lost = {"2 [Action.cpp] Task " + name + " IsLost (ready in less than 4 s)"};
     EXPECT_LOG(9, (lost));
     QCOMPARE(task->m_calls, QStringList());
 }

@@ -11,25 +11,25 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr const char* RULE = "[Action.cpp] -------------------------------------";
-constexpr const char* HEAD = "[Action.cpp] --------------- Action --------------";
+constexpr const char* RULE = "5 [Action.cpp] -------------------------------------";
+constexpr const char* HEAD = "5 [Action.cpp] --------------- Action --------------";
 
 // The summary of a line whose fields are plain, as it begins and as it ends.
 LogLines Summary(const QByteArray& line, const QByteArray& start, const QByteArray& task, const QByteArray& parameters)
 {
-    return {{9, "[Action.cpp] >>> Action line: " + line},
-            {9, "[Action.cpp] Found day=*, consider day=all"},
-            {9, "[Action.cpp] Found month=*, consider month=all"},
-            {9, "[Action.cpp] Found year=*, consider year=all"},
-            {5, HEAD},
-            {5, "[Action.cpp] Dow:    0x7f (1111111) "},
-            {5, "[Action.cpp] Start:  " + start},
-            {5, "[Action.cpp] Spot:   day=*, month=*, year=*"},
-            {5, "[Action.cpp] From:   always"},
-            {5, "[Action.cpp] To:     always"},
-            {5, "[Action.cpp] Task:   " + task},
-            {5, "[Action.cpp] Params: " + parameters},
-            {5, RULE}};
+    return {"9 [Action.cpp] >>> Action line: " + line,
+            "9 [Action.cpp] Found day=*, consider day=all",
+            "9 [Action.cpp] Found month=*, consider month=all",
+            "9 [Action.cpp] Found year=*, consider year=all",
+            HEAD,
+            "5 [Action.cpp] Dow:    0x7f (1111111) ",
+            "5 [Action.cpp] Start:  " + start,
+            "5 [Action.cpp] Spot:   day=*, month=*, year=*",
+            "5 [Action.cpp] From:   always",
+            "5 [Action.cpp] To:     always",
+            "5 [Action.cpp] Task:   " + task,
+            "5 [Action.cpp] Params: " + parameters,
+            RULE};
 }
 
 } // namespace
@@ -56,37 +56,36 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask_data()
     QTest::addColumn<int>("type");
 
     QTest::newRow("every field") << "1111100|08:30:00|25|12|2024|20240101|20241231|PlayMessage|gong.mp3,70"_ba
-                                 << LogLines{{9,
-                                              "[Action.cpp] >>> Action line: "
-                                              "1111100|08:30:00|25|12|2024|20240101|20241231|PlayMessage|gong.mp3,70"},
-                                             {5, HEAD},
-                                             {5, "[Action.cpp] Dow:    0x3e (1111100) "},
-                                             {5, "[Action.cpp] Start:  08:30:00"},
-                                             {5, "[Action.cpp] Spot:   day=25, month=12, year=2024"},
-                                             {5, "[Action.cpp] From:   01-01-2024"},
-                                             {5, "[Action.cpp] To:     31-12-2024"},
-                                             {5, "[Action.cpp] Task:   PlayMessage (type=1)"},
-                                             {5, "[Action.cpp] Params: gong.mp3,70"},
-                                             {5, RULE},
-                                             {4, "[tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ "
-                                                 "08:30:00 (vol=70)"}}
+                                 << LogLines{"9 [Action.cpp] >>> Action line: "
+                                             "1111100|08:30:00|25|12|2024|20240101|20241231|PlayMessage|gong.mp3,70",
+                                             HEAD,
+                                             "5 [Action.cpp] Dow:    0x3e (1111100) ",
+                                             "5 [Action.cpp] Start:  08:30:00",
+                                             "5 [Action.cpp] Spot:   day=25, month=12, year=2024",
+                                             "5 [Action.cpp] From:   01-01-2024",
+                                             "5 [Action.cpp] To:     31-12-2024",
+                                             "5 [Action.cpp] Task:   PlayMessage (type=1)",
+                                             "5 [Action.cpp] Params: gong.mp3,70",
+                                             RULE,
+                                             "4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ "
+                                             "08:30:00 (vol=70)"}
                                  << 1;
     QTest::newRow("every fallback") << " 0x|8:5:z| 32 |0|x|20240230||  StopMessage  "_ba
-                                    << LogLines{{9, "[Action.cpp] >>> Action line:  "
-                                                    "0x|8:5:z| 32 |0|x|20240230||  StopMessage  "},
-                                                {9, "[Action.cpp] Found day=32, consider day=all"},
-                                                {9, "[Action.cpp] Found month=0, consider month=all"},
-                                                {9, "[Action.cpp] Found year=x, consider year=all"},
-                                                {5, HEAD},
-                                                {5, "[Action.cpp] Dow:    0x0 (0x) "},
-                                                {5, "[Action.cpp] Start:  08:05:00"},
-                                                {5, "[Action.cpp] Spot:   day=*, month=*, year=*"},
-                                                {5, "[Action.cpp] From:   always"},
-                                                {5, "[Action.cpp] To:     always"},
-                                                {5, "[Action.cpp] Task:   StopMessage (type=14)"},
-                                                {5, "[Action.cpp] Params: "},
-                                                {5, RULE},
-                                                {4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"}}
+                                    << LogLines{"9 [Action.cpp] >>> Action line:  "
+                                                "0x|8:5:z| 32 |0|x|20240230||  StopMessage  ",
+                                                "9 [Action.cpp] Found day=32, consider day=all",
+                                                "9 [Action.cpp] Found month=0, consider month=all",
+                                                "9 [Action.cpp] Found year=x, consider year=all",
+                                                HEAD,
+                                                "5 [Action.cpp] Dow:    0x0 (0x) ",
+                                                "5 [Action.cpp] Start:  08:05:00",
+                                                "5 [Action.cpp] Spot:   day=*, month=*, year=*",
+                                                "5 [Action.cpp] From:   always",
+                                                "5 [Action.cpp] To:     always",
+                                                "5 [Action.cpp] Task:   StopMessage (type=14)",
+                                                "5 [Action.cpp] Params: ",
+                                                RULE,
+                                                "4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"}
                                     << 14;
 
     const auto row = [](const char* name, const QByteArray& line, const QByteArray& start, const QByteArray& task,
@@ -96,7 +95,7 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask_data()
     const auto stop = [&row](const char* name, const QByteArray& tail, const QByteArray& task,
                              const QByteArray& parameters) {
         row(name, "1111111|08:30:00|*|*|*|||" + tail, "08:30:00", task, parameters, 14,
-            {{4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"}});
+            {"4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"});
     };
     stop("eight fields", "StopMessage", "StopMessage (type=14)", "");
     stop("nine fields", "StopMessage|a,b", "StopMessage (type=14)", "a,b");
@@ -111,7 +110,7 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask_data()
                              const QByteArray& parameters, const QByteArray& text, const LogLines& before = {}) {
         row(name, "1111111|" + start + "|*|*|*|||PlayMessage|" + parameters, shownStart, "PlayMessage (type=1)",
             parameters.trimmed(), 1,
-            before + LogLines{{4, "[tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: " + text}});
+            before + LogLines{"4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: " + text});
     };
     play("a file alone leaves the volume alone", "08:30:00", "08:30:00", "a", "a @ 08:30:00 (vol=-1)");
     play("a file and a volume", "08:30:00", "08:30:00", "a,5", "a @ 08:30:00 (vol=5)");
@@ -119,9 +118,9 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask_data()
     play("further parameters are not looked at", "08:30:00", "08:30:00", "a,5,c", "a @ 08:30:00 (vol=5)");
     play("a comma at the end adds no parameter", "08:30:00", "08:30:00", "a,", "a @ 08:30:00 (vol=-1)");
     play("an empty first parameter is one", "08:30:00", "08:30:00", ",5", " @ 08:30:00 (vol=5)");
-    const LogLines noVolume{{2, "[tasks/PlayMessage.cpp] Invalid volume=b, not used"}};
+    const LogLines noVolume{"2 [tasks/PlayMessage.cpp] Invalid volume=b, not used"};
     play("a volume that is no number", "08:30:00", "08:30:00", "a,b,c", "a @ 08:30:00 (vol=-1)", noVolume);
-    const LogLines emptyVolume{{2, "[tasks/PlayMessage.cpp] Invalid volume=, not used"}};
+    const LogLines emptyVolume{"2 [tasks/PlayMessage.cpp] Invalid volume=, not used"};
     play("an empty volume", "08:30:00", "08:30:00", "a,,c", "a @ 08:30:00 (vol=-1)", emptyVolume);
     // The task reads the start time as written, and by a stricter rule.
     play("a task's time wants two digits each", "8:30:00", "08:30:00", "a", "a @  (vol=-1)");
@@ -185,7 +184,7 @@ void ActionLinesTest::ARejectedLineLogsItsSummaryAndTheReason()
     QFETCH(QByteArray, reason);
     const QByteArray line = "1111111|08:30:00|*|*|*|||" + tail;
     QVERIFY_THROWS_EXCEPTION(std::exception, Action(QString::fromUtf8(line)));
-    const LogLines rejection{{1, "[Action.cpp] " + reason}};
+    const LogLines rejection{"1 [Action.cpp] " + reason};
     EXPECT_LOG(9, (Summary(line, "08:30:00", task, parameters) + rejection));
 }
 
@@ -222,7 +221,7 @@ void ActionLinesTest::ALineThatLacksFieldsIsRejectedAtOnce()
     QFETCH(QByteArray, line);
     QFETCH(QByteArray, reason);
     QVERIFY_THROWS_EXCEPTION(std::exception, Action(QString::fromUtf8(line)));
-    EXPECT_LOG(9, {{9, "[Action.cpp] >>> Action line: " + line}, {1, "[Action.cpp] " + reason}});
+    EXPECT_LOG(9, {"9 [Action.cpp] >>> Action line: " + line, "1 [Action.cpp] " + reason});
 }
 
 void ActionLinesTest::AnOddLineIsNeverFatal_data()

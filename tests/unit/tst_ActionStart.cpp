@@ -61,9 +61,9 @@ void ActionStartTest::AForcedActionIsEarlyAndReadyAtAnyTime()
     m_action->m_forced = true;
     m_action->m_delay = 5;
     QVERIFY(m_action->IsEarly());
-    EXPECT_LOG(9, {{5, "[Action.cpp] Task Light IsEarly (forced ready)"}});
+    EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsEarly (forced ready)"});
     QVERIFY(m_action->IsReady());
-    EXPECT_LOG(9, {{5, "[Action.cpp] Task Light IsReady (forced ready)"}});
+    EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsReady (forced ready)"});
     QVERIFY(m_action->m_forced);
     QCOMPARE(m_action->m_delay, 0);
 }
@@ -119,7 +119,7 @@ void ActionStartTest::ReadyLooksAtNeitherDayNorTask()
     m_action->m_to = QDate(2000, 1, 1);
     m_task->m_running = true;
     QVERIFY(m_action->IsReady());
-    EXPECT_LOG(9, {{5, "[Action.cpp] Task Light IsReady (in time)"}});
+    EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsReady (in time)"});
 }
 
 void ActionStartTest::StartPreparesAndRunsTheTask_data()
@@ -140,8 +140,8 @@ void ActionStartTest::StartPreparesAndRunsTheTask()
     QFETCH(QString, prepared);
     m_action->m_delay = delay;
     m_action->Start();
-    EXPECT_LOG(9, {{5, "[Action.cpp] Action 'Light' delay: " + QByteArray::number(delay) + " s (0=no-delay)"},
-                   {9, "[Action.cpp] Task Light is starting !"}});
+    EXPECT_LOG(9, {"5 [Action.cpp] Action 'Light' delay: " + QByteArray::number(delay) + " s (0=no-delay)",
+                   "9 [Action.cpp] Task Light is starting !"});
     QCOMPARE(m_task->m_calls, (QStringList{prepared, u"Run"_s}));
 }
 
@@ -180,8 +180,8 @@ void ActionStartTest::TheDelayIsThatOfTheLatestQuestion()
     Time().SetLocal(QTime(12, 0, 1));
     QVERIFY(m_action->IsReady());
     QCOMPARE(m_action->m_delay, 0);
-    EXPECT_LOG(2, {{2, "[Action.cpp] Task Light IsDelayed but still valid (accumulated delay: 60 s, tolerated delay: "
-                       "300 s)"}});
+    EXPECT_LOG(2, {"2 [Action.cpp] Task Light IsDelayed but still valid (accumulated delay: 60 s, tolerated delay: "
+                   "300 s)"});
 }
 
 void ActionStartTest::AnActionDeletesItsTask()

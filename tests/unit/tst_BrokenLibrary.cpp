@@ -108,14 +108,13 @@ void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad()
     QFETCH(int, goodLines);
     m_goodLines = goodLines;
     Engine().Start();
-    LogLines lines{
-        {4, "[Scheduler.cpp] Starting schedule..."},
-        {4, "[Scheduler.cpp] Loading schedule from " + Data().SchedulePath(u"schedule.csv"_s).toUtf8() + "..."}};
+    LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
+                                                                 Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
+                                                                 "..."};
     for (int i = 0; i < goodLines; ++i)
-        lines.append({4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"});
-    lines += {{1, "[Scheduler.cpp] Unexpected error while loading schedule"},
-              {4, "[Scheduler.cpp] Finding ready actions..."},
-              {4, "[Scheduler.cpp] Schedule started"}};
+        lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
+    lines += {"1 [Scheduler.cpp] Unexpected error while loading schedule", "4 [Scheduler.cpp] Finding ready actions...",
+              "4 [Scheduler.cpp] Schedule started"};
     EXPECT_LOG(4, (lines));
     // What was read before stays.
     QCOMPARE(FarList().size(), goodLines);
@@ -125,7 +124,7 @@ void BrokenLibraryTest::AReadErrorIsLogged()
 {
     m_hasReadError = true;
     Engine().Start();
-    EXPECT_LOG(2, {{2, "[Scheduler.cpp] Schedule file read error: Input/output error"}});
+    EXPECT_LOG(2, {"2 [Scheduler.cpp] Schedule file read error: Input/output error"});
     QCOMPARE(FarList().size(), 3);
 }
 
@@ -142,18 +141,17 @@ void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
     QFETCH(int, failing);
     m_goodConnections = failing;
     Engine().Start();
-    LogLines lines{
-        {4, "[Scheduler.cpp] Starting schedule..."},
-        {4, "[Scheduler.cpp] Loading schedule from " + Data().SchedulePath(u"schedule.csv"_s).toUtf8() + "..."}};
+    LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
+                                                                 Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
+                                                                 "..."};
     for (int i = 0; i < 3; ++i)
     {
-        lines.append({4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"});
+        lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
         if (i == failing)
-            lines.append({2, "[Scheduler.cpp] Action creation failed"});
+            lines.append("2 [Scheduler.cpp] Action creation failed");
     }
-    lines += {{4, "[Scheduler.cpp] Schedule loaded (2 tasks)"},
-              {4, "[Scheduler.cpp] Finding ready actions..."},
-              {4, "[Scheduler.cpp] Schedule started"}};
+    lines += {"4 [Scheduler.cpp] Schedule loaded (2 tasks)", "4 [Scheduler.cpp] Finding ready actions...",
+              "4 [Scheduler.cpp] Schedule started"};
     EXPECT_LOG(4, (lines));
     QCOMPARE(FarList().size(), 2);
 }
@@ -186,7 +184,7 @@ void BrokenLibraryTest::AMessageWhoseEndCannotBeHeardIsTold()
     m_goodConnections = 0;
     LogRecorder::Clear();
     QVERIFY(message.Run());
-    EXPECT_LOG(2, {{2, "[tasks/PlayMessage.cpp] Can't wait for the end of PlayMessage"}});
+    EXPECT_LOG(2, {"2 [tasks/PlayMessage.cpp] Can't wait for the end of PlayMessage"});
 }
 
 OZNA_CASE(BrokenLibrary, BrokenLibraryTest)

@@ -106,8 +106,8 @@ void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
     QFETCH(QString, parameter);
     m_cannotSplit = true;
     Photo task(parameter);
-    EXPECT_LOG(9, {{2, "[tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)"},
-                   {4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"}});
+    EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)",
+                   "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"});
     QVERIFY(task.Run());
     EXPECT_REQUESTS(Bus(), {u"photomanager TakePhoto()"_s});
 }
@@ -116,19 +116,19 @@ void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()
 {
     m_cannotConnect = true;
     const Photo task(u"10,3"_s);
-    EXPECT_LOG(9, {{2, "[tasks/Photo.cpp] Can't wait for the photos of RecordPhoto"},
-                   {4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=10 s, numPhoto=3"}});
+    EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Can't wait for the photos of RecordPhoto",
+                   "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=10 s, numPhoto=3"});
 }
 
 void BrokenTasksTest::APddRequestThatCannotBeHeardIsRejected()
 {
     m_cannotConnect = true;
     QVERIFY_THROWS_EXCEPTION(std::exception, Action(ActionLine{.task = u"19|1,1"_s}.Text()));
-    EXPECT_LOG(4, {{4, "[tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(STREAM_MIC, 1)"},
-                   {1, "[Action.cpp] RequestPddAction task creation failed"}});
+    EXPECT_LOG(4, {"4 [tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(STREAM_MIC, 1)",
+                   "1 [Action.cpp] RequestPddAction task creation failed"});
     // The other kinds need no connection to their action.
     const Action other(ActionLine{}.Text());
-    EXPECT_LOG(4, {{4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"}});
+    EXPECT_LOG(4, {"4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"});
 }
 
 void BrokenTasksTest::APlaybackWhoseEndCannotBeHeardIsTold()
@@ -167,10 +167,10 @@ void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()
 {
     m_hasReadError = true;
     const PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
-    EXPECT_LOG(
-        4, {{2, "[tasks/PlayPlaylist.cpp] Playlist file read error: Input/output error", PlaylistLines::FILE_ORIGIN},
-            PlaylistLines::Loaded(2),
-            PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
+    EXPECT_LOG(4,
+               {{"2 [tasks/PlayPlaylist.cpp] Playlist file read error: Input/output error", PlaylistLines::FILE_ORIGIN},
+                PlaylistLines::Loaded(2),
+                PlaylistLines::Created("xmas at 08:30:00 (92 s, vol=-1)")});
 }
 
 OZNA_CASE(BrokenTasks, BrokenTasksTest)

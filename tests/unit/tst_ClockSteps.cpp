@@ -87,8 +87,8 @@ void ClockStepsTest::TodayComesAfter1970()
             Missed(start.task, start.line, start.due.toString(u"yyyy-MM-dd HH:mm:ss").toLatin1(), CLOCK_FORWARD));
     lines.append(Missed("5 (Volume)", 2, "08:29:00", CLOCK_FORWARD));
     lines.append(Others(static_cast<int>(starts.size()) - 19));
-    lines.append({2, "[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 18 s, tolerated "
-                     "delay: 94 s)"});
+    lines.append("2 [Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 18 s, tolerated "
+                 "delay: 94 s)");
     EXPECT_LOG(LEVEL_WARNING, (lines));
 }
 
@@ -232,8 +232,8 @@ void ClockStepsTest::APlaylistIsJoinedLate()
     const QTime found = DUE.addSecs(late_s + 3);
     QCOMPARE(TakeRequests(), QStringList{Playlist(found.toString().toLatin1(), track)});
     EXPECT_LOG(LEVEL_WARNING,
-               {{2, QByteArray("[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: ") +
-                        QByteArray::number(late_s + 3) + " s, tolerated delay: 94 s)"}});
+               {QByteArray("2 [Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: ") +
+                QByteArray::number(late_s + 3) + " s, tolerated delay: 94 s)"});
 }
 
 void ClockStepsTest::APlaylistThatHasEndedIsNotJoinedAgain()

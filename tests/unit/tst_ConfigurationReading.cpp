@@ -54,14 +54,14 @@ void ConfigurationReadingTest::AStreamAsksForTheServer_data()
     QTest::addColumn<bool>("isFound");
     QTest::addColumn<LogLine>("log");
     QTest::newRow("found") << true << true
-                           << LogLine(5, "[tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live");
+                           << LogLine("5 [tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live");
     // A value that comes back all the same is not used.
     QTest::newRow("not found") << true << false
-                               << LogLine(1, "[tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
-                                             "server ip (value missing)");
+                               << LogLine("1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
+                                          "server ip (value missing)");
     QTest::newRow("not valid") << false << true
-                               << LogLine(1, "[tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
-                                             "server ip (config not valid)");
+                               << LogLine("1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
+                                          "server ip (config not valid)");
 }
 
 void ConfigurationReadingTest::AStreamAsksForTheServer()

@@ -14,10 +14,10 @@ QByteArray Line(const char* start, const char* task)
 
 LogLines Started(const QByteArray& type, const QByteArray& name)
 {
-    return {{5, "[Action.cpp] Task " + name + " IsReady (in time)"},
-            {4, "[Scheduler.cpp] READY action found: " + type + " (" + name + ")"},
-            {5, "[Action.cpp] Action '" + name + "' delay: 0 s (0=no-delay)"},
-            {9, "[Action.cpp] Task " + name + " is starting !"}};
+    return {"5 [Action.cpp] Task " + name + " IsReady (in time)",
+            "4 [Scheduler.cpp] READY action found: " + type + " (" + name + ")",
+            "5 [Action.cpp] Action '" + name + "' delay: 0 s (0=no-delay)",
+            "9 [Action.cpp] Task " + name + " is starting !"};
 }
 
 const QStringList RUN_IN_TIME{u"PrepareDelayed 0"_s, u"Run"_s};
@@ -114,8 +114,8 @@ void EarlyPassTest::ALostActionReturns()
     FakeTask* const task = FakeTask::Living()[0];
     task->m_onAskTolerance = [this] { Time().Advance_s(5); };
     CheckEarly();
-    EXPECT_LOG(9, {{2, "[Action.cpp] Task PlayMessage IsLost (ready in less than 4 s)"},
-                   {4, "[Scheduler.cpp] LOST action found: 1 (PlayMessage)"}});
+    EXPECT_LOG(9, {"2 [Action.cpp] Task PlayMessage IsLost (ready in less than 4 s)",
+                   "4 [Scheduler.cpp] LOST action found: 1 (PlayMessage)"});
     QCOMPARE(task->m_calls, QStringList());
     QCOMPARE(FarList(), QStringList(u"PlayMessage 12:00:10"_s));
     QCOMPARE(EarlyList(), QStringList());
@@ -152,12 +152,12 @@ void EarlyPassTest::ALatePlaylistIsPrepared()
     FakeTask* const task = FakeTask::Living()[0];
     task->m_tolerance_s = 300;
     CheckFar();
-    EXPECT_LOG(5, {{4, "[Scheduler.cpp] EARLY action found: 2 (PlayPlaylist)"}});
+    EXPECT_LOG(5, {"4 [Scheduler.cpp] EARLY action found: 2 (PlayPlaylist)"});
     CheckEarly();
-    EXPECT_LOG(5, {{2, "[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 60 s, tolerated "
-                       "delay: 300 s)"},
-                   {4, "[Scheduler.cpp] READY action found: 2 (PlayPlaylist)"},
-                   {5, "[Action.cpp] Action 'PlayPlaylist' delay: 60 s (0=no-delay)"}});
+    EXPECT_LOG(5, {"2 [Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 60 s, tolerated "
+                   "delay: 300 s)",
+                   "4 [Scheduler.cpp] READY action found: 2 (PlayPlaylist)",
+                   "5 [Action.cpp] Action 'PlayPlaylist' delay: 60 s (0=no-delay)"});
     QCOMPARE(task->m_calls, (QStringList{u"PrepareDelayed 60"_s, u"Run"_s}));
 }
 
@@ -166,12 +166,12 @@ void EarlyPassTest::AForcedActionStartsOnce()
     StartWith({Line("08:00:00", "Light|1")});
     FakeTask* const task = FakeTask::Living()[0];
     CheckFar();
-    EXPECT_LOG(5, {{5, "[Action.cpp] Task Light IsEarly (forced ready)"},
-                   {4, "[Scheduler.cpp] EARLY action found: 0 (Light)"}});
+    EXPECT_LOG(5,
+               {"5 [Action.cpp] Task Light IsEarly (forced ready)", "4 [Scheduler.cpp] EARLY action found: 0 (Light)"});
     CheckEarly();
-    EXPECT_LOG(5, {{5, "[Action.cpp] Task Light IsReady (forced ready)"},
-                   {4, "[Scheduler.cpp] READY action found: 0 (Light)"},
-                   {5, "[Action.cpp] Action 'Light' delay: 0 s (0=no-delay)"}});
+    EXPECT_LOG(5,
+               {"5 [Action.cpp] Task Light IsReady (forced ready)", "4 [Scheduler.cpp] READY action found: 0 (Light)",
+                "5 [Action.cpp] Action 'Light' delay: 0 s (0=no-delay)"});
     QCOMPARE(task->m_calls, RUN_IN_TIME);
     CheckFar();
     CheckEarly();

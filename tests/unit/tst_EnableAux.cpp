@@ -9,7 +9,6 @@ class EnableAuxTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void AParameterIsReadAtCreation_data();
     void AParameterIsReadAtCreation();
     void TheInputIsSwitchedOffWithARunningTask_data() { PeerAnswers::AddRows(); }
     void TheInputIsSwitchedOffWithARunningTask();
@@ -17,40 +16,24 @@ private Q_SLOTS:
     void OtherTasksLeaveTheInputAlone();
 };
 
-void EnableAuxTest::AParameterIsReadAtCreation_data()
-{
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<bool>("on");
-    QTest::addColumn<bool>("isNumber");
-    const auto row = [](const char* parameter, bool on, bool isNumber = true) {
-        QTest::addRow("\"%s\"", parameter) << QString::fromUtf8(parameter) << on << isNumber;
-    };
-    row("1", true);
-    row("+1", true);
-    row("01", true);
-    for (const char* const text : {"0", "2", "-1", "11", "2147483647"})
-        row(text, false);
-    for (const char* const text : {"", "true", "on", "1.0", "0x1", "4294967297", "%n"})
-        row(text, false, false);
-}
-
 void EnableAuxTest::AParameterIsReadAtCreation()
 {
-    QFETCH(QString, parameter);
-    QFETCH(bool, on);
-    QFETCH(bool, isNumber);
-    const EnableAux task(parameter);
-    LogLines log;
-    if (!isNumber)
-        log.append({2, "[tasks/EnableAux.cpp] Can't parse EnableAux enable from parameters: '" + parameter.toUtf8() +
-                           "'. Using enable=FALSE."});
-    log.append({4, on ? "[tasks/EnableAux.cpp] TASK CREATED | EnableAux(1)"
-                      : "[tasks/EnableAux.cpp] TASK CREATED | EnableAux(0)"});
-    EXPECT_LOG(9, (log));
-    EXPECT_REQUESTS(Bus(), {});
-    QCOMPARE(task.m_type, TASK_ENABLE_AUX);
-    QCOMPARE(task.m_identifier, QString());
-    QCOMPARE(task.GetDelayable_s(), 0U);
+    const auto check = [this](const QByteArray& parameter, const QByteArray& on, const LogLines& before = {}) {
+        const EnableAux task(QString::fromUtf8(parameter));
+        EXPECT_LOG(9, (before + LogLines{"4 [tasks/EnableAux.cpp] TASK CREATED | EnableAux(" + on + ")"}));
+        EXPECT_REQUESTS(Bus(), {});
+        QCOMPARE(task.m_type, TASK_ENABLE_AUX);
+        QCOMPARE(task.m_identifier, QString());
+        QCOMPARE(task.GetDelayable_s(), 0U);
+    };
+    for (const char* const text : {"1", "+1", "01"})
+        check(text, "1");
+    for (const char* const text : {"0", "2", "-1", "11", "2147483647"})
+        check(text, "0");
+    for (const QByteArray text : {"", "true", "on", "1.0", "0x1", "4294967297", "%n"})
+        check(text, "0",
+              {"2 [tasks/EnableAux.cpp] Can't parse EnableAux enable from parameters: '" + text +
+               "'. Using enable=FALSE."});
 }
 
 void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()
@@ -63,9 +46,9 @@ void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()
         LogRecorder::Clear();
     }
     EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:aux, s:)"_s});
-    LogLines log{{4, "[tasks/EnableAux.cpp] Scheduled Aux enabled running: stop it"}};
+    LogLines log{"4 [tasks/EnableAux.cpp] Scheduled Aux enabled running: stop it"};
     if (!answer.IsAccepted())
-        log.append({2, "[tasks/EnableAux.cpp] Impossible to disable scheduled aux"});
+        log.append("2 [tasks/EnableAux.cpp] Impossible to disable scheduled aux");
     EXPECT_LOG(9, (log));
 }
 

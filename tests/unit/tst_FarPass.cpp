@@ -10,18 +10,18 @@ namespace
 // The trace that each far pass begins with.
 LogLines Counters(int far, int early)
 {
-    return {{9, "[Scheduler.cpp] Checking far actions"},
-            {9, "[Scheduler.cpp] ----------------------------"},
-            {9, "[Scheduler.cpp] > FarActions:     " + QByteArray::number(far)},
-            {9, "[Scheduler.cpp] > EarlyActions:   " + QByteArray::number(early)},
-            {9, "[Scheduler.cpp] > TOTAL ACTIONS:  " + QByteArray::number(far + early)},
-            {9, "[Scheduler.cpp] ----------------------------"}};
+    return {"9 [Scheduler.cpp] Checking far actions",
+            "9 [Scheduler.cpp] ----------------------------",
+            "9 [Scheduler.cpp] > FarActions:     " + QByteArray::number(far),
+            "9 [Scheduler.cpp] > EarlyActions:   " + QByteArray::number(early),
+            "9 [Scheduler.cpp] > TOTAL ACTIONS:  " + QByteArray::number(far + early),
+            "9 [Scheduler.cpp] ----------------------------"};
 }
 
 LogLines Early(const QByteArray& type, const QByteArray& name)
 {
-    return {{5, "[Action.cpp] Task " + name + " IsEarly: active in <12 seconds"},
-            {4, "[Scheduler.cpp] EARLY action found: " + type + " (" + name + ")"}};
+    return {"5 [Action.cpp] Task " + name + " IsEarly: active in <12 seconds",
+            "4 [Scheduler.cpp] EARLY action found: " + type + " (" + name + ")"};
 }
 
 QByteArray Line(const char* start, const char* task)
@@ -194,9 +194,9 @@ void FarPassTest::ASkippedPlaylistLogsItsStop()
     StartWith({Line("10:00:00", "PlayPlaylist|list,-1,xmas"), Line("10:00:05", "StopPlaylist|xmas")});
     CheckFar();
     const LogLines skipped{
-        {5, "[Action.cpp] Task PlayPlaylist IsEarly: active in <12 seconds"},
-        {2, "[Scheduler.cpp] TASK_STOP_PLAYLIST: 10:00:05 | NOW+10s: 10:00:08"},
-        {2, "[Scheduler.cpp] VIRTUALLY STOPPED action found: 2 (PlayPlaylist, xmas), SKIPPED and marked COMPLETED"}};
+        "5 [Action.cpp] Task PlayPlaylist IsEarly: active in <12 seconds",
+        "2 [Scheduler.cpp] TASK_STOP_PLAYLIST: 10:00:05 | NOW+10s: 10:00:08",
+        "2 [Scheduler.cpp] VIRTUALLY STOPPED action found: 2 (PlayPlaylist, xmas), SKIPPED and marked COMPLETED"};
     EXPECT_LOG(9, (Counters(2, 0) + skipped + Early("13", "StopPlaylist")));
 }
 
@@ -210,7 +210,7 @@ void FarPassTest::AStopThatIsWatchedAlreadySkipsNothing()
     // Only stops of the far list are looked at.
     Time().Advance_s(3);
     CheckFar();
-    EXPECT_LOG(4, {{4, "[Scheduler.cpp] EARLY action found: 2 (PlayPlaylist)"}});
+    EXPECT_LOG(4, {"4 [Scheduler.cpp] EARLY action found: 2 (PlayPlaylist)"});
 }
 
 void FarPassTest::TheFirstStopThatFitsIsNamed()

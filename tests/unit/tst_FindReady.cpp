@@ -79,14 +79,14 @@ void FindReadyTest::WhatShouldBeInForceIsForced()
         Create();
         Engine().Start();
 
-        LogLines expected{{4, "[Scheduler.cpp] Finding ready actions..."}};
+        LogLines expected{"4 [Scheduler.cpp] Finding ready actions..."};
         const auto has = [&](const QString& task) {
             return std::ranges::any_of(forced, [&](int index) { return actions[index].endsWith(task); });
         };
         if (has(u"Light"_s))
-            expected.append({4, "[Scheduler.cpp] Found Light action to start"});
+            expected.append("4 [Scheduler.cpp] Found Light action to start");
         if (has(u"PlayRadioFm"_s))
-            expected.append({4, "[Scheduler.cpp] Found RadioFm action to start"});
+            expected.append("4 [Scheduler.cpp] Found RadioFm action to start");
         QStringList found = LogRecorder::Messages(4);
         QCOMPARE(found.takeLast(), u"Schedule started"_s);
         QCOMPARE(found.mid(3).size(), expected.size());

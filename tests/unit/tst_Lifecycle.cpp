@@ -134,7 +134,7 @@ void LifecycleTest::DisablingStops()
     LogRecorder::Clear();
     const QSignalSpy told(&Engine(), &Scheduler::SchedulingEnabled);
     QCOMPARE(Engine().SetEnabled(false), 0);
-    EXPECT_LOG(9, (ENABLED + STOPPED + LogLines{{4, "[Scheduler.cpp] Scheduling disabled"}}));
+    EXPECT_LOG(9, (ENABLED + STOPPED + LogLines{"4 [Scheduler.cpp] Scheduling disabled"}));
     QCOMPARE(told.size(), 1);
     QCOMPARE(told[0], (QVariantList{false, u"schedule.csv"_s}));
     QCOMPARE(EnabledState(), u"0 0 schedule.csv"_s);
@@ -161,7 +161,7 @@ void LifecycleTest::EnablingStartsTheCurrentFile()
     connect(&Engine(), &Scheduler::SchedulingEnabled, this,
             [&recordsWhenTold] { recordsWhenTold = LogRecorder::Records(4).size(); });
     QCOMPARE(Engine().SetEnabled(true), 0);
-    const LogLines lines = DISABLED + Started() + LogLines{{4, "[Scheduler.cpp] Scheduling enabled (schedule.csv)"}};
+    const LogLines lines = DISABLED + Started() + LogLines{"4 [Scheduler.cpp] Scheduling enabled (schedule.csv)"};
     EXPECT_LOG(4, (lines));
     QCOMPARE(recordsWhenTold, lines.size());
     QCOMPARE(told.size(), 1);
@@ -177,7 +177,7 @@ void LifecycleTest::ReloadingReadsTheFileAgain()
     const QSignalSpy told(&Engine(), &Scheduler::SchedulingEnabled);
     QCOMPARE(Engine().Reload(), 0);
     LogLines started = Started();
-    started[2] = {4, "[tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ 08:30:00 (vol=-1)"};
+    started[2] = {"4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ 08:30:00 (vol=-1)"};
     EXPECT_LOG(4, (RESTARTING + STOPPED + started));
     QCOMPARE(FarList(), QStringList(u"PlayMessage 08:30:00"_s));
     QCOMPARE(told.size(), 0);
@@ -199,7 +199,7 @@ void LifecycleTest::AnotherFileIsReadAtOnce()
     LogRecorder::Clear();
     const QSignalSpy told(&Engine(), &Scheduler::SchedulingEnabled);
     QCOMPARE(Engine().SetScheduleFile(u"other.csv"_s), 0);
-    const LogLines set{{4, "[Scheduler.cpp] Schedule file set to other.csv"}};
+    const LogLines set{"4 [Scheduler.cpp] Schedule file set to other.csv"};
     EXPECT_LOG(9, (set + RESTARTING + STOPPED + SchedulerLines::Started(Data(), u"other.csv"_s, NOT_FOUND)));
     QCOMPARE(EnabledState(), u"0 1 other.csv"_s);
     QCOMPARE(told.size(), 0);
@@ -210,13 +210,13 @@ void LifecycleTest::AnotherFileOfADisabledSchedulerWaits()
     Engine().SetEnabled(false);
     LogRecorder::Clear();
     QCOMPARE(Engine().SetScheduleFile(u"other.csv"_s), 0);
-    EXPECT_LOG(9, {{4, "[Scheduler.cpp] Schedule file set to other.csv"}});
+    EXPECT_LOG(9, {"4 [Scheduler.cpp] Schedule file set to other.csv"});
     QCOMPARE(EnabledState(), u"0 0 other.csv"_s);
 
     Data().WriteSchedule(LINE, u"other.csv"_s);
     Engine().SetEnabled(true);
     EXPECT_LOG(4, (DISABLED + SchedulerLines::Started(Data(), u"other.csv"_s, ONE_STOP) +
-                   LogLines{{4, "[Scheduler.cpp] Scheduling enabled (other.csv)"}}));
+                   LogLines{"4 [Scheduler.cpp] Scheduling enabled (other.csv)"}));
 }
 
 void LifecycleTest::WhereBothPassesAreDueTheFarOneComesFirst()

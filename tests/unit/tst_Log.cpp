@@ -163,7 +163,7 @@ void LogTest::EachLevelReachesTheLogClient()
     QFETCH(LogLevel, level);
     QFETCH(unsigned int, number);
     OZNA_LOG_AT(SITE, level, "text");
-    EXPECT_LOG(9, {{number, "[Action.cpp] text"}});
+    EXPECT_LOG(9, {QByteArray::number(number) + " [Action.cpp] text"});
 }
 
 void LogTest::TheOriginIsTheSchedulerObject()

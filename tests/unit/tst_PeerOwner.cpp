@@ -79,7 +79,7 @@ void PeerOwnerTest::APlaylistCountsAsCompletedOnce()
     QVERIFY(!task.IsCompleted());
     EXPECT_LOG(9, {});
     owner.Change(u":1.5"_s, {});
-    EXPECT_LOG(9, {{2, "[Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: xmas"}});
+    EXPECT_LOG(9, {"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: xmas"});
     QVERIFY(!task.IsRunning());
     QVERIFY(task.m_running);
     QVERIFY(task.IsCompleted());
@@ -88,7 +88,7 @@ void PeerOwnerTest::APlaylistCountsAsCompletedOnce()
     EXPECT_LOG(9, {});
     // An end that is told all the same ends the rest.
     Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted({});
-    EXPECT_LOG(9, {{4, "[tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"}});
+    EXPECT_LOG(9, {"4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"});
     QVERIFY(!task.m_running);
 }
 

@@ -29,17 +29,15 @@ void PhotoTest::AParameterIsReadAtCreation_data()
                         bool badNumber = false) {
         LogLines log;
         if (badInterval)
-            log.append(
-                {2, "[tasks/Photo.cpp] Can't parse Photo interval from parameters: '" + parameter + "'. Using 0."});
+            log.append("2 [tasks/Photo.cpp] Can't parse Photo interval from parameters: '" + parameter + "'. Using 0.");
         if (badNumber)
-            log.append(
-                {2, "[tasks/Photo.cpp] Can't parse Photo number from parameters: '" + parameter + "'. Using 1."});
-        log.append({4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=" + QByteArray::number(interval_s) +
-                           " s, numPhoto=" + QByteArray::number(number)});
+            log.append("2 [tasks/Photo.cpp] Can't parse Photo number from parameters: '" + parameter + "'. Using 1.");
+        log.append("4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=" + QByteArray::number(interval_s) +
+                   " s, numPhoto=" + QByteArray::number(number));
         QTest::addRow("\"%s\"", parameter.constData()) << QString::fromUtf8(parameter) << log;
     };
     QTest::newRow("a null text") << QString()
-                                 << LogLines{{4, "[tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"}};
+                                 << LogLines{"4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"};
     row("", 0, 1);
     row("10,3", 10, 3);
     row(" 10 , 3 ", 10, 3);
@@ -92,7 +90,7 @@ void PhotoTest::OnlyAPhotoEndsTheWork()
     Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, u"/photo.jpg"_s);
     QVERIFY(!task.IsRunning());
     QCOMPARE(Bus().Requests().size(), 1);
-    EXPECT_LOG(9, {{9, "[tasks/Photo.cpp] >>> Photo taken"}});
+    EXPECT_LOG(9, {"9 [tasks/Photo.cpp] >>> Photo taken"});
 }
 
 void PhotoTest::ASeriesThatWasRefusedEndsWithAnyPhoto()
@@ -106,9 +104,9 @@ void PhotoTest::ASeriesThatWasRefusedEndsWithAnyPhoto()
     // Whoever asked for it.
     Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, u"/photo.jpg"_s);
     QCOMPARE(task.IsRunning(), answer.IsAccepted());
-    LogLines log{{9, "[tasks/Photo.cpp] >>> Photo taken"}};
+    LogLines log{"9 [tasks/Photo.cpp] >>> Photo taken"};
     if (answer.IsAccepted())
-        log.append({9, "[tasks/Photo.cpp] >>> Total photo: 1"});
+        log.append("9 [tasks/Photo.cpp] >>> Total photo: 1");
     EXPECT_LOG(9, (log));
     QCOMPARE(Bus().Requests().size(), 1);
 }

@@ -24,12 +24,12 @@ void TakePhoto(int status = 0)
 
 LogLine Taken()
 {
-    return {9, "[tasks/Photo.cpp] >>> Photo taken"};
+    return {"9 [tasks/Photo.cpp] >>> Photo taken"};
 }
 
 LogLine Total(int count)
 {
-    return {9, "[tasks/Photo.cpp] >>> Total photo: " + QByteArray::number(count)};
+    return {"9 [tasks/Photo.cpp] >>> Total photo: " + QByteArray::number(count)};
 }
 
 // Runs a series of two photos up to the fifth, with a peer that refuses each stop after that time. For half a second
@@ -46,13 +46,13 @@ void HoldUp(Photo& task, PeerRecorder& bus, int refusal_ms, int stops)
     for (int photo = 1; photo <= 5; ++photo)
         TakePhoto();
     EXPECT_REQUESTS(bus, (stops, STOP));
-    EXPECT_LOG(2, (stops, LogLine(1, "[tasks/Photo.cpp] StopPhotoStream error: 4\n")));
+    EXPECT_LOG(2, (stops, LogLine("1 [tasks/Photo.cpp] StopPhotoStream error: 4\n")));
 }
 
 LogLine Completed(int interval_s, int number)
 {
-    return {4, "[tasks/Photo.cpp] TASK COMPLETED | Photo: interval=" + QByteArray::number(interval_s) +
-                   " s, num=" + QByteArray::number(number) + ", "};
+    return {"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=" + QByteArray::number(interval_s) +
+            " s, num=" + QByteArray::number(number) + ", "};
 }
 
 } // namespace
@@ -111,7 +111,7 @@ void PhotoSeriesTest::ASeriesEndsWithItsNumber()
         EXPECT_REQUESTS(Bus(), {});
         TakePhoto();
         EXPECT_LOG(9, {Taken(), Total(photos), Completed(10, number)});
-        QCOMPARE(Bus().Requests().value(0).timeout_ms, 5000);
+        QCOMPARE(Bus().Requests().value(0).timeout_ms, Request::Find("StopPhotoStream", "10,3").Row().timeout_ms);
         EXPECT_REQUESTS(Bus(), {STOP});
         QVERIFY(!task.IsRunning());
         TakePhoto();
@@ -293,7 +293,7 @@ void PhotoSeriesTest::PhotosAskAtOnceAgainWhenTheQueueIsDone()
     QTRY_COMPARE(Bus().Requests().size(), 1);
     TakePhoto();
     EXPECT_REQUESTS(Bus(), {STOP, STOP});
-    const LogLine refused{1, "[tasks/Photo.cpp] StopPhotoStream error: 4\n"};
+    const LogLine refused("1 [tasks/Photo.cpp] StopPhotoStream error: 4\n");
     EXPECT_LOG(2, {refused, refused});
 }
 

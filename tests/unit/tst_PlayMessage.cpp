@@ -62,8 +62,8 @@ void PlayMessageTest::ItIsMadeOfTimeFileAndVolume()
     const PlayMessage message(time, file, volume);
     LogLines lines;
     if (warned)
-        lines.append({2, "[tasks/PlayMessage.cpp] Invalid volume=" + volume.toUtf8() + ", not used"});
-    lines.append({4, "[tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: " + text});
+        lines.append("2 [tasks/PlayMessage.cpp] Invalid volume=" + volume.toUtf8() + ", not used");
+    lines.append("4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: " + text);
     EXPECT_LOG(9, (lines));
     EXPECT_REQUESTS(Bus(), {});
 }
@@ -83,7 +83,7 @@ void PlayMessageTest::WithoutATimeItAsksForNone()
     PlayMessage message(u"8:30:00"_s, u"gong.mp3"_s, u"-1"_s);
     LogRecorder::Clear();
     QCOMPARE(message.Run(), true);
-    EXPECT_LOG(9, {{9, "[tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3||-1"}});
+    EXPECT_LOG(9, {"9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3||-1"});
     EXPECT_REQUESTS(Bus(), {u"soundmanager PlayFile(s:gong.mp3, s:)"_s});
 }
 

@@ -54,7 +54,7 @@ void PlayMessageEndTest::AnyFilesEndCompletesIt()
     bool runningWhenTold = true;
     connect(message.get(), &PlayMessage::TaskCompleted, this, [&] { runningWhenTold = message->IsRunning(); });
     EndFile(file);
-    EXPECT_LOG(9, {{4, "[tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: " + file.toUtf8()}});
+    EXPECT_LOG(9, {"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: " + file.toUtf8()});
     QCOMPARE(message->IsRunning(), false);
     QCOMPARE(completed.size(), 1);
     QVERIFY(!runningWhenTold);

@@ -56,8 +56,8 @@ void PlayPlaylistTest::WithoutATimeItAsksForNone()
     LogRecorder::Clear();
     QVERIFY(m_task->Run());
     EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:1, s:, b:false)"_s});
-    EXPECT_LOG(9, {{4, "[tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."},
-                   {4, "[tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|1||-1"}});
+    EXPECT_LOG(9, {"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
+                   "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|1||-1"});
 }
 
 void PlayPlaylistTest::WhatFailsCountsAsPlayed()

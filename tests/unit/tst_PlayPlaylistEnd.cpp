@@ -62,7 +62,7 @@ void PlayPlaylistEndTest::AnyPlaylistsEndIsTheTasks()
     QVERIFY(task.Run());
     LogRecorder::Clear();
     Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted(ended);
-    EXPECT_LOG(9, {{4, "[tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"}});
+    EXPECT_LOG(9, {"4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"});
     QCOMPARE(completed.size(), 1);
     QVERIFY(!task.IsRunning());
     QVERIFY(task.IsCompleted());
@@ -81,8 +81,8 @@ void PlayPlaylistEndTest::OneEndIsThatOfEveryRunningTask()
     QVERIFY(second.Run());
     LogRecorder::Clear();
     Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted(u"xmas"_s);
-    EXPECT_LOG(9, {{4, "[tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"},
-                   {4, "[tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"}});
+    EXPECT_LOG(9, {"4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas",
+                   "4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: xmas"});
     QVERIFY(!first.IsRunning());
     QVERIFY(!second.IsRunning());
     QVERIFY(!idle.IsCompleted());

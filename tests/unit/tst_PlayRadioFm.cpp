@@ -12,7 +12,6 @@ class PlayRadioFmTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void AFrequencyIsReadAtCreation_data();
     void AFrequencyIsReadAtCreation();
     void TuningIsJudgedByItsStatusAlone_data() { PeerAnswers::AddRows(); }
     void TuningIsJudgedByItsStatusAlone();
@@ -26,45 +25,31 @@ private:
     void End() override { Scheduler::m_soundManProxy->setTimeout(SOUND_TIMEOUT_MS); }
 };
 
-void PlayRadioFmTest::AFrequencyIsReadAtCreation_data()
-{
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<QByteArray>("shown");
-    QTest::addColumn<bool>("isNumber");
-    const auto row = [](const char* parameter, const char* shown, bool isNumber = true) {
-        QTest::addRow("\"%s\"", parameter) << QString::fromUtf8(parameter) << QByteArray(shown) << isNumber;
-    };
-    row("98.5", "98.50");
-    row("0", "0.00");
-    row("0.00", "0.00");
-    row("-0.0", "-0.00");
-    row("87.504", "87.50");
-    row("87.506", "87.51");
-    row("0.001", "0.00");
-    row("-98.5", "-98.50");
-    row("1e2", "100.00");
-    row(".5", "0.50");
-    row("108", "108.00");
-    for (const char* const text : {"", "abc", "98,5", "98.5 MHz", "98.5.1", "0x62", "1e400", "%f"})
-        row(text, "0.00", false);
-}
-
 void PlayRadioFmTest::AFrequencyIsReadAtCreation()
 {
-    QFETCH(QString, parameter);
-    QFETCH(QByteArray, shown);
-    QFETCH(bool, isNumber);
-    const PlayRadioFm task(parameter);
-    LogLines log;
-    if (!isNumber)
-        log.append({2, "[tasks/PlayRadioFm.cpp] Can't parse RadioFm frequency from parameters: '" + parameter.toUtf8() +
-                           "'. Using 0."});
-    log.append({4, "[tasks/PlayRadioFm.cpp] TASK CREATED | PlayRadioFm: " + shown});
-    EXPECT_LOG(9, (log));
-    EXPECT_REQUESTS(Bus(), {});
-    QCOMPARE(task.m_type, TASK_PLAY_RADIO_FM);
-    QCOMPARE(task.m_identifier, QString());
-    QCOMPARE(task.GetDelayable_s(), 0U);
+    const auto check = [this](const QByteArray& parameter, const QByteArray& shown, const LogLines& before = {}) {
+        const PlayRadioFm task(QString::fromUtf8(parameter));
+        EXPECT_LOG(9, (before + LogLines{"4 [tasks/PlayRadioFm.cpp] TASK CREATED | PlayRadioFm: " + shown}));
+        EXPECT_REQUESTS(Bus(), {});
+        QCOMPARE(task.m_type, TASK_PLAY_RADIO_FM);
+        QCOMPARE(task.m_identifier, QString());
+        QCOMPARE(task.GetDelayable_s(), 0U);
+    };
+    for (const auto& [number, shown] : {std::pair("98.5", "98.50"),
+                                        {"0", "0.00"},
+                                        {"0.00", "0.00"},
+                                        {"-0.0", "-0.00"},
+                                        {"87.504", "87.50"},
+                                        {"87.506", "87.51"},
+                                        {"0.001", "0.00"},
+                                        {"-98.5", "-98.50"},
+                                        {"1e2", "100.00"},
+                                        {".5", "0.50"},
+                                        {"108", "108.00"}})
+        check(number, shown);
+    for (const QByteArray text : {"", "abc", "98,5", "98.5 MHz", "98.5.1", "0x62", "1e400", "%f"})
+        check(text, "0.00",
+              {"2 [tasks/PlayRadioFm.cpp] Can't parse RadioFm frequency from parameters: '" + text + "'. Using 0."});
 }
 
 void PlayRadioFmTest::TuningIsJudgedByItsStatusAlone()
@@ -103,9 +88,9 @@ void PlayRadioFmTest::TheRadioIsSwitchedOffWithARunningTask()
         LogRecorder::Clear();
     }
     EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:radiofm, s:)"_s});
-    LogLines log{{4, "[tasks/PlayRadioFm.cpp] Scheduled Radio 98.50 running: stop it"}};
+    LogLines log{"4 [tasks/PlayRadioFm.cpp] Scheduled Radio 98.50 running: stop it"};
     if (!answer.IsAccepted())
-        log.append({2, "[tasks/PlayRadioFm.cpp] Impossible to stop scheduled radiofm"});
+        log.append("2 [tasks/PlayRadioFm.cpp] Impossible to stop scheduled radiofm");
     EXPECT_LOG(9, (log));
 }
 

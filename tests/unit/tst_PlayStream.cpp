@@ -63,9 +63,9 @@ void PlayStreamTest::AParameterIsReadAtCreation_data()
     const auto row = [](const char* portAndPath, const char* volume, const char* shown, bool isNumber = true) {
         LogLines log;
         if (!isNumber)
-            log.append({2, "[tasks/PlayStream.cpp] Invalid volume=" + QByteArray(volume) + ", not used"});
-        log.append({4, "[tasks/PlayStream.cpp] TASK CREATED | PlayStream: portAndPath=" + QByteArray(portAndPath) +
-                           " (vol=" + shown + ")"});
+            log.append("2 [tasks/PlayStream.cpp] Invalid volume=" + QByteArray(volume) + ", not used");
+        log.append("4 [tasks/PlayStream.cpp] TASK CREATED | PlayStream: portAndPath=" + QByteArray(portAndPath) +
+                   " (vol=" + shown + ")");
         QTest::addRow("\"%s\", volume \"%s\"", portAndPath, volume)
             << QString::fromUtf8(portAndPath) << QString::fromLatin1(volume) << log;
     };

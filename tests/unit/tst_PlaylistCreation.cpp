@@ -51,7 +51,7 @@ void PlaylistCreationTest::ATaskIsMadeOfItsParameters_data()
     for (const char* const text : {"", "loud", "7.5", "0x10", "2147483648", "70%", "%s"})
         QTest::addRow("volume \"%s\"", text)
             << time << name << QString::fromLatin1(text)
-            << LogLines{{2, "[tasks/PlayPlaylist.cpp] Invalid volume=" + QByteArray(text) + ", not used"}}
+            << LogLines{"2 [tasks/PlayPlaylist.cpp] Invalid volume=" + QByteArray(text) + ", not used"}
             << "xmas at 08:30:00 (92 s, vol=-1)"_ba;
     const auto start = [&](const char* text, const char* shown) {
         QTest::addRow("time \"%s\"", text) << QString::fromLatin1(text) << name << u"70"_s << LogLines{}
@@ -123,10 +123,11 @@ void PlaylistCreationTest::AFileThatCannotBeOpenedIsNoPlaylist()
     // The volume is read before the file.
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas"_s, u"loud"_s, {}));
     const QByteArray path = Data().PlaylistPath(u"xmas"_s).toUtf8();
-    LogLines log{{2, "[tasks/PlayPlaylist.cpp] Invalid volume=loud, not used"}, Loading(path), NotOpened(path)};
+    LogLines log{"2 [tasks/PlayPlaylist.cpp] Invalid volume=loud, not used", Loading(path), NotOpened(path)};
     if (exists)
-        log.append({1, "[tasks/PlayPlaylist.cpp] Playlist file (path=" + path + ") exists: why I couldn't open it ?",
-                    FILE_ORIGIN});
+        log.append(
+            LogLine("1 [tasks/PlayPlaylist.cpp] Playlist file (path=" + path + ") exists: why I couldn't open it ?",
+                    FILE_ORIGIN));
     if (!reason.isEmpty())
         log.append(OpenError(reason));
     log.append(Failed());
@@ -144,7 +145,7 @@ void PlaylistCreationTest::AFileWithoutPermissionIsNoPlaylist()
     const OrdinaryUser user;
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas"_s, u"70"_s, {}));
     EXPECT_LOG(4, {NotOpened(path),
-                   {1, "[tasks/PlayPlaylist.cpp] Playlist file (path=" + path + ") exists: why I couldn't open it ?",
+                   {"1 [tasks/PlayPlaylist.cpp] Playlist file (path=" + path + ") exists: why I couldn't open it ?",
                     FILE_ORIGIN},
                    OpenError("Permission denied"),
                    Failed()});
@@ -153,7 +154,7 @@ void PlaylistCreationTest::AFileWithoutPermissionIsNoPlaylist()
 void PlaylistCreationTest::ANameIsNeeded()
 {
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, {}, u"70"_s, u"id"_s));
-    EXPECT_LOG(9, {{1, "[tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN}, Failed()});
+    EXPECT_LOG(9, {{"1 [tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN}, Failed()});
 }
 
 void PlaylistCreationTest::ANameWithANulIsThatOfNoFile()

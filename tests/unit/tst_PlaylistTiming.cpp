@@ -19,7 +19,7 @@ constexpr unsigned int GREATEST_DELAY_S = std::numeric_limits<int>::max();
 
 QByteArray NotDelayed()
 {
-    return "[tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"_ba;
+    return "5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"_ba;
 }
 
 } // namespace
@@ -120,22 +120,21 @@ void PlaylistTimingTest::ADelayChoosesTheFirstTrack()
     LogRecorder::Clear();
     task.PrepareDelayed(delay_s);
     if (static_cast<int>(delay_s) <= 0)
-        EXPECT_LOG(9, {{5, NotDelayed()}});
+        EXPECT_LOG(9, {NotDelayed()});
     else if (first == 0)
-        EXPECT_LOG(9,
-                   {{2, "[tasks/PlayPlaylist.cpp] PlayPlaylist can't be prepared as delayed: delay (" +
-                            QByteArray::number(delay_s) + " s) >= duration (" + QByteArray::number(total_s) + " s))"}});
+        EXPECT_LOG(9, {"2 [tasks/PlayPlaylist.cpp] PlayPlaylist can't be prepared as delayed: delay (" +
+                       QByteArray::number(delay_s) + " s) >= duration (" + QByteArray::number(total_s) + " s))"});
     else
-        EXPECT_LOG(9, {{5, "[tasks/PlayPlaylist.cpp] PlayPlaylist prepared as delayed (12:00:00, file " +
-                               QByteArray::number(first) + ")"}});
+        EXPECT_LOG(9, {"5 [tasks/PlayPlaylist.cpp] PlayPlaylist prepared as delayed (12:00:00, file " +
+                       QByteArray::number(first) + ")"});
     EXPECT_REQUESTS(Bus(), {});
     // A refused delay leaves the first track first.
     const int sent = first == 0 ? 1 : first;
     QVERIFY(task.Run());
     EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:%1, s:12:00:00, b:false)"_s.arg(sent)});
-    EXPECT_LOG(4, {{4, "[tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."},
-                   {4, "[tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|" +
-                           QByteArray::number(sent) + "|12:00:00|-1"}});
+    EXPECT_LOG(4, {"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
+                   "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|" +
+                       QByteArray::number(sent) + "|12:00:00|-1"});
 }
 
 void PlaylistTimingTest::EachDelayCountsFromTheFirstTrack_data()
@@ -174,14 +173,14 @@ void PlaylistTimingTest::ALatePlaylistIsJoined()
     QVERIFY(action->IsEarly());
     EXPECT_LOG(9, {});
     QVERIFY(action->IsReady());
-    EXPECT_LOG(9, {{2, "[Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 60 s, tolerated "
-                       "delay: 300 s)"}});
+    EXPECT_LOG(9, {"2 [Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 60 s, tolerated "
+                   "delay: 300 s)"});
     action->Start();
-    EXPECT_LOG(9, {{5, "[Action.cpp] Action 'PlayPlaylist' delay: 60 s (0=no-delay)"},
-                   {5, "[tasks/PlayPlaylist.cpp] PlayPlaylist prepared as delayed (12:00:00, file 2)"},
-                   {9, "[Action.cpp] Task PlayPlaylist is starting !"},
-                   {4, "[tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."},
-                   {4, "[tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|2|12:00:00|-1"}});
+    EXPECT_LOG(9, {"5 [Action.cpp] Action 'PlayPlaylist' delay: 60 s (0=no-delay)",
+                   "5 [tasks/PlayPlaylist.cpp] PlayPlaylist prepared as delayed (12:00:00, file 2)",
+                   "9 [Action.cpp] Task PlayPlaylist is starting !",
+                   "4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
+                   "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|2|12:00:00|-1"});
     // While it plays it is not looked at.
     QVERIFY(!action->IsEarly());
     Time().SetLocal(QTime(12, 5));
@@ -245,7 +244,7 @@ void PlaylistTimingTest::ARefusedPlaylistIsAskedForUntilItsTime()
         QVERIFY(action->IsEarly());
         QVERIFY(action->IsReady());
         action->Start();
-        EXPECT_LOG(2, {{1, "[tasks/PlayPlaylist.cpp] PlayPlaylist error: 5"}});
+        EXPECT_LOG(2, {"1 [tasks/PlayPlaylist.cpp] PlayPlaylist error: 5"});
     }
     for (const QTime& now : {QTime(12, 0), QTime(12, 0, 1), QTime(12, 4)})
     {
@@ -263,10 +262,10 @@ void PlaylistTimingTest::APlaylistThatIsStoppedAtOnceIsSkipped()
 
     // It could be joined, but would be stopped five seconds later.
     CheckFar();
-    EXPECT_LOG(4, {{2, "[Scheduler.cpp] TASK_STOP_PLAYLIST: 12:02:05 | NOW+10s: 12:02:10"},
-                   {2, "[Scheduler.cpp] VIRTUALLY STOPPED action found: 2 (PlayPlaylist, id), SKIPPED and marked "
-                       "COMPLETED"},
-                   {4, "[Scheduler.cpp] EARLY action found: 13 (StopPlaylist)"}});
+    EXPECT_LOG(4, {"2 [Scheduler.cpp] TASK_STOP_PLAYLIST: 12:02:05 | NOW+10s: 12:02:10",
+                   "2 [Scheduler.cpp] VIRTUALLY STOPPED action found: 2 (PlayPlaylist, id), SKIPPED and marked "
+                   "COMPLETED",
+                   "4 [Scheduler.cpp] EARLY action found: 13 (StopPlaylist)"});
     const auto& play = *SchedulerAccess::FarActions(Engine()).begin();
     QCOMPARE(play->m_task->m_type, TASK_PLAY_PLAYLIST);
     QVERIFY(static_cast<const PlayPlaylist&>(*play->m_task).IsCompleted());

@@ -32,13 +32,13 @@ void RequestPddActionTest::ParametersAreReadAtCreation_data()
                         bool isNumber = true) {
         LogLines log;
         if (!isKnown)
-            log.append({2, "[tasks/RequestPddAction.cpp] Can't parse RequestPddAction action from parameters: '" +
-                               action + "'. Using action=NONE."});
+            log.append("2 [tasks/RequestPddAction.cpp] Can't parse RequestPddAction action from parameters: '" +
+                       action + "'. Using action=NONE.");
         if (!isNumber)
-            log.append({2, "[tasks/RequestPddAction.cpp] Can't parse RequestPddAction enable from parameters: '" +
-                               enable + "'. Using enable=FALSE."});
-        log.append({4, QByteArray("[tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(") +
-                           (isKnown ? "STREAM_MIC" : "UNKNOWN") + ", " + (isOn ? "1" : "0") + ")"});
+            log.append("2 [tasks/RequestPddAction.cpp] Can't parse RequestPddAction enable from parameters: '" +
+                       enable + "'. Using enable=FALSE.");
+        log.append(QByteArray("4 [tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(") +
+                   (isKnown ? "STREAM_MIC" : "UNKNOWN") + ", " + (isOn ? "1" : "0") + ")");
         QTest::addRow("\"%s\", \"%s\"", action.constData(), enable.constData())
             << QString::fromUtf8(action) << QString::fromUtf8(enable) << log;
     };
@@ -110,7 +110,7 @@ void RequestPddActionTest::AnUnsupportedActionIsNotAnnounced()
     LogRecorder::Clear();
     const QSignalSpy announced(&task, &RequestPddAction::PddAction);
     QVERIFY(task.Run());
-    EXPECT_LOG(9, {{2, "[tasks/RequestPddAction.cpp] Unsupported action '0'"}});
+    EXPECT_LOG(9, {"2 [tasks/RequestPddAction.cpp] Unsupported action '0'"});
     QCOMPARE(announced.size(), 0);
     EXPECT_REQUESTS(Bus(), {});
 }
@@ -131,11 +131,11 @@ void RequestPddActionTest::TheSchedulerCarriesTheSignalOn_data()
     QTest::addColumn<QList<QVariantList>>("announced");
     QTest::addColumn<LogLines>("log");
     QTest::newRow("on") << "1,1"_ba << QList<QVariantList>{{1U, true}}
-                        << LogLines{{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"}};
+                        << LogLines{"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"};
     QTest::newRow("off") << "1,0"_ba << QList<QVariantList>{{1U, false}}
-                         << LogLines{{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=0"}};
+                         << LogLines{"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=0"};
     QTest::newRow("unsupported") << "2,1"_ba << QList<QVariantList>{}
-                                 << LogLines{{2, "[tasks/RequestPddAction.cpp] Unsupported action '0'"}};
+                                 << LogLines{"2 [tasks/RequestPddAction.cpp] Unsupported action '0'"};
 }
 
 void RequestPddActionTest::TheSchedulerCarriesTheSignalOn()
@@ -151,7 +151,7 @@ void RequestPddActionTest::TheSchedulerCarriesTheSignalOn()
     // Within the pass: no event loop is needed.
     CheckEarly();
     QCOMPARE(QList<QVariantList>(expected), announced);
-    EXPECT_LOG(4, (LogLines{{4, "[Scheduler.cpp] READY action found: 19 (RequestPddAction)"}} + log));
+    EXPECT_LOG(4, (LogLines{"4 [Scheduler.cpp] READY action found: 19 (RequestPddAction)"} + log));
     EXPECT_REQUESTS(Bus(), {});
 }
 

@@ -16,23 +16,23 @@ namespace
 const QByteArray STOP = QByteArrayLiteral("1111111|08:30:00|*|*|*|||StopMessage");
 const QByteArray PLAY = QByteArrayLiteral("1111111|09:00:00|*|*|*|||PlayMessage|gong.mp3,70");
 
-const LogLine STOP_CREATED(4, "[tasks/StopMessage.cpp] TASK CREATED | StopMessage");
-const LogLine PLAY_CREATED(4, "[tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ 09:00:00 (vol=70)");
-const LogLine IGNORED(2, "[Scheduler.cpp] Action ignored");
+const LogLine STOP_CREATED("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
+const LogLine PLAY_CREATED("4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ 09:00:00 (vol=70)");
+const LogLine IGNORED("2 [Scheduler.cpp] Action ignored");
 
 LogLine Loaded(int tasks)
 {
-    return {4, "[Scheduler.cpp] Schedule loaded (" + QByteArray::number(tasks) + " tasks)"};
+    return {"4 [Scheduler.cpp] Schedule loaded (" + QByteArray::number(tasks) + " tasks)"};
 }
 
 LogLine Cut(int line)
 {
-    return {2, "[Scheduler.cpp] Schedule file may be cut: line " + QByteArray::number(line) + " has no line end"};
+    return {"2 [Scheduler.cpp] Schedule file may be cut: line " + QByteArray::number(line) + " has no line end"};
 }
 
 LogLine Rejected(const char* reason)
 {
-    return {1, QByteArray("[Action.cpp] ") + reason};
+    return {QByteArray("1 [Action.cpp] ") + reason};
 }
 
 } // namespace
@@ -194,7 +194,7 @@ void ScheduleFileTest::AnyNameIsTakenAsItStands()
     Data().WriteSchedule(STOP + '\n', name);
     Create();
     Engine().SetScheduleFile(name);
-    const LogLines set{{4, "[Scheduler.cpp] Schedule file set to " + name.toUtf8()}};
+    const LogLines set{"4 [Scheduler.cpp] Schedule file set to " + name.toUtf8()};
     EXPECT_LOG(4, (set + SchedulerLines::RESTARTING + SchedulerLines::STOPPED +
                    SchedulerLines::Started(Data(), name, {STOP_CREATED, Loaded(1)})));
 }
@@ -217,8 +217,8 @@ void ScheduleFileTest::AnActionsPddRequestReachesTheScheduler()
     const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
     for (const auto& action : SchedulerAccess::FarActions(Engine()))
         action->OnPddActionRequest(STREAM_MIC, true);
-    EXPECT_LOG(9, {{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"},
-                   {4, "[Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"}});
+    EXPECT_LOG(9, {"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1",
+                   "4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"});
     QCOMPARE(expected.size(), 2);
     QCOMPARE(expected[0], (QVariantList{1U, true}));
 }

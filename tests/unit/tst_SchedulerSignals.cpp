@@ -77,7 +77,7 @@ void SchedulerSignalsTest::APddActionIsAnnounced()
     QFETCH(QByteArray, text);
     const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
     Engine().OnPddActionRequested(static_cast<PDD_ACTION>(action), enable);
-    EXPECT_LOG(9, {{4, "[Scheduler.cpp] >>> Requesting PDD Action: action=" + text}});
+    EXPECT_LOG(9, {"4 [Scheduler.cpp] >>> Requesting PDD Action: action=" + text});
     QCOMPARE(expected.size(), 1);
     QCOMPARE(expected[0], (QVariantList{static_cast<uint>(action), enable}));
 }
@@ -88,7 +88,7 @@ void SchedulerSignalsTest::AnUpdateReloads()
     LogRecorder::Clear();
     const QSignalSpy told(&Engine(), &Scheduler::SchedulingEnabled);
     Q_EMIT Scheduler::m_updateManProxy->FilesUpdated(0, 2);
-    const LogLines updated{{4, "[Scheduler.cpp] Schedule file updated"}};
+    const LogLines updated{"4 [Scheduler.cpp] Schedule file updated"};
     EXPECT_LOG(4, (updated + RESTARTING + STOPPED + Started()));
     QCOMPARE(told.size(), 0);
     bool enabled = false;
@@ -104,10 +104,9 @@ void SchedulerSignalsTest::AnUpdateEnables()
     LogRecorder::Clear();
     const QSignalSpy told(&Engine(), &Scheduler::SchedulingEnabled);
     Q_EMIT Scheduler::m_updateManProxy->FilesUpdated(0, 2);
-    const LogLines updated{{4, "[Scheduler.cpp] Schedule file updated"},
-                           {2, "[Scheduler.cpp] Scheduler is disabled: automatically re-enable it"}};
-    EXPECT_LOG(4,
-               (updated + DISABLED + Started() + LogLines{{4, "[Scheduler.cpp] Scheduling enabled (schedule.csv)"}}));
+    const LogLines updated{"4 [Scheduler.cpp] Schedule file updated",
+                           "2 [Scheduler.cpp] Scheduler is disabled: automatically re-enable it"};
+    EXPECT_LOG(4, (updated + DISABLED + Started() + LogLines{"4 [Scheduler.cpp] Scheduling enabled (schedule.csv)"}));
     QCOMPARE(told.size(), 1);
     QCOMPARE(told[0], (QVariantList{true, u"schedule.csv"_s}));
 }

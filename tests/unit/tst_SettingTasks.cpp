@@ -39,11 +39,11 @@ void SettingTasksTest::AParameterIsReadAtCreation_data()
     // Without a warning the parameter is taken.
     const auto rows = [](const char* kind, Maker make, const QByteArray& created, const QByteArray& warning) {
         return [=](const char* parameter, int value, bool isNumber = true) {
-            const QByteArray file = QByteArray("[tasks/") + kind + ".cpp] ";
+            const QByteArray file = QByteArray(" [tasks/") + kind + ".cpp] ";
             LogLines log;
             if (!isNumber && !warning.isEmpty())
-                log.append({2, file + QByteArray(warning).replace("%s", parameter)});
-            log.append({4, file + "TASK CREATED | " + created + QByteArray::number(value)});
+                log.append("2" + file + QByteArray(warning).replace("%s", parameter));
+            log.append("4" + file + "TASK CREATED | " + created + QByteArray::number(value));
             QTest::addRow("%s \"%s\"", kind, parameter) << make << QString::fromUtf8(parameter) << log;
         };
     };

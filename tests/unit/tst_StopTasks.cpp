@@ -44,15 +44,15 @@ void StopTasksTest::ACreationIsLogged_data()
     QTest::addColumn<QByteArray>("created");
     const QString none = u""_s;
     QTest::newRow("StopMessage") << Maker(Make<StopMessage>) << TASK_STOP_MESSAGE << none
-                                 << "[tasks/StopMessage.cpp] TASK CREATED | StopMessage"_ba;
+                                 << "4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"_ba;
     QTest::newRow("StopRadioFm") << Maker(Make<StopRadioFm>) << TASK_STOP_RADIO_FM << none
-                                 << "[tasks/StopRadioFm.cpp] TASK CREATED | StopRadioFm"_ba;
+                                 << "4 [tasks/StopRadioFm.cpp] TASK CREATED | StopRadioFm"_ba;
     QTest::newRow("StopStream") << Maker(Make<StopStream>) << TASK_STOP_STREAM << none
-                                << "[tasks/StopStream.cpp] TASK CREATED | StopStream"_ba;
+                                << "4 [tasks/StopStream.cpp] TASK CREATED | StopStream"_ba;
     for (const QString& identifier : {u"xmas"_s, none, u"a b"_s, u"%s"_s, u"No\u00ebl"_s})
         QTest::addRow("StopPlaylist \"%s\"", identifier.toUtf8().constData())
             << MakePlaylistStop(identifier) << TASK_STOP_PLAYLIST << identifier
-            << "[tasks/StopPlaylist.cpp] TASK CREATED | StopPlaylist: id=" + identifier.toUtf8();
+            << "4 [tasks/StopPlaylist.cpp] TASK CREATED | StopPlaylist: id=" + identifier.toUtf8();
 }
 
 void StopTasksTest::ACreationIsLogged()
@@ -62,7 +62,7 @@ void StopTasksTest::ACreationIsLogged()
     QFETCH(QString, identifier);
     QFETCH(QByteArray, created);
     const std::unique_ptr<Task> task = make();
-    EXPECT_LOG(9, {{4, created}});
+    EXPECT_LOG(9, {created});
     EXPECT_REQUESTS(Bus(), {});
     QCOMPARE(task->m_type, type);
     QCOMPARE(task->m_identifier, identifier);

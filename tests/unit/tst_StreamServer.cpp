@@ -68,8 +68,8 @@ void StreamServerTest::TheServerIsThatOfTheConfiguration()
     LogRecorder::Clear();
     QVERIFY(task.Run());
     EXPECT_REQUESTS(Bus(), {u"soundmanager PlayStream(s:%1, u:0)"_s.arg(uri)});
-    EXPECT_LOG(9, {{5, "[tasks/PlayStream.cpp] PlayStream setup done: uri=" + uri.toUtf8()},
-                   {9, "[tasks/PlayStream.cpp] TASK START REQUESTED | PlayStream: " + uri.toUtf8() + "|-1"}});
+    EXPECT_LOG(9, {"5 [tasks/PlayStream.cpp] PlayStream setup done: uri=" + uri.toUtf8(),
+                   "9 [tasks/PlayStream.cpp] TASK START REQUESTED | PlayStream: " + uri.toUtf8() + "|-1"});
 }
 
 void StreamServerTest::WithoutAServerNothingIsAsked_data()
@@ -101,8 +101,8 @@ void StreamServerTest::WithoutAServerNothingIsAsked()
         QVERIFY(!task.Run());
         QVERIFY(!task.IsRunning());
     }
-    EXPECT_LOG(
-        9, {{1, "[tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve server ip (" + reason + ")"}});
+    EXPECT_LOG(9,
+               {"1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve server ip (" + reason + ")"});
     EXPECT_REQUESTS(Bus(), {});
 }
 
@@ -115,7 +115,7 @@ void StreamServerTest::AFileWithoutPermissionIsNotValid()
     PlayStream task(u"8554/live"_s, u"70"_s);
     QVERIFY(!task.Run());
     EXPECT_LOG(
-        2, {{1, "[tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve server ip (config not valid)"}});
+        2, {"1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve server ip (config not valid)"});
 }
 
 void StreamServerTest::EachRunReadsTheConfigurationAnew()

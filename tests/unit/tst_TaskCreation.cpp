@@ -73,7 +73,7 @@ void TaskCreationTest::ALineMakesItsTask_data()
                         const LogLines& before, const QByteArray& text, const char* identifier = "") {
         QTest::newRow(task) << QString::fromLatin1(task) << QString::fromLatin1(name) << QString::fromLatin1(identifier)
                             << QByteArray(className)
-                            << before + LogLines{{4, QByteArray("[tasks/") + file + ".cpp] TASK CREATED | " + text}};
+                            << before + LogLines{QByteArray("4 [tasks/") + file + ".cpp] TASK CREATED | " + text};
     };
     // The first parameter counts, up to four and more.
     const auto firsts = [&row](const char* task, const char* number, const char* name, const char* className,
@@ -89,12 +89,12 @@ void TaskCreationTest::ALineMakesItsTask_data()
     firsts("PlayRadioFm", "6", "PlayRadioFm", "PlayRadioFm", "PlayRadioFm", "PlayRadioFm: 1.00");
     firsts("Amplifiers", "8", "Amplifiers", "Task", "Amplifiers", "Amplifiers: 1");
     firsts("SetCpuFreq", "9", "SetCpuFreq", "Task", "CpuFreq", "CpuFreq: 456",
-           {{2, "[tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '1'. Using 456."}});
+           {"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '1'. Using 456."});
     firsts("Camera", "10", "Camera", "Task", "Camera", "Camera: 1");
     firsts("Gps", "11", "Gps", "Task", "Gps", "Gps: 1");
     firsts("Lan", "12", "Lan", "Lan", "Lan", "Lan: 1");
     row("SetCpuFreq|,", "SetCpuFreq", "Task", "CpuFreq",
-        {{2, "[tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: ''. Using 456."}}, "CpuFreq: 456");
+        {"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: ''. Using 456."}, "CpuFreq: 456");
     row("Camera|,1", "Camera", "Task", "Camera", {}, "Camera: 0");
 
     for (const char* const task : {"enableAux|1", "18|1", "enableAux|1,"})
@@ -132,11 +132,11 @@ void TaskCreationTest::ALineMakesItsTask_data()
     photo("RecordPhoto|", "interval=0 s, numPhoto=1");
     photo("4", "interval=0 s, numPhoto=1");
     photo("RecordPhoto|10", "interval=10 s, numPhoto=1",
-          {{2, "[tasks/Photo.cpp] Can't parse Photo number from parameters: '10'. Using 1."}});
+          {"2 [tasks/Photo.cpp] Can't parse Photo number from parameters: '10'. Using 1."});
     photo("RecordPhoto|10,3", "interval=10 s, numPhoto=3");
     photo("4|10,3,5,7", "interval=10 s, numPhoto=3");
     photo("RecordPhoto|x , 3,5", "interval=0 s, numPhoto=3",
-          {{2, "[tasks/Photo.cpp] Can't parse Photo interval from parameters: 'x , 3,5'. Using 0."}});
+          {"2 [tasks/Photo.cpp] Can't parse Photo interval from parameters: 'x , 3,5'. Using 0."});
     photo("RecordPhoto|10,3|x", "interval=0 s, numPhoto=1");
 
     const auto stream = [&row](const char* task, const char* text, const LogLines& before = {}) {
@@ -147,8 +147,8 @@ void TaskCreationTest::ALineMakesItsTask_data()
     stream("PlayStream|8554/live,70,c", "8554/live (vol=70)");
     stream("16|8554/live,70,c,d", "8554/live (vol=70)");
     stream("PlayStream|,70", " (vol=70)");
-    stream("PlayStream|a,b", "a (vol=-1)", {{2, "[tasks/PlayStream.cpp] Invalid volume=b, not used"}});
-    stream("PlayStream|a,,", "a (vol=-1)", {{2, "[tasks/PlayStream.cpp] Invalid volume=, not used"}});
+    stream("PlayStream|a,b", "a (vol=-1)", {"2 [tasks/PlayStream.cpp] Invalid volume=b, not used"});
+    stream("PlayStream|a,,", "a (vol=-1)", {"2 [tasks/PlayStream.cpp] Invalid volume=, not used"});
 
     const auto playlist = [&row](const char* task, const char* volume, const char* identifier,
                                  const LogLines& before = {}) {
@@ -160,8 +160,8 @@ void TaskCreationTest::ALineMakesItsTask_data()
     playlist("PlayPlaylist|xmas,80,id", "80", "id");
     playlist("2|xmas,80,id,d", "80", "id");
     playlist("PlayPlaylist| xmas , 80 , id ", "80", "id");
-    playlist("PlayPlaylist|xmas,b,id", "-1", "id", {{2, "[tasks/PlayPlaylist.cpp] Invalid volume=b, not used"}});
-    playlist("PlayPlaylist|xmas,,id", "-1", "id", {{2, "[tasks/PlayPlaylist.cpp] Invalid volume=, not used"}});
+    playlist("PlayPlaylist|xmas,b,id", "-1", "id", {"2 [tasks/PlayPlaylist.cpp] Invalid volume=b, not used"});
+    playlist("PlayPlaylist|xmas,,id", "-1", "id", {"2 [tasks/PlayPlaylist.cpp] Invalid volume=, not used"});
 }
 
 void TaskCreationTest::ALineMakesItsTask()
@@ -234,7 +234,7 @@ void TaskCreationTest::ALineIsRejected()
     QFETCH(QString, task);
     QFETCH(QByteArray, reason);
     const std::optional<Rejection> rejection = RejectionOf(task);
-    EXPECT_LOG(4, {{1, "[Action.cpp] " + reason}});
+    EXPECT_LOG(4, {"1 [Action.cpp] " + reason});
     QVERIFY(rejection);
     QCOMPARE(rejection->GetCause(),
              reason.startsWith("Unknown") ? Rejection::Cause::TASK : Rejection::Cause::PARAMETERS);
@@ -248,13 +248,12 @@ void TaskCreationTest::ALineWithoutAPlaylistIsRejected_data()
     QTest::addColumn<Rejection::Cause>("cause");
     QTest::addColumn<LogLines>("log");
     QTest::newRow("an empty name") << u",80,id"_s << Rejection::Cause::PLAYLIST_FILE
-                                   << LogLines{{1, "[tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN},
+                                   << LogLines{{"1 [tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN},
                                                Failed()};
     QTest::newRow("a playlist without tracks")
         << u"empty,80,id"_s << Rejection::Cause::PLAYLIST_EMPTY << LogLines{Empty(), Failed()};
     QTest::newRow("no volume either") << u"empty,loud"_s << Rejection::Cause::PLAYLIST_EMPTY
-                                      << LogLines{{2, "[tasks/PlayPlaylist.cpp] Invalid volume=loud, not used"},
-                                                  Empty(),
+                                      << LogLines{"2 [tasks/PlayPlaylist.cpp] Invalid volume=loud, not used", Empty(),
                                                   Failed()};
 }
 
@@ -281,22 +280,21 @@ void TaskCreationTest::ARejectedLineLeavesTheOthers()
     Create();
     Engine().Start();
     const QByteArray path = Data().PlaylistPath(u"missing"_s).toUtf8();
-    EXPECT_LOG(4,
-               {{4, "[Scheduler.cpp] Starting schedule..."},
-                {4, "[Scheduler.cpp] Loading schedule from " + Data().SchedulePath(u"schedule.csv"_s).toUtf8() + "..."},
-                {1, "[tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN},
-                Failed(),
-                {2, "[Scheduler.cpp] Action ignored"},
-                {1, "[Action.cpp] Unknown task (3)"},
-                {2, "[Scheduler.cpp] Action ignored"},
-                Loaded(2),
-                Created("xmas at 08:30:00 (92 s, vol=-1)"),
-                {1, "[Action.cpp] Wrong task parameters (Volume)"},
-                {2, "[Scheduler.cpp] Action ignored"},
-                {4, "[tasks/StopPlaylist.cpp] TASK CREATED | StopPlaylist: id="},
-                {4, "[Scheduler.cpp] Schedule loaded (2 tasks)"},
-                {4, "[Scheduler.cpp] Finding ready actions..."},
-                {4, "[Scheduler.cpp] Schedule started"}});
+    EXPECT_LOG(4, {"4 [Scheduler.cpp] Starting schedule...",
+                   "4 [Scheduler.cpp] Loading schedule from " + Data().SchedulePath(u"schedule.csv"_s).toUtf8() + "...",
+                   {"1 [tasks/PlayPlaylist.cpp] Playlist file open failed (path=" + path + ")", FILE_ORIGIN},
+                   Failed(),
+                   "2 [Scheduler.cpp] Action ignored",
+                   "1 [Action.cpp] Unknown task (3)",
+                   "2 [Scheduler.cpp] Action ignored",
+                   Loaded(2),
+                   Created("xmas at 08:30:00 (92 s, vol=-1)"),
+                   "1 [Action.cpp] Wrong task parameters (Volume)",
+                   "2 [Scheduler.cpp] Action ignored",
+                   "4 [tasks/StopPlaylist.cpp] TASK CREATED | StopPlaylist: id=",
+                   "4 [Scheduler.cpp] Schedule loaded (2 tasks)",
+                   "4 [Scheduler.cpp] Finding ready actions...",
+                   "4 [Scheduler.cpp] Schedule started"});
 }
 
 OZNA_CASE(TaskCreation, TaskCreationTest)

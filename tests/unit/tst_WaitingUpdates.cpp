@@ -95,7 +95,7 @@ void WaitingUpdatesTest::ACoveredAnnouncementIsLogged()
     Queue(u'u');
     Queue(u'u');
     QCoreApplication::sendPostedEvents();
-    const LogLines updated{{4, "[Scheduler.cpp] Schedule file updated"}};
+    const LogLines updated{"4 [Scheduler.cpp] Schedule file updated"};
     EXPECT_LOG(4, (updated + SchedulerLines::RESTARTING + SchedulerLines::STOPPED +
                    SchedulerLines::Started(Data(), u"schedule.csv"_s, SchedulerLines::ONE_STOP) + updated));
 }
