@@ -23,9 +23,6 @@ constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 
 constexpr int WARM_UP_DAYS = 7;
 
-// Passes behind the end that may decide on a start before it.
-constexpr int DECIDING_PASSES = 4;
-
 // A day of thousands of lines takes a while: who waits is asked in between as well.
 constexpr int TICKS_A_QUESTION = 256;
 
@@ -201,11 +198,8 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
 // What was due right before the end is decided on after it.
 void Rehearsal::Decide(Scheduler& scheduler)
 {
-    for (int i = 0; i < DECIDING_PASSES; ++i)
-    {
-        m_clock.PassTo(m_clock.TickFrom(std::max(m_clock.Now_ms() + 1, End_ms()), Scheduler::FAR_INTERVAL_MS));
-        scheduler.CheckFarActions();
-    }
+    m_clock.PassTo(m_clock.TickFrom(std::max(m_clock.Now_ms() + 1, End_ms()), Scheduler::FAR_INTERVAL_MS));
+    scheduler.CheckFarActions();
 }
 
 void Rehearsal::Pass(Scheduler& scheduler)
