@@ -2,8 +2,10 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
+#include <iterator>
 #include <string>
 #include <unistd.h>
 #include <vector>
@@ -70,8 +72,8 @@ void Handle(void (*handler)(int))
 
 RemovalAtSignal::RemovalAtSignal(const QStringList& paths)
 {
-    for (const QString& path : paths)
-        m_paths.push_back(QFile::encodeName(path).toStdString());
+    std::ranges::transform(paths, std::back_inserter(m_paths),
+                           [](const QString& path) { return QFile::encodeName(path).toStdString(); });
     const SignalPause pause;
     All().push_back(this);
     if (All().size() == 1)
