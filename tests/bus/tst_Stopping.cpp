@@ -23,6 +23,7 @@ private Q_SLOTS:
     void NoSecondCallIsMadeAfterASignal();
     void PhotosThatWaitAskForNoFurtherStop();
     void APeerThatNeverAnswersCostsOneTimeOutAtTheEnd();
+    void APeerThatAnswersWithAnErrorIsWaitedForAtTheEnd();
     void AFileIsNotReadToItsEnd();
     void ReloadsThatWaitAreLeft();
 
@@ -181,6 +182,22 @@ void Stopping::APeerThatNeverAnswersCostsOneTimeOutAtTheEnd()
     for (int i = 0; i < MESSAGES; ++i)
         stops += {QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"),
                   QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file")};
+    COMPARE_LINES(Daemon().Take(4), Ended(stops));
+}
+
+void Stopping::APeerThatAnswersWithAnErrorIsWaitedForAtTheEnd()
+{
+    constexpr int MESSAGES = 3;
+    StartAndRun((AT_ONE_SECOND + "PlayMessage|gong.mp3\n").repeated(MESSAGES));
+    QVERIFY(Device().WaitForCalls(MESSAGES));
+    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    static_cast<void>(Daemon().Take());
+    Device().AnswerError("sound.StopPlay", "out of order", 1);
+    QVERIFY(TimeToEnd_ms() < SOUND_TIMEOUT_MS);
+    // The others are stopped.
+    QStringList stops(MESSAGES,
+                      QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"));
+    stops.insert(1, QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file"));
     COMPARE_LINES(Daemon().Take(4), Ended(stops));
 }
 
