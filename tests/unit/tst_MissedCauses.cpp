@@ -22,6 +22,7 @@ private Q_SLOTS:
     void WhoHeldTheLoopUntilTheStartIsTheCause();
     void AClockThatIsPutBackIsNoCause();
     void WhoWasWaitedForLongBeforeIsNoCause();
+    void AProcessThatStandsStillInACallDidNotWaitForItsPeer();
     void TheCauseIsThatOfTheLastTimeThatItPasses();
     void WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart();
 };
@@ -181,6 +182,18 @@ void MissedCausesTest::WhoWasWaitedForLongBeforeIsNoCause()
     Time().Advance_s(60);
     Pass(3);
     EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 2, "08:30:00", STOOD_STILL)});
+}
+
+// It may wait for its time-out at most.
+void MissedCausesTest::AProcessThatStandsStillInACallDidNotWaitForItsPeer()
+{
+    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
+        Time().Advance_s(3600);
+        return PeerReply(0);
+    });
+    StartBefore(30'000, {"08:30:00 Volume|1", "09:00:00 Light|0"});
+    Pass(60);
+    EXPECT_LOG(LEVEL_WARNING, {Missed("0 (Light)", 2, "09:00:00", STOOD_STILL)});
 }
 
 void MissedCausesTest::TheCauseIsThatOfTheLastTimeThatItPasses()
