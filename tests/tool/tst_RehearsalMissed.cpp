@@ -151,11 +151,11 @@ void RehearsalMissedTest::ATimeBeforeAChangeOfTheClocksKeepsItsMoment()
 void RehearsalMissedTest::ADayThatIsLeftOutMovesNoTime()
 {
     const TimeZone here("Pacific/Apia");
-    // 2011-12-29, 23:50:00; the day after is the 31st.
+    // Thursday, 2011-12-29, 23:50:00; the day after is Saturday, the 31st.
     const qint64 start_ms = Utc_ms("2011-12-30T09:50:00");
     Rehearsal::Plan plan{start_ms, start_ms, start_ms + HOUR_MS};
     plan.disturbances = {{MINUTE_MS, 15 * MINUTE_MS}};
-    QCOMPARE(Run({"1111111|23:55:00|*|*|*|||Volume|1"}, plan),
+    QCOMPARE(Run({"0001000|23:55:00|*|*|*|||Volume|1"}, plan),
              QStringList{u"line 1 at 300: the clock was put forward"_s});
 }
 
