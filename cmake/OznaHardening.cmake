@@ -3,6 +3,8 @@
 include(CheckPIESupported)
 check_pie_supported(OUTPUT_VARIABLE output LANGUAGES CXX)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# Programs and libraries share precompiled headers, so both are compiled alike; on some processors Qt asks for this.
+add_compile_options(-fPIC)
 
 add_compile_options(-fstack-protector-strong -fstack-clash-protection)
 add_link_options(LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
