@@ -18,18 +18,18 @@ void SetUpTimer(QTimer& timer, int interval_ms, const std::function<void()>& pas
 
 void PassTimers::SetUp(const std::function<void()>& farPass, const std::function<void()>& earlyPass)
 {
-    SetUpTimer(m_far, FAR_INTERVAL_MS, farPass);
-    SetUpTimer(m_early, EARLY_INTERVAL_MS, earlyPass);
+    SetUpTimer(m_farTimer, FAR_INTERVAL_MS, farPass);
+    SetUpTimer(m_earlyTimer, EARLY_INTERVAL_MS, earlyPass);
 }
 
 void PassTimers::Start()
 {
-    m_far.start();
-    m_early.start();
+    m_farTimer.start();
+    m_earlyTimer.start();
 }
 
 void PassTimers::Stop()
 {
-    m_far.stop();
-    m_early.stop();
+    m_farTimer.stop();
+    m_earlyTimer.stop();
 }

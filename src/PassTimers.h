@@ -17,6 +17,6 @@ struct PassTimers
     void Start();
     void Stop();
 
-    QTimer m_far;
-    QTimer m_early;
+    QTimer m_farTimer;
+    QTimer m_earlyTimer;
 };

@@ -57,17 +57,26 @@ void Scheduler::Start()
 void Scheduler::Begin(const Clock::Reading& since)
 {
     OZNA_LOG(LEVEL_NORMAL, "Starting schedule...");
-    const auto link = [this](const Action& action) {
-        return static_cast<bool>(connect(&action, &Action::PddActionRequested, this, &Scheduler::OnPddActionRequested));
-    };
-    const ScheduleLoader loader(m_farActions, link, OZNA_LOG_SITE);
-    loader.Load(GetSchedulePath() + QLatin1Char('/') + m_scheduleFile);
+    LoadSchedule(m_scheduleFile);
     if (StopRequest::IsMade())
         return;
-    loader.ForceWhatIsInForce();
+    FindReadyActions();
     m_missed.Load(m_farActions, since);
     m_timers.Start();
     OZNA_LOG(LEVEL_NORMAL, "Schedule started");
+}
+
+void Scheduler::LoadSchedule(const QString& fileName)
+{
+    const auto link = [this](const Action& action) {
+        return static_cast<bool>(connect(&action, &Action::PddActionRequested, this, &Scheduler::OnPddActionRequested));
+    };
+    ScheduleLoader(m_farActions, link, OZNA_LOG_SITE).Load(GetSchedulePath() + QLatin1Char('/') + fileName);
+}
+
+void Scheduler::FindReadyActions()
+{
+    ScheduleLoader(m_farActions, {}, OZNA_LOG_SITE).ForceWhatIsInForce();
 }
 
 void Scheduler::Stop()

@@ -92,6 +92,8 @@ private:
     static constexpr int STATUS_OK = 0;
 
     void Begin(const Clock::Reading& since);
+    void LoadSchedule(const QString& fileName);
+    void FindReadyActions();
     void CleanUp();
     bool IsVirtuallyStopped(const Action& play) const;
 

@@ -15,8 +15,8 @@ ActionList& EarlyActions(Scheduler& scheduler);
 template <PassTimers Scheduler::*TIMERS, ActionList Scheduler::*FAR_LIST, ActionList Scheduler::*EARLY_LIST>
 struct Window
 {
-    friend QTimer& FarTimer(Scheduler& scheduler) { return (scheduler.*TIMERS).m_far; }
-    friend QTimer& EarlyTimer(Scheduler& scheduler) { return (scheduler.*TIMERS).m_early; }
+    friend QTimer& FarTimer(Scheduler& scheduler) { return (scheduler.*TIMERS).m_farTimer; }
+    friend QTimer& EarlyTimer(Scheduler& scheduler) { return (scheduler.*TIMERS).m_earlyTimer; }
     friend ActionList& FarActions(Scheduler& scheduler) { return scheduler.*FAR_LIST; }
     friend ActionList& EarlyActions(Scheduler& scheduler) { return scheduler.*EARLY_LIST; }
 };
