@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <initializer_list>
+#include <tuple>
 #include <type_traits>
 
 // The rows of a test function as a table of a struct whose first member is the row's name:
@@ -24,3 +26,32 @@ template <typename Entry> const Entry& Row()
     QFETCH(const Entry*, row);
     return *row;
 }
+
+// The same where a struct would say no more than the names in the test function do:
+//
+//     void Splits_data();     // Rows<QString, qsizetype>::Add({{"an empty line", u""_s, 0}, ...});
+//     void Splits();          // const auto& [line, count] = Rows<QString, qsizetype>::Current();
+//
+// The first of each row is its name. Current returns a single column as it is.
+template <typename... Columns> struct Rows
+{
+    using Values = std::tuple<Columns...>;
+
+    static void Add(std::initializer_list<std::tuple<QByteArray, Columns...>> rows)
+    {
+        QTest::addColumn<Values>("row");
+        for (const auto& row : rows)
+            std::apply([](const QByteArray& name,
+                          const Columns&... columns) { QTest::newRow(name.constData()) << Values(columns...); },
+                       row);
+    }
+
+    static auto Current()
+    {
+        QFETCH(Values, row);
+        if constexpr (sizeof...(Columns) == 1)
+            return std::get<0>(row);
+        else
+            return row;
+    }
+};

@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
@@ -133,54 +134,44 @@ void ActionDaysTest::ASpotDateIsThatOfUtc()
 
 void ActionDaysTest::ASpotDateCountsOnlyWhereTheDayOfWeekDoesNot_data()
 {
-    QTest::addColumn<QString>("days");
-    QTest::addColumn<QString>("day");
-    QTest::addColumn<bool>("due");
     // It is noon of Wednesday the 15th, in UTC the 15th as well or, far in the east, the 15th at its beginning.
-    QTest::newRow("every day, another spot day") << u"1111111"_s << u"16"_s << true;
-    QTest::newRow("that day of week, another spot day") << u"0010000"_s << u"16"_s << true;
-    QTest::newRow("another day of week, that spot day") << u"0001000"_s << u"15"_s << true;
-    QTest::newRow("another day of week, another spot day") << u"0001000"_s << u"16"_s << false;
-    QTest::newRow("another day of week, no spot day") << u"0001000"_s << u"*"_s << false;
-    QTest::newRow("no day of week, no spot day") << u"0000000"_s << u"*"_s << false;
+    Rows<QString, QString, bool>::Add({
+        {"every day, another spot day", u"1111111"_s, u"16"_s, true},
+        {"that day of week, another spot day", u"0010000"_s, u"16"_s, true},
+        {"another day of week, that spot day", u"0001000"_s, u"15"_s, true},
+        {"another day of week, another spot day", u"0001000"_s, u"16"_s, false},
+        {"another day of week, no spot day", u"0001000"_s, u"*"_s, false},
+        {"no day of week, no spot day", u"0000000"_s, u"*"_s, false},
+    });
 }
 
 void ActionDaysTest::ASpotDateCountsOnlyWhereTheDayOfWeekDoesNot()
 {
-    QFETCH(QString, days);
-    QFETCH(QString, day);
-    QFETCH(bool, due);
+    const auto& [days, day, due] = Rows<QString, QString, bool>::Current();
     QCOMPARE(IsDue(ActionLine{.days = days, .day = day}), due);
 }
 
 void ActionDaysTest::AValidityRangeIsLocalAndIncludesItsEnds_data()
 {
-    QTest::addColumn<QString>("from");
-    QTest::addColumn<QString>("to");
-    QTest::addColumn<int>("first"); // days after 2024-05-10, from 0 to 9; none where the last is before the first
-    QTest::addColumn<int>("last");
-    const auto row = [](const char* name, const QString& from, const QString& to, int first, int last) {
-        QTest::newRow(name) << from << to << first << last;
-    };
-    row("no end", {}, {}, 0, 9);
-    row("a first day", u"20240513"_s, {}, 3, 9);
-    row("a last day", {}, u"20240516"_s, 0, 6);
-    row("both", u"20240513"_s, u"20240516"_s, 3, 6);
-    row("one day", u"20240515"_s, u"20240515"_s, 5, 5);
-    row("a last day before the first", u"20240516"_s, u"20240513"_s, 0, -1);
-    row("a first day long ago", u"19000101"_s, {}, 0, 9);
-    row("a last day long ago", {}, u"19000101"_s, 0, -1);
-    row("a first day far ahead", u"99991231"_s, {}, 0, -1);
-    row("an invalid first day is none", u"20240230"_s, u"20240516"_s, 0, 6);
-    row("an invalid last day is none", u"20240513"_s, u"20240431"_s, 3, 9);
+    // days after 2024-05-10, from 0 to 9; none where the last is before the first
+    Rows<QString, QString, int, int>::Add({
+        {"no end", {}, {}, 0, 9},
+        {"a first day", u"20240513"_s, {}, 3, 9},
+        {"a last day", {}, u"20240516"_s, 0, 6},
+        {"both", u"20240513"_s, u"20240516"_s, 3, 6},
+        {"one day", u"20240515"_s, u"20240515"_s, 5, 5},
+        {"a last day before the first", u"20240516"_s, u"20240513"_s, 0, -1},
+        {"a first day long ago", u"19000101"_s, {}, 0, 9},
+        {"a last day long ago", {}, u"19000101"_s, 0, -1},
+        {"a first day far ahead", u"99991231"_s, {}, 0, -1},
+        {"an invalid first day is none", u"20240230"_s, u"20240516"_s, 0, 6},
+        {"an invalid last day is none", u"20240513"_s, u"20240431"_s, 3, 9},
+    });
 }
 
 void ActionDaysTest::AValidityRangeIsLocalAndIncludesItsEnds()
 {
-    QFETCH(QString, from);
-    QFETCH(QString, to);
-    QFETCH(int, first);
-    QFETCH(int, last);
+    const auto& [from, to, first, last] = Rows<QString, QString, int, int>::Current();
     const ActionLine line{.from = from, .to = to};
     for (int day = 0; day <= 9; ++day)
     {

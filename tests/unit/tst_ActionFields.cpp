@@ -1,5 +1,6 @@
 #include "Action.h"
 #include "ActionLine.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 
@@ -24,75 +25,67 @@ private Q_SLOTS:
 
 void ActionFieldsTest::DaysOfWeekBecomeAMask_data()
 {
-    QTest::addColumn<QString>("days");
-    QTest::addColumn<int>("mask");
-    const auto row = [](const char* name, const QString& days, int mask) { QTest::newRow(name) << days << mask; };
-    row("every day", u"1111111"_s, 0x7f);
-    row("no day", u"0000000"_s, 0);
-    row("an empty field", u""_s, 0);
-    row("Monday", u"1000000"_s, 2);
-    row("Tuesday", u"0100000"_s, 4);
-    row("Wednesday", u"0010000"_s, 8);
-    row("Thursday", u"0001000"_s, 16);
-    row("Friday", u"0000100"_s, 32);
-    row("Saturday", u"0000010"_s, 64);
-    row("Sunday", u"0000001"_s, 1);
-    row("working days", u"1111100"_s, 0x3e);
-    row("the weekend", u"0000011"_s, 0x41);
-    row("a short field leaves the missing days clear", u"11"_s, 6);
-    row("one character", u"1"_s, 2);
-    row("an eighth character has no meaning", u"00000001"_s, 0);
-    row("a long field", u"111111111111"_s, 0x7f);
-    row("any character but 1 is not due", u"12x *-1"_s, 3);
-    row("blanks at the start are trimmed away", u"  1000000"_s, 2);
-    row("blanks inside keep their place", u"1 1"_s, 10);
-    row("a wide digit is not due", u"\uff11"_s, 0);
+    Rows<QString, int>::Add({
+        {"every day", u"1111111"_s, 0x7f},
+        {"no day", u"0000000"_s, 0},
+        {"an empty field", u""_s, 0},
+        {"Monday", u"1000000"_s, 2},
+        {"Tuesday", u"0100000"_s, 4},
+        {"Wednesday", u"0010000"_s, 8},
+        {"Thursday", u"0001000"_s, 16},
+        {"Friday", u"0000100"_s, 32},
+        {"Saturday", u"0000010"_s, 64},
+        {"Sunday", u"0000001"_s, 1},
+        {"working days", u"1111100"_s, 0x3e},
+        {"the weekend", u"0000011"_s, 0x41},
+        {"a short field leaves the missing days clear", u"11"_s, 6},
+        {"one character", u"1"_s, 2},
+        {"an eighth character has no meaning", u"00000001"_s, 0},
+        {"a long field", u"111111111111"_s, 0x7f},
+        {"any character but 1 is not due", u"12x *-1"_s, 3},
+        {"blanks at the start are trimmed away", u"  1000000"_s, 2},
+        {"blanks inside keep their place", u"1 1"_s, 10},
+        {"a wide digit is not due", u"\uff11"_s, 0},
+    });
 }
 
 void ActionFieldsTest::DaysOfWeekBecomeAMask()
 {
-    QFETCH(QString, days);
-    QFETCH(int, mask);
+    const auto& [days, mask] = Rows<QString, int>::Current();
     const Action action(ActionLine{.days = days}.Text());
     QCOMPARE(static_cast<int>(action.m_dow), mask);
 }
 
 void ActionFieldsTest::AStartTimeIsReadByItsParts_data()
 {
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QList<int>>("parts");
-    QTest::addColumn<QTime>("time");
     constexpr int GREATEST = std::numeric_limits<int>::max();
-    const auto row = [](const char* name, const QString& start, const QList<int>& parts, const QTime& time) {
-        QTest::newRow(name) << start << parts << time;
-    };
-    row("two digits each", u"08:30:15"_s, {8, 30, 15}, QTime(8, 30, 15));
-    row("midnight", u"00:00:00"_s, {0, 0, 0}, QTime(0, 0));
-    row("the last second", u"23:59:59"_s, {23, 59, 59}, QTime(23, 59, 59));
-    row("one digit each", u"8:5:0"_s, {8, 5, 0}, QTime(8, 5));
-    row("many digits", u"0008:0005:00000"_s, {8, 5, 0}, QTime(8, 5));
-    row("blanks around the parts", u"08 : 30 : 15"_s, {8, 30, 15}, QTime(8, 30, 15));
-    row("further parts are not looked at", u"08:30:15:99:x"_s, {8, 30, 15}, QTime(8, 30, 15));
-    row("a separator at the end", u"08:30:15:"_s, {8, 30, 15}, QTime(8, 30, 15));
-    row("an hour that is no number counts as 0", u"x:30:15"_s, {0, 30, 15}, QTime(0, 30, 15));
-    row("a minute that is no number counts as 0", u"08:*:15"_s, {8, 0, 15}, QTime(8, 0, 15));
-    row("a second that is no number counts as 0", u"08:30:1a"_s, {8, 30, 0}, QTime(8, 30));
-    row("empty parts count as 0", u"::15"_s, {0, 0, 15}, QTime(0, 0, 15));
-    row("hour 24 is no clock time", u"24:00:00"_s, {24, 0, 0}, {});
-    row("hour 25 is no clock time", u"25:00:00"_s, {25, 0, 0}, {});
-    row("minute 60 is no clock time", u"08:60:00"_s, {8, 60, 0}, {});
-    row("second 60 is no clock time", u"08:30:60"_s, {8, 30, 60}, {});
-    row("99:99:99 is no clock time", u"99:99:99"_s, {99, 99, 99}, {});
-    row("a negative hour is no clock time", u"-1:30:00"_s, {-1, 30, 0}, {});
-    row("the greatest hour", u"2147483647:0:0"_s, {GREATEST, 0, 0}, {});
-    row("an hour that no int holds counts as 0", u"2147483648:0:0"_s, {0, 0, 0}, QTime(0, 0));
+    Rows<QString, QList<int>, QTime>::Add({
+        {"two digits each", u"08:30:15"_s, {8, 30, 15}, QTime(8, 30, 15)},
+        {"midnight", u"00:00:00"_s, {0, 0, 0}, QTime(0, 0)},
+        {"the last second", u"23:59:59"_s, {23, 59, 59}, QTime(23, 59, 59)},
+        {"one digit each", u"8:5:0"_s, {8, 5, 0}, QTime(8, 5)},
+        {"many digits", u"0008:0005:00000"_s, {8, 5, 0}, QTime(8, 5)},
+        {"blanks around the parts", u"08 : 30 : 15"_s, {8, 30, 15}, QTime(8, 30, 15)},
+        {"further parts are not looked at", u"08:30:15:99:x"_s, {8, 30, 15}, QTime(8, 30, 15)},
+        {"a separator at the end", u"08:30:15:"_s, {8, 30, 15}, QTime(8, 30, 15)},
+        {"an hour that is no number counts as 0", u"x:30:15"_s, {0, 30, 15}, QTime(0, 30, 15)},
+        {"a minute that is no number counts as 0", u"08:*:15"_s, {8, 0, 15}, QTime(8, 0, 15)},
+        {"a second that is no number counts as 0", u"08:30:1a"_s, {8, 30, 0}, QTime(8, 30)},
+        {"empty parts count as 0", u"::15"_s, {0, 0, 15}, QTime(0, 0, 15)},
+        {"hour 24 is no clock time", u"24:00:00"_s, {24, 0, 0}, {}},
+        {"hour 25 is no clock time", u"25:00:00"_s, {25, 0, 0}, {}},
+        {"minute 60 is no clock time", u"08:60:00"_s, {8, 60, 0}, {}},
+        {"second 60 is no clock time", u"08:30:60"_s, {8, 30, 60}, {}},
+        {"99:99:99 is no clock time", u"99:99:99"_s, {99, 99, 99}, {}},
+        {"a negative hour is no clock time", u"-1:30:00"_s, {-1, 30, 0}, {}},
+        {"the greatest hour", u"2147483647:0:0"_s, {GREATEST, 0, 0}, {}},
+        {"an hour that no int holds counts as 0", u"2147483648:0:0"_s, {0, 0, 0}, QTime(0, 0)},
+    });
 }
 
 void ActionFieldsTest::AStartTimeIsReadByItsParts()
 {
-    QFETCH(QString, start);
-    QFETCH(QList<int>, parts);
-    QFETCH(QTime, time);
+    const auto& [start, parts, time] = Rows<QString, QList<int>, QTime>::Current();
     const Action action(ActionLine{.start = start}.Text());
     QCOMPARE((QList<int>{action.m_hour, action.m_minute, action.m_second}), parts);
     QCOMPARE(action.m_startTime, time);
@@ -165,34 +158,30 @@ void ActionFieldsTest::ASpotFieldIsANumberOrAny()
 
 void ActionFieldsTest::AValidityDateIsADateOrNone_data()
 {
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QDate>("date");
-    const auto row = [](const char* name, const QString& field, const QDate& date) {
-        QTest::newRow(name) << field << date;
-    };
-    row("a date", u"20240101"_s, QDate(2024, 1, 1));
-    row("the last day of a year", u"20241231"_s, QDate(2024, 12, 31));
-    row("the leap day", u"20240229"_s, QDate(2024, 2, 29));
-    row("blanks around it are trimmed", u"  20240101 "_s, QDate(2024, 1, 1));
-    row("empty", u""_s, {});
-    row("blanks alone", u"   "_s, {});
-    row("a day that February never has", u"20240230"_s, {});
-    row("a leap day in another year", u"20230229"_s, {});
-    row("month 13", u"20241301"_s, {});
-    row("day 0", u"20240100"_s, {});
-    row("dashes", u"2024-01-01"_s, {});
-    row("the order of the summary", u"01-01-2024"_s, {});
-    row("a digit too few", u"2024011"_s, {});
-    row("a digit too many", u"202401011"_s, {});
-    row("text behind it", u"20240101x"_s, {});
-    row("a star", u"*"_s, {});
-    row("no number", u"yyyymmdd"_s, {});
+    Rows<QString, QDate>::Add({
+        {"a date", u"20240101"_s, QDate(2024, 1, 1)},
+        {"the last day of a year", u"20241231"_s, QDate(2024, 12, 31)},
+        {"the leap day", u"20240229"_s, QDate(2024, 2, 29)},
+        {"blanks around it are trimmed", u"  20240101 "_s, QDate(2024, 1, 1)},
+        {"empty", u""_s, {}},
+        {"blanks alone", u"   "_s, {}},
+        {"a day that February never has", u"20240230"_s, {}},
+        {"a leap day in another year", u"20230229"_s, {}},
+        {"month 13", u"20241301"_s, {}},
+        {"day 0", u"20240100"_s, {}},
+        {"dashes", u"2024-01-01"_s, {}},
+        {"the order of the summary", u"01-01-2024"_s, {}},
+        {"a digit too few", u"2024011"_s, {}},
+        {"a digit too many", u"202401011"_s, {}},
+        {"text behind it", u"20240101x"_s, {}},
+        {"a star", u"*"_s, {}},
+        {"no number", u"yyyymmdd"_s, {}},
+    });
 }
 
 void ActionFieldsTest::AValidityDateIsADateOrNone()
 {
-    QFETCH(QString, field);
-    QFETCH(QDate, date);
+    const auto& [field, date] = Rows<QString, QDate>::Current();
     const Action from(ActionLine{.from = field}.Text());
     QCOMPARE(from.m_hasFrom, date.isValid());
     QCOMPARE(from.m_hasTo, false);

@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 
@@ -22,45 +23,33 @@ private Q_SLOTS:
 
 void ActionOddTimesTest::ATimeThatIsNone_data()
 {
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<QTime>("now");
-    QTest::addColumn<unsigned int>("tolerance_s");
-    QTest::addColumn<bool>("early");
-    QTest::addColumn<bool>("ready");
-    QTest::addColumn<int>("delay_s");
-    const auto row = [](const char* name, const QString& start, const QTime& now, unsigned int tolerance_s, bool early,
-                        bool ready, int delay_s = 0) {
-        QTest::newRow(name) << start << now << tolerance_s << early << ready << delay_s;
-    };
-    row("08:60:00 is near before nine", u"08:60:00"_s, QTime(8, 59, 50), 0, true, false);
-    row("08:60:00 is ready at nine", u"08:60:00"_s, QTime(9, 0), 0, false, true);
-    row("24:00:05 is near before midnight", u"24:00:05"_s, QTime(23, 59, 55), 0, true, false);
-    row("24:00:05 is a day ahead after midnight", u"24:00:05"_s, QTime(0, 0, 5), 0, false, false);
-    row("25:00:00 is never near at one", u"25:00:00"_s, QTime(0, 59, 55), 0, false, false);
-    row("25:00:00 is never ready at one", u"25:00:00"_s, QTime(1, 0), 0, false, false);
-    row("99:99:99 without tolerance", u"99:99:99"_s, QTime(12, 0), 0, false, false);
-    // Its lateness counts from midnight.
-    row("99:99:99 at midnight", u"99:99:99"_s, QTime(0, 0), 1, true, true);
-    row("99:99:99 late by what it may", u"99:99:99"_s, QTime(0, 0, 1), 1, true, true, 1);
-    row("99:99:99 too late", u"99:99:99"_s, QTime(0, 0, 2), 1, false, false, 2);
-    row("25:00:00 is late within its tolerance", u"25:00:00"_s, QTime(0, 5), 300, true, true, 300);
-    row("24:00:00 is too late in the afternoon", u"24:00:00"_s, QTime(14, 0), 300, false, false, 50400);
-    row("24:00:00 with half a day of tolerance", u"24:00:00"_s, QTime(12, 0), 43200, true, true, 43200);
-    row("-1:00:00 is late since midnight too", u"-1:00:00"_s, QTime(0, 1), 60, true, true, 60);
-    row("the greatest hour", u"2147483647:00:00"_s, QTime(12, 0), 0, false, false);
-    row("the least hour", u"-2147483648:00:00"_s, QTime(12, 0), 0, false, false);
-    row("the greatest everything", u"2147483647:2147483647:2147483647"_s, QTime(12, 0), 0, false, false);
-    row("the least everything", u"-2147483648:-2147483648:-2147483648"_s, QTime(12, 0), 0, false, false);
+    Rows<QString, QTime, unsigned int, bool, bool, int>::Add({
+        {"08:60:00 is near before nine", u"08:60:00"_s, QTime(8, 59, 50), 0, true, false, 0},
+        {"08:60:00 is ready at nine", u"08:60:00"_s, QTime(9, 0), 0, false, true, 0},
+        {"24:00:05 is near before midnight", u"24:00:05"_s, QTime(23, 59, 55), 0, true, false, 0},
+        {"24:00:05 is a day ahead after midnight", u"24:00:05"_s, QTime(0, 0, 5), 0, false, false, 0},
+        {"25:00:00 is never near at one", u"25:00:00"_s, QTime(0, 59, 55), 0, false, false, 0},
+        {"25:00:00 is never ready at one", u"25:00:00"_s, QTime(1, 0), 0, false, false, 0},
+        {"99:99:99 without tolerance", u"99:99:99"_s, QTime(12, 0), 0, false, false, 0},
+        // Its lateness counts from midnight.
+        {"99:99:99 at midnight", u"99:99:99"_s, QTime(0, 0), 1, true, true, 0},
+        {"99:99:99 late by what it may", u"99:99:99"_s, QTime(0, 0, 1), 1, true, true, 1},
+        {"99:99:99 too late", u"99:99:99"_s, QTime(0, 0, 2), 1, false, false, 2},
+        {"25:00:00 is late within its tolerance", u"25:00:00"_s, QTime(0, 5), 300, true, true, 300},
+        {"24:00:00 is too late in the afternoon", u"24:00:00"_s, QTime(14, 0), 300, false, false, 50400},
+        {"24:00:00 with half a day of tolerance", u"24:00:00"_s, QTime(12, 0), 43200, true, true, 43200},
+        {"-1:00:00 is late since midnight too", u"-1:00:00"_s, QTime(0, 1), 60, true, true, 60},
+        {"the greatest hour", u"2147483647:00:00"_s, QTime(12, 0), 0, false, false, 0},
+        {"the least hour", u"-2147483648:00:00"_s, QTime(12, 0), 0, false, false, 0},
+        {"the greatest everything", u"2147483647:2147483647:2147483647"_s, QTime(12, 0), 0, false, false, 0},
+        {"the least everything", u"-2147483648:-2147483648:-2147483648"_s, QTime(12, 0), 0, false, false, 0},
+    });
 }
 
 void ActionOddTimesTest::ATimeThatIsNone()
 {
-    QFETCH(QString, start);
-    QFETCH(QTime, now);
-    QFETCH(unsigned int, tolerance_s);
-    QFETCH(bool, early);
-    QFETCH(bool, ready);
-    QFETCH(int, delay_s);
+    const auto& [start, now, tolerance_s, early, ready, delay_s] =
+        Rows<QString, QTime, unsigned int, bool, bool, int>::Current();
     Action action(ActionLine{.start = start}.Text());
     auto* const task = new FakeTask(TASK_VOLUME);
     task->m_tolerance_s = tolerance_s;

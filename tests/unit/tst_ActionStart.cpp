@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "FakeTask.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 
@@ -89,19 +90,16 @@ void ActionStartTest::AForcedActionIsNotLost()
 
 void ActionStartTest::ARunningTaskIsNotEarly_data()
 {
-    QTest::addColumn<bool>("forced");
-    QTest::addColumn<int>("seconds");
-    QTest::addColumn<unsigned int>("tolerance_s");
-    QTest::newRow("ahead") << false << 5 << 0U;
-    QTest::newRow("forced") << true << 5000 << 0U;
-    QTest::newRow("late but tolerated") << false << -60 << 300U;
+    Rows<bool, int, unsigned int>::Add({
+        {"ahead", false, 5, 0U},
+        {"forced", true, 5000, 0U},
+        {"late but tolerated", false, -60, 300U},
+    });
 }
 
 void ActionStartTest::ARunningTaskIsNotEarly()
 {
-    QFETCH(bool, forced);
-    QFETCH(int, seconds);
-    QFETCH(unsigned int, tolerance_s);
+    const auto& [forced, seconds, tolerance_s] = Rows<bool, int, unsigned int>::Current();
     Time().SetLocal(QTime(12, 0).addSecs(-seconds));
     m_action->m_forced = forced;
     m_task->m_tolerance_s = tolerance_s;
@@ -124,20 +122,19 @@ void ActionStartTest::ReadyLooksAtNeitherDayNorTask()
 
 void ActionStartTest::StartPreparesAndRunsTheTask_data()
 {
-    QTest::addColumn<int>("delay");
-    QTest::addColumn<QString>("prepared");
-    QTest::newRow("in time") << 0 << u"PrepareDelayed 0"_s;
-    QTest::newRow("a second late") << 1 << u"PrepareDelayed 1"_s;
-    QTest::newRow("a minute late") << 60 << u"PrepareDelayed 60"_s;
-    QTest::newRow("the greatest delay") << std::numeric_limits<int>::max() << u"PrepareDelayed 2147483647"_s;
-    QTest::newRow("a negative delay counts as none") << -1 << u"PrepareDelayed 0"_s;
-    QTest::newRow("the least delay counts as none") << std::numeric_limits<int>::min() << u"PrepareDelayed 0"_s;
+    Rows<int, QString>::Add({
+        {"in time", 0, u"PrepareDelayed 0"_s},
+        {"a second late", 1, u"PrepareDelayed 1"_s},
+        {"a minute late", 60, u"PrepareDelayed 60"_s},
+        {"the greatest delay", std::numeric_limits<int>::max(), u"PrepareDelayed 2147483647"_s},
+        {"a negative delay counts as none", -1, u"PrepareDelayed 0"_s},
+        {"the least delay counts as none", std::numeric_limits<int>::min(), u"PrepareDelayed 0"_s},
+    });
 }
 
 void ActionStartTest::StartPreparesAndRunsTheTask()
 {
-    QFETCH(int, delay);
-    QFETCH(QString, prepared);
+    const auto& [delay, prepared] = Rows<int, QString>::Current();
     m_action->m_delay = delay;
     m_action->Start();
     EXPECT_LOG(9, {"5 [Action.cpp] Action 'Light' delay: " + QByteArray::number(delay) + " s (0=no-delay)",

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
 #include "peers/Peers.h"
@@ -97,15 +98,16 @@ void BrokenLibraryTest::Begin()
 
 void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad_data()
 {
-    QTest::addColumn<int>("goodLines");
-    QTest::newRow("at the first line") << 0;
-    QTest::newRow("at the second line") << 1;
-    QTest::newRow("at the last line") << 2;
+    Rows<int>::Add({
+        {"at the first line", 0},
+        {"at the second line", 1},
+        {"at the last line", 2},
+    });
 }
 
 void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad()
 {
-    QFETCH(int, goodLines);
+    const int goodLines = Rows<int>::Current();
     m_goodLines = goodLines;
     Engine().Start();
     LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
@@ -130,15 +132,16 @@ void BrokenLibraryTest::AReadErrorIsLogged()
 
 void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped_data()
 {
-    QTest::addColumn<int>("failing");
-    QTest::newRow("the first") << 0;
-    QTest::newRow("the second") << 1;
-    QTest::newRow("the last") << 2;
+    Rows<int>::Add({
+        {"the first", 0},
+        {"the second", 1},
+        {"the last", 2},
+    });
 }
 
 void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
 {
-    QFETCH(int, failing);
+    const int failing = Rows<int>::Current();
     m_goodConnections = failing;
     Engine().Start();
     LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
@@ -158,18 +161,19 @@ void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
 
 void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone_data()
 {
-    QTest::addColumn<int>("failing");
-    QTest::newRow("the update manager's signal") << 0;
-    QTest::newRow("the end of a message") << 1;
-    QTest::newRow("the end of a playlist") << 2;
-    QTest::newRow("the end of a stream") << 3;
-    QTest::newRow("the far timer") << 4;
-    QTest::newRow("the early timer") << 5;
+    Rows<int>::Add({
+        {"the update manager's signal", 0},
+        {"the end of a message", 1},
+        {"the end of a playlist", 2},
+        {"the end of a stream", 3},
+        {"the far timer", 4},
+        {"the early timer", 5},
+    });
 }
 
 void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone()
 {
-    QFETCH(int, failing);
+    const int failing = Rows<int>::Current();
     End();
     Peers::DeleteProxies();
     LogRecorder::Clear();

@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "PlaylistLines.h"
+#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -96,14 +97,15 @@ void BrokenTasksTest::End()
 
 void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults_data()
 {
-    QTest::addColumn<QString>("parameter");
-    QTest::newRow("a series") << u"10,3"_s;
-    QTest::newRow("text") << u"x"_s;
+    Rows<QString>::Add({
+        {"a series", u"10,3"_s},
+        {"text", u"x"_s},
+    });
 }
 
 void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
 {
-    QFETCH(QString, parameter);
+    const QString& parameter = Rows<QString>::Current();
     m_cannotSplit = true;
     Photo task(parameter);
     EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)",

@@ -1,4 +1,5 @@
 #include "Clock.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
@@ -171,35 +172,31 @@ void ClockTest::SecondsToCountFromTheWholeSecond()
 
 void ClockTest::SecondsToCarryOver_data()
 {
-    QTest::addColumn<QList<int>>("parts");
-    QTest::addColumn<int>("seconds");
     constexpr int GREATEST = std::numeric_limits<int>::max();
     constexpr int LEAST = std::numeric_limits<int>::min();
-    const auto row = [](const char* name, const QList<int>& parts, int seconds) {
-        QTest::newRow(name) << parts << seconds;
-    };
-    // It is 12:00:00.
-    row("24:00:00 is tomorrow's midnight", {24, 0, 0}, 43200);
-    row("25:00:00 is an hour after it", {25, 0, 0}, 46800);
-    row("11:60:05 is five seconds past noon", {11, 60, 5}, 5);
-    row("11:59:65 is five seconds past noon", {11, 59, 65}, 5);
-    row("13:-60:05 is five seconds past noon", {13, -60, 5}, 5);
-    row("-1:00:00 is yesterday", {-1, 0, 0}, -46800);
-    row("99:99:99", {99, 99, 99}, 99 * 3600 + 99 * 60 + 99 - 43200);
-    row("the greatest second", {0, 0, GREATEST}, GREATEST - 43200);
-    row("the greatest minute", {0, GREATEST, 0}, GREATEST);
-    row("the greatest hour", {GREATEST, 0, 0}, GREATEST);
-    row("all three the greatest", {GREATEST, GREATEST, GREATEST}, GREATEST);
-    row("the least second", {0, 0, LEAST}, LEAST);
-    row("the least minute", {0, LEAST, 0}, LEAST);
-    row("the least hour", {LEAST, 0, 0}, LEAST);
-    row("all three the least", {LEAST, LEAST, LEAST}, LEAST);
+    Rows<QList<int>, int>::Add({
+        // It is 12:00:00.
+        {"24:00:00 is tomorrow's midnight", {24, 0, 0}, 43200},
+        {"25:00:00 is an hour after it", {25, 0, 0}, 46800},
+        {"11:60:05 is five seconds past noon", {11, 60, 5}, 5},
+        {"11:59:65 is five seconds past noon", {11, 59, 65}, 5},
+        {"13:-60:05 is five seconds past noon", {13, -60, 5}, 5},
+        {"-1:00:00 is yesterday", {-1, 0, 0}, -46800},
+        {"99:99:99", {99, 99, 99}, 99 * 3600 + 99 * 60 + 99 - 43200},
+        {"the greatest second", {0, 0, GREATEST}, GREATEST - 43200},
+        {"the greatest minute", {0, GREATEST, 0}, GREATEST},
+        {"the greatest hour", {GREATEST, 0, 0}, GREATEST},
+        {"all three the greatest", {GREATEST, GREATEST, GREATEST}, GREATEST},
+        {"the least second", {0, 0, LEAST}, LEAST},
+        {"the least minute", {0, LEAST, 0}, LEAST},
+        {"the least hour", {LEAST, 0, 0}, LEAST},
+        {"all three the least", {LEAST, LEAST, LEAST}, LEAST},
+    });
 }
 
 void ClockTest::SecondsToCarryOver()
 {
-    QFETCH(QList<int>, parts);
-    QFETCH(int, seconds);
+    const auto& [parts, seconds] = Rows<QList<int>, int>::Current();
     // Weeks in summer time or out of it would count as well: here there is none.
     const TimeZone here("UTC");
     Time().SetLocal(QTime(12, 0));
@@ -249,16 +246,17 @@ void ClockTest::SecondsSinceAreNeverNegative()
 
 void ClockTest::AClockFarOffIsNotFatal_data()
 {
-    QTest::addColumn<qint64>("now_ms");
-    QTest::newRow("the greatest moment") << std::numeric_limits<qint64>::max();
-    QTest::newRow("a moment nearly as late") << std::numeric_limits<qint64>::max() / 2;
-    QTest::newRow("a moment very early") << std::numeric_limits<qint64>::min() / 2;
-    QTest::newRow("the least moment") << std::numeric_limits<qint64>::min();
+    Rows<qint64>::Add({
+        {"the greatest moment", std::numeric_limits<qint64>::max()},
+        {"a moment nearly as late", std::numeric_limits<qint64>::max() / 2},
+        {"a moment very early", std::numeric_limits<qint64>::min() / 2},
+        {"the least moment", std::numeric_limits<qint64>::min()},
+    });
 }
 
 void ClockTest::AClockFarOffIsNotFatal()
 {
-    QFETCH(qint64, now_ms);
+    const qint64 now_ms = Rows<qint64>::Current();
     Time().SetUtc_ms(now_ms);
     // Seconds are whole ones, rounded down.
     QVERIFY(Clock::Now() <= now_ms / 1000);

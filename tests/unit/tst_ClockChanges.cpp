@@ -2,6 +2,7 @@
 #include "ActionLine.h"
 #include "Clock.h"
 #include "FakeTask.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TimeZone.h"
 #include "UnitTest.h"
@@ -127,36 +128,28 @@ void ClockChangesTest::SecondsFollowTheWallClockAllDay()
 
 void ClockChangesTest::AnActionAroundTheChange_data()
 {
-    QTest::addColumn<QString>("utc");
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<bool>("early");
-    QTest::addColumn<bool>("ready");
-    const auto row = [](const char* name, const QString& utc, const QString& start, bool early, bool ready) {
-        QTest::newRow(name) << utc << start << early << ready;
-    };
-    // Rome, 2024-03-31: after 01:59:59 comes 03:00:00.
-    row("a skipped time is near before the change", u"2024-03-31T00:59:55"_s, u"02:00:05"_s, true, false);
-    row("a skipped time is past after the change", u"2024-03-31T01:00:05"_s, u"02:00:05"_s, false, false);
-    row("the first second after the change is not near before it", u"2024-03-31T00:59:59"_s, u"03:00:00"_s, false,
-        false);
-    row("the first second after the change is there at once", u"2024-03-31T01:00:00"_s, u"03:00:00"_s, false, true);
-    row("a second later is near then", u"2024-03-31T01:00:00"_s, u"03:00:01"_s, true, false);
-    // Rome, 2024-10-27: after 02:59:59 comes 02:00:00.
-    row("a repeated time is due the first time", u"2024-10-27T00:30:00"_s, u"02:30:00"_s, false, true);
-    row("and the second time", u"2024-10-27T01:30:00"_s, u"02:30:00"_s, false, true);
-    row("a repeated time is near the first time", u"2024-10-27T00:29:50"_s, u"02:30:00"_s, true, false);
-    row("and near the second time", u"2024-10-27T01:29:50"_s, u"02:30:00"_s, true, false);
-    row("the time after it is near at the end of the first", u"2024-10-27T00:59:55"_s, u"03:00:00"_s, true, false);
-    row("but not due then", u"2024-10-27T01:00:00"_s, u"03:00:00"_s, false, false);
-    row("it is due after the second", u"2024-10-27T02:00:00"_s, u"03:00:00"_s, false, true);
+    Rows<QString, QString, bool, bool>::Add({
+        // Rome, 2024-03-31: after 01:59:59 comes 03:00:00.
+        {"a skipped time is near before the change", u"2024-03-31T00:59:55"_s, u"02:00:05"_s, true, false},
+        {"a skipped time is past after the change", u"2024-03-31T01:00:05"_s, u"02:00:05"_s, false, false},
+        {"the first second after the change is not near before it", u"2024-03-31T00:59:59"_s, u"03:00:00"_s, false,
+         false},
+        {"the first second after the change is there at once", u"2024-03-31T01:00:00"_s, u"03:00:00"_s, false, true},
+        {"a second later is near then", u"2024-03-31T01:00:00"_s, u"03:00:01"_s, true, false},
+        // Rome, 2024-10-27: after 02:59:59 comes 02:00:00.
+        {"a repeated time is due the first time", u"2024-10-27T00:30:00"_s, u"02:30:00"_s, false, true},
+        {"and the second time", u"2024-10-27T01:30:00"_s, u"02:30:00"_s, false, true},
+        {"a repeated time is near the first time", u"2024-10-27T00:29:50"_s, u"02:30:00"_s, true, false},
+        {"and near the second time", u"2024-10-27T01:29:50"_s, u"02:30:00"_s, true, false},
+        {"the time after it is near at the end of the first", u"2024-10-27T00:59:55"_s, u"03:00:00"_s, true, false},
+        {"but not due then", u"2024-10-27T01:00:00"_s, u"03:00:00"_s, false, false},
+        {"it is due after the second", u"2024-10-27T02:00:00"_s, u"03:00:00"_s, false, true},
+    });
 }
 
 void ClockChangesTest::AnActionAroundTheChange()
 {
-    QFETCH(QString, utc);
-    QFETCH(QString, start);
-    QFETCH(bool, early);
-    QFETCH(bool, ready);
+    const auto& [utc, start, early, ready] = Rows<QString, QString, bool, bool>::Current();
     const TimeZone here("Europe/Rome");
     Action action(ActionLine{.start = start}.Text());
     action.m_task = std::make_unique<FakeTask>(TASK_VOLUME);

@@ -1,6 +1,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TimeZone.h"
 
@@ -95,26 +96,24 @@ void ClockNightsTest::AStartInTheNight()
 
 void ClockNightsTest::TheFirstSecondsAfterTheChange_data()
 {
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QByteArray>("start");
-    QTest::addColumn<int>("starts"); // over all phases; before the clock is put back it comes in each
+    // over all phases; before the clock is put back it comes in each
     const QString forward = u"2024-03-31T01:00:00"_s;
-    QTest::newRow("forward, the first second") << forward << QByteArray("03:00:00") << 0;
-    QTest::newRow("forward, a second later") << forward << QByteArray("03:00:01") << 5;
-    QTest::newRow("forward, two seconds later") << forward << QByteArray("03:00:02") << 10;
-    QTest::newRow("forward, three seconds later") << forward << QByteArray("03:00:03") << 15;
     const QString back = u"2024-10-27T01:00:00"_s;
-    QTest::newRow("back, the first second") << back << QByteArray("02:00:00") << 15 + 0;
-    QTest::newRow("back, a second later") << back << QByteArray("02:00:01") << 15 + 5;
-    QTest::newRow("back, two seconds later") << back << QByteArray("02:00:02") << 15 + 10;
-    QTest::newRow("back, three seconds later") << back << QByteArray("02:00:03") << 15 + 15;
+    Rows<QString, QByteArray, int>::Add({
+        {"forward, the first second", forward, "03:00:00", 0},
+        {"forward, a second later", forward, "03:00:01", 5},
+        {"forward, two seconds later", forward, "03:00:02", 10},
+        {"forward, three seconds later", forward, "03:00:03", 15},
+        {"back, the first second", back, "02:00:00", 15 + 0},
+        {"back, a second later", back, "02:00:01", 15 + 5},
+        {"back, two seconds later", back, "02:00:02", 15 + 10},
+        {"back, three seconds later", back, "02:00:03", 15 + 15},
+    });
 }
 
 void ClockNightsTest::TheFirstSecondsAfterTheChange()
 {
-    QFETCH(QString, change);
-    QFETCH(QByteArray, start);
-    QFETCH(int, starts);
+    const auto& [change, start, starts] = Rows<QString, QByteArray, int>::Current();
     const TimeZone here("Europe/Rome");
     int found = 0;
     for (int phase = 1; phase <= PHASES; ++phase)
@@ -154,20 +153,16 @@ void ClockNightsTest::AMessageThatStillPlaysComesOnce()
 
 void ClockNightsTest::APlaylistInASkippedHourIsJoinedLate_data()
 {
-    QTest::addColumn<QByteArray>("start");
-    QTest::addColumn<QStringList>("requests");
-    const auto row = [](const char* start, const QStringList& requests) {
-        QTest::newRow(start) << QByteArray(start) << requests;
-    };
-    row("02:58:00", {});
-    row("02:58:40", {u"03:00:00 PlayPlaylist(s:day, s:, u:3, s:02:58:40, b:false)"_s});
-    row("02:59:30", {u"03:00:00 PlayPlaylist(s:day, s:, u:2, s:02:59:30, b:false)"_s});
+    Rows<QByteArray, QStringList>::Add({
+        {"02:58:00", "02:58:00", {}},
+        {"02:58:40", "02:58:40", {u"03:00:00 PlayPlaylist(s:day, s:, u:3, s:02:58:40, b:false)"_s}},
+        {"02:59:30", "02:59:30", {u"03:00:00 PlayPlaylist(s:day, s:, u:2, s:02:59:30, b:false)"_s}},
+    });
 }
 
 void ClockNightsTest::APlaylistInASkippedHourIsJoinedLate()
 {
-    QFETCH(QByteArray, start);
-    QFETCH(QStringList, requests);
+    const auto& [start, requests] = Rows<QByteArray, QStringList>::Current();
     const TimeZone here("Europe/Rome");
     WritePlaylist();
     Before(u"2024-03-31T01:00:00"_s, start + " PlayPlaylist|day");
@@ -182,14 +177,15 @@ void ClockNightsTest::APlaylistInASkippedHourIsJoinedLate()
 
 void ClockNightsTest::TheNextDayIsAsAlways_data()
 {
-    QTest::addColumn<QString>("change");
-    QTest::newRow("after the clock was put forward") << u"2024-03-31T01:00:00"_s;
-    QTest::newRow("after the clock was put back") << u"2024-10-27T01:00:00"_s;
+    Rows<QString>::Add({
+        {"after the clock was put forward", u"2024-03-31T01:00:00"_s},
+        {"after the clock was put back", u"2024-10-27T01:00:00"_s},
+    });
 }
 
 void ClockNightsTest::TheNextDayIsAsAlways()
 {
-    QFETCH(QString, change);
+    const QString& change = Rows<QString>::Current();
     const TimeZone here("Europe/Rome");
     Before(change, "02:30:00 Volume|1");
     Pass(3 * 3600);

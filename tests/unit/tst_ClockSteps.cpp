@@ -2,6 +2,7 @@
 #include "Log.h"
 #include "MissedLines.h"
 #include "PassingTest.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TimeZone.h"
 
@@ -111,15 +112,16 @@ void ClockStepsTest::LightAndRadioFollowTheClockOfTheLoad()
 
 void ClockStepsTest::BackOverAStartItComesAgain_data()
 {
-    QTest::addColumn<qint64>("back_s");
-    QTest::newRow("ten seconds") << qint64{10};
-    QTest::newRow("an hour") << qint64{3600};
-    QTest::newRow("a day") << qint64{86400};
+    Rows<qint64>::Add({
+        {"ten seconds", {10}},
+        {"an hour", {3600}},
+        {"a day", {86400}},
+    });
 }
 
 void ClockStepsTest::BackOverAStartItComesAgain()
 {
-    QFETCH(qint64, back_s);
+    const qint64 back_s = Rows<qint64>::Current();
     Set(WEDNESDAY, QTime(8, 29, 45));
     StartSchedule({"08:30:00 Volume|1"});
     Pass(18);
@@ -151,24 +153,20 @@ void ClockStepsTest::BackByASecondItComesAgainByLuck()
 
 void ClockStepsTest::ForwardOverAStartItIsMissed_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QTime>("to");
-    QTest::addColumn<QByteArray>("task");
     const QByteArray volume = "08:30:00 Volume|1";
     const QByteArray message = "08:30:00 PlayMessage|gong.mp3";
-    QTest::newRow("a volume, by seconds") << volume << QTime(8, 30, 3) << QByteArray("5 (Volume)");
-    QTest::newRow("a volume, by an hour") << volume << QTime(9, 30) << QByteArray("5 (Volume)");
-    QTest::newRow("a message, by seconds") << message << QTime(8, 30, 3) << QByteArray("1 (PlayMessage)");
-    QTest::newRow("a message, by an hour") << message << QTime(9, 30) << QByteArray("1 (PlayMessage)");
-    QTest::newRow("a playlist, past its tolerance")
-        << QByteArray("08:30:00 PlayPlaylist|day") << QTime(8, 31, 35) << QByteArray("2 (PlayPlaylist)");
+    Rows<QByteArray, QTime, QByteArray>::Add({
+        {"a volume, by seconds", volume, QTime(8, 30, 3), "5 (Volume)"},
+        {"a volume, by an hour", volume, QTime(9, 30), "5 (Volume)"},
+        {"a message, by seconds", message, QTime(8, 30, 3), "1 (PlayMessage)"},
+        {"a message, by an hour", message, QTime(9, 30), "1 (PlayMessage)"},
+        {"a playlist, past its tolerance", "08:30:00 PlayPlaylist|day", QTime(8, 31, 35), "2 (PlayPlaylist)"},
+    });
 }
 
 void ClockStepsTest::ForwardOverAStartItIsMissed()
 {
-    QFETCH(QByteArray, line);
-    QFETCH(QTime, to);
-    QFETCH(QByteArray, task);
+    const auto& [line, to, task] = Rows<QByteArray, QTime, QByteArray>::Current();
     WritePlaylist();
     for (const int before_s : {40, 9}) // far, and found early
     {
@@ -211,18 +209,17 @@ void ClockStepsTest::ForwardByADayItComesWhereItIsDue()
 
 void ClockStepsTest::APlaylistIsJoinedLate_data()
 {
-    QTest::addColumn<int>("late_s");
-    QTest::addColumn<int>("track");
-    QTest::newRow("in the first track") << 7 << 2;
-    QTest::newRow("in the second track") << 65 << 3;
-    QTest::newRow("shortly before the end of its tolerance") << 90 << 3;
-    QTest::newRow("with the end of its tolerance, past the last track") << 91 << 4;
+    Rows<int, int>::Add({
+        {"in the first track", 7, 2},
+        {"in the second track", 65, 3},
+        {"shortly before the end of its tolerance", 90, 3},
+        {"with the end of its tolerance, past the last track", 91, 4},
+    });
 }
 
 void ClockStepsTest::APlaylistIsJoinedLate()
 {
-    QFETCH(int, late_s);
-    QFETCH(int, track);
+    const auto& [late_s, track] = Rows<int, int>::Current();
     WritePlaylist();
     Set(WEDNESDAY, QTime(8, 29));
     StartSchedule({"08:30:00 PlayPlaylist|day"});
@@ -279,15 +276,16 @@ void ClockStepsTest::AMessageThatHasEndedIsAskedForAgain()
 
 void ClockStepsTest::AnActionFoundEarlyWaitsForItsTime_data()
 {
-    QTest::addColumn<int>("back_s");
-    QTest::newRow("a second back") << 1;
-    QTest::newRow("a minute back") << 60;
-    QTest::newRow("an hour back") << 3600;
+    Rows<int>::Add({
+        {"a second back", 1},
+        {"a minute back", 60},
+        {"an hour back", 3600},
+    });
 }
 
 void ClockStepsTest::AnActionFoundEarlyWaitsForItsTime()
 {
-    QFETCH(int, back_s);
+    const int back_s = Rows<int>::Current();
     Set(WEDNESDAY, QTime(8, 29, 45));
     StartSchedule({"08:30:00 Volume|1"});
     Pass(6);

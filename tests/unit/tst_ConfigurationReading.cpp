@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayStream.h"
@@ -50,25 +51,21 @@ private Q_SLOTS:
 
 void ConfigurationReadingTest::AStreamAsksForTheServer_data()
 {
-    QTest::addColumn<bool>("isValid");
-    QTest::addColumn<bool>("isFound");
-    QTest::addColumn<LogLine>("log");
-    QTest::newRow("found") << true << true
-                           << LogLine("5 [tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live");
-    // A value that comes back all the same is not used.
-    QTest::newRow("not found") << true << false
-                               << LogLine("1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
-                                          "server ip (value missing)");
-    QTest::newRow("not valid") << false << true
-                               << LogLine("1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
-                                          "server ip (config not valid)");
+    Rows<bool, bool, LogLine>::Add({
+        {"found", true, true, LogLine("5 [tasks/PlayStream.cpp] PlayStream setup done: uri=rtsp://10.0.0.5:8554/live")},
+        // A value that comes back all the same is not used.
+        {"not found", true, false,
+         LogLine("1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
+                 "server ip (value missing)")},
+        {"not valid", false, true,
+         LogLine("1 [tasks/PlayStream.cpp] PlayStream setup error: impossible to retrieve "
+                 "server ip (config not valid)")},
+    });
 }
 
 void ConfigurationReadingTest::AStreamAsksForTheServer()
 {
-    QFETCH(bool, isValid);
-    QFETCH(bool, isFound);
-    QFETCH(LogLine, log);
+    const auto& [isValid, isFound, log] = Rows<bool, bool, LogLine>::Current();
     m_isValid = isValid;
     m_isFound = isFound;
     PlayStream task(u"8554/live"_s, u"-1"_s);

@@ -1,4 +1,5 @@
 #include "PeerAnswers.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/EnableAux.h"
@@ -54,20 +55,17 @@ void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()
 
 void EnableAuxTest::OtherTasksLeaveTheInputAlone_data()
 {
-    QTest::addColumn<QString>("parameter");
-    QTest::addColumn<bool>("hasRun");
-    QTest::addColumn<bool>("running");
-    QTest::newRow("on, never run") << u"1"_s << false << false;
-    QTest::newRow("on, run but not marked") << u"1"_s << true << false;
-    QTest::newRow("off, never run") << u"0"_s << false << false;
-    QTest::newRow("off, marked as running") << u"0"_s << true << true;
+    Rows<QString, bool, bool>::Add({
+        {"on, never run", u"1"_s, false, false},
+        {"on, run but not marked", u"1"_s, true, false},
+        {"off, never run", u"0"_s, false, false},
+        {"off, marked as running", u"0"_s, true, true},
+    });
 }
 
 void EnableAuxTest::OtherTasksLeaveTheInputAlone()
 {
-    QFETCH(QString, parameter);
-    QFETCH(bool, hasRun);
-    QFETCH(bool, running);
+    const auto& [parameter, hasRun, running] = Rows<QString, bool, bool>::Current();
     {
         EnableAux task(parameter);
         if (hasRun)

@@ -1,4 +1,5 @@
 #include "FakeTask.h"
+#include "Rows.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
 
@@ -119,40 +120,36 @@ void FarPassTest::AnActionWaitsInTheEarlyList()
 
 void FarPassTest::APlaylistIsSkippedWhenItsStopIsNear_data()
 {
-    QTest::addColumn<QTime>("now");
-    QTest::addColumn<QByteArray>("play");
-    QTest::addColumn<QByteArray>("stop");
-    QTest::addColumn<bool>("skipped");
-    const auto row = [](const char* name, const QTime& now, const QByteArray& play, const QByteArray& stop,
-                        bool skipped) { QTest::newRow(name) << now << play << stop << skipped; };
     const QByteArray play = Line("10:00:00", "PlayPlaylist|list,-1,xmas");
     const QByteArray stop = Line("10:00:05", "StopPlaylist|xmas");
-    row("ten seconds before the stop is not near", QTime(9, 59, 55), play, stop, false);
-    row("a millisecond less is near", QTime(9, 59, 55, 1), play, stop, true);
-    row("half a second less is near", QTime(9, 59, 55, 500), play, stop, true);
-    row("nine seconds before the stop", QTime(9, 59, 56), play, stop, true);
-    row("just before the play", QTime(9, 59, 59, 999), play, stop, true);
-    row("eleven seconds before the stop", QTime(9, 59, 54), play, stop, false);
-    row("a stop far off", QTime(9, 59, 55), play, Line("11:00:00", "StopPlaylist|xmas"), false);
-    row("a stop of another playlist", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist|easter"), false);
-    row("a stop in another case", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist|Xmas"), false);
-    row("a stop whose identifier only begins the same", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist|xma"),
-        false);
-    row("a stop without identifier", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist"), false);
-    row("neither has an identifier", QTime(9, 59, 58), Line("10:00:00", "PlayPlaylist|list"),
-        Line("10:00:05", "StopPlaylist"), false);
-    row("a stop at the same time", QTime(9, 59, 58), play, Line("10:00:00", "StopPlaylist|xmas"), false);
-    row("a stop before the play", QTime(9, 59, 58), play, Line("09:59:59", "StopPlaylist|xmas"), false);
-    row("a stop a second after the play", QTime(9, 59, 58), play, Line("10:00:01", "StopPlaylist|xmas"), true);
-    row("another task that stops", QTime(9, 59, 58), play, Line("10:00:05", "StopMessage|xmas"), false);
-    row("a message is never skipped", QTime(9, 59, 58), Line("10:00:00", "PlayMessage|list,-1,xmas"), stop, false);
-    row("a stop that is due on another day counts as well", QTime(9, 59, 58), play,
-        "0000000|10:00:05|*|*|*|||StopPlaylist|xmas", true);
-    // Ten seconds from now is after midnight: no time of this day is before it.
-    row("a stop before midnight", QTime(23, 59, 52), Line("23:59:57", "PlayPlaylist|list,-1,xmas"),
-        Line("23:59:59", "StopPlaylist|xmas"), false);
-    row("a stop before midnight, ten seconds from now still today", QTime(23, 59, 49, 999),
-        Line("23:59:57", "PlayPlaylist|list,-1,xmas"), Line("23:59:59", "StopPlaylist|xmas"), true);
+    Rows<QTime, QByteArray, QByteArray, bool>::Add({
+        {"ten seconds before the stop is not near", QTime(9, 59, 55), play, stop, false},
+        {"a millisecond less is near", QTime(9, 59, 55, 1), play, stop, true},
+        {"half a second less is near", QTime(9, 59, 55, 500), play, stop, true},
+        {"nine seconds before the stop", QTime(9, 59, 56), play, stop, true},
+        {"just before the play", QTime(9, 59, 59, 999), play, stop, true},
+        {"eleven seconds before the stop", QTime(9, 59, 54), play, stop, false},
+        {"a stop far off", QTime(9, 59, 55), play, Line("11:00:00", "StopPlaylist|xmas"), false},
+        {"a stop of another playlist", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist|easter"), false},
+        {"a stop in another case", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist|Xmas"), false},
+        {"a stop whose identifier only begins the same", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist|xma"),
+         false},
+        {"a stop without identifier", QTime(9, 59, 58), play, Line("10:00:05", "StopPlaylist"), false},
+        {"neither has an identifier", QTime(9, 59, 58), Line("10:00:00", "PlayPlaylist|list"),
+         Line("10:00:05", "StopPlaylist"), false},
+        {"a stop at the same time", QTime(9, 59, 58), play, Line("10:00:00", "StopPlaylist|xmas"), false},
+        {"a stop before the play", QTime(9, 59, 58), play, Line("09:59:59", "StopPlaylist|xmas"), false},
+        {"a stop a second after the play", QTime(9, 59, 58), play, Line("10:00:01", "StopPlaylist|xmas"), true},
+        {"another task that stops", QTime(9, 59, 58), play, Line("10:00:05", "StopMessage|xmas"), false},
+        {"a message is never skipped", QTime(9, 59, 58), Line("10:00:00", "PlayMessage|list,-1,xmas"), stop, false},
+        {"a stop that is due on another day counts as well", QTime(9, 59, 58), play,
+         "0000000|10:00:05|*|*|*|||StopPlaylist|xmas", true},
+        // Ten seconds from now is after midnight: no time of this day is before it.
+        {"a stop before midnight", QTime(23, 59, 52), Line("23:59:57", "PlayPlaylist|list,-1,xmas"),
+         Line("23:59:59", "StopPlaylist|xmas"), false},
+        {"a stop before midnight, ten seconds from now still today", QTime(23, 59, 49, 999),
+         Line("23:59:57", "PlayPlaylist|list,-1,xmas"), Line("23:59:59", "StopPlaylist|xmas"), true},
+    });
 }
 
 void FarPassTest::OfTwoStopsOfOnePlaylistNoneIsSkipped()
@@ -165,10 +162,7 @@ void FarPassTest::OfTwoStopsOfOnePlaylistNoneIsSkipped()
 
 void FarPassTest::APlaylistIsSkippedWhenItsStopIsNear()
 {
-    QFETCH(QTime, now);
-    QFETCH(QByteArray, play);
-    QFETCH(QByteArray, stop);
-    QFETCH(bool, skipped);
+    const auto& [now, play, stop, skipped] = Rows<QTime, QByteArray, QByteArray, bool>::Current();
     // Whether the stop stands before or after the play in the file makes no difference.
     for (const QByteArrayList& lines : {QByteArrayList{play, stop}, QByteArrayList{stop, play}})
     {

@@ -1,5 +1,6 @@
 #include "Globals.h"
 #include "Log.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 
@@ -51,19 +52,20 @@ private Q_SLOTS:
 
 void LogTest::ARecordIsPrefixAndMessage_data()
 {
-    QTest::addColumn<QByteArray>("message");
-    QTest::newRow("plain text") << "Starting schedule..."_ba;
-    QTest::newRow("an empty message") << ""_ba;
-    QTest::newRow("a trailing newline is the client's business") << "PlayFile error: 3\n"_ba;
-    QTest::newRow("percent signs in an argument are text") << "100% %s %n %d %%"_ba;
-    QTest::newRow("brackets are text") << "[x:1] y"_ba;
-    QTest::newRow("blanks at both ends stay") << "  Dow:    0x7f (1111111) "_ba;
-    QTest::newRow("UTF-8") << "caf\xc3\xa9 \xe2\x82\xac"_ba;
+    Rows<QByteArray>::Add({
+        {"plain text", "Starting schedule..."},
+        {"an empty message", ""},
+        {"a trailing newline is the client's business", "PlayFile error: 3\n"},
+        {"percent signs in an argument are text", "100% %s %n %d %%"},
+        {"brackets are text", "[x:1] y"},
+        {"blanks at both ends stay", "  Dow:    0x7f (1111111) "},
+        {"UTF-8", "caf\xc3\xa9 \xe2\x82\xac"},
+    });
 }
 
 void LogTest::ARecordIsPrefixAndMessage()
 {
-    QFETCH(QByteArray, message);
+    const QByteArray& message = Rows<QByteArray>::Current();
     OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", message.constData());
     QCOMPARE(LogRecorder::Records().size(), 1);
     QCOMPARE(LogRecorder::Records()[0].text, PREFIX + message);
@@ -71,19 +73,18 @@ void LogTest::ARecordIsPrefixAndMessage()
 
 void LogTest::ALongMessageIsCut_data()
 {
-    QTest::addColumn<qsizetype>("length");
-    QTest::addColumn<qsizetype>("kept");
-    QTest::newRow("one less than fits") << ROOM - 1 << ROOM - 1;
-    QTest::newRow("what just fits") << ROOM << ROOM;
-    QTest::newRow("one more than fits") << ROOM + 1 << ROOM;
-    QTest::newRow("the size of the buffer") << qsizetype(512) << ROOM;
-    QTest::newRow("a megabyte") << qsizetype(1'000'000) << ROOM;
+    Rows<qsizetype, qsizetype>::Add({
+        {"one less than fits", ROOM - 1, ROOM - 1},
+        {"what just fits", ROOM, ROOM},
+        {"one more than fits", ROOM + 1, ROOM},
+        {"the size of the buffer", qsizetype(512), ROOM},
+        {"a megabyte", qsizetype(1'000'000), ROOM},
+    });
 }
 
 void LogTest::ALongMessageIsCut()
 {
-    QFETCH(qsizetype, length);
-    QFETCH(qsizetype, kept);
+    const auto& [length, kept] = Rows<qsizetype, qsizetype>::Current();
     OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", QByteArray(length, 'x').constData());
     QCOMPARE(LogRecorder::Records()[0].text, PREFIX + QByteArray(kept, 'x'));
 }
@@ -115,16 +116,17 @@ void LogTest::ACutLeavesNoHalfCharacter()
 
 void LogTest::ACutOfWhatIsNoTextLeavesThePrefix_data()
 {
-    QTest::addColumn<char>("byte");
-    QTest::newRow("continuation bytes alone") << '\x80';
-    QTest::newRow("leads of two bytes alone") << '\xc3';
-    QTest::newRow("leads of four bytes alone") << '\xf0';
-    QTest::newRow("bytes that UTF-8 never has") << '\xff';
+    Rows<char>::Add({
+        {"continuation bytes alone", '\x80'},
+        {"leads of two bytes alone", '\xc3'},
+        {"leads of four bytes alone", '\xf0'},
+        {"bytes that UTF-8 never has", '\xff'},
+    });
 }
 
 void LogTest::ACutOfWhatIsNoTextLeavesThePrefix()
 {
-    QFETCH(char, byte);
+    const char& byte = Rows<char>::Current();
     OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", QByteArray(600, byte).constData());
     const QByteArray text = LogRecorder::Records()[0].text;
     QVERIFY(text.startsWith(PREFIX));
@@ -149,19 +151,18 @@ void LogTest::TheMessageIsFormatted()
 
 void LogTest::EachLevelReachesTheLogClient_data()
 {
-    QTest::addColumn<LogLevel>("level");
-    QTest::addColumn<unsigned int>("number");
-    QTest::newRow("errors are 1") << LEVEL_ERROR << 1U;
-    QTest::newRow("warnings are 2") << LEVEL_WARNING << 2U;
-    QTest::newRow("progress is 4") << LEVEL_NORMAL << 4U;
-    QTest::newRow("details are 5") << LEVEL_DETAIL << 5U;
-    QTest::newRow("trace is 9") << LEVEL_TRACE << 9U;
+    Rows<LogLevel, unsigned int>::Add({
+        {"errors are 1", LEVEL_ERROR, 1U},
+        {"warnings are 2", LEVEL_WARNING, 2U},
+        {"progress is 4", LEVEL_NORMAL, 4U},
+        {"details are 5", LEVEL_DETAIL, 5U},
+        {"trace is 9", LEVEL_TRACE, 9U},
+    });
 }
 
 void LogTest::EachLevelReachesTheLogClient()
 {
-    QFETCH(LogLevel, level);
-    QFETCH(unsigned int, number);
+    const auto& [level, number] = Rows<LogLevel, unsigned int>::Current();
     OZNA_LOG_AT(SITE, level, "text");
     EXPECT_LOG(9, {QByteArray::number(number) + " [Action.cpp] text"});
 }
@@ -189,19 +190,16 @@ void LogTest::WithoutLogClientARecordIsDropped()
 
 void LogTest::WhatIsToldIsTheMessageOfItsRecord_data()
 {
-    QTest::addColumn<QByteArray>("message");
-    QTest::addColumn<QByteArray>("told");
-    QTest::newRow("plain text") << "Unknown task (3)"_ba
-                                << "Unknown task (3)"_ba;
-    QTest::newRow("blanks at its end") << "Unknown task (3) \n"_ba
-                                       << "Unknown task (3)"_ba;
-    QTest::newRow("a cut") << QByteArray(ROOM + 1, 'x') << QByteArray(ROOM, 'x');
+    Rows<QByteArray, QByteArray>::Add({
+        {"plain text", "Unknown task (3)", "Unknown task (3)"},
+        {"blanks at its end", "Unknown task (3) \n", "Unknown task (3)"},
+        {"a cut", QByteArray(ROOM + 1, 'x'), QByteArray(ROOM, 'x')},
+    });
 }
 
 void LogTest::WhatIsToldIsTheMessageOfItsRecord()
 {
-    QFETCH(QByteArray, message);
-    QFETCH(QByteArray, told);
+    const auto& [message, told] = Rows<QByteArray, QByteArray>::Current();
     QCOMPARE(OZNA_TELL_AT(SITE, LEVEL_ERROR, "%s", message.constData()).toUtf8(), told);
     QCOMPARE(LogRecorder::Records().size(), 1);
     QCOMPARE(LogRecorder::Records()[0].text, PREFIX + message.first(std::min(message.size(), ROOM)));

@@ -1,4 +1,5 @@
 #include "PassingTest.h"
+#include "Rows.h"
 #include "Suite.h"
 
 using namespace Qt::StringLiterals;
@@ -79,21 +80,21 @@ void NearLoadsTest::WhatIsDueWithinThreeSecondsIsNotStarted()
 
 void NearLoadsTest::AMessageThatWasAskedForIsStopped_data()
 {
-    QTest::addColumn<int>("loaded_s"); // before the message's time
-    QTest::addColumn<QStringList>("methods");
+    // before the message's time
     const QString first = u"12:00:12 PlayFile"_s;
-    QTest::newRow("16 s") << 16 << QStringList{first};
-    QTest::newRow("15 s") << 15 << QStringList{first};
-    QTest::newRow("7 s") << 7 << QStringList{first, u"12:00:13 StopPlay"_s, u"12:00:16 PlayFile"_s};
-    QTest::newRow("4 s") << 4 << QStringList{first, u"12:00:16 StopPlay"_s, u"12:00:19 PlayFile"_s};
-    QTest::newRow("3 s") << 3 << QStringList{first, u"12:00:17 StopPlay"_s};
-    QTest::newRow("1 s") << 1 << QStringList{first, u"12:00:19 StopPlay"_s};
+    Rows<int, QStringList>::Add({
+        {"16 s", 16, {first}},
+        {"15 s", 15, {first}},
+        {"7 s", 7, {first, u"12:00:13 StopPlay"_s, u"12:00:16 PlayFile"_s}},
+        {"4 s", 4, {first, u"12:00:16 StopPlay"_s, u"12:00:19 PlayFile"_s}},
+        {"3 s", 3, {first, u"12:00:17 StopPlay"_s}},
+        {"1 s", 1, {first, u"12:00:19 StopPlay"_s}},
+    });
 }
 
 void NearLoadsTest::AMessageThatWasAskedForIsStopped()
 {
-    QFETCH(int, loaded_s);
-    QFETCH(QStringList, methods);
+    const auto& [loaded_s, methods] = Rows<int, QStringList>::Current();
     constexpr int DUE_S = 20;
     Time().SetLocal(NOON);
     StartSchedule({"12:00:20 PlayMessage|gong.mp3"});

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -44,20 +45,17 @@ void PeerOwnerTest::ItBelongsToItsProxy()
 
 void PeerOwnerTest::OnlyWhoLeavesIsTold_data()
 {
-    QTest::addColumn<QString>("earlier");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("told");
-    QTest::newRow("the first") << u""_s << u":1.5"_s << 0;
-    QTest::newRow("a successor") << u":1.5"_s << u":1.7"_s << 1;
-    QTest::newRow("nobody any more") << u":1.5"_s << u""_s << 1;
-    QTest::newRow("the same") << u":1.5"_s << u":1.5"_s << 0;
+    Rows<QString, QString, int>::Add({
+        {"the first", u""_s, u":1.5"_s, 0},
+        {"a successor", u":1.5"_s, u":1.7"_s, 1},
+        {"nobody any more", u":1.5"_s, u""_s, 1},
+        {"the same", u":1.5"_s, u":1.5"_s, 0},
+    });
 }
 
 void PeerOwnerTest::OnlyWhoLeavesIsTold()
 {
-    QFETCH(QString, earlier);
-    QFETCH(QString, name);
-    QFETCH(int, told);
+    const auto& [earlier, name, told] = Rows<QString, QString, int>::Current();
     PeerOwner owner(Scheduler::m_photoManProxy);
     const QSignalSpy left(&owner, &PeerOwner::Left);
     owner.Change(earlier, name);
@@ -94,16 +92,15 @@ void PeerOwnerTest::APlaylistCountsAsCompletedOnce()
 
 void PeerOwnerTest::AFailureWithoutAnOwnerLeavesNothingUnderWay_data()
 {
-    QTest::addColumn<QString>("owner");
-    QTest::addColumn<bool>("isRunning");
-    QTest::newRow("no owner") << u""_s << false;
-    QTest::newRow("an owner") << u":1.5"_s << true;
+    Rows<QString, bool>::Add({
+        {"no owner", u""_s, false},
+        {"an owner", u":1.5"_s, true},
+    });
 }
 
 void PeerOwnerTest::AFailureWithoutAnOwnerLeavesNothingUnderWay()
 {
-    QFETCH(QString, owner);
-    QFETCH(bool, isRunning);
+    const auto& [owner, isRunning] = Rows<QString, bool>::Current();
     PeerOwner photo(Scheduler::m_photoManProxy);
     photo.Change({}, owner);
     Bus().AnswerBusError("TakePhoto", u"gone"_s);

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerWaits.h"
@@ -42,20 +43,17 @@ void PeerWaitsTest::NobodyWasWaitedForAtFirst()
 
 void PeerWaitsTest::WaitsThatFollowEachOtherCountAsOne_data()
 {
-    QTest::addColumn<QString>("next");
-    QTest::addColumn<int>("pause_ms");
-    QTest::addColumn<QString>("throughout");
-    QTest::newRow("at once") << SOUND << 0 << SOUND;
-    QTest::newRow("with a short pause") << SOUND << 20 << SOUND;
-    QTest::newRow("with a pause") << SOUND << 21 << QString();
-    QTest::newRow("for another peer") << PHOTO << 0 << QString();
+    Rows<QString, int, QString>::Add({
+        {"at once", SOUND, 0, SOUND},
+        {"with a short pause", SOUND, 20, SOUND},
+        {"with a pause", SOUND, 21, {}},
+        {"for another peer", PHOTO, 0, {}},
+    });
 }
 
 void PeerWaitsTest::WaitsThatFollowEachOtherCountAsOne()
 {
-    QFETCH(QString, next);
-    QFETCH(int, pause_ms);
-    QFETCH(QString, throughout);
+    const auto& [next, pause_ms, throughout] = Rows<QString, int, QString>::Current();
     PeerWaits::Note(SOUND, 0, 600);
     PeerWaits::Note(next, 600 + pause_ms, 1300);
     QCOMPARE(PeerWaits::Throughout(0, 1300), throughout);
@@ -81,22 +79,19 @@ void PeerWaitsTest::TheLatestWaitsAreKept()
 
 void PeerWaitsTest::TheLongestWaitIsThatWithinTheSpan_data()
 {
-    QTest::addColumn<int>("from_ms");
-    QTest::addColumn<int>("to_ms");
-    QTest::addColumn<QString>("longest");
-    QTest::newRow("the longer of two, which is the earlier") << 0 << 20'000 << SOUND;
-    QTest::newRow("the end of the one is shorter than the other") << 4000 << 20'000 << PHOTO;
-    QTest::newRow("the begin of the other is shorter than the one") << 3000 << 7500 << SOUND;
-    QTest::newRow("a second") << 4000 << 6000 << SOUND;
-    QTest::newRow("less than a second") << 4001 << 6000 << QString();
-    QTest::newRow("neither") << 5000 << 6000 << QString();
+    Rows<int, int, QString>::Add({
+        {"the longer of two, which is the earlier", 0, 20'000, SOUND},
+        {"the end of the one is shorter than the other", 4000, 20'000, PHOTO},
+        {"the begin of the other is shorter than the one", 3000, 7500, SOUND},
+        {"a second", 4000, 6000, SOUND},
+        {"less than a second", 4001, 6000, {}},
+        {"neither", 5000, 6000, {}},
+    });
 }
 
 void PeerWaitsTest::TheLongestWaitIsThatWithinTheSpan()
 {
-    QFETCH(int, from_ms);
-    QFETCH(int, to_ms);
-    QFETCH(QString, longest);
+    const auto& [from_ms, to_ms, longest] = Rows<int, int, QString>::Current();
     PeerWaits::Note(SOUND, 0, 5000);
     PeerWaits::Note(PHOTO, 6000, 9000);
     QCOMPARE(PeerWaits::Longest(from_ms, to_ms), longest);

@@ -1,4 +1,5 @@
 #include "PeerAnswers.h"
+#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -84,18 +85,17 @@ private Q_SLOTS:
 
 void PhotoSeriesTest::ASeriesEndsWithItsNumber_data()
 {
-    QTest::addColumn<int>("number");
-    QTest::addColumn<int>("photos");
-    QTest::newRow("3 photos") << 3 << 3;
-    QTest::newRow("2 photos") << 2 << 2;
-    QTest::newRow("100 photos") << 100 << 100;
-    QTest::newRow("0 photos end with the first") << 0 << 1;
+    Rows<int, int>::Add({
+        {"3 photos", 3, 3},
+        {"2 photos", 2, 2},
+        {"100 photos", 100, 100},
+        {"0 photos end with the first", 0, 1},
+    });
 }
 
 void PhotoSeriesTest::ASeriesEndsWithItsNumber()
 {
-    QFETCH(int, number);
-    QFETCH(int, photos);
+    const auto& [number, photos] = Rows<int, int>::Current();
     Photo task(u"10,%1"_s.arg(number));
     for (int day = 0; day < 2; ++day)
     {
@@ -140,15 +140,16 @@ void PhotoSeriesTest::ANegativeNumberNeverEnds()
 
 void PhotoSeriesTest::AnIdleTaskStaysIdle_data()
 {
-    QTest::addColumn<QString>("parameter");
-    QTest::newRow("of one photo") << u""_s;
-    QTest::newRow("of a series") << u"10,3"_s;
-    QTest::newRow("of none") << u"10,0"_s;
+    Rows<QString>::Add({
+        {"of one photo", u""_s},
+        {"of a series", u"10,3"_s},
+        {"of none", u"10,0"_s},
+    });
 }
 
 void PhotoSeriesTest::AnIdleTaskStaysIdle()
 {
-    QFETCH(QString, parameter);
+    const QString& parameter = Rows<QString>::Current();
     const Photo task(parameter);
     LogRecorder::Clear();
     for (const int status : {0, 5})
@@ -265,16 +266,15 @@ void PhotoSeriesTest::ARunBeginsANewSeries()
 
 void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem_data()
 {
-    QTest::addColumn<int>("refusal_ms");
-    QTest::addColumn<int>("stops");
-    QTest::newRow("one stop takes all the time") << 510 << 1;
-    QTest::newRow("two stops do together") << 300 << 2;
+    Rows<int, int>::Add({
+        {"one stop takes all the time", 510, 1},
+        {"two stops do together", 300, 2},
+    });
 }
 
 void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem()
 {
-    QFETCH(int, refusal_ms);
-    QFETCH(int, stops);
+    const auto& [refusal_ms, stops] = Rows<int, int>::Current();
     Photo task(u"10,2"_s);
     HoldUp(task, Bus(), refusal_ms, stops);
     Bus().Answer("StopPhotoStream", 0);

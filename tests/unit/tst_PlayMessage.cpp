@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayMessage.h"
@@ -24,41 +25,31 @@ private:
 
 void PlayMessageTest::ItIsMadeOfTimeFileAndVolume_data()
 {
-    QTest::addColumn<QString>("time");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("volume");
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<bool>("warned");
-    const auto row = [](const char* name, const QString& time, const QString& file, const QString& volume,
-                        const QByteArray& text,
-                        bool warned) { QTest::newRow(name) << time << file << volume << text << warned; };
     const QString time = u"08:30:00"_s;
     const QString file = u"gong.mp3"_s;
-    row("a volume", time, file, u"70"_s, "gong.mp3 @ 08:30:00 (vol=70)", false);
-    row("volume 0", time, file, u"0"_s, "gong.mp3 @ 08:30:00 (vol=0)", false);
-    row("no volume", time, file, u"-1"_s, "gong.mp3 @ 08:30:00 (vol=-1)", false);
-    row("another negative volume", time, file, u"-20"_s, "gong.mp3 @ 08:30:00 (vol=-20)", false);
-    row("a volume beyond all", time, file, u"2147483647"_s, "gong.mp3 @ 08:30:00 (vol=2147483647)", false);
-    row("a volume that no int holds", time, file, u"2147483648"_s, "gong.mp3 @ 08:30:00 (vol=-1)", true);
-    row("a volume with a fraction", time, file, u"70.5"_s, "gong.mp3 @ 08:30:00 (vol=-1)", true);
-    row("a volume that is no number", time, file, u"loud"_s, "gong.mp3 @ 08:30:00 (vol=-1)", true);
-    row("an empty volume", time, file, u""_s, "gong.mp3 @ 08:30:00 (vol=-1)", true);
-    row("an empty file", time, u""_s, u"70"_s, " @ 08:30:00 (vol=70)", false);
-    row("percent signs in the file", time, u"100%s.mp3"_s, u"70"_s, "100%s.mp3 @ 08:30:00 (vol=70)", false);
-    row("UTF-8 in the file", time, u"caf\u00e9.mp3"_s, u"70"_s, "caf\xc3\xa9.mp3 @ 08:30:00 (vol=70)", false);
-    row("the last second", u"23:59:59"_s, file, u"70"_s, "gong.mp3 @ 23:59:59 (vol=70)", false);
-    row("a time of one digit each", u"8:5:0"_s, file, u"70"_s, "gong.mp3 @  (vol=70)", false);
-    row("a time out of range", u"25:00:00"_s, file, u"70"_s, "gong.mp3 @  (vol=70)", false);
-    row("an empty time", u""_s, file, u"70"_s, "gong.mp3 @  (vol=70)", false);
+    Rows<QString, QString, QString, QByteArray, bool>::Add({
+        {"a volume", time, file, u"70"_s, "gong.mp3 @ 08:30:00 (vol=70)", false},
+        {"volume 0", time, file, u"0"_s, "gong.mp3 @ 08:30:00 (vol=0)", false},
+        {"no volume", time, file, u"-1"_s, "gong.mp3 @ 08:30:00 (vol=-1)", false},
+        {"another negative volume", time, file, u"-20"_s, "gong.mp3 @ 08:30:00 (vol=-20)", false},
+        {"a volume beyond all", time, file, u"2147483647"_s, "gong.mp3 @ 08:30:00 (vol=2147483647)", false},
+        {"a volume that no int holds", time, file, u"2147483648"_s, "gong.mp3 @ 08:30:00 (vol=-1)", true},
+        {"a volume with a fraction", time, file, u"70.5"_s, "gong.mp3 @ 08:30:00 (vol=-1)", true},
+        {"a volume that is no number", time, file, u"loud"_s, "gong.mp3 @ 08:30:00 (vol=-1)", true},
+        {"an empty volume", time, file, u""_s, "gong.mp3 @ 08:30:00 (vol=-1)", true},
+        {"an empty file", time, u""_s, u"70"_s, " @ 08:30:00 (vol=70)", false},
+        {"percent signs in the file", time, u"100%s.mp3"_s, u"70"_s, "100%s.mp3 @ 08:30:00 (vol=70)", false},
+        {"UTF-8 in the file", time, u"caf\u00e9.mp3"_s, u"70"_s, "caf\xc3\xa9.mp3 @ 08:30:00 (vol=70)", false},
+        {"the last second", u"23:59:59"_s, file, u"70"_s, "gong.mp3 @ 23:59:59 (vol=70)", false},
+        {"a time of one digit each", u"8:5:0"_s, file, u"70"_s, "gong.mp3 @  (vol=70)", false},
+        {"a time out of range", u"25:00:00"_s, file, u"70"_s, "gong.mp3 @  (vol=70)", false},
+        {"an empty time", u""_s, file, u"70"_s, "gong.mp3 @  (vol=70)", false},
+    });
 }
 
 void PlayMessageTest::ItIsMadeOfTimeFileAndVolume()
 {
-    QFETCH(QString, time);
-    QFETCH(QString, file);
-    QFETCH(QString, volume);
-    QFETCH(QByteArray, text);
-    QFETCH(bool, warned);
+    const auto& [time, file, volume, text, warned] = Rows<QString, QString, QString, QByteArray, bool>::Current();
     const PlayMessage message(time, file, volume);
     LogLines lines;
     if (warned)

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -38,15 +39,16 @@ private:
 
 void PlayMessageEndTest::AnyFilesEndCompletesIt_data()
 {
-    QTest::addColumn<QString>("file");
-    QTest::newRow("its own file") << u"gong.mp3"_s;
-    QTest::newRow("another file") << u"other.mp3"_s;
-    QTest::newRow("no file") << u""_s;
+    Rows<QString>::Add({
+        {"its own file", u"gong.mp3"_s},
+        {"another file", u"other.mp3"_s},
+        {"no file", u""_s},
+    });
 }
 
 void PlayMessageEndTest::AnyFilesEndCompletesIt()
 {
-    QFETCH(QString, file);
+    const QString& file = Rows<QString>::Current();
     const auto message = Gong();
     message->Run();
     LogRecorder::Clear();

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -136,17 +137,16 @@ void PlayPlaylistEndTest::ATaskThatIsGoneHearsNothing()
 
 void PlayPlaylistEndTest::AnotherPlaylistIsLeftAlone_data()
 {
-    QTest::addColumn<bool>("run");
-    QTest::addColumn<int>("status");
-    QTest::newRow("never run") << false << 0;
-    QTest::newRow("refused") << true << 5;
-    QTest::newRow("played to its end") << true << 0;
+    Rows<bool, int>::Add({
+        {"never run", false, 0},
+        {"refused", true, 5},
+        {"played to its end", true, 0},
+    });
 }
 
 void PlayPlaylistEndTest::AnotherPlaylistIsLeftAlone()
 {
-    QFETCH(bool, run);
-    QFETCH(int, status);
+    const auto& [run, status] = Rows<bool, int>::Current();
     PlayPlaylist& task = Make();
     Bus().Answer("PlayPlaylist", status);
     if (run)

@@ -1,4 +1,5 @@
 #include "Request.h"
+#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -133,17 +134,16 @@ void PlayStreamTest::WithoutAPlaybackNoEndIsHeard()
 
 void PlayStreamTest::AnotherStreamIsLeftAlone_data()
 {
-    QTest::addColumn<bool>("run");
-    QTest::addColumn<int>("status");
-    QTest::newRow("never run") << false << 0;
-    QTest::newRow("refused") << true << 5;
-    QTest::newRow("played to its end") << true << 0;
+    Rows<bool, int>::Add({
+        {"never run", false, 0},
+        {"refused", true, 5},
+        {"played to its end", true, 0},
+    });
 }
 
 void PlayStreamTest::AnotherStreamIsLeftAlone()
 {
-    QFETCH(bool, run);
-    QFETCH(int, status);
+    const auto& [run, status] = Rows<bool, int>::Current();
     PlayStream& task = Make();
     Bus().Answer("PlayStream", status);
     if (run)

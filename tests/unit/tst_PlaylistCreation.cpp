@@ -1,5 +1,6 @@
 #include "OrdinaryUser.h"
 #include "PlaylistLines.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayPlaylist.h"
@@ -103,22 +104,22 @@ void PlaylistCreationTest::MakeFile(const QString& kind)
 
 void PlaylistCreationTest::AFileThatCannotBeOpenedIsNoPlaylist_data()
 {
-    QTest::addColumn<bool>("exists");
-    QTest::addColumn<QByteArray>("reason");
     // The row's name is the kind of file.
-    QTest::newRow("nothing") << false << QByteArray();
-    QTest::newRow("link to missing") << false << QByteArray();
-    QTest::newRow("link to xmas") << false << "Too many levels of symbolic links"_ba;
-    QTest::newRow("folder") << true << "Is a directory"_ba;
-    QTest::newRow("pipe") << true << "Not a regular file"_ba; // must not wait for a writer
-    QTest::newRow("link to .") << true << "Is a directory"_ba;
-    QTest::newRow("link to /dev/zero") << true << "Not a regular file"_ba;
+    Rows<bool, QByteArray>::Add({
+        {"nothing", false, {}},
+        {"link to missing", false, {}},
+        {"link to xmas", false, "Too many levels of symbolic links"},
+        {"folder", true, "Is a directory"},
+        {"pipe", true, "Not a regular file"},
+        // must not wait for a writer
+        {"link to .", true, "Is a directory"},
+        {"link to /dev/zero", true, "Not a regular file"},
+    });
 }
 
 void PlaylistCreationTest::AFileThatCannotBeOpenedIsNoPlaylist()
 {
-    QFETCH(bool, exists);
-    QFETCH(QByteArray, reason);
+    const auto& [exists, reason] = Rows<bool, QByteArray>::Current();
     MakeFile(QString::fromLatin1(QTest::currentDataTag()));
     // The volume is read before the file.
     QVERIFY_THROWS_EXCEPTION(std::exception, PlayPlaylist(u"08:30:00"_s, u"xmas"_s, u"loud"_s, {}));

@@ -1,4 +1,5 @@
 #include "PlaylistLines.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayPlaylist.h"
@@ -143,28 +144,18 @@ void PlaylistFileTest::ALineOfAMegabyteIsATrack()
 
 void PlaylistFileTest::ALastLineWithoutAnEndIsTold_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<LogLines>("log");
-    QTest::addColumn<int>("last");
-    QTest::addColumn<int>("tracks");
-    QTest::addColumn<int>("total_s");
     const LogLine first = Found("track1.mp3", 60);
-    QTest::newRow("a track") << "track1.mp3;60\ntrack2.mp3;3"_ba << LogLines{first, Found("track2.mp3", 3)} << 2 << 2
-                             << 65;
-    QTest::newRow("a cut track") << "track1.mp3;60\ntrack2"_ba << LogLines{first, Ignored("track2")} << 2 << 1 << 60;
-    QTest::newRow("a comment") << "track1.mp3;60\n\n# the end"_ba << LogLines{first, Ignored(""), Ignored("# the end")}
-                               << 3 << 1 << 60;
-    QTest::newRow("lone carriage returns")
-        << "track1.mp3;60\rtrack2.mp3;30\r"_ba << LogLines{Found("track1.mp3", 0)} << 1 << 1 << 0;
+    Rows<QByteArray, LogLines, int, int, int>::Add({
+        {"a track", "track1.mp3;60\ntrack2.mp3;3", {first, Found("track2.mp3", 3)}, 2, 2, 65},
+        {"a cut track", "track1.mp3;60\ntrack2", {first, Ignored("track2")}, 2, 1, 60},
+        {"a comment", "track1.mp3;60\n\n# the end", {first, Ignored(""), Ignored("# the end")}, 3, 1, 60},
+        {"lone carriage returns", "track1.mp3;60\rtrack2.mp3;30\r", {Found("track1.mp3", 0)}, 1, 1, 0},
+    });
 }
 
 void PlaylistFileTest::ALastLineWithoutAnEndIsTold()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(LogLines, log);
-    QFETCH(int, last);
-    QFETCH(int, tracks);
-    QFETCH(int, total_s);
+    const auto& [content, log, last, tracks, total_s] = Rows<QByteArray, LogLines, int, int, int>::Current();
     Data().WritePlaylist(content, NAME);
     const PlayPlaylist task = Play();
     EXPECT_LOG(9, (LogLines{Loading(Path())} + log +
@@ -174,37 +165,28 @@ void PlaylistFileTest::ALastLineWithoutAnEndIsTold()
 
 void PlaylistFileTest::AFilesLengthHasItsGaps_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<int>("tracks");
-    QTest::addColumn<int>("total_s");
-    QTest::addColumn<unsigned int>("delayable_s");
-    const auto row = [](const char* name, const QByteArray& content, int tracks, int total_s,
-                        unsigned int delayable_s) {
-        QTest::newRow(name) << content << tracks << total_s << delayable_s;
-    };
-    row("one track has no gap", "track1.mp3;300\n", 1, 300, 0);
-    row("two tracks have one gap", "track1.mp3;60\ntrack2.mp3;30\n", 2, 92, 62);
-    row("three tracks have two gaps", "track1.mp3;60\ntrack2.mp3;30\ntrack3.mp3;100\n", 3, 194, 94);
-    row("a last track at five minutes", "track1.mp3;298\ntrack2.mp3;20\n", 2, 320, 300);
-    row("a track of 0 s has its gaps too", "track1.mp3;60\ntrack2.mp3;none\ntrack3.mp3;30\n", 3, 94, 64);
-    row("nothing but tracks of 0 s", "track1.mp3;000\ntrack2.mp3;000\n", 2, 2, 2);
-    row("lines between the tracks count for nothing", "# ours\ntrack1.mp3;60\n\nwrong line\nshort;1\ntrack2.mp3;30\n",
-        2, 92, 62);
-    row("lines after the tracks count for nothing", "track1.mp3;60\ntrack2.mp3;30\n# end\nwrong line\n", 2, 92, 62);
-    row("a last line without an end", "track1.mp3;60\ntrack2.mp3;30", 2, 92, 62);
-    row("carriage returns and line feeds", "track1.mp3;60\r\ntrack2.mp3;30\r\n", 2, 92, 62);
-    row("the same track twice", "track1.mp3;60\ntrack1.mp3;60\n", 2, 122, 62);
-    row("a negative last track", "track1.mp3;60\ntrack2.mp3;-30\n", 2, 32, 62);
-    row("lengths that no int holds", "track1.mp3;2147483647\ntrack2.mp3;2147483647\n", 2, 0, 2147483649U);
-    row("lengths that wrap around", "track1.mp3;2147483647\ntrack2.mp3;2147483647\ntrack3.mp3;10\n", 3, 12, 2);
+    Rows<QByteArray, int, int, unsigned int>::Add({
+        {"one track has no gap", "track1.mp3;300\n", 1, 300, 0},
+        {"two tracks have one gap", "track1.mp3;60\ntrack2.mp3;30\n", 2, 92, 62},
+        {"three tracks have two gaps", "track1.mp3;60\ntrack2.mp3;30\ntrack3.mp3;100\n", 3, 194, 94},
+        {"a last track at five minutes", "track1.mp3;298\ntrack2.mp3;20\n", 2, 320, 300},
+        {"a track of 0 s has its gaps too", "track1.mp3;60\ntrack2.mp3;none\ntrack3.mp3;30\n", 3, 94, 64},
+        {"nothing but tracks of 0 s", "track1.mp3;000\ntrack2.mp3;000\n", 2, 2, 2},
+        {"lines between the tracks count for nothing", "# ours\ntrack1.mp3;60\n\nwrong line\nshort;1\ntrack2.mp3;30\n",
+         2, 92, 62},
+        {"lines after the tracks count for nothing", "track1.mp3;60\ntrack2.mp3;30\n# end\nwrong line\n", 2, 92, 62},
+        {"a last line without an end", "track1.mp3;60\ntrack2.mp3;30", 2, 92, 62},
+        {"carriage returns and line feeds", "track1.mp3;60\r\ntrack2.mp3;30\r\n", 2, 92, 62},
+        {"the same track twice", "track1.mp3;60\ntrack1.mp3;60\n", 2, 122, 62},
+        {"a negative last track", "track1.mp3;60\ntrack2.mp3;-30\n", 2, 32, 62},
+        {"lengths that no int holds", "track1.mp3;2147483647\ntrack2.mp3;2147483647\n", 2, 0, 2147483649U},
+        {"lengths that wrap around", "track1.mp3;2147483647\ntrack2.mp3;2147483647\ntrack3.mp3;10\n", 3, 12, 2},
+    });
 }
 
 void PlaylistFileTest::AFilesLengthHasItsGaps()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(int, tracks);
-    QFETCH(int, total_s);
-    QFETCH(unsigned int, delayable_s);
+    const auto& [content, tracks, total_s, delayable_s] = Rows<QByteArray, int, int, unsigned int>::Current();
     Data().WritePlaylist(content, NAME);
     const PlayPlaylist task = Play();
     QCOMPARE(task.GetDelayable_s(), delayable_s);
@@ -216,20 +198,18 @@ void PlaylistFileTest::AFilesLengthHasItsGaps()
 
 void PlaylistFileTest::AFileWithoutTracksIsNoPlaylist_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<LogLines>("log");
-    QTest::newRow("an empty file") << ""_ba << LogLines{};
-    QTest::newRow("a line feed") << "\n"_ba << LogLines{Ignored("")};
-    QTest::newRow("only comments") << "# one\n# our songs\n"_ba << LogLines{Ignored("# one"), Ignored("# our songs")};
-    QTest::newRow("only short lines") << "a;1\nb;2\n"_ba << LogLines{Ignored("a;1"), Ignored("b;2")};
-    QTest::newRow("only wrong lines") << "first track\nsecond track\n"_ba
-                                      << LogLines{Wrong("first track"), Wrong("second track")};
+    Rows<QByteArray, LogLines>::Add({
+        {"an empty file", "", {}},
+        {"a line feed", "\n", {Ignored("")}},
+        {"only comments", "# one\n# our songs\n", {Ignored("# one"), Ignored("# our songs")}},
+        {"only short lines", "a;1\nb;2\n", {Ignored("a;1"), Ignored("b;2")}},
+        {"only wrong lines", "first track\nsecond track\n", {Wrong("first track"), Wrong("second track")}},
+    });
 }
 
 void PlaylistFileTest::AFileWithoutTracksIsNoPlaylist()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(LogLines, log);
+    const auto& [content, log] = Rows<QByteArray, LogLines>::Current();
     Data().WritePlaylist(content, NAME);
     QVERIFY_THROWS_EXCEPTION(std::exception, Play());
     EXPECT_LOG(9, (LogLines{Loading(Path())} + log + LogLines{Empty(), Failed()}));

@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "MissedLines.h"
+#include "Rows.h"
 #include "SchedulerAccess.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
@@ -139,24 +140,20 @@ void PlaylistTimingTest::ADelayChoosesTheFirstTrack()
 
 void PlaylistTimingTest::EachDelayCountsFromTheFirstTrack_data()
 {
-    QTest::addColumn<QList<unsigned int>>("delays_s");
-    QTest::addColumn<int>("first");
-    const auto row = [](const char* name, const QList<unsigned int>& delays_s, int first) {
-        QTest::newRow(name) << delays_s << first;
-    };
-    row("the same delay twice", {70, 70}, 3);
-    row("a shorter delay", {70, 10}, 2);
-    row("a longer delay", {10, 70}, 3);
-    row("no delay any more", {70, 0}, 1);
-    row("a delay that is refused changes nothing", {70, 92}, 3);
-    row("a delay after one that was refused", {92, 10}, 2);
-    row("many delays", {10, 10, 10, 10, 10}, 2);
+    Rows<QList<unsigned int>, int>::Add({
+        {"the same delay twice", {70, 70}, 3},
+        {"a shorter delay", {70, 10}, 2},
+        {"a longer delay", {10, 70}, 3},
+        {"no delay any more", {70, 0}, 1},
+        {"a delay that is refused changes nothing", {70, 92}, 3},
+        {"a delay after one that was refused", {92, 10}, 2},
+        {"many delays", {10, 10, 10, 10, 10}, 2},
+    });
 }
 
 void PlaylistTimingTest::EachDelayCountsFromTheFirstTrack()
 {
-    QFETCH(QList<unsigned int>, delays_s);
-    QFETCH(int, first);
+    const auto& [delays_s, first] = Rows<QList<unsigned int>, int>::Current();
     Data().WritePlaylist("track1.mp3;60\ntrack2.mp3;30\n", u"xmas"_s);
     PlayPlaylist task(u"12:00:00"_s, u"xmas"_s, u"-1"_s, u"id"_s);
     for (const unsigned int delay_s : delays_s)
@@ -189,23 +186,22 @@ void PlaylistTimingTest::ALatePlaylistIsJoined()
 
 void PlaylistTimingTest::ACompletedPlaylistIsNotJoined_data()
 {
-    QTest::addColumn<QTime>("now");
-    QTest::addColumn<bool>("early");          // before it has been played
-    QTest::addColumn<bool>("earlyCompleted"); // afterwards
-    QTest::newRow("13 s ahead") << QTime(11, 59, 47) << false << false;
-    QTest::newRow("12 s ahead") << QTime(11, 59, 48) << true << true;
-    QTest::newRow("1 s ahead") << QTime(11, 59, 59) << true << true;
-    QTest::newRow("on the second") << QTime(12, 0) << true << false;
-    QTest::newRow("a second late") << QTime(12, 0, 1) << true << false;
-    QTest::newRow("when the last track starts") << QTime(12, 5) << true << false;
-    QTest::newRow("a second later") << QTime(12, 5, 1) << false << false;
+    // before it has been played
+    // afterwards
+    Rows<QTime, bool, bool>::Add({
+        {"13 s ahead", QTime(11, 59, 47), false, false},
+        {"12 s ahead", QTime(11, 59, 48), true, true},
+        {"1 s ahead", QTime(11, 59, 59), true, true},
+        {"on the second", QTime(12, 0), true, false},
+        {"a second late", QTime(12, 0, 1), true, false},
+        {"when the last track starts", QTime(12, 5), true, false},
+        {"a second later", QTime(12, 5, 1), false, false},
+    });
 }
 
 void PlaylistTimingTest::ACompletedPlaylistIsNotJoined()
 {
-    QFETCH(QTime, now);
-    QFETCH(bool, early);
-    QFETCH(bool, earlyCompleted);
+    const auto& [now, early, earlyCompleted] = Rows<QTime, bool, bool>::Current();
     const std::unique_ptr<Action> action = PlayAtNoon();
     Time().SetLocal(now);
     QCOMPARE(action->IsEarly(), early);

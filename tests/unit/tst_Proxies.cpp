@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "TextDiff.h"
 #include "UnitTest.h"
@@ -51,69 +52,62 @@ private Q_SLOTS:
 
 void ProxiesTest::AProxyHasTheMembersOfItsInterfaceInOrder_data()
 {
-    QTest::addColumn<const QMetaObject*>("metaObject");
-    QTest::addColumn<QStringList>("members");
-    QTest::newRow("update manager") << &UpdateManagerProxy::staticMetaObject
-                                    << QStringList{u"signal FilesUpdateStarted(int,int) [Status, FileType] void"_s,
-                                                   u"signal FilesUpdated(int,int) [Status, FileType] void"_s,
-                                                   u"slot UpdateFiles(int,QString) [FileType, FileName] "
-                                                   "QDBusPendingReply<int>"_s};
-    QTest::newRow("configuration manager")
-        << &ConfigProxy::staticMetaObject
-        << QStringList{
-               u"signal ConfigChanged(QString,QString,QString) [KeyGroup, KeyName, StringValue] void"_s,
-               u"slot GetStringValue(QString,QString) [KeyGroup, Keyname] QDBusPendingReply<int,QString>"_s,
-               u"slot GetStringValue(QString,QString,QString&) [KeyGroup, Keyname, StringValue] QDBusReply<int>"_s,
-               u"slot SetStringValue(QString,QString,QString) [KeyGroup, Keyname, StringValue] "
-               "QDBusPendingReply<int>"_s};
-    QTest::newRow("processor-frequency manager")
-        << &CpuFreqManagerProxy::staticMetaObject
-        << QStringList{u"signal FreqChanged(int) [NewFreqMHz] void"_s,
-                       u"slot GetFreq() [] QDBusPendingReply<int,int>"_s,
-                       u"slot GetFreq(int&) [FreqMHz] QDBusReply<int>"_s,
-                       u"slot Reboot() [] QDBusPendingReply<int>"_s,
-                       u"slot SetFreq(int) [FreqMHz] QDBusPendingReply<int>"_s,
-                       u"slot SetWakeup(uchar,QString) [ModeMask, WakeupTime] QDBusPendingReply<int>"_s,
-                       u"slot Shutdown() [] QDBusPendingReply<int>"_s,
-                       u"slot Suspend() [] QDBusPendingReply<int>"_s};
-    QTest::newRow("GPS manager")
-        << &GpsManagerProxy::staticMetaObject
-        << QStringList{u"signal FixChanged(int,double,double,double,int,int) [NewFixMode, Latitude, Longitude, "
-                       "Altitude, SatellitesVisible, SatellitesUsed] void"_s,
-                       u"slot GetFix() [] QDBusPendingReply<int,bool,int,int,int,double,double,double>"_s,
-                       u"slot GetFix(bool&,int&,int&,int&,double&,double&,double&) [GpsOnline, SatellitesVisible, "
-                       "SatellitesUsed, FixMode, Latitude, Longitude, Altitude] QDBusReply<int>"_s,
-                       u"slot SetEnabled(bool) [Enabled] QDBusPendingReply<int>"_s,
-                       u"slot UpdateFix() [] QDBusPendingReply<int>"_s};
-    QTest::newRow("light manager") << &LightManagerProxy::staticMetaObject
-                                   << QStringList{u"signal LedStatus(uint) [Intensity] void"_s,
-                                                  u"signal LedSwitch(bool) [On] void"_s,
-                                                  u"slot GetIntensity() [] QDBusPendingReply<int,uint>"_s,
-                                                  u"slot GetIntensity(uint&) [Intensity] QDBusReply<int>"_s,
-                                                  u"slot GetSwitch() [] QDBusPendingReply<int,bool>"_s,
-                                                  u"slot GetSwitch(bool&) [On] QDBusReply<int>"_s,
-                                                  u"slot SetIntensity(uint) [Intensity] QDBusPendingReply<int>"_s,
-                                                  u"slot Switch(bool) [On] QDBusPendingReply<int>"_s};
-    QTest::newRow("photo manager") << &PhotoManagerProxy::staticMetaObject
-                                   << QStringList{u"signal CameraEnabled(bool) [Enabled] void"_s,
-                                                  u"signal PhotoStreamStopped(int) [ImagesNum] void"_s,
-                                                  u"signal PhotoTaken(int,QString) [Status, ImagePath] void"_s,
-                                                  u"slot EnableCamera(bool) [Enable] QDBusPendingReply<int>"_s,
-                                                  u"slot StopPhotoStream() [] QDBusPendingReply<int>"_s,
-                                                  u"slot TakePhoto() [] QDBusPendingReply<int>"_s,
-                                                  u"slot TakePhotoStream(int) [Interval_s] QDBusPendingReply<int>"_s};
-    QTest::newRow("sound manager, as the stand-in has it")
-        << &SoundManagerProxy::staticMetaObject
-        << QStringList{u"signal PlayFileCompleted(QString) [file] void"_s,
-                       u"signal PlayPlaylistCompleted(QString) [playlist] void"_s,
-                       u"signal StreamEnabled(bool) [enabled] void"_s};
-    QTest::newRow("network manager, as the stand-in has it") << &NetworkManagerProxy::staticMetaObject << QStringList();
+    Rows<const QMetaObject*, QStringList>::Add({
+        {"update manager",
+         &UpdateManagerProxy::staticMetaObject,
+         {u"signal FilesUpdateStarted(int,int) [Status, FileType] void"_s,
+          u"signal FilesUpdated(int,int) [Status, FileType] void"_s,
+          u"slot UpdateFiles(int,QString) [FileType, FileName] "
+          "QDBusPendingReply<int>"_s}},
+        {"configuration manager",
+         &ConfigProxy::staticMetaObject,
+         {u"signal ConfigChanged(QString,QString,QString) [KeyGroup, KeyName, StringValue] void"_s,
+          u"slot GetStringValue(QString,QString) [KeyGroup, Keyname] QDBusPendingReply<int,QString>"_s,
+          u"slot GetStringValue(QString,QString,QString&) [KeyGroup, Keyname, StringValue] QDBusReply<int>"_s,
+          u"slot SetStringValue(QString,QString,QString) [KeyGroup, Keyname, StringValue] "
+          "QDBusPendingReply<int>"_s}},
+        {"processor-frequency manager",
+         &CpuFreqManagerProxy::staticMetaObject,
+         {u"signal FreqChanged(int) [NewFreqMHz] void"_s, u"slot GetFreq() [] QDBusPendingReply<int,int>"_s,
+          u"slot GetFreq(int&) [FreqMHz] QDBusReply<int>"_s, u"slot Reboot() [] QDBusPendingReply<int>"_s,
+          u"slot SetFreq(int) [FreqMHz] QDBusPendingReply<int>"_s,
+          u"slot SetWakeup(uchar,QString) [ModeMask, WakeupTime] QDBusPendingReply<int>"_s,
+          u"slot Shutdown() [] QDBusPendingReply<int>"_s, u"slot Suspend() [] QDBusPendingReply<int>"_s}},
+        {"GPS manager",
+         &GpsManagerProxy::staticMetaObject,
+         {u"signal FixChanged(int,double,double,double,int,int) [NewFixMode, Latitude, Longitude, "
+          "Altitude, SatellitesVisible, SatellitesUsed] void"_s,
+          u"slot GetFix() [] QDBusPendingReply<int,bool,int,int,int,double,double,double>"_s,
+          u"slot GetFix(bool&,int&,int&,int&,double&,double&,double&) [GpsOnline, SatellitesVisible, "
+          "SatellitesUsed, FixMode, Latitude, Longitude, Altitude] QDBusReply<int>"_s,
+          u"slot SetEnabled(bool) [Enabled] QDBusPendingReply<int>"_s,
+          u"slot UpdateFix() [] QDBusPendingReply<int>"_s}},
+        {"light manager",
+         &LightManagerProxy::staticMetaObject,
+         {u"signal LedStatus(uint) [Intensity] void"_s, u"signal LedSwitch(bool) [On] void"_s,
+          u"slot GetIntensity() [] QDBusPendingReply<int,uint>"_s,
+          u"slot GetIntensity(uint&) [Intensity] QDBusReply<int>"_s,
+          u"slot GetSwitch() [] QDBusPendingReply<int,bool>"_s, u"slot GetSwitch(bool&) [On] QDBusReply<int>"_s,
+          u"slot SetIntensity(uint) [Intensity] QDBusPendingReply<int>"_s,
+          u"slot Switch(bool) [On] QDBusPendingReply<int>"_s}},
+        {"photo manager",
+         &PhotoManagerProxy::staticMetaObject,
+         {u"signal CameraEnabled(bool) [Enabled] void"_s, u"signal PhotoStreamStopped(int) [ImagesNum] void"_s,
+          u"signal PhotoTaken(int,QString) [Status, ImagePath] void"_s,
+          u"slot EnableCamera(bool) [Enable] QDBusPendingReply<int>"_s,
+          u"slot StopPhotoStream() [] QDBusPendingReply<int>"_s, u"slot TakePhoto() [] QDBusPendingReply<int>"_s,
+          u"slot TakePhotoStream(int) [Interval_s] QDBusPendingReply<int>"_s}},
+        {"sound manager, as the stand-in has it",
+         &SoundManagerProxy::staticMetaObject,
+         {u"signal PlayFileCompleted(QString) [file] void"_s,
+          u"signal PlayPlaylistCompleted(QString) [playlist] void"_s, u"signal StreamEnabled(bool) [enabled] void"_s}},
+        {"network manager, as the stand-in has it", &NetworkManagerProxy::staticMetaObject, {}},
+    });
 }
 
 void ProxiesTest::AProxyHasTheMembersOfItsInterfaceInOrder()
 {
-    QFETCH(const QMetaObject*, metaObject);
-    QFETCH(QStringList, members);
+    const auto& [metaObject, members] = Rows<const QMetaObject*, QStringList>::Current();
     const QByteArray difference = TextDiff(members, Members(*metaObject), "member");
     QVERIFY2(difference.isEmpty(), difference.constData());
     QCOMPARE(metaObject->superClass(), &QDBusAbstractInterface::staticMetaObject);

@@ -1,5 +1,6 @@
 #include "Action.h"
 #include "ActionLine.h"
+#include "Rows.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
 #include "tasks/RequestPddAction.h"
@@ -69,18 +70,17 @@ void RequestPddActionTest::ParametersAreReadAtCreation()
 
 void RequestPddActionTest::ASupportedActionIsAnnounced_data()
 {
-    QTest::addColumn<QString>("enable");
-    QTest::addColumn<bool>("on");
-    QTest::newRow("on") << u"1"_s << true;
-    QTest::newRow("off") << u"0"_s << false;
-    QTest::newRow("2 is off") << u"2"_s << false;
-    QTest::newRow("text is off") << u"yes"_s << false;
+    Rows<QString, bool>::Add({
+        {"on", u"1"_s, true},
+        {"off", u"0"_s, false},
+        {"2 is off", u"2"_s, false},
+        {"text is off", u"yes"_s, false},
+    });
 }
 
 void RequestPddActionTest::ASupportedActionIsAnnounced()
 {
-    QFETCH(QString, enable);
-    QFETCH(bool, on);
+    const auto& [enable, on] = Rows<QString, bool>::Current();
     RequestPddAction task(u"1"_s, enable);
     LogRecorder::Clear();
     const QSignalSpy announced(&task, &RequestPddAction::PddAction);
@@ -127,22 +127,16 @@ void RequestPddActionTest::AnActionCarriesTheSignalOn()
 
 void RequestPddActionTest::TheSchedulerCarriesTheSignalOn_data()
 {
-    QTest::addColumn<QByteArray>("parameters");
-    QTest::addColumn<QList<QVariantList>>("announced");
-    QTest::addColumn<LogLines>("log");
-    QTest::newRow("on") << "1,1"_ba << QList<QVariantList>{{1U, true}}
-                        << LogLines{"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"};
-    QTest::newRow("off") << "1,0"_ba << QList<QVariantList>{{1U, false}}
-                         << LogLines{"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=0"};
-    QTest::newRow("unsupported") << "2,1"_ba << QList<QVariantList>{}
-                                 << LogLines{"2 [tasks/RequestPddAction.cpp] Unsupported action '0'"};
+    Rows<QByteArray, QList<QVariantList>, LogLines>::Add({
+        {"on", "1,1", {{1U, true}}, {"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"}},
+        {"off", "1,0", {{1U, false}}, {"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=0"}},
+        {"unsupported", "2,1", {}, {"2 [tasks/RequestPddAction.cpp] Unsupported action '0'"}},
+    });
 }
 
 void RequestPddActionTest::TheSchedulerCarriesTheSignalOn()
 {
-    QFETCH(QByteArray, parameters);
-    QFETCH(QList<QVariantList>, announced);
-    QFETCH(LogLines, log);
+    const auto& [parameters, announced, log] = Rows<QByteArray, QList<QVariantList>, LogLines>::Current();
     StartWith({"1111111|12:00:10|*|*|*|||19|" + parameters});
     const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
     CheckFar();

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
@@ -54,62 +55,81 @@ private Q_SLOTS:
 
 void ScheduleFileTest::AFileIsLoadedLineByLine_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<LogLines>("loading");
-    QTest::addColumn<QStringList>("actions");
-    const auto row = [](const char* name, const QByteArray& content, const LogLines& loading,
-                        const QStringList& actions) { QTest::newRow(name) << content << loading << actions; };
     const QString stop = u"StopMessage 08:30:00"_s;
     const QString play = u"PlayMessage 09:00:00"_s;
     const LogLine fields = Rejected("Wrong action fields (1 found, at least 8 expected)");
-    row("an empty file", "", {Loaded(0)}, {});
-    row("a file of blanks", " \n\t\n\r\n\n \t \n", {Loaded(0)}, {});
-    row("one line", STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop});
-    row("one line without an end", STOP, {STOP_CREATED, Cut(1), Loaded(1)}, {stop});
-    row("a last line without an end", STOP + '\n' + PLAY, {STOP_CREATED, PLAY_CREATED, Cut(2), Loaded(2)},
-        {stop, play});
-    row("a last line that is cut", STOP + '\n' + PLAY.left(6), {STOP_CREATED, fields, IGNORED, Cut(2), Loaded(1)},
-        {stop});
-    row("a comment without an end", STOP + "\n# the", {STOP_CREATED, Cut(2), Loaded(1)}, {stop});
-    row("blanks without an end", STOP + "\r\n\r", {STOP_CREATED, Cut(2), Loaded(1)}, {stop});
-    row("carriage returns without a line feed are one line", STOP + '\r' + PLAY + '\r',
-        {Rejected("Unknown task (99)"), IGNORED, Cut(1), Loaded(0)}, {});
-    row("a carriage return too many", STOP + "\r\r\n" + PLAY + "\r\r\n", {STOP_CREATED, PLAY_CREATED, Loaded(2)},
-        {stop, play});
-    row("two lines", STOP + '\n' + PLAY + '\n', {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
-    row("file order is kept, not time order", PLAY + '\n' + STOP + '\n', {PLAY_CREATED, STOP_CREATED, Loaded(2)},
-        {play, stop});
-    row("carriage returns", STOP + "\r\n" + PLAY + "\r\n", {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play});
-    row("the same line twice is two actions", STOP + '\n' + STOP + '\n', {STOP_CREATED, STOP_CREATED, Loaded(2)},
-        {stop, stop});
-    row("blank lines between", "\n" + STOP + "\n \n\n" + PLAY + '\n', {STOP_CREATED, PLAY_CREATED, Loaded(2)},
-        {stop, play});
-    row("a comment", "# the morning\n" + STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop});
-    row("a line commented out", '#' + STOP + '\n' + PLAY + '\n', {PLAY_CREATED, Loaded(1)}, {play});
-    row("a comment behind a line takes the line with it", STOP + " # stop\n" + PLAY + '\n', {PLAY_CREATED, Loaded(1)},
-        {play});
-    row("a number sign after the first field", "1111111|#" + STOP.mid(8) + '\n', {Loaded(0)}, {});
-    row("a lone number sign is rejected", "#\n" + STOP + '\n', {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop});
-    row("a number sign at the end stays with the line", STOP + "#\n",
-        {Rejected("Unknown task (99)"), IGNORED, Loaded(0)}, {});
-    row("a header is rejected", "Days|Start|Day\n" + STOP + '\n',
-        {Rejected("Wrong action fields (3 found, at least 8 expected)"), IGNORED, STOP_CREATED, Loaded(1)}, {stop});
-    row("rejected lines between good ones", STOP + "\nx\n" + PLAY + "\n1111111|08:30|*|*|*|||StopMessage\n",
-        {STOP_CREATED, fields, IGNORED, PLAY_CREATED,
-         Rejected("Wrong action start time (08:30: hour:minute:second expected)"), IGNORED, Loaded(2)},
-        {stop, play});
-    row("every reason to reject", "1111111|08:30:00|*|*|*|||PlayMessage\n1111111|08:30:00|*|*|*|||3\n",
-        {Rejected("Wrong task parameters (PlayMessage)"), IGNORED, Rejected("Unknown task (3)"), IGNORED, Loaded(0)},
-        {});
-    row("a NUL makes a line of its own kind", QByteArray("\0\n", 2) + STOP + '\n',
-        {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop});
+    Rows<QByteArray, LogLines, QStringList>::Add({
+        {"an empty file", "", {Loaded(0)}, {}},
+        {"a file of blanks", " \n\t\n\r\n\n \t \n", {Loaded(0)}, {}},
+        {"one line", STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop}},
+        {"one line without an end", STOP, {STOP_CREATED, Cut(1), Loaded(1)}, {stop}},
+        {"a last line without an end",
+         STOP + '\n' + PLAY,
+         {STOP_CREATED, PLAY_CREATED, Cut(2), Loaded(2)},
+         {stop, play}},
+        {"a last line that is cut",
+         STOP + '\n' + PLAY.left(6),
+         {STOP_CREATED, fields, IGNORED, Cut(2), Loaded(1)},
+         {stop}},
+        {"a comment without an end", STOP + "\n# the", {STOP_CREATED, Cut(2), Loaded(1)}, {stop}},
+        {"blanks without an end", STOP + "\r\n\r", {STOP_CREATED, Cut(2), Loaded(1)}, {stop}},
+        {"carriage returns without a line feed are one line",
+         STOP + '\r' + PLAY + '\r',
+         {Rejected("Unknown task (99)"), IGNORED, Cut(1), Loaded(0)},
+         {}},
+        {"a carriage return too many",
+         STOP + "\r\r\n" + PLAY + "\r\r\n",
+         {STOP_CREATED, PLAY_CREATED, Loaded(2)},
+         {stop, play}},
+        {"two lines", STOP + '\n' + PLAY + '\n', {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play}},
+        {"file order is kept, not time order",
+         PLAY + '\n' + STOP + '\n',
+         {PLAY_CREATED, STOP_CREATED, Loaded(2)},
+         {play, stop}},
+        {"carriage returns", STOP + "\r\n" + PLAY + "\r\n", {STOP_CREATED, PLAY_CREATED, Loaded(2)}, {stop, play}},
+        {"the same line twice is two actions",
+         STOP + '\n' + STOP + '\n',
+         {STOP_CREATED, STOP_CREATED, Loaded(2)},
+         {stop, stop}},
+        {"blank lines between",
+         "\n" + STOP + "\n \n\n" + PLAY + '\n',
+         {STOP_CREATED, PLAY_CREATED, Loaded(2)},
+         {stop, play}},
+        {"a comment", "# the morning\n" + STOP + '\n', {STOP_CREATED, Loaded(1)}, {stop}},
+        {"a line commented out", '#' + STOP + '\n' + PLAY + '\n', {PLAY_CREATED, Loaded(1)}, {play}},
+        {"a comment behind a line takes the line with it",
+         STOP + " # stop\n" + PLAY + '\n',
+         {PLAY_CREATED, Loaded(1)},
+         {play}},
+        {"a number sign after the first field", "1111111|#" + STOP.mid(8) + '\n', {Loaded(0)}, {}},
+        {"a lone number sign is rejected", "#\n" + STOP + '\n', {fields, IGNORED, STOP_CREATED, Loaded(1)}, {stop}},
+        {"a number sign at the end stays with the line",
+         STOP + "#\n",
+         {Rejected("Unknown task (99)"), IGNORED, Loaded(0)},
+         {}},
+        {"a header is rejected",
+         "Days|Start|Day\n" + STOP + '\n',
+         {Rejected("Wrong action fields (3 found, at least 8 expected)"), IGNORED, STOP_CREATED, Loaded(1)},
+         {stop}},
+        {"rejected lines between good ones",
+         STOP + "\nx\n" + PLAY + "\n1111111|08:30|*|*|*|||StopMessage\n",
+         {STOP_CREATED, fields, IGNORED, PLAY_CREATED,
+          Rejected("Wrong action start time (08:30: hour:minute:second expected)"), IGNORED, Loaded(2)},
+         {stop, play}},
+        {"every reason to reject",
+         "1111111|08:30:00|*|*|*|||PlayMessage\n1111111|08:30:00|*|*|*|||3\n",
+         {Rejected("Wrong task parameters (PlayMessage)"), IGNORED, Rejected("Unknown task (3)"), IGNORED, Loaded(0)},
+         {}},
+        {"a NUL makes a line of its own kind",
+         QByteArray("\0\n", 2) + STOP + '\n',
+         {fields, IGNORED, STOP_CREATED, Loaded(1)},
+         {stop}},
+    });
 }
 
 void ScheduleFileTest::AFileIsLoadedLineByLine()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(LogLines, loading);
-    QFETCH(QStringList, actions);
+    const auto& [content, loading, actions] = Rows<QByteArray, LogLines, QStringList>::Current();
     Data().WriteSchedule(content);
     Create();
     Engine().Start();
@@ -179,18 +199,19 @@ void ScheduleFileTest::AFileThatCannotBeOpenedIsNone()
 
 void ScheduleFileTest::AnyNameIsTakenAsItStands_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::newRow("another file") << u"other.csv"_s;
-    QTest::newRow("no extension") << u"other"_s;
-    QTest::newRow("blanks in the name") << u" a file .csv "_s;
-    QTest::newRow("UTF-8 in the name") << u"m\u00e4rz.csv"_s;
-    QTest::newRow("percent signs in the name") << u"100%s%n.csv"_s;
-    QTest::newRow("a file of the folder above") << u"../schedule/other.csv"_s;
+    Rows<QString>::Add({
+        {"another file", u"other.csv"_s},
+        {"no extension", u"other"_s},
+        {"blanks in the name", u" a file .csv "_s},
+        {"UTF-8 in the name", u"m\u00e4rz.csv"_s},
+        {"percent signs in the name", u"100%s%n.csv"_s},
+        {"a file of the folder above", u"../schedule/other.csv"_s},
+    });
 }
 
 void ScheduleFileTest::AnyNameIsTakenAsItStands()
 {
-    QFETCH(QString, name);
+    const QString& name = Rows<QString>::Current();
     Data().WriteSchedule(STOP + '\n', name);
     Create();
     Engine().SetScheduleFile(name);

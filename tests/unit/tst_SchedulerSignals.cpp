@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "SchedulerAccess.h"
 #include "SchedulerLines.h"
 #include "SchedulerTest.h"
@@ -59,22 +60,19 @@ void SchedulerSignalsTest::ItsSignalsComeInOrder()
 
 void SchedulerSignalsTest::APddActionIsAnnounced_data()
 {
-    QTest::addColumn<int>("action");
-    QTest::addColumn<bool>("enable");
-    QTest::addColumn<QByteArray>("text");
-    QTest::newRow("the microphone's stream, on") << 1 << true << "STREAM_MIC, enable=1"_ba;
-    QTest::newRow("the microphone's stream, off") << 1 << false << "STREAM_MIC, enable=0"_ba;
-    QTest::newRow("none, on") << 0 << true << "UNKNOWN, enable=1"_ba;
-    QTest::newRow("none, off") << 0 << false << "UNKNOWN, enable=0"_ba;
-    QTest::newRow("another") << 2 << true << "UNKNOWN, enable=1"_ba;
-    QTest::newRow("a negative one") << -1 << true << "UNKNOWN, enable=1"_ba;
+    Rows<int, bool, QByteArray>::Add({
+        {"the microphone's stream, on", 1, true, "STREAM_MIC, enable=1"},
+        {"the microphone's stream, off", 1, false, "STREAM_MIC, enable=0"},
+        {"none, on", 0, true, "UNKNOWN, enable=1"},
+        {"none, off", 0, false, "UNKNOWN, enable=0"},
+        {"another", 2, true, "UNKNOWN, enable=1"},
+        {"a negative one", -1, true, "UNKNOWN, enable=1"},
+    });
 }
 
 void SchedulerSignalsTest::APddActionIsAnnounced()
 {
-    QFETCH(int, action);
-    QFETCH(bool, enable);
-    QFETCH(QByteArray, text);
+    const auto& [action, enable, text] = Rows<int, bool, QByteArray>::Current();
     const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
     Engine().OnPddActionRequested(static_cast<PDD_ACTION>(action), enable);
     EXPECT_LOG(9, {"4 [Scheduler.cpp] >>> Requesting PDD Action: action=" + text});
@@ -113,23 +111,21 @@ void SchedulerSignalsTest::AnUpdateEnables()
 
 void SchedulerSignalsTest::OtherUpdatesAreIgnored_data()
 {
-    QTest::addColumn<bool>("completed"); // which of the two signals
-    QTest::addColumn<int>("status");
-    QTest::addColumn<int>("fileType");
-    QTest::newRow("a failed update of the schedule") << true << 1 << 2;
-    QTest::newRow("a negative status") << true << -1 << 2;
-    QTest::newRow("an update of something else") << true << 0 << 1;
-    QTest::newRow("no type") << true << 0 << 0;
-    QTest::newRow("both the other way round") << true << 2 << 0;
-    QTest::newRow("neither") << true << 1 << 3;
-    QTest::newRow("an update that has only begun") << false << 0 << 2;
+    // which of the two signals
+    Rows<bool, int, int>::Add({
+        {"a failed update of the schedule", true, 1, 2},
+        {"a negative status", true, -1, 2},
+        {"an update of something else", true, 0, 1},
+        {"no type", true, 0, 0},
+        {"both the other way round", true, 2, 0},
+        {"neither", true, 1, 3},
+        {"an update that has only begun", false, 0, 2},
+    });
 }
 
 void SchedulerSignalsTest::OtherUpdatesAreIgnored()
 {
-    QFETCH(bool, completed);
-    QFETCH(int, status);
-    QFETCH(int, fileType);
+    const auto& [completed, status, fileType] = Rows<bool, int, int>::Current();
     for (const bool enabled : {true, false})
     {
         Engine().SetEnabled(enabled);

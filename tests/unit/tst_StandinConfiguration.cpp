@@ -1,4 +1,5 @@
 #include "OrdinaryUser.h"
+#include "Rows.h"
 #include "Suite.h"
 
 #include <Configuration.h>
@@ -117,18 +118,18 @@ void StandinConfigurationTest::AValueIsReadFromItsGroup()
 
 void StandinConfigurationTest::WithoutAFileNothingIsValid_data()
 {
-    QTest::addColumn<QByteArray>("content"); // null: no file
-    QTest::addColumn<bool>("isFolder");
-    QTest::newRow("a missing file") << QByteArray() << false;
-    QTest::newRow("a folder") << QByteArray() << true;
-    QTest::newRow("a line that is neither section nor value") << "[GENERAL]\nnonsense\n"_ba << false;
-    QTest::newRow("a section without its end") << "[GENERAL\nServerIp=10.0.0.5\n"_ba << false;
+    // null: no file
+    Rows<QByteArray, bool>::Add({
+        {"a missing file", {}, false},
+        {"a folder", {}, true},
+        {"a line that is neither section nor value", "[GENERAL]\nnonsense\n", false},
+        {"a section without its end", "[GENERAL\nServerIp=10.0.0.5\n", false},
+    });
 }
 
 void StandinConfigurationTest::WithoutAFileNothingIsValid()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(bool, isFolder);
+    const auto& [content, isFolder] = Rows<QByteArray, bool>::Current();
     if (isFolder)
         QVERIFY(QDir().mkdir(Path()));
     else if (!content.isNull())
@@ -142,16 +143,15 @@ void StandinConfigurationTest::WithoutAFileNothingIsValid()
 
 void StandinConfigurationTest::AFileWithoutPermissionIsNotValid_data()
 {
-    QTest::addColumn<int>("permissions");
-    QTest::addColumn<bool>("valid");
-    QTest::newRow("for everybody to read") << 0x6644 << true;
-    QTest::newRow("for nobody to read") << 0 << false;
+    Rows<int, bool>::Add({
+        {"for everybody to read", 0x6644, true},
+        {"for nobody to read", 0, false},
+    });
 }
 
 void StandinConfigurationTest::AFileWithoutPermissionIsNotValid()
 {
-    QFETCH(int, permissions);
-    QFETCH(bool, valid);
+    const auto& [permissions, valid] = Rows<int, bool>::Current();
     Write("[GENERAL]\nServerIp=10.0.0.5\n");
     QVERIFY(QFile::setPermissions(m_folder->path(), QFile::Permissions::fromInt(0x7755)));
     QVERIFY(QFile::setPermissions(Path(), QFile::Permissions::fromInt(static_cast<uint>(permissions))));

@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 
 #include <LogInterface.h>
@@ -219,49 +220,45 @@ private:
 
 void StandinLogTest::ARecordIsOneWriteOfOneLine_data()
 {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QByteArray>("written");
-    const auto row = [](const char* name, const QByteArray& text, const QByteArray& written) {
-        QTest::newRow(name) << text << written;
-    };
-    row("plain text", "[main.cpp:9] Scheduler ready", "[main.cpp:9] Scheduler ready");
-    row("an empty text", "", "");
-    row("a trailing newline is dropped", "text\n", "text");
-    row("all trailing newlines are dropped", "text\n\n\n", "text");
-    row("nothing but newlines", "\n\n", "");
-    row("a newline inside is escaped", "a\nb\n", "a\\nb");
-    row("a newline at the start is escaped", "\na", "\\na");
-    row("a tab is escaped", "a\tb", "a\\tb");
-    row("a carriage return is escaped", "a\rb", "a\\rb");
-    row("a carriage return before the last newline stays, escaped", "a\r\n", "a\\r");
-    row("the first control character is escaped", "a\x01", "a\\x01");
-    row("the last control character is escaped", "a\x1f", "a\\x1f");
-    row("a terminal's escape sequence is escaped", "\x1b[31mred", "\\x1b[31mred");
-    row("delete is escaped", "a\x7f", "a\\x7f");
-    row("the first wide control character is escaped", "a\xc2\x80", "a\\xc2\\x80");
-    row("the next line character is escaped", "a\xc2\x85", "a\\xc2\\x85");
-    row("a terminal's one-character escape is escaped",
-        "\xc2\x9b"
-        "31mred",
-        "\\xc2\\x9b31mred");
-    row("the last wide control character is escaped", "a\xc2\x9f", "a\\xc2\\x9f");
-    row("the no-break space is text", "a\xc2\xa0", "a\xc2\xa0");
-    row("the same second byte of another character is text", "\xc3\x9b", "\xc3\x9b");
-    row("the same last byte of a longer character is text", "\xe2\x82\x9b", "\xe2\x82\x9b");
-    row("two leads, the second of a wide control character", "\xc2\xc2\x9b", "\xc2\\xc2\\x9b");
-    row("a lead at the end is text", "a\xc2", "a\xc2");
-    row("UTF-8 is text", "caf\xc3\xa9 \xf0\x9f\x94\x94", "caf\xc3\xa9 \xf0\x9f\x94\x94");
-    row("a backslash is text", "a\\nb", "a\\nb");
-    row("percent signs are text", "100% %s %n", "100% %s %n");
-    row("a forged record stays inside its line", "x\n1 /origin [Action.cpp:1] forged\n",
-        "x\\n1 /origin [Action.cpp:1] forged");
-    row("a long text is written whole", QByteArray(20'000, 'x'), QByteArray(20'000, 'x'));
+    Rows<QByteArray, QByteArray>::Add({
+        {"plain text", "[main.cpp:9] Scheduler ready", "[main.cpp:9] Scheduler ready"},
+        {"an empty text", "", ""},
+        {"a trailing newline is dropped", "text\n", "text"},
+        {"all trailing newlines are dropped", "text\n\n\n", "text"},
+        {"nothing but newlines", "\n\n", ""},
+        {"a newline inside is escaped", "a\nb\n", "a\\nb"},
+        {"a newline at the start is escaped", "\na", "\\na"},
+        {"a tab is escaped", "a\tb", "a\\tb"},
+        {"a carriage return is escaped", "a\rb", "a\\rb"},
+        {"a carriage return before the last newline stays, escaped", "a\r\n", "a\\r"},
+        {"the first control character is escaped", "a\x01", "a\\x01"},
+        {"the last control character is escaped", "a\x1f", "a\\x1f"},
+        {"a terminal's escape sequence is escaped", "\x1b[31mred", "\\x1b[31mred"},
+        {"delete is escaped", "a\x7f", "a\\x7f"},
+        {"the first wide control character is escaped", "a\xc2\x80", "a\\xc2\\x80"},
+        {"the next line character is escaped", "a\xc2\x85", "a\\xc2\\x85"},
+        {"a terminal's one-character escape is escaped",
+         "\xc2\x9b"
+         "31mred",
+         "\\xc2\\x9b31mred"},
+        {"the last wide control character is escaped", "a\xc2\x9f", "a\\xc2\\x9f"},
+        {"the no-break space is text", "a\xc2\xa0", "a\xc2\xa0"},
+        {"the same second byte of another character is text", "\xc3\x9b", "\xc3\x9b"},
+        {"the same last byte of a longer character is text", "\xe2\x82\x9b", "\xe2\x82\x9b"},
+        {"two leads, the second of a wide control character", "\xc2\xc2\x9b", "\xc2\\xc2\\x9b"},
+        {"a lead at the end is text", "a\xc2", "a\xc2"},
+        {"UTF-8 is text", "caf\xc3\xa9 \xf0\x9f\x94\x94", "caf\xc3\xa9 \xf0\x9f\x94\x94"},
+        {"a backslash is text", "a\\nb", "a\\nb"},
+        {"percent signs are text", "100% %s %n", "100% %s %n"},
+        {"a forged record stays inside its line", "x\n1 /origin [Action.cpp:1] forged\n",
+         "x\\n1 /origin [Action.cpp:1] forged"},
+        {"a long text is written whole", QByteArray(20'000, 'x'), QByteArray(20'000, 'x')},
+    });
 }
 
 void StandinLogTest::ARecordIsOneWriteOfOneLine()
 {
-    QFETCH(QByteArray, text);
-    QFETCH(QByteArray, written);
+    const auto& [text, written] = Rows<QByteArray, QByteArray>::Current();
     QCOMPARE(WritesOf(4, text), QByteArrayList{"4 /origin " + written + '\n'});
 }
 
@@ -305,15 +302,16 @@ void StandinLogTest::TheLevelIsFiltered()
 
 void StandinLogTest::ALogThatTakesNothingIsNotFatal_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("standard error is closed") << u"closed"_s;
-    QTest::newRow("the disk is full") << u"full"_s;
-    QTest::newRow("nobody reads the pipe any more") << u"pipe"_s;
+    Rows<QString>::Add({
+        {"standard error is closed", u"closed"_s},
+        {"the disk is full", u"full"_s},
+        {"nobody reads the pipe any more", u"pipe"_s},
+    });
 }
 
 void StandinLogTest::ALogThatTakesNothingIsNotFatal()
 {
-    QFETCH(QString, kind);
+    const QString& kind = Rows<QString>::Current();
     const pid_t child = ::fork();
     QVERIFY(child >= 0);
     if (child == 0)

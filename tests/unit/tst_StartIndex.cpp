@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "starts/StartIndex.h"
@@ -23,38 +24,34 @@ private Q_SLOTS:
 
 void StartIndexTest::AMomentHasADateAndATime_data()
 {
-    QTest::addColumn<qint64>("moment_s");
-    QTest::addColumn<QDate>("date");
-    QTest::addColumn<QTime>("time");
-    QTest::newRow("the first") << qint64{0} << QDate(1970, 1, 1) << QTime(0, 0);
-    QTest::newRow("the last of that day") << DAY_S - 1 << QDate(1970, 1, 1) << QTime(23, 59, 59);
-    QTest::newRow("the one before") << qint64{-1} << QDate(1969, 12, 31) << QTime(23, 59, 59);
-    QTest::newRow("a day before") << -DAY_S << QDate(1969, 12, 31) << QTime(0, 0);
+    Rows<qint64, QDate, QTime>::Add({
+        {"the first", {0}, QDate(1970, 1, 1), QTime(0, 0)},
+        {"the last of that day", DAY_S - 1, QDate(1970, 1, 1), QTime(23, 59, 59)},
+        {"the one before", {-1}, QDate(1969, 12, 31), QTime(23, 59, 59)},
+        {"a day before", -DAY_S, QDate(1969, 12, 31), QTime(0, 0)},
+    });
 }
 
 void StartIndexTest::AMomentHasADateAndATime()
 {
-    QFETCH(qint64, moment_s);
-    QFETCH(QDate, date);
-    QFETCH(QTime, time);
+    const auto& [moment_s, date, time] = Rows<qint64, QDate, QTime>::Current();
     QCOMPARE(StartIndex::DateOf(moment_s), date);
     QCOMPARE(StartIndex::TimeOf(moment_s), time);
 }
 
 void StartIndexTest::TheLatestMomentIsNowAtTheLatest_data()
 {
-    QTest::addColumn<qint64>("now_s");
-    QTest::addColumn<qint64>("latest_s");
-    QTest::newRow("now") << qint64{NOON_S} << qint64{NOON_S};
-    QTest::newRow("a second ago") << qint64{NOON_S + 1} << qint64{NOON_S};
-    QTest::newRow("yesterday") << qint64{NOON_S - 1} << NOON_S - DAY_S;
-    QTest::newRow("before 1970") << NOON_S - DAY_S - 1 << NOON_S - 2 * DAY_S;
+    Rows<qint64, qint64>::Add({
+        {"now", {NOON_S}, {NOON_S}},
+        {"a second ago", {NOON_S + 1}, {NOON_S}},
+        {"yesterday", {NOON_S - 1}, NOON_S - DAY_S},
+        {"before 1970", NOON_S - DAY_S - 1, NOON_S - 2 * DAY_S},
+    });
 }
 
 void StartIndexTest::TheLatestMomentIsNowAtTheLatest()
 {
-    QFETCH(qint64, now_s);
-    QFETCH(qint64, latest_s);
+    const auto& [now_s, latest_s] = Rows<qint64, qint64>::Current();
     QCOMPARE(qint64{StartIndex::Latest(NOON_S, now_s)}, latest_s);
 }
 

@@ -1,4 +1,5 @@
 #include "OrdinaryUser.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/PlayStream.h"
@@ -38,31 +39,25 @@ void StreamServerTest::Write(const QByteArray& content)
 
 void StreamServerTest::TheServerIsThatOfTheConfiguration_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QString>("portAndPath");
-    QTest::addColumn<QString>("uri");
-    const auto row = [](const char* name, const QByteArray& content, const QString& portAndPath, const QString& uri) {
-        QTest::newRow(name) << content << portAndPath << uri;
-    };
     const QByteArray server = "[GENERAL]\nServerIp=10.0.0.5\n";
-    row("an address", server, u"8554/live"_s, u"rtsp://10.0.0.5:8554/live"_s);
-    row("a name", "[GENERAL]\nServerIp=radio.local\n", u"8554/live"_s, u"rtsp://radio.local:8554/live"_s);
-    row("the address that is the default", "[GENERAL]\nServerIp=127.0.0.1\n", u"8554/live"_s,
-        u"rtsp://127.0.0.1:8554/live"_s);
-    row("an empty address", "[GENERAL]\nServerIp=\n", u"8554/live"_s, u"rtsp://:8554/live"_s);
-    row("other keys and groups around", "[AUDIO]\nServerIp=1.1.1.1\n[GENERAL]\nName=x\nServerIp=10.0.0.5\n",
-        u"8554/live"_s, u"rtsp://10.0.0.5:8554/live"_s);
-    row("no port and path", server, u""_s, u"rtsp://10.0.0.5:"_s);
-    row("a path with a query", server, u"8554/a/b?c=1&d=%20"_s, u"rtsp://10.0.0.5:8554/a/b?c=1&d=%20"_s);
-    row("placeholders in the path", server, u"%1%2"_s, u"rtsp://10.0.0.5:%1%2"_s);
-    row("placeholders in the address", "[GENERAL]\nServerIp=%2%1\n", u"8554/live"_s, u"rtsp://%2%1:8554/live"_s);
+    Rows<QByteArray, QString, QString>::Add({
+        {"an address", server, u"8554/live"_s, u"rtsp://10.0.0.5:8554/live"_s},
+        {"a name", "[GENERAL]\nServerIp=radio.local\n", u"8554/live"_s, u"rtsp://radio.local:8554/live"_s},
+        {"the address that is the default", "[GENERAL]\nServerIp=127.0.0.1\n", u"8554/live"_s,
+         u"rtsp://127.0.0.1:8554/live"_s},
+        {"an empty address", "[GENERAL]\nServerIp=\n", u"8554/live"_s, u"rtsp://:8554/live"_s},
+        {"other keys and groups around", "[AUDIO]\nServerIp=1.1.1.1\n[GENERAL]\nName=x\nServerIp=10.0.0.5\n",
+         u"8554/live"_s, u"rtsp://10.0.0.5:8554/live"_s},
+        {"no port and path", server, u""_s, u"rtsp://10.0.0.5:"_s},
+        {"a path with a query", server, u"8554/a/b?c=1&d=%20"_s, u"rtsp://10.0.0.5:8554/a/b?c=1&d=%20"_s},
+        {"placeholders in the path", server, u"%1%2"_s, u"rtsp://10.0.0.5:%1%2"_s},
+        {"placeholders in the address", "[GENERAL]\nServerIp=%2%1\n", u"8554/live"_s, u"rtsp://%2%1:8554/live"_s},
+    });
 }
 
 void StreamServerTest::TheServerIsThatOfTheConfiguration()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(QString, portAndPath);
-    QFETCH(QString, uri);
+    const auto& [content, portAndPath, uri] = Rows<QByteArray, QString, QString>::Current();
     Write(content);
     PlayStream task(portAndPath, u"-1"_s);
     LogRecorder::Clear();
@@ -74,24 +69,21 @@ void StreamServerTest::TheServerIsThatOfTheConfiguration()
 
 void StreamServerTest::WithoutAServerNothingIsAsked_data()
 {
-    QTest::addColumn<bool>("exists");
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QByteArray>("reason");
     const QByteArray notValid = "config not valid";
     const QByteArray missing = "value missing";
-    QTest::newRow("no file") << false << QByteArray() << notValid;
-    QTest::newRow("a section without its end") << true << "[GENERAL\nServerIp=10.0.0.5\n"_ba << notValid;
-    QTest::newRow("an empty file") << true << ""_ba << missing;
-    QTest::newRow("an empty group") << true << "[GENERAL]\n"_ba << missing;
-    QTest::newRow("another key") << true << "[GENERAL]\nServer=10.0.0.5\n"_ba << missing;
-    QTest::newRow("another group") << true << "[AUDIO]\nServerIp=10.0.0.5\n"_ba << missing;
+    Rows<bool, QByteArray, QByteArray>::Add({
+        {"no file", false, {}, notValid},
+        {"a section without its end", true, "[GENERAL\nServerIp=10.0.0.5\n", notValid},
+        {"an empty file", true, "", missing},
+        {"an empty group", true, "[GENERAL]\n", missing},
+        {"another key", true, "[GENERAL]\nServer=10.0.0.5\n", missing},
+        {"another group", true, "[AUDIO]\nServerIp=10.0.0.5\n", missing},
+    });
 }
 
 void StreamServerTest::WithoutAServerNothingIsAsked()
 {
-    QFETCH(bool, exists);
-    QFETCH(QByteArray, content);
-    QFETCH(QByteArray, reason);
+    const auto& [exists, content, reason] = Rows<bool, QByteArray, QByteArray>::Current();
     if (exists)
         Write(content);
     {

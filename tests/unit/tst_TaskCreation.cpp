@@ -1,6 +1,7 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "PlaylistLines.h"
+#include "Rows.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
 #include "text/Rejection.h"
@@ -244,24 +245,22 @@ void TaskCreationTest::ALineIsRejected()
 
 void TaskCreationTest::ALineWithoutAPlaylistIsRejected_data()
 {
-    QTest::addColumn<QString>("parameters");
-    QTest::addColumn<Rejection::Cause>("cause");
-    QTest::addColumn<LogLines>("log");
-    QTest::newRow("an empty name") << u",80,id"_s << Rejection::Cause::PLAYLIST_FILE
-                                   << LogLines{{"1 [tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN},
-                                               Failed()};
-    QTest::newRow("a playlist without tracks")
-        << u"empty,80,id"_s << Rejection::Cause::PLAYLIST_EMPTY << LogLines{Empty(), Failed()};
-    QTest::newRow("no volume either") << u"empty,loud"_s << Rejection::Cause::PLAYLIST_EMPTY
-                                      << LogLines{"2 [tasks/PlayPlaylist.cpp] Invalid volume=loud, not used", Empty(),
-                                                  Failed()};
+    Rows<QString, Rejection::Cause, LogLines>::Add({
+        {"an empty name",
+         u",80,id"_s,
+         Rejection::Cause::PLAYLIST_FILE,
+         {{"1 [tasks/PlayPlaylist.cpp] Playlist name not specified", FILE_ORIGIN}, Failed()}},
+        {"a playlist without tracks", u"empty,80,id"_s, Rejection::Cause::PLAYLIST_EMPTY, {Empty(), Failed()}},
+        {"no volume either",
+         u"empty,loud"_s,
+         Rejection::Cause::PLAYLIST_EMPTY,
+         {"2 [tasks/PlayPlaylist.cpp] Invalid volume=loud, not used", Empty(), Failed()}},
+    });
 }
 
 void TaskCreationTest::ALineWithoutAPlaylistIsRejected()
 {
-    QFETCH(QString, parameters);
-    QFETCH(Rejection::Cause, cause);
-    QFETCH(LogLines, log);
+    const auto& [parameters, cause, log] = Rows<QString, Rejection::Cause, LogLines>::Current();
     Data().WritePlaylist("# no tracks\n", u"empty"_s);
     const std::optional<Rejection> rejection = RejectionOf(u"PlayPlaylist|"_s + parameters);
     EXPECT_LOG(4, (log));

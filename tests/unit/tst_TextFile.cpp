@@ -1,4 +1,5 @@
 #include "OrdinaryUser.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "text/TextFile.h"
@@ -190,43 +191,39 @@ void TextFileTest::WithoutADescriptorNothingIsOpened()
 
 void TextFileTest::AFileIsReadLineByLine_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QStringList>("lines");
     // Whether the last line has an end is that of the bytes.
-    const auto row = [](const char* name, const QByteArray& content, const QStringList& lines) {
-        QTest::newRow(name) << content << lines;
-    };
     const QString empty = u""_s;
-    row("an empty file has no line", "", {});
-    row("lines come in order", "a\nb\nc\n", {u"a"_s, u"b"_s, u"c"_s});
-    row("a last line without terminator is a line", "a\nb", {u"a"_s, u"b"_s});
-    row("one line without terminator is a line", "a", {u"a"_s});
-    row("carriage return and line feed end a line", "a\r\nb\r\n", {u"a"_s, u"b"_s});
-    row("both ends of line may be mixed", "a\r\nb\nc", {u"a"_s, u"b"_s, u"c"_s});
-    row("lone carriage returns are dropped", "a\rb\rc", {u"abc"_s});
-    row("a carriage return at the end is dropped", "a\nb\r", {u"a"_s, u"b"_s});
-    row("all ends of line may be mixed", "a\rb\r\nc\nd\r\r\ne", {u"ab"_s, u"c"_s, u"d"_s, u"e"_s});
-    row("a carriage return that begins a line is dropped", "a\n\rb", {u"a"_s, u"b"_s});
-    row("a lone carriage return is one empty line", "\r", {empty});
-    row("lone carriage returns are one empty line", "a\n\r\r\r", {u"a"_s, empty});
-    row("a lone line feed is one empty line", "\n", {empty});
-    row("empty lines are lines", "\na\n\nb\n", {empty, u"a"_s, empty, u"b"_s});
-    row("blanks at both ends stay", " a \n\tb\t\n", {u" a "_s, u"\tb\t"_s});
-    row("a NUL is a character like others", QByteArray("a\0b\nc\n", 6), {u"a\0b"_s, u"c"_s});
-    row("a block of NULs is text like other", QByteArray(3, '\0') + "\nb", {QString(3, QChar()), u"b"_s});
-    row("a character that the end cuts is left out", "a\ncaf\xc3", {u"a"_s, u"caf"_s});
-    row("a lone first byte of a character is no line", "\xc3", {});
-    row("text is UTF-8", "caf\xc3\xa9\n", {u"caf\u00e9"_s});
-    row("a byte that is no text becomes the replacement character",
-        "a\xff"
-        "b\nc\n",
-        {u"a\ufffdb"_s, u"c"_s});
+    Rows<QByteArray, QStringList>::Add({
+        {"an empty file has no line", "", {}},
+        {"lines come in order", "a\nb\nc\n", {u"a"_s, u"b"_s, u"c"_s}},
+        {"a last line without terminator is a line", "a\nb", {u"a"_s, u"b"_s}},
+        {"one line without terminator is a line", "a", {u"a"_s}},
+        {"carriage return and line feed end a line", "a\r\nb\r\n", {u"a"_s, u"b"_s}},
+        {"both ends of line may be mixed", "a\r\nb\nc", {u"a"_s, u"b"_s, u"c"_s}},
+        {"lone carriage returns are dropped", "a\rb\rc", {u"abc"_s}},
+        {"a carriage return at the end is dropped", "a\nb\r", {u"a"_s, u"b"_s}},
+        {"all ends of line may be mixed", "a\rb\r\nc\nd\r\r\ne", {u"ab"_s, u"c"_s, u"d"_s, u"e"_s}},
+        {"a carriage return that begins a line is dropped", "a\n\rb", {u"a"_s, u"b"_s}},
+        {"a lone carriage return is one empty line", "\r", {empty}},
+        {"lone carriage returns are one empty line", "a\n\r\r\r", {u"a"_s, empty}},
+        {"a lone line feed is one empty line", "\n", {empty}},
+        {"empty lines are lines", "\na\n\nb\n", {empty, u"a"_s, empty, u"b"_s}},
+        {"blanks at both ends stay", " a \n\tb\t\n", {u" a "_s, u"\tb\t"_s}},
+        {"a NUL is a character like others", QByteArray("a\0b\nc\n", 6), {u"a\0b"_s, u"c"_s}},
+        {"a block of NULs is text like other", QByteArray(3, '\0') + "\nb", {QString(3, QChar()), u"b"_s}},
+        {"a character that the end cuts is left out", "a\ncaf\xc3", {u"a"_s, u"caf"_s}},
+        {"a lone first byte of a character is no line", "\xc3", {}},
+        {"text is UTF-8", "caf\xc3\xa9\n", {u"caf\u00e9"_s}},
+        {"a byte that is no text becomes the replacement character",
+         "a\xff"
+         "b\nc\n",
+         {u"a\ufffdb"_s, u"c"_s}},
+    });
 }
 
 void TextFileTest::AFileIsReadLineByLine()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(QStringList, lines);
+    const auto& [content, lines] = Rows<QByteArray, QStringList>::Current();
     Data().WriteSchedule(content, u"file"_s);
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
@@ -239,19 +236,18 @@ void TextFileTest::AFileIsReadLineByLine()
 
 void TextFileTest::ACarriageReturnIsToldWithItsLine_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<QList<bool>>("returns");
-    QTest::newRow("none") << "a\nb\r\nc"_ba << QList<bool>{false, false, false};
-    QTest::newRow("in a line") << "a\rb\nc\n"_ba << QList<bool>{true, false};
-    QTest::newRow("before an end of line") << "a\r\r\nc\r\n"_ba << QList<bool>{true, false};
-    QTest::newRow("at the beginning of a line") << "a\n\rb\n"_ba << QList<bool>{false, true};
-    QTest::newRow("at the end of the file") << "a\r\nb\r"_ba << QList<bool>{false, true};
+    Rows<QByteArray, QList<bool>>::Add({
+        {"none", "a\nb\r\nc", {false, false, false}},
+        {"in a line", "a\rb\nc\n", {true, false}},
+        {"before an end of line", "a\r\r\nc\r\n", {true, false}},
+        {"at the beginning of a line", "a\n\rb\n", {false, true}},
+        {"at the end of the file", "a\r\nb\r", {false, true}},
+    });
 }
 
 void TextFileTest::ACarriageReturnIsToldWithItsLine()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(QList<bool>, returns);
+    const auto& [content, returns] = Rows<QByteArray, QList<bool>>::Current();
     Data().WriteSchedule(content, u"file"_s);
     TextFile file(Data().SchedulePath(u"file"_s));
     QVERIFY(file.Open());
@@ -306,15 +302,16 @@ void TextFileTest::AnEncodingIsToldByItsMark()
 
 void TextFileTest::BlocksDoNotShow_data()
 {
-    QTest::addColumn<QByteArray>("end");
-    QTest::newRow("line feed") << "\n"_ba;
-    QTest::newRow("carriage return and line feed") << "\r\n"_ba;
-    QTest::newRow("carriage returns and line feed") << "\r\r\n"_ba;
+    Rows<QByteArray>::Add({
+        {"line feed", "\n"},
+        {"carriage return and line feed", "\r\n"},
+        {"carriage returns and line feed", "\r\r\n"},
+    });
 }
 
 void TextFileTest::BlocksDoNotShow()
 {
-    QFETCH(QByteArray, end);
+    const QByteArray& end = Rows<QByteArray>::Current();
     // Wherever a block ends, within a character or a terminator too, no line shows it.
     constexpr int LENGTHS = 700;
     QStringList lines;
@@ -330,16 +327,17 @@ void TextFileTest::BlocksDoNotShow()
 
 void TextFileTest::ATerminatorMayLieAcrossTwoBlocks_data()
 {
-    QTest::addColumn<int>("length");
     // 65536 bytes are read at once.
-    QTest::newRow("both its characters end the first") << 65534;
-    QTest::newRow("one on each side") << 65535;
-    QTest::newRow("both begin the second") << 65536;
+    Rows<int>::Add({
+        {"both its characters end the first", 65534},
+        {"one on each side", 65535},
+        {"both begin the second", 65536},
+    });
 }
 
 void TextFileTest::ATerminatorMayLieAcrossTwoBlocks()
 {
-    QFETCH(int, length);
+    const int length = Rows<int>::Current();
     Data().WriteSchedule(QByteArray(length, 'x') + "\r\nsecond\r\n\r\nfourth", u"file"_s);
     const QStringList expected{QString(length, u'x'), u"second"_s, u""_s, u"fourth"_s};
     QCOMPARE(LinesOf(Data().SchedulePath(u"file"_s)), expected);
@@ -387,18 +385,17 @@ void TextFileTest::AFileThatIsCutIsReadAsFarAsItGoes()
 
 void TextFileTest::AFileThatGrowsIsReadAsItWas_data()
 {
-    QTest::addColumn<int>("lines");
-    QTest::addColumn<int>("found");
-    QTest::newRow("a large file") << LINES << LINES;
-    // 1048576 bytes, at five a line; the last one is cut.
-    QTest::newRow("a small file") << 1 << 209716;
-    QTest::newRow("an empty file") << 0 << 209716;
+    Rows<int, int>::Add({
+        {"a large file", LINES, LINES},
+        // 1048576 bytes, at five a line; the last one is cut.
+        {"a small file", 1, 209716},
+        {"an empty file", 0, 209716},
+    });
 }
 
 void TextFileTest::AFileThatGrowsIsReadAsItWas()
 {
-    QFETCH(int, lines);
-    QFETCH(int, found);
+    const auto& [lines, found] = Rows<int, int>::Current();
     const QString path = Data().SchedulePath(u"file"_s);
     Data().WriteSchedule("line\n"_ba.repeated(lines), u"file"_s);
     TextFile file(path);

@@ -1,4 +1,5 @@
 #include "FakeTask.h"
+#include "Rows.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
 
@@ -101,20 +102,20 @@ void TimerPhasesTest::AWeekStartsEachActionOnceADay()
 
 void TimerPhasesTest::TheFirstSecondsOfADayDependOnThePhase_data()
 {
-    QTest::addColumn<QString>("start");
-    QTest::addColumn<int>("phases"); // at how many of the fifteen it starts
+    // at how many of the fifteen it starts
     // A far pass has to come between midnight and the start.
-    QTest::newRow("midnight never starts") << u"00:00:00"_s << 0;
-    QTest::newRow("a second past it") << u"00:00:01"_s << 5;
-    QTest::newRow("two seconds past it") << u"00:00:02"_s << 10;
-    QTest::newRow("three seconds past it always starts") << u"00:00:03"_s << 15;
-    QTest::newRow("the last second of the day always starts") << u"23:59:59"_s << 15;
+    Rows<QString, int>::Add({
+        {"midnight never starts", u"00:00:00"_s, 0},
+        {"a second past it", u"00:00:01"_s, 5},
+        {"two seconds past it", u"00:00:02"_s, 10},
+        {"three seconds past it always starts", u"00:00:03"_s, 15},
+        {"the last second of the day always starts", u"23:59:59"_s, 15},
+    });
 }
 
 void TimerPhasesTest::TheFirstSecondsOfADayDependOnThePhase()
 {
-    QFETCH(QString, start);
-    QFETCH(int, phases);
+    const auto& [start, phases] = Rows<QString, int>::Current();
     int started = 0;
     for (int phase = 0; phase < PHASES; ++phase)
     {
