@@ -4,6 +4,8 @@
 
 #include <string_view>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -75,7 +77,7 @@ QString Request::Schedule() const
 QString Request::Type() const
 {
     const KindRow& kind = FindKind(m_row->kind);
-    return QStringLiteral("%1 (%2)").arg(kind.number).arg(QLatin1String(kind.logName));
+    return u"%1 (%2)"_s.arg(kind.number).arg(QLatin1String(kind.logName));
 }
 
 QString Request::Call() const
@@ -138,7 +140,7 @@ QString Request::Filled(const char* text) const
     QString filled = QString::fromLatin1(text);
     int number = 0;
     for (const char* value : m_example.values)
-        filled.replace(QStringLiteral("{%1}").arg(++number), QString::fromUtf8(value));
+        filled.replace(u"{%1}"_s.arg(++number), QString::fromUtf8(value));
     return filled;
 }
 
@@ -157,7 +159,7 @@ Request Request::Begun() const
 QStringList Answered(QStringList records, const QString& error, int status)
 {
     for (QString& record : records)
-        record.replace(QStringLiteral("{error}"), error).replace(QStringLiteral("{status}"), QString::number(status));
+        record.replace(u"{error}"_s, error).replace(u"{status}"_s, QString::number(status));
     return records;
 }
 

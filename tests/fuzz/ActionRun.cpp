@@ -5,6 +5,8 @@
 
 #include <QDebug>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -53,7 +55,7 @@ void Delete(std::unique_ptr<Action> action)
     EXPECT_EQUAL(requests.size(), hasToStop ? 1 : 0);
     for (const PeerRequest& request : requests)
     {
-        EXPECT_EQUAL(request.method, QStringLiteral("StopPlay"));
+        EXPECT_EQUAL(request.method, u"StopPlay"_s);
         EXPECT_EQUAL(request.arguments.value(1).toString(), identifier);
     }
 }
@@ -65,7 +67,7 @@ void ActionRun::Check(std::unique_ptr<Action> action, Engine::Answer answer)
     Engine::TakeLog();
     Engine::SetAnswer(answer);
     const QStringList first = Start(*action, answer);
-    Engine::EmitSignals(QStringLiteral("another.mp3"));
+    Engine::EmitSignals(u"another.mp3"_s);
     // A series of photos goes on after one.
     EXPECT_THAT(!action->m_task->IsRunning() || action->m_task->m_type == TASK_RECORD_PHOTO, "still running");
     Engine::TakeRequests();

@@ -15,6 +15,8 @@
 #include <array>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -39,7 +41,7 @@ Engine::Answer m_answer = Engine::ACCEPTED;
 PeerReply Reply(const PeerRequest&)
 {
     if (m_answer == Engine::BUS_ERROR)
-        return PeerReply::Failed(QStringLiteral("Did not receive a reply\nin time"));
+        return PeerReply::Failed(u"Did not receive a reply\nin time"_s);
     return PeerReply(m_answer == Engine::ACCEPTED ? 0 : REFUSAL);
 }
 
@@ -81,9 +83,9 @@ void Engine::SetUp()
 {
     LogRecorder::Install();
     Current().emplace();
-    Data().WritePlaylist("intro.mp3;60\nmiddle.mp3;0\nend of it.mp3;30\n", QStringLiteral("morning"));
-    Data().WritePlaylist("carol.mp3;240\n", QStringLiteral("xmas"));
-    const QString configuration = Data().Path() + QStringLiteral("/ozna.ini");
+    Data().WritePlaylist("intro.mp3;60\nmiddle.mp3;0\nend of it.mp3;30\n", u"morning"_s);
+    Data().WritePlaylist("carol.mp3;240\n", u"xmas"_s);
+    const QString configuration = Data().Path() + u"/ozna.ini"_s;
     QFile file(configuration);
     if (!file.open(QIODevice::WriteOnly) || file.write("[GENERAL]\nServerIp=10.0.0.5\n") < 0)
         qFatal("%s", qPrintable(file.errorString()));

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -52,7 +54,7 @@ int Spot(const QString& field, int first, int last)
 
 QString Shown(int spot)
 {
-    return spot == ANY ? QStringLiteral("*") : QString::number(spot);
+    return spot == ANY ? u"*"_s : QString::number(spot);
 }
 
 } // namespace
@@ -65,7 +67,7 @@ LineReading::LineReading(const QString& line)
         return;
     for (int i = 0; i < static_cast<int>(DAYS.size()); ++i)
     {
-        if (fields[0].mid(i, 1) == QStringLiteral("1"))
+        if (fields[0].mid(i, 1) == u"1"_s)
             daysMask |= DAYS[static_cast<size_t>(i)];
     }
     const QStringList parts = Reading::Tokens(fields[1], ':');
@@ -96,9 +98,9 @@ QString LineReading::Rewritten() const
     QString days;
     for (const unsigned int bit : DAYS)
         days += QLatin1Char((daysMask & bit) != 0 ? '1' : '-');
-    const QString dateFormat = QStringLiteral("yyyyMMdd");
+    const QString dateFormat = u"yyyyMMdd"_s;
     QStringList rewritten{days,
-                          QStringLiteral("%1:%2:%3").arg(hour).arg(minute).arg(second),
+                          u"%1:%2:%3"_s.arg(hour).arg(minute).arg(second),
                           Shown(day),
                           Shown(month),
                           Shown(year),

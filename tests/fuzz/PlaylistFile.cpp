@@ -8,6 +8,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 // A playlist's file, as its task reads it. Input: the file's content.
 
 namespace
@@ -15,7 +17,7 @@ namespace
 
 constexpr qsizetype LONGEST_IGNORED_LINE = 9;
 constexpr std::int64_t GAP_S = 2;
-const QString NAME = QStringLiteral("list");
+const QString NAME = u"list"_s;
 
 // What the content should come to; exact where it is plain.
 struct Tracks
@@ -65,8 +67,7 @@ std::unique_ptr<PlayPlaylist> Load()
 {
     try
     {
-        return std::make_unique<PlayPlaylist>(QStringLiteral("08:30:00"), NAME, QStringLiteral("-1"),
-                                              QStringLiteral("id"));
+        return std::make_unique<PlayPlaylist>(u"08:30:00"_s, NAME, u"-1"_s, u"id"_s);
     }
     catch (const std::exception&)
     {
@@ -139,7 +140,7 @@ void CheckLoaded(PlayPlaylist& playlist, const QList<LogRecord>& log, const Trac
                      "TASK CREATED | PlayPlaylist: list at 08:30:00 (" + length + " s, vol=-1)");
     }
     EXPECT_THAT(!playlist.IsRunning() && !playlist.IsCompleted(), "a new playlist waits");
-    EXPECT_EQUAL(playlist.m_identifier, QStringLiteral("id"));
+    EXPECT_EQUAL(playlist.m_identifier, u"id"_s);
     CheckStarts(playlist, count, tracks, isPlain);
     CheckEnd(playlist);
 }

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -23,13 +25,12 @@ bool AnyValues(const Values&)
 bool IsSentTime(const QVariant& value)
 {
     const QString text = value.toString();
-    return text.isEmpty() ||
-           QTime::fromString(text, QStringLiteral("hh:mm:ss")).toString(QStringLiteral("hh:mm:ss")) == text;
+    return text.isEmpty() || QTime::fromString(text, u"hh:mm:ss"_s).toString(u"hh:mm:ss"_s) == text;
 }
 
 bool IsPlayerVolume(const Values& values)
 {
-    static const QStringList players{QStringLiteral("file"), QStringLiteral("playlist"), QStringLiteral("stream")};
+    static const QStringList players{u"file"_s, u"playlist"_s, u"stream"_s};
     return players.contains(values[0].toString()) && values[1].toDouble() >= 0;
 }
 
@@ -45,15 +46,14 @@ bool IsPlaylist(const Values& values)
 
 bool IsStream(const Values& values)
 {
-    return values[0].toString().startsWith(QStringLiteral("rtsp://")) && values[1].toUInt() == 0;
+    return values[0].toString().startsWith(u"rtsp://"_s) && values[1].toUInt() == 0;
 }
 
 bool IsStop(const Values& values)
 {
-    static const QStringList sources{QStringLiteral("file"), QStringLiteral("playlist"), QStringLiteral("stream"),
-                                     QStringLiteral("radiofm"), QStringLiteral("aux")};
+    static const QStringList sources{u"file"_s, u"playlist"_s, u"stream"_s, u"radiofm"_s, u"aux"_s};
     const QString source = values[0].toString();
-    return sources.contains(source) && (source == QStringLiteral("playlist") || values[1].toString().isEmpty());
+    return sources.contains(source) && (source == u"playlist"_s || values[1].toString().isEmpty());
 }
 
 bool IsFrequency(const Values& values)

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 // A schedule file, as the scheduler loads it, and the passes around its starts. Input: the file's content.
 
 namespace
@@ -23,7 +25,7 @@ const QByteArray PREFIX = "[Action.cpp:";
 // Lives until the process ends: its end would be logged when the log has gone.
 Scheduler& TheScheduler()
 {
-    static Scheduler* const scheduler = new Scheduler(QStringLiteral("schedule.csv"));
+    static Scheduler* const scheduler = new Scheduler(u"schedule.csv"_s);
     return *scheduler;
 }
 
@@ -82,7 +84,7 @@ void CheckLines(const QByteArray& content, const QList<LogRecord>& log)
 // last: the line without an end; 0 where there is none.
 void CheckCut(int last, const QList<LogRecord>& log)
 {
-    const QString told = QStringLiteral("Schedule file may be cut: line %1 has no line end").arg(last);
+    const QString told = u"Schedule file may be cut: line %1 has no line end"_s.arg(last);
     EXPECT_EQUAL(Count(log, "Schedule file may be cut: "), last > 0 ? 1 : 0);
     EXPECT_EQUAL(Count(log, qPrintable(told)), last > 0 ? 1 : 0);
 }
@@ -113,7 +115,7 @@ void CheckLoaded(const QByteArray& content, const QList<LogRecord>& log)
     const QList<Action*> actions = Members(FarList());
     EXPECT_THAT(EarlyList().Size() == 0, "a new action is far");
     EXPECT_EQUAL(Count(log, ">>> Action line: "), actions.size() + Count(log, "Action ignored"));
-    EXPECT_EQUAL(Count(log, qPrintable(QStringLiteral("Schedule loaded (%1 tasks)").arg(actions.size()))), 1);
+    EXPECT_EQUAL(Count(log, qPrintable(u"Schedule loaded (%1 tasks)"_s.arg(actions.size()))), 1);
     EXPECT_EQUAL(Count(log, "Unexpected error"), 0);
     if (Reading::IsPlain(content))
     {
@@ -178,7 +180,7 @@ void CheckPasses(const QSet<Action*>& loaded)
             FarPass(loaded);
             EarlyPass(loaded);
         }
-        Engine::EmitSignals(QStringLiteral("gong.mp3"));
+        Engine::EmitSignals(u"gong.mp3"_s);
         Engine::TakeRequests();
     }
 }
@@ -193,7 +195,7 @@ void Stop()
     const QList<PeerRequest> requests = Engine::TakeRequests();
     EXPECT_EQUAL(requests.size(), playing);
     for (const PeerRequest& request : requests)
-        EXPECT_EQUAL(request.method, QStringLiteral("StopPlay"));
+        EXPECT_EQUAL(request.method, u"StopPlay"_s);
     EXPECT_THAT(FarList().Size() == 0 && EarlyList().Size() == 0, "nothing is left");
     EXPECT_THAT(!SchedulerAccess::FarTimer(TheScheduler()).isActive(), "no far pass any more");
     EXPECT_THAT(!SchedulerAccess::EarlyTimer(TheScheduler()).isActive(), "no early pass any more");

@@ -10,6 +10,8 @@
 #include <array>
 #include <functional>
 
+using namespace Qt::StringLiterals;
+
 // The text of a task's parameters, as the kind's row of the table takes it. Input: a letter from 'a' for the kind's
 // number, and the text.
 
@@ -18,7 +20,7 @@ namespace
 
 constexpr int KINDS = TASK_REQUEST_PDD_ACTION + 1;
 constexpr int SINGLE_PHOTO = 1;
-const QString START_TIME = QStringLiteral("08:30:00");
+const QString START_TIME = u"08:30:00"_s;
 
 int Int(const QStringList& parameters, int index, int fallback)
 {
@@ -35,9 +37,9 @@ QStringList Playing(const char* player, int volume, const QString& request)
 {
     QStringList requests;
     if (volume >= 0)
-        requests.append(QStringLiteral("soundmanager SetPlayerVolume(s:%1, d:%2)")
-                            .arg(QLatin1String(player), QVariant(double(volume)).toString()));
-    requests.append(QStringLiteral("soundmanager ") + request);
+        requests.append(
+            u"sound.SetPlayerVolume sd %1 %2"_s.arg(QLatin1String(player), QVariant(double(volume)).toString()));
+    requests.append(u"sound."_s + request);
     return requests;
 }
 
@@ -45,41 +47,36 @@ QStringList Light(const QStringList& parameters)
 {
     const auto intensity = static_cast<unsigned int>(Int(parameters, 0, 0));
     if (intensity == 0)
-        return {QStringLiteral("lightmanager Switch(b:false)")};
-    return {QStringLiteral("lightmanager SetIntensity(u:%1)").arg(intensity),
-            QStringLiteral("lightmanager Switch(b:true)")};
+        return {u"light.Switch b false"_s};
+    return {u"light.SetIntensity u %1"_s.arg(intensity), u"light.Switch b true"_s};
 }
 
 QStringList Message(const QStringList& parameters)
 {
-    return Playing("file", Int(parameters, 1, -1),
-                   QStringLiteral("PlayFile(s:") + parameters[0] + QStringLiteral(", s:08:30:00)"));
+    return Playing("file", Int(parameters, 1, -1), u"PlayFile ss "_s + parameters[0] + u" 08:30:00"_s);
 }
 
 QStringList Playlist(const QStringList& parameters)
 {
     return Playing("playlist", Int(parameters, 1, -1),
-                   QStringLiteral("PlayPlaylist(s:") + parameters[0] + QStringLiteral(", s:") + parameters.value(2) +
-                       QStringLiteral(", u:1, s:08:30:00, b:false)"));
+                   u"PlayPlaylist ssusb "_s + parameters[0] + u' ' + parameters.value(2) + u" 1 08:30:00 false"_s);
 }
 
 QStringList Stream(const QStringList& parameters)
 {
-    return Playing("stream", Int(parameters, 1, -1),
-                   QStringLiteral("PlayStream(s:rtsp://10.0.0.5:") + parameters[0] + QStringLiteral(", u:0)"));
+    return Playing("stream", Int(parameters, 1, -1), u"PlayStream su rtsp://10.0.0.5:"_s + parameters[0] + u" 0"_s);
 }
 
 QStringList Photo(const QStringList& parameters)
 {
     if (Int(parameters, 1, SINGLE_PHOTO) == SINGLE_PHOTO)
-        return {QStringLiteral("photomanager TakePhoto()")};
-    return {QStringLiteral("photomanager TakePhotoStream(i:%1)").arg(Int(parameters, 0, 0))};
+        return {u"photo.TakePhoto -"_s};
+    return {u"photo.TakePhotoStream i %1"_s.arg(Int(parameters, 0, 0))};
 }
 
 QStringList MasterVolume(const QStringList& parameters)
 {
-    return {
-        QStringLiteral("soundmanager SetMasterVolume(d:%1)").arg(QVariant(double(Int(parameters, 0, 0))).toString())};
+    return {u"sound.SetMasterVolume d %1"_s.arg(QVariant(double(Int(parameters, 0, 0))).toString())};
 }
 
 QStringList Radio(const QStringList& parameters)
@@ -87,63 +84,58 @@ QStringList Radio(const QStringList& parameters)
     bool isNumber = false;
     const double frequency = parameters[0].toDouble(&isNumber);
     if (!isNumber || frequency == 0.0)
-        return {QStringLiteral("soundmanager StopPlay(s:radiofm, s:)")};
-    return {QStringLiteral("soundmanager PlayRadioFm()"),
-            QStringLiteral("soundmanager RadioFmSetFrequency(d:%1)").arg(QVariant(frequency).toString())};
+        return {u"sound.StopPlay ss radiofm "_s};
+    return {u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d %1"_s.arg(QVariant(frequency).toString())};
 }
 
 QStringList Mask(const QStringList& parameters)
 {
-    return {QStringLiteral("soundmanager SetAmplifiers(y:%1)").arg(Int(parameters, 0, 0) & 0xff)};
+    return {u"sound.SetAmplifiers y %1"_s.arg(Int(parameters, 0, 0) & 0xff)};
 }
 
 QStringList Speed(const QStringList&)
 {
-    return {QStringLiteral("freqmanager SetFreq(i:456)")};
+    return {u"freq.SetFreq i 456"_s};
 }
 
 QStringList Camera(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("photomanager EnableCamera(b:true)")
-                             : QStringLiteral("photomanager EnableCamera(b:false)")};
+    return {IsOn(parameters) ? u"photo.EnableCamera b true"_s : u"photo.EnableCamera b false"_s};
 }
 
 QStringList Gps(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("gpsmanager SetEnabled(b:true)")
-                             : QStringLiteral("gpsmanager SetEnabled(b:false)")};
+    return {IsOn(parameters) ? u"gps.SetEnabled b true"_s : u"gps.SetEnabled b false"_s};
 }
 
 QStringList Lan(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("networkmanager EnableLan(b:true, s:, s:, s:)")
-                             : QStringLiteral("networkmanager DisableLan()")};
+    return {IsOn(parameters) ? u"network.EnableLan bsss true   "_s : u"network.DisableLan -"_s};
 }
 
 QStringList Aux(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("soundmanager PlayAux()")
-                             : QStringLiteral("soundmanager StopPlay(s:aux, s:)")};
+    return {IsOn(parameters) ? u"sound.PlayAux -"_s : u"sound.StopPlay ss aux "_s};
 }
 
 QStringList StopPlaylist(const QStringList& parameters)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:playlist, s:") + parameters.value(0) + u')'};
+    return {u"sound.StopPlay ss playlist "_s + parameters.value(0)};
 }
 
 QStringList StopMessage(const QStringList&)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:file, s:)")};
+    return {u"sound.StopPlay ss file "_s};
 }
 
 QStringList StopRadio(const QStringList&)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:radiofm, s:)")};
+    return {u"sound.StopPlay ss radiofm "_s};
 }
 
 QStringList StopStream(const QStringList&)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:stream, s:)")};
+    return {u"sound.StopPlay ss stream "_s};
 }
 
 QStringList Nothing(const QStringList&)
@@ -191,8 +183,7 @@ void CheckPhotos(const Task& task, const QStringList& parameters)
         const bool isLast = taken >= number;
         EXPECT_EQUAL(task.IsRunning(), !isLast);
         const bool hasToStop = isLast && number != SINGLE_PHOTO;
-        EXPECT_EQUAL(TakeRequests(),
-                     hasToStop ? QStringList{QStringLiteral("photomanager StopPhotoStream()")} : QStringList{});
+        EXPECT_EQUAL(TakeRequests(), hasToStop ? QStringList{u"photo.StopPhotoStream -"_s} : QStringList{});
     }
 }
 
@@ -201,13 +192,13 @@ void CheckPdd(RequestPddAction& task, const QStringList& parameters)
     QStringList announced;
     const auto connection =
         QObject::connect(&task, &RequestPddAction::PddAction, &task, [&announced](PDD_ACTION action, bool enable) {
-            announced.append(QStringLiteral("%1 %2").arg(action).arg(enable));
+            announced.append(u"%1 %2"_s.arg(action).arg(enable));
         });
     EXPECT_THAT(task.Run(), "an announcement is always accepted");
     EXPECT_THAT(QObject::disconnect(connection), "it was connected");
     const bool isKnown = IsOn(parameters);
     const bool enable = Int(parameters, 1, 0) == 1;
-    EXPECT_EQUAL(announced, isKnown ? QStringList{QStringLiteral("1 %1").arg(enable)} : QStringList{});
+    EXPECT_EQUAL(announced, isKnown ? QStringList{u"1 %1"_s.arg(enable)} : QStringList{});
 }
 
 void Check(std::unique_ptr<Task> task, const TaskKind& kind, const QStringList& parameters)

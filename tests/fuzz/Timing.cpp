@@ -13,6 +13,8 @@
 #include <limits>
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 // The questions an action answers by the clock. Input: zone, clock, start, dates and task as ByteReader takes them.
 
 namespace
@@ -82,7 +84,7 @@ int TimePart(ByteReader& reader, int count)
 }
 
 Case::Case(const QByteArray& input)
-    : action(std::make_unique<Action>(QStringLiteral("1111111|08:30:00|*|*|*|||StopMessage")))
+    : action(std::make_unique<Action>(u"1111111|08:30:00|*|*|*|||StopMessage"_s))
 {
     ByteReader reader(input);
     zone = &ZONES[static_cast<size_t>(reader.Below(ZONES.size()))];
@@ -197,8 +199,7 @@ void CheckStart(const Case& input)
     const int delay_s = action.m_delay;
     input.task->m_calls.clear();
     action.Start();
-    EXPECT_EQUAL(input.task->m_calls,
-                 (QStringList{QStringLiteral("PrepareDelayed %1").arg(delay_s), QStringLiteral("Run")}));
+    EXPECT_EQUAL(input.task->m_calls, (QStringList{u"PrepareDelayed %1"_s.arg(delay_s), u"Run"_s}));
     EXPECT_THAT(!action.m_forced, "a start ends what forced it");
 }
 

@@ -26,14 +26,6 @@ QString Value(const QVariant& argument)
 
 QString PeerRequest::Shown() const
 {
-    QStringList texts;
-    for (const QVariant& argument : arguments)
-        texts.append(Signature(argument) + u':' + Value(argument));
-    return QStringLiteral("%1 %2(%3)").arg(service.section(u'.', -1), method, texts.join(QStringLiteral(", ")));
-}
-
-QString PeerRequest::OnBus() const
-{
     QString signature;
     QString values;
     for (const QVariant& argument : arguments)

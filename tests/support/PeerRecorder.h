@@ -20,12 +20,8 @@ struct PeerRequest
     QVariantList arguments;
     int timeout_ms; // the proxy's at the time of the call
 
-    // "soundmanager PlayFile(s:gong.mp3, s:08:30:00)": the last part of the service's name, the method, and each
-    // argument with its type on the bus.
+    // As the simulated device shows it: "sound.PlayFile ss gong.mp3 08:30:00", with its types on the bus, or "-".
     [[nodiscard]] QString Shown() const;
-
-    // As the simulated device shows it: "sound.PlayFile ss gong.mp3 08:30:00".
-    [[nodiscard]] QString OnBus() const;
 };
 
 // Takes the bus's place for as long as it lives: keeps every request and answers as told, with status 0 unless told.

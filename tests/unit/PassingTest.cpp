@@ -4,6 +4,8 @@
 
 #include <SoundManagerProxy.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -14,7 +16,7 @@ constexpr int FAR_INTERVAL_MS = 3000;
 
 void PassingTest::WritePlaylist()
 {
-    Data().WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", QStringLiteral("day"));
+    Data().WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", u"day"_s);
 }
 
 void PassingTest::Pass(int seconds, int firstFar_ms)
@@ -26,8 +28,7 @@ void PassingTest::Pass(int seconds, int firstFar_ms)
             CheckFar();
         CheckEarly();
         for (const PeerRequest& request : Bus().Requests())
-            m_requests.append(Clock::TimeOfDay().toString(QStringLiteral("HH:mm:ss ")) +
-                              request.Shown().section(u' ', 1));
+            m_requests.append(Clock::TimeOfDay().toString(u"HH:mm:ss "_s) + request.Shown().section(u'.', 1));
         Bus().Clear();
     }
     QCoreApplication::sendPostedEvents();

@@ -13,7 +13,7 @@ protected:
     // Lets that much time pass. The first far pass comes after firstFar_ms, a multiple of 200, the others every 3 s.
     void Pass(int seconds, int firstFar_ms = 3000);
 
-    // The requests since the last call, each with the local time at which it came: "08:30:00 SetMasterVolume(d:1)".
+    // The requests since the last call, each with the local time at which it came: "08:30:00 SetMasterVolume d 1".
     QStringList TakeRequests() { return std::exchange(m_requests, {}); }
 
     // The sound manager says that the message, or the playlist, has ended.

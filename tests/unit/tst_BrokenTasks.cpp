@@ -111,7 +111,7 @@ void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
     EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)",
                    "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"});
     QVERIFY(task.Run());
-    EXPECT_REQUESTS(Bus(), {u"photomanager TakePhoto()"_s});
+    EXPECT_REQUESTS(Bus(), {u"photo.TakePhoto -"_s});
 }
 
 void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()

@@ -66,7 +66,7 @@ void CalendarTest::ALineIsDueOnThatDay()
     Time().SetLocal(date, QTime(12, 29, 40));
     StartWith({parts[0] + "|12:30:00|" + parts[1] + "|Volume|1"});
     Pass(60);
-    QCOMPARE(TakeRequests(), isDue ? QStringList{u"12:30:00 SetMasterVolume(d:1)"_s} : QStringList());
+    QCOMPARE(TakeRequests(), isDue ? QStringList{u"12:30:00 SetMasterVolume d 1"_s} : QStringList());
 }
 
 void CalendarTest::AFarYearIsLikeAnyOther_data()
@@ -87,14 +87,14 @@ void CalendarTest::AFarYearIsLikeAnyOther()
                    "12:30:20 Light|7", "12:00:00 Light|80"});
     Pass(90);
     const QStringList expected{
-        u"12:29:43 SetIntensity(u:80)"_s,
-        u"12:29:43 Switch(b:true)"_s,
-        u"12:30:00 SetMasterVolume(d:1)"_s,
-        u"12:30:02 SetPlayerVolume(s:file, d:5)"_s,
-        u"12:30:02 PlayFile(s:gong.mp3, s:12:30:10)"_s,
-        u"12:30:20 SetIntensity(u:7)"_s,
-        u"12:30:20 Switch(b:true)"_s,
-        u"12:30:52 PlayPlaylist(s:day, s:, u:1, s:12:31:00, b:false)"_s,
+        u"12:29:43 SetIntensity u 80"_s,
+        u"12:29:43 Switch b true"_s,
+        u"12:30:00 SetMasterVolume d 1"_s,
+        u"12:30:02 SetPlayerVolume sd file 5"_s,
+        u"12:30:02 PlayFile ss gong.mp3 12:30:10"_s,
+        u"12:30:20 SetIntensity u 7"_s,
+        u"12:30:20 Switch b true"_s,
+        u"12:30:52 PlayPlaylist ssusb day  1 12:31:00 false"_s,
     };
     QCOMPARE(TakeRequests(), expected);
 }
@@ -112,7 +112,7 @@ void CalendarTest::TheScheduleRunsThroughTheEndOf32Bits()
         {
             const QString time = last.addSecs(later_s).toString(u"HH:mm:ss"_s);
             lines.append(time.toLatin1() + " Volume|" + QByteArray::number(later_s + 10));
-            expected.append(QStringLiteral("%1 SetMasterVolume(d:%2)").arg(time).arg(later_s + 10));
+            expected.append(u"%1 SetMasterVolume d %2"_s.arg(time).arg(later_s + 10));
         }
         StartSchedule(lines);
         Pass(2 * 3600);

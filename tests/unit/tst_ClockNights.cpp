@@ -89,7 +89,7 @@ void ClockNightsTest::AStartInTheNight()
     const TimeZone here(zone);
     Before(change, start + " Volume|1");
     Pass(3 * 3600);
-    QCOMPARE(TakeRequests(), QStringList(times, QString::fromLatin1(start) + u" SetMasterVolume(d:1)"_s));
+    QCOMPARE(TakeRequests(), QStringList(times, QString::fromLatin1(start) + u" SetMasterVolume d 1"_s));
     // A time that is left out is told.
     EXPECT_LOG(LEVEL_WARNING, (LogLines(times == 0 ? 1 : 0, Missed("5 (Volume)", 1, start, LOCAL_FORWARD))));
 }
@@ -99,6 +99,7 @@ void ClockNightsTest::TheFirstSecondsAfterTheChange_data()
     // over all phases; before the clock is put back it comes in each
     const QString forward = u"2024-03-31T01:00:00"_s;
     const QString back = u"2024-10-27T01:00:00"_s;
+    // starts: over all phases; before the clock is put back it comes in each
     Rows<QString, QByteArray, int>::Add({
         {"forward, the first second", forward, "03:00:00", 0},
         {"forward, a second later", forward, "03:00:01", 5},
@@ -136,7 +137,7 @@ void ClockNightsTest::AMessageRightAfterARepeatedHourComesTwice()
     const TimeZone here("Europe/Rome");
     Before(u"2024-10-27T01:00:00"_s, "03:00:05 PlayMessage|gong.mp3");
     Pass(3600 + 90);
-    const QStringList expected{u"02:59:57 PlayFile(s:gong.mp3, s:03:00:05)"_s};
+    const QStringList expected{u"02:59:57 PlayFile ss gong.mp3 03:00:05"_s};
     QCOMPARE(TakeRequests(), expected);
     EndMessage();
     Pass(3600);
@@ -148,15 +149,15 @@ void ClockNightsTest::AMessageThatStillPlaysComesOnce()
     const TimeZone here("Europe/Rome");
     Before(u"2024-10-27T01:00:00"_s, "02:30:00 PlayMessage|gong.mp3");
     Pass(2 * 3600 + 1800);
-    QCOMPARE(TakeRequests(), QStringList{u"02:29:52 PlayFile(s:gong.mp3, s:02:30:00)"_s});
+    QCOMPARE(TakeRequests(), QStringList{u"02:29:52 PlayFile ss gong.mp3 02:30:00"_s});
 }
 
 void ClockNightsTest::APlaylistInASkippedHourIsJoinedLate_data()
 {
     Rows<QByteArray, QStringList>::Add({
         {"02:58:00", "02:58:00", {}},
-        {"02:58:40", "02:58:40", {u"03:00:00 PlayPlaylist(s:day, s:, u:3, s:02:58:40, b:false)"_s}},
-        {"02:59:30", "02:59:30", {u"03:00:00 PlayPlaylist(s:day, s:, u:2, s:02:59:30, b:false)"_s}},
+        {"02:58:40", "02:58:40", {u"03:00:00 PlayPlaylist ssusb day  3 02:58:40 false"_s}},
+        {"02:59:30", "02:59:30", {u"03:00:00 PlayPlaylist ssusb day  2 02:59:30 false"_s}},
     });
 }
 
@@ -192,7 +193,7 @@ void ClockNightsTest::TheNextDayIsAsAlways()
     TakeRequests();
     LogRecorder::Clear();
     Pass(24 * 3600);
-    QCOMPARE(TakeRequests(), QStringList{u"02:30:00 SetMasterVolume(d:1)"_s});
+    QCOMPARE(TakeRequests(), QStringList{u"02:30:00 SetMasterVolume d 1"_s});
 }
 
 OZNA_CASE(ClockNights, ClockNightsTest)

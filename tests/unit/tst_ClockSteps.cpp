@@ -18,12 +18,12 @@ const QDate WEDNESDAY(2024, 5, 15);
 const QDate FRIDAY(2024, 5, 17);
 const QTime DUE(8, 30);
 
-const QString VOLUME = u"08:30:00 SetMasterVolume(d:1)"_s;
-const QString MESSAGE = u"08:29:52 PlayFile(s:gong.mp3, s:08:30:00)"_s;
+const QString VOLUME = u"08:30:00 SetMasterVolume d 1"_s;
+const QString MESSAGE = u"08:29:52 PlayFile ss gong.mp3 08:30:00"_s;
 
 QString Playlist(const char* time, int track)
 {
-    return QStringLiteral("%1 PlayPlaylist(s:day, s:, u:%2, s:08:30:00, b:false)").arg(QLatin1String(time)).arg(track);
+    return u"%1 PlayPlaylist ssusb day  %2 08:30:00 false"_s.arg(QLatin1String(time)).arg(track);
 }
 
 } // namespace
@@ -66,7 +66,7 @@ void ClockStepsTest::TodayComesAfter1970()
     // Of what was due before only the playlist is joined. The others are told: the latest, and how many there were.
     Set(WEDNESDAY, QTime(8, 29, 45));
     Pass(60);
-    const QStringList expected{u"08:29:48 PlayPlaylist(s:day, s:, u:2, s:08:29:30, b:false)"_s, VOLUME};
+    const QStringList expected{u"08:29:48 PlayPlaylist ssusb day  2 08:29:30 false"_s, VOLUME};
     QCOMPARE(TakeRequests(), expected);
     struct Start
     {
@@ -103,8 +103,8 @@ void ClockStepsTest::LightAndRadioFollowTheClockOfTheLoad()
     QCOMPARE(TakeRequests(), QStringList());
     QCOMPARE(Engine().Reload(), 0);
     Pass(6);
-    const QStringList expected{u"12:01:03 SetIntensity(u:80)"_s, u"12:01:03 Switch(b:true)"_s,
-                               u"12:01:03 PlayRadioFm()"_s, u"12:01:03 RadioFmSetFrequency(d:98.5)"_s};
+    const QStringList expected{u"12:01:03 SetIntensity u 80"_s, u"12:01:03 Switch b true"_s,
+                               u"12:01:03 PlayRadioFm -"_s, u"12:01:03 RadioFmSetFrequency d 98.5"_s};
     QCOMPARE(TakeRequests(), expected);
     EXPECT_LOG(LEVEL_WARNING, {Missed("0 (Light)", 1, "07:00:00", CLOCK_FORWARD),
                                Missed("6 (PlayRadioFm)", 2, "07:30:00", CLOCK_FORWARD)});
@@ -190,7 +190,7 @@ void ClockStepsTest::ForwardByUpToTwoSecondsItStillComes()
         QCOMPARE(EarlyList(), QStringList{u"Volume 08:30:00"_s});
         Set(WEDNESDAY, DUE.addSecs(late_s));
         Pass(60);
-        QCOMPARE(TakeRequests(), QStringList{DUE.addSecs(late_s).toString() + u" SetMasterVolume(d:1)"_s});
+        QCOMPARE(TakeRequests(), QStringList{DUE.addSecs(late_s).toString() + u" SetMasterVolume d 1"_s});
     }
 }
 
@@ -201,7 +201,7 @@ void ClockStepsTest::ForwardByADayItComesWhereItIsDue()
     Pass(3);
     Set(FRIDAY.addDays(1), QTime(8, 29, 23));
     Pass(60);
-    const QStringList expected{u"08:30:00 SetMasterVolume(d:2)"_s, u"08:30:00 SetMasterVolume(d:3)"_s};
+    const QStringList expected{u"08:30:00 SetMasterVolume d 2"_s, u"08:30:00 SetMasterVolume d 3"_s};
     QCOMPARE(TakeRequests(), expected);
     EXPECT_LOG(LEVEL_WARNING, {Missed("5 (Volume)", 1, "2024-05-17 08:30:00", CLOCK_FORWARD),
                                Missed("5 (Volume)", 3, "2024-05-17 08:30:00", CLOCK_FORWARD)});

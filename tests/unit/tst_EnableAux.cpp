@@ -46,7 +46,7 @@ void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()
         task.m_running = true;
         LogRecorder::Clear();
     }
-    EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:aux, s:)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.StopPlay ss aux "_s});
     LogLines log{"4 [tasks/EnableAux.cpp] Scheduled Aux enabled running: stop it"};
     if (!answer.IsAccepted())
         log.append("2 [tasks/EnableAux.cpp] Impossible to disable scheduled aux");

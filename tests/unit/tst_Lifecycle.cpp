@@ -11,7 +11,7 @@ using namespace SchedulerLines;
 namespace
 {
 
-const QByteArray LINE = QByteArrayLiteral("1111111|08:30:00|*|*|*|||StopMessage\n");
+const QByteArray LINE = "1111111|08:30:00|*|*|*|||StopMessage\n"_ba;
 
 } // namespace
 

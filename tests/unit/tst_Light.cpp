@@ -39,7 +39,7 @@ void LightTest::ASwitchBehindAnIntensityIsJudgedByItsAnswer()
         Light task(QString::fromLatin1(intensity));
         LogRecorder::Clear();
         QCOMPARE(task.Run(), answer.IsAccepted());
-        QCOMPARE(Bus().Requests().last().OnBus(), request.Followed().Call());
+        QCOMPARE(Bus().Requests().last().Shown(), request.Followed().Call());
         Bus().Clear();
         EXPECT_LOG(9, (ToLines(answer.Filled(request.Followed().Records(answer.TakenAs(Judged::WHOLE))))));
     }

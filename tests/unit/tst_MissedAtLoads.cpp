@@ -70,7 +70,7 @@ void MissedAtLoadsTest::ALoadAfterTheStartTellsNothing()
         }
         Pass(30);
         EXPECT_LOG(LEVEL_WARNING, {});
-        QCOMPARE(TakeRequests(), QStringList{u"08:30:00 SetMasterVolume(d:1)"_s});
+        QCOMPARE(TakeRequests(), QStringList{u"08:30:00 SetMasterVolume d 1"_s});
     }
 }
 
@@ -91,7 +91,7 @@ void MissedAtLoadsTest::AMessageThatALoadStopsIsMissedUnlessItIsAskedForAgain()
     {
         StartBefore(30'000, {"08:30:00 PlayMessage|gong.mp3"});
         Pass(30 - before_s);
-        QCOMPARE(TakeRequests(), QStringList{u"08:29:52 PlayFile(s:gong.mp3, s:08:30:00)"_s});
+        QCOMPARE(TakeRequests(), QStringList{u"08:29:52 PlayFile ss gong.mp3 08:30:00"_s});
         LoadAnew(RELOAD);
         Pass(30);
         QCOMPARE(TakeRequests().size(), isMissed ? 1 : 2); // its stop first
@@ -123,7 +123,7 @@ void MissedAtLoadsTest::WhatALoadForcesIsNotMissed()
     LoadAnew(RELOAD);
     Bus().Clear();
     Pass(6);
-    const QStringList expected{u"08:30:05 SetIntensity(u:80)"_s, u"08:30:05 Switch(b:true)"_s};
+    const QStringList expected{u"08:30:05 SetIntensity u 80"_s, u"08:30:05 Switch b true"_s};
     QCOMPARE(TakeRequests(), expected);
     EXPECT_LOG(LEVEL_WARNING, {});
 }
@@ -197,7 +197,7 @@ void MissedAtLoadsTest::ALoadAfterTheClockWasPutBackTakesNothingToCome()
     Time().Step_s(-20);
     LoadAnew(RELOAD);
     Pass(40);
-    QCOMPARE(TakeRequests(), QStringList{u"08:30:00 SetMasterVolume(d:1)"_s});
+    QCOMPARE(TakeRequests(), QStringList{u"08:30:00 SetMasterVolume d 1"_s});
     EXPECT_LOG(LEVEL_WARNING, {});
 }
 

@@ -118,7 +118,7 @@ void MissedAtMidnightTest::WhatIsAskedForAtMidnightIsAnswered()
     Time().SetLocal(WEDNESDAY, QTime(23, 59, 30));
     StartSchedule({"00:00:08 PlayMessage|gong.mp3"});
     Pass(60);
-    QCOMPARE(TakeRequests(), QStringList{u"00:00:00 PlayFile(s:gong.mp3, s:00:00:08)"_s});
+    QCOMPARE(TakeRequests(), QStringList{u"00:00:00 PlayFile ss gong.mp3 00:00:08"_s});
     EXPECT_LOG(LEVEL_WARNING, {});
 }
 

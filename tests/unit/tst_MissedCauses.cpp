@@ -66,7 +66,7 @@ void MissedCausesTest::ALoopThatWaitsForAPeer()
     LogRecorder::Clear();
     QCOMPARE(missed, QStringList{u"MISSED action: 5 (Volume), line 2, due at 08:30:00: the loop waited for "
                                  u"com.kestrelix.ozna.soundmanager"_s});
-    QCOMPARE(TakeRequests().filter(u"SetMasterVolume"_s), QStringList{u"08:30:30 SetMasterVolume(d:2)"_s});
+    QCOMPARE(TakeRequests().filter(u"SetMasterVolume"_s), QStringList{u"08:30:30 SetMasterVolume d 2"_s});
 }
 
 void MissedCausesTest::ATaskThatStillWorks()

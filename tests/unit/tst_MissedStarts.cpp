@@ -39,7 +39,7 @@ void MissedStartsTest::ADayThatIsSleptThroughIsJudgedByItsOwnRules()
                                Missed(VOLUME, 1, "2024-05-16 08:30:30", STOOD_STILL),
                                Missed(VOLUME, 2, "2024-05-16 08:30:30", STOOD_STILL),
                                Missed(VOLUME, 1, "2024-05-17 08:30:30", STOOD_STILL)});
-    QCOMPARE(TakeRequests(), QStringList{u"08:31:00 SetMasterVolume(d:3)"_s});
+    QCOMPARE(TakeRequests(), QStringList{u"08:31:00 SetMasterVolume d 3"_s});
 }
 
 void MissedStartsTest::APlaylistIsMissedWhenItCanNoLongerBeJoined()
@@ -115,7 +115,7 @@ void MissedStartsTest::ATimeWhosePartsCarryOverIsMissedLikeAnyOther()
     StartBefore(1000, {"08:29:61 Volume|1", "07:90:02 Volume|2", "08:29:70 Volume|3"});
     Pass(20);
     EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:01", LOADED), Missed(VOLUME, 2, "08:30:02", LOADED)});
-    QCOMPARE(TakeRequests(), QStringList{u"08:30:10 SetMasterVolume(d:3)"_s});
+    QCOMPARE(TakeRequests(), QStringList{u"08:30:10 SetMasterVolume d 3"_s});
 }
 
 // What is forced waits for a day on which it is due.

@@ -8,7 +8,7 @@ namespace
 {
 
 const QTime NOON(12, 0);
-const QString STOP_MESSAGE = QStringLiteral("StopPlay(");
+const QString STOP_MESSAGE = u"StopPlay("_s;
 
 } // namespace
 
@@ -34,7 +34,7 @@ QStringList NearLoadsTest::TakeMethods()
 {
     QStringList methods;
     for (const QString& request : TakeRequests())
-        methods.append(request.section(u'(', 0, 0));
+        methods.append(request.section(u' ', 0, 1));
     return methods;
 }
 
@@ -82,6 +82,7 @@ void NearLoadsTest::AMessageThatWasAskedForIsStopped_data()
 {
     // before the message's time
     const QString first = u"12:00:12 PlayFile"_s;
+    // loaded_s: before the message's time
     Rows<int, QStringList>::Add({
         {"16 s", 16, {first}},
         {"15 s", 15, {first}},

@@ -8,8 +8,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-const QString SOUND = QStringLiteral("sound");
-const QString PHOTO = QStringLiteral("photo");
+const QString SOUND = u"sound"_s;
+const QString PHOTO = u"photo"_s;
 
 } // namespace
 

@@ -119,8 +119,7 @@ void PeersTest::ARecorderTakesTheBusesPlace()
     QCOMPARE(PeerCall::Send(nullptr, u"StopPlay"_s).ErrorMessage(), u"gone"_s);
     QVERIFY(PeerCall::Send(Scheduler::m_lightManProxy, u"Switch"_s, {QVariant::fromValue(uchar(3))}).IsAccepted());
     QCOMPARE(Bus().Requests()[0].timeout_ms, SOUND_TIMEOUT_MS);
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayFile(s:gong.mp3, d:70, u:1, b:true)"_s, u" StopPlay()"_s,
-                            u"lightmanager Switch(y:3)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayFile sdub gong.mp3 70 1 true"_s, u".StopPlay -"_s, u"light.Switch y 3"_s});
 }
 
 OZNA_CASE(Peers, PeersTest)

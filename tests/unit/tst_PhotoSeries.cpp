@@ -16,11 +16,11 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-const QString STOP = QStringLiteral("photomanager StopPhotoStream()");
+const QString STOP = u"photo.StopPhotoStream -"_s;
 
 void TakePhoto(int status = 0)
 {
-    Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(status, QStringLiteral("/photo.jpg"));
+    Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(status, u"/photo.jpg"_s);
 }
 
 LogLine Taken()

@@ -75,7 +75,7 @@ void PlayMessageTest::WithoutATimeItAsksForNone()
     LogRecorder::Clear();
     QCOMPARE(message.Run(), true);
     EXPECT_LOG(9, {"9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3||-1"});
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayFile(s:gong.mp3, s:)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayFile ss gong.mp3 "_s});
 }
 
 OZNA_CASE(PlayMessage, PlayMessageTest)

@@ -55,7 +55,7 @@ void PlayPlaylistTest::WithoutATimeItAsksForNone()
     m_task.emplace(u"8:30:00"_s, u"xmas"_s, u"-1"_s, u"id"_s);
     LogRecorder::Clear();
     QVERIFY(m_task->Run());
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:1, s:, b:false)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id 1  false"_s});
     EXPECT_LOG(9, {"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
                    "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|1||-1"});
 }

@@ -119,7 +119,7 @@ void PlayPlaylistEndTest::APlaylistIsPlayedAgainOnAnotherDay()
         QVERIFY(task.Run());
         QVERIFY(task.IsRunning());
         QVERIFY(!task.IsCompleted());
-        EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:1, s:08:30:00, b:false)"_s});
+        EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id 1 08:30:00 false"_s});
         Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted(u"xmas"_s);
         QCOMPARE(completed.size(), day);
         QVERIFY(!task.IsRunning());

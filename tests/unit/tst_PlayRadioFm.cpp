@@ -60,7 +60,7 @@ void PlayRadioFmTest::TuningIsJudgedByItsStatusAlone()
     Bus().Answer("RadioFmSetFrequency", [&answer](const PeerRequest&) { return answer.reply; });
     QCOMPARE(task.SetFrequency(), answer.status == 0);
     const Request request = Request::Find("RadioFmSetFrequency", "98.5");
-    QCOMPARE(Bus().Requests().value(0).OnBus(), request.Call());
+    QCOMPARE(Bus().Requests().value(0).Shown(), request.Call());
     EXPECT_LOG(9, (ToLines(answer.Filled(request.Records(answer.TakenAs(Judged::STATUS))))));
 }
 
@@ -87,7 +87,7 @@ void PlayRadioFmTest::TheRadioIsSwitchedOffWithARunningTask()
         task.m_running = true;
         LogRecorder::Clear();
     }
-    EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:radiofm, s:)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.StopPlay ss radiofm "_s});
     LogLines log{"4 [tasks/PlayRadioFm.cpp] Scheduled Radio 98.50 running: stop it"};
     if (!answer.IsAccepted())
         log.append("2 [tasks/PlayRadioFm.cpp] Impossible to stop scheduled radiofm");

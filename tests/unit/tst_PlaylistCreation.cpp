@@ -110,8 +110,7 @@ void PlaylistCreationTest::AFileThatCannotBeOpenedIsNoPlaylist_data()
         {"link to missing", false, {}},
         {"link to xmas", false, "Too many levels of symbolic links"},
         {"folder", true, "Is a directory"},
-        {"pipe", true, "Not a regular file"},
-        // must not wait for a writer
+        {"pipe", true, "Not a regular file"}, // must not wait for a writer
         {"link to .", true, "Is a directory"},
         {"link to /dev/zero", true, "Not a regular file"},
     });

@@ -12,7 +12,7 @@ using namespace PlaylistLines;
 namespace
 {
 
-const QString NAME = QStringLiteral("xmas");
+const QString NAME = u"xmas"_s;
 
 PlayPlaylist Play()
 {

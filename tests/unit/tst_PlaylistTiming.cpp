@@ -132,7 +132,7 @@ void PlaylistTimingTest::ADelayChoosesTheFirstTrack()
     // A refused delay leaves the first track first.
     const int sent = first == 0 ? 1 : first;
     QVERIFY(task.Run());
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:%1, s:12:00:00, b:false)"_s.arg(sent)});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id %1 12:00:00 false"_s.arg(sent)});
     EXPECT_LOG(4, {"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
                    "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|" +
                        QByteArray::number(sent) + "|12:00:00|-1"});
@@ -160,7 +160,7 @@ void PlaylistTimingTest::EachDelayCountsFromTheFirstTrack()
         task.PrepareDelayed(delay_s);
     LogRecorder::Clear();
     QVERIFY(task.Run());
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:%1, s:12:00:00, b:false)"_s.arg(first)});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id %1 12:00:00 false"_s.arg(first)});
 }
 
 void PlaylistTimingTest::ALatePlaylistIsJoined()
@@ -188,6 +188,8 @@ void PlaylistTimingTest::ACompletedPlaylistIsNotJoined_data()
 {
     // before it has been played
     // afterwards
+    // early: before it has been played
+    // earlyCompleted: afterwards
     Rows<QTime, bool, bool>::Add({
         {"13 s ahead", QTime(11, 59, 47), false, false},
         {"12 s ahead", QTime(11, 59, 48), true, true},
@@ -278,7 +280,7 @@ void PlaylistTimingTest::APlaylistThatIsStoppedAtOnceIsSkipped()
     CheckFar();
     Time().SetLocal(QTime(11, 59, 52));
     CheckEarly();
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayPlaylist(s:xmas, s:id, u:1, s:12:00:00, b:false)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id 1 12:00:00 false"_s});
     LogRecorder::Clear();
 }
 

@@ -73,7 +73,7 @@ void RequestsTest::Compare(const QList<Request>& requests, const QStringList& re
 {
     QStringList calls;
     for (const PeerRequest& sent : Bus().Requests())
-        calls.append(u"%1, %2 ms"_s.arg(sent.OnBus()).arg(sent.timeout_ms));
+        calls.append(u"%1, %2 ms"_s.arg(sent.Shown()).arg(sent.timeout_ms));
     QStringList expected;
     for (const Request& request : requests)
         expected.append(u"%1, %2 ms"_s.arg(request.Call()).arg(ProxyTimeout(request.Row())));

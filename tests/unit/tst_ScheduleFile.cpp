@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-const QByteArray STOP = QByteArrayLiteral("1111111|08:30:00|*|*|*|||StopMessage");
-const QByteArray PLAY = QByteArrayLiteral("1111111|09:00:00|*|*|*|||PlayMessage|gong.mp3,70");
+const QByteArray STOP = "1111111|08:30:00|*|*|*|||StopMessage"_ba;
+const QByteArray PLAY = "1111111|09:00:00|*|*|*|||PlayMessage|gong.mp3,70"_ba;
 
 const LogLine STOP_CREATED("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
 const LogLine PLAY_CREATED("4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: gong.mp3 @ 09:00:00 (vol=70)");

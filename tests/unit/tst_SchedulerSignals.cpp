@@ -16,7 +16,7 @@ using namespace SchedulerLines;
 namespace
 {
 
-const QByteArray LINE = QByteArrayLiteral("1111111|08:30:00|*|*|*|||StopMessage\n");
+const QByteArray LINE = "1111111|08:30:00|*|*|*|||StopMessage\n"_ba;
 
 } // namespace
 
@@ -112,6 +112,7 @@ void SchedulerSignalsTest::AnUpdateEnables()
 void SchedulerSignalsTest::OtherUpdatesAreIgnored_data()
 {
     // which of the two signals
+    // completed: which of the two signals
     Rows<bool, int, int>::Add({
         {"a failed update of the schedule", true, 1, 2},
         {"a negative status", true, -1, 2},

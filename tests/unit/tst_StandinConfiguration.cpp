@@ -119,6 +119,7 @@ void StandinConfigurationTest::AValueIsReadFromItsGroup()
 void StandinConfigurationTest::WithoutAFileNothingIsValid_data()
 {
     // null: no file
+    // content: null: no file
     Rows<QByteArray, bool>::Add({
         {"a missing file", {}, false},
         {"a folder", {}, true},

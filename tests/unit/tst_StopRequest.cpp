@@ -112,7 +112,7 @@ void StopRequestTest::TheRestOfAPassIsLeft()
         return PeerReply(0);
     });
     CheckEarly();
-    EXPECT_REQUESTS(Bus(), {u"soundmanager SetMasterVolume(d:1)"_s, u"soundmanager SetMasterVolume(d:2)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.SetMasterVolume d 1"_s, u"sound.SetMasterVolume d 2"_s});
     CheckEarly();
     EXPECT_REQUESTS(Bus(), {});
     QCOMPARE(EarlyList(), QStringList{u"Volume 12:00:05"_s});
@@ -148,7 +148,7 @@ void StopRequestTest::DeletionStillAsks()
     Bus().Clear();
     StopRequest::Make();
     Engine().SetEnabled(false);
-    EXPECT_REQUESTS(Bus(), {u"soundmanager StopPlay(s:file, s:)"_s});
+    EXPECT_REQUESTS(Bus(), {u"sound.StopPlay ss file "_s});
     QVERIFY(PeerCall::Send(nullptr, u"Anything"_s).IsBusError());
     LogRecorder::Clear();
 }

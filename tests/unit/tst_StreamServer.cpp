@@ -62,7 +62,7 @@ void StreamServerTest::TheServerIsThatOfTheConfiguration()
     PlayStream task(portAndPath, u"-1"_s);
     LogRecorder::Clear();
     QVERIFY(task.Run());
-    EXPECT_REQUESTS(Bus(), {u"soundmanager PlayStream(s:%1, u:0)"_s.arg(uri)});
+    EXPECT_REQUESTS(Bus(), {u"sound.PlayStream su %1 0"_s.arg(uri)});
     EXPECT_LOG(9, {"5 [tasks/PlayStream.cpp] PlayStream setup done: uri=" + uri.toUtf8(),
                    "9 [tasks/PlayStream.cpp] TASK START REQUESTED | PlayStream: " + uri.toUtf8() + "|-1"});
 }
@@ -119,7 +119,7 @@ void StreamServerTest::EachRunReadsTheConfigurationAnew()
     {
         Write("[GENERAL]\nServerIp=" + server + "\n");
         QVERIFY(task.Run());
-        EXPECT_REQUESTS(Bus(), {u"soundmanager PlayStream(s:rtsp://%1:8554/live, u:0)"_s.arg(QLatin1String(server))});
+        EXPECT_REQUESTS(Bus(), {u"sound.PlayStream su rtsp://%1:8554/live 0"_s.arg(QLatin1String(server))});
     }
 }
 

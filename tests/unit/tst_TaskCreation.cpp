@@ -14,7 +14,7 @@ using namespace PlaylistLines;
 namespace
 {
 
-const QByteArray PLAYLIST = QByteArrayLiteral("track1.mp3;60\ntrack2.mp3;30\n");
+const QByteArray PLAYLIST = "track1.mp3;60\ntrack2.mp3;30\n"_ba;
 
 // Why no action can be made of a line with that task; none where one can.
 std::optional<Rejection> RejectionOf(const QString& task)

@@ -104,6 +104,7 @@ void TimerPhasesTest::TheFirstSecondsOfADayDependOnThePhase_data()
 {
     // at how many of the fifteen it starts
     // A far pass has to come between midnight and the start.
+    // phases: at how many of the fifteen it starts
     Rows<QString, int>::Add({
         {"midnight never starts", u"00:00:00"_s, 0},
         {"a second past it", u"00:00:01"_s, 5},

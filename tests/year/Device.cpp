@@ -10,6 +10,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -31,13 +33,12 @@ QString Text(const PeerRequest& request)
         values += u' ' + (isByte ? QString::number(value.toUInt()) : value.toString());
     }
     const QString peer = request.interface.section(u'.', -1).chopped(9); // "interface"
-    return QStringLiteral("%1.%2 %3%4")
-        .arg(peer, request.method, signature.isEmpty() ? QStringLiteral("-") : signature, values);
+    return u"%1.%2 %3%4"_s.arg(peer, request.method, signature.isEmpty() ? u"-"_s : signature, values);
 }
 
 void PhotoTaken()
 {
-    Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, QStringLiteral("/photo.jpg"));
+    Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(0, u"/photo.jpg"_s);
 }
 
 } // namespace

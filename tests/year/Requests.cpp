@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -29,7 +31,7 @@ ExpectedRequests::ExpectedRequests(const QString& zone, const QString& folder, c
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     // What is preloaded into a test is none of its business.
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("LD_PRELOAD"));
+    environment.remove(u"LD_PRELOAD"_s);
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(OZNA_PYTHON), arguments);
     if (!process.waitForFinished(PATIENCE_MS) || process.exitStatus() != QProcess::NormalExit ||
@@ -61,7 +63,7 @@ void ExpectedRequests::Meet(const QList<Request>& found)
     for (const Request& request : found)
     {
         if (!Meet(request))
-            m_unexpected.append(QStringLiteral("not expected: ") + Shown(request.time_ms, request.text));
+            m_unexpected.append(u"not expected: "_s + Shown(request.time_ms, request.text));
     }
 }
 
@@ -82,10 +84,10 @@ QByteArray ExpectedRequests::Difference() const
     for (const Expected& expected : m_expected)
     {
         if (!expected.isMet)
-            wrong.append(QStringLiteral("missing:      ") + Shown(expected.first_ms, expected.text));
+            wrong.append(u"missing:      "_s + Shown(expected.first_ms, expected.text));
     }
     const qsizetype count = wrong.size();
     if (count > MOST_SHOWN)
         wrong.resize(MOST_SHOWN);
-    return count == 0 ? QByteArray() : QStringLiteral("%1 wrong\n%2").arg(count).arg(wrong.join(u'\n')).toUtf8();
+    return count == 0 ? QByteArray() : u"%1 wrong\n%2"_s.arg(count).arg(wrong.join(u'\n')).toUtf8();
 }

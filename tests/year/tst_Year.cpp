@@ -13,6 +13,8 @@
 
 #include <malloc.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -31,7 +33,7 @@ constexpr qint64 LATER_MS = 5LL * 3600 * 1000;
 
 constexpr qint64 GROWTH_BYTES = 16 * 1024;
 
-const QString SCHEDULE = QStringLiteral("schedule.csv");
+const QString SCHEDULE = u"schedule.csv"_s;
 
 struct Place
 {
@@ -52,9 +54,8 @@ struct Use
 Use CurrentUse()
 {
     const struct mallinfo2 memory = ::mallinfo2();
-    return {
-        static_cast<qint64>(memory.uordblks + memory.hblkhd),
-        QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size()};
+    return {static_cast<qint64>(memory.uordblks + memory.hblkhd),
+            QDir(u"/proc/self/fd"_s).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size()};
 }
 
 } // namespace
@@ -204,11 +205,11 @@ void YearTest::EveryRequestComesOnceAndInTime()
     ReadTimes();
     const QDir source(QStringLiteral(OZNA_YEAR_DATA));
     QVERIFY(QFile::copy(source.filePath(SCHEDULE), Data().SchedulePath(SCHEDULE)));
-    for (const QString& playlist : {QStringLiteral("morning"), QStringLiteral("christmas")})
+    for (const QString& playlist : {u"morning"_s, u"christmas"_s})
         QVERIFY(QFile::copy(source.filePath(playlist), Data().PlaylistPath(playlist)));
 
-    const QString configuration = Data().Path() + QStringLiteral("/ozna.ini");
-    QVERIFY(QFile::copy(source.filePath(QStringLiteral("ozna.ini")), configuration));
+    const QString configuration = Data().Path() + u"/ozna.ini"_s;
+    QVERIFY(QFile::copy(source.filePath(u"ozna.ini"_s), configuration));
     qputenv("OZNA_CONFIG_FILE", configuration.toLocal8Bit());
 
     Time().SetLocal(QDate(place->year, 12, 31), QTime(23, 59, 58));
@@ -221,8 +222,7 @@ void YearTest::EveryRequestComesOnceAndInTime()
     m_device.emplace(Bus(), [this] { return Time().Utc_ms(); });
     connect(&Engine(), &Scheduler::ExpectedPddAction, this, [this](uint action, bool enable) {
         m_device->m_requests.append(
-            {Time().Utc_ms(),
-             QStringLiteral("scheduler.ExpectedPddAction ub %1 %2").arg(action).arg(QVariant(enable).toString())});
+            {Time().Utc_ms(), u"scheduler.ExpectedPddAction ub %1 %2"_s.arg(action).arg(QVariant(enable).toString())});
     });
     QList<Use> uses;
     for (qsizetype i = 0; i < loads_ms.size(); ++i)
@@ -244,14 +244,14 @@ void YearTest::EveryRequestComesOnceAndInTime()
     QVERIFY2(difference.isEmpty(), difference.constData());
     QVERIFY(expected.Count() > 10000);
     const QSet<QString> warnings{
-        QStringLiteral("Can't parse Cpu frequency from parameters: '456'. Using 456."),
-        QStringLiteral("Task PlayPlaylist IsDelayed but still valid "),
+        u"Can't parse Cpu frequency from parameters: '456'. Using 456."_s,
+        u"Task PlayPlaylist IsDelayed but still valid "_s,
     };
     QCOMPARE(m_warnings, warnings);
     // The night in which the clocks are put forward has not every time.
-    const QString cause = QStringLiteral("the clocks were put forward (summer time or another time zone)");
-    QStringList missed{QStringLiteral("MISSED action: 5 (Volume), line 3, due at 02:15:00: ") + cause,
-                       QStringLiteral("MISSED action: 1 (PlayMessage), line 4, due at 02:20:30: ") + cause};
+    const QString cause = u"the clocks were put forward (summer time or another time zone)"_s;
+    QStringList missed{u"MISSED action: 5 (Volume), line 3, due at 02:15:00: "_s + cause,
+                       u"MISSED action: 1 (PlayMessage), line 4, due at 02:20:30: "_s + cause};
     // Of Los Angeles' days, 15 January in UTC begins at 16:00:00 on the day before.
     if (zone == QLatin1String("America/Los_Angeles"))
         missed.prepend(QStringLiteral("MISSED action: 1 (PlayMessage), line 33, due at 16:00:00: its time comes too "
