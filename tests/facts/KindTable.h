@@ -8,8 +8,9 @@ struct KindRow
     int number;
     const char* name; // in schedules; empty: a line asks for it by number only
     const char* logName;
-    int fewest;    // parameters
-    int most = -1; // -1: any number
+    const char* className; // and that of its file in src/tasks; empty: nothing serves the kind
+    int fewest;            // parameters
+    int most = -1;         // -1: any number
 };
 
 // All kinds in the order of their numbers, from 0.

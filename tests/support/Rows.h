@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QTest>
 
-#include <initializer_list>
 #include <tuple>
 #include <type_traits>
 
@@ -35,12 +35,13 @@ template <typename Entry> const Entry& Row()
 // The first of each row is its name. Current returns a single column as it is.
 template <typename... Columns> struct Rows
 {
+    using Entry = std::tuple<QByteArray, Columns...>;
     using Values = std::tuple<Columns...>;
 
-    static void Add(std::initializer_list<std::tuple<QByteArray, Columns...>> rows)
+    static void Add(const QList<Entry>& rows)
     {
         QTest::addColumn<Values>("row");
-        for (const auto& row : rows)
+        for (const Entry& row : rows)
             std::apply([](const QByteArray& name,
                           const Columns&... columns) { QTest::newRow(name.constData()) << Values(columns...); },
                        row);

@@ -1,4 +1,5 @@
 #include "Action.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void ARejectedLineLogsItsSummaryAndTheReason();
     void ALineThatLacksFieldsIsRejectedAtOnce_data();
     void ALineThatLacksFieldsIsRejectedAtOnce();
+    void AStartTimeHasThreeParts();
     void AnOddLineIsNeverFatal_data();
     void AnOddLineIsNeverFatal();
     void APddRequestIsForwarded();
@@ -106,28 +108,16 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask_data()
     stop("a task by its number", "14|a", "14 (type=14)", "a");
     stop("a number in another form", "0014", "0014 (type=14)", "");
 
-    const auto play = [&row](const char* name, const QByteArray& start, const QByteArray& shownStart,
-                             const QByteArray& parameters, const QByteArray& text, const LogLines& before = {}) {
-        row(name, "1111111|" + start + "|*|*|*|||PlayMessage|" + parameters, shownStart, "PlayMessage (type=1)",
-            parameters.trimmed(), 1,
-            before + LogLines{"4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: " + text});
+    const auto play = [&row](const char* name, const QByteArray& start, const QByteArray& shownStart) {
+        row(name, "1111111|" + start + "|*|*|*|||PlayMessage|a", shownStart, "PlayMessage (type=1)", "a", 1,
+            {"4 [tasks/PlayMessage.cpp] TASK CREATED | PlayMessage: a @  (vol=-1)"});
     };
-    play("a file alone leaves the volume alone", "08:30:00", "08:30:00", "a", "a @ 08:30:00 (vol=-1)");
-    play("a file and a volume", "08:30:00", "08:30:00", "a,5", "a @ 08:30:00 (vol=5)");
-    play("parameters are trimmed", "08:30:00", "08:30:00", " a , 5 ", "a @ 08:30:00 (vol=5)");
-    play("further parameters are not looked at", "08:30:00", "08:30:00", "a,5,c", "a @ 08:30:00 (vol=5)");
-    play("a comma at the end adds no parameter", "08:30:00", "08:30:00", "a,", "a @ 08:30:00 (vol=-1)");
-    play("an empty first parameter is one", "08:30:00", "08:30:00", ",5", " @ 08:30:00 (vol=5)");
-    const LogLines noVolume{"2 [tasks/PlayMessage.cpp] Invalid volume=b, not used"};
-    play("a volume that is no number", "08:30:00", "08:30:00", "a,b,c", "a @ 08:30:00 (vol=-1)", noVolume);
-    const LogLines emptyVolume{"2 [tasks/PlayMessage.cpp] Invalid volume=, not used"};
-    play("an empty volume", "08:30:00", "08:30:00", "a,,c", "a @ 08:30:00 (vol=-1)", emptyVolume);
     // The task reads the start time as written, and by a stricter rule.
-    play("a task's time wants two digits each", "8:30:00", "08:30:00", "a", "a @  (vol=-1)");
-    play("a task's time wants three parts", "08:30:00:00", "08:30:00", "a", "a @  (vol=-1)");
-    play("a time that is none", "25:00:00", "25:00:00", "a", "a @  (vol=-1)");
-    play("numbers wider than two digits are shown whole", "100:200:300", "100:200:300", "a", "a @  (vol=-1)");
-    play("a negative number keeps its sign", "-1:-5:-30", "-1:-5:-30", "a", "a @  (vol=-1)");
+    play("a task's time wants two digits each", "8:30:00", "08:30:00");
+    play("a task's time wants three parts", "08:30:00:00", "08:30:00");
+    play("a time that is none", "25:00:00", "25:00:00");
+    play("numbers wider than two digits are shown whole", "100:200:300", "100:200:300");
+    play("a negative number keeps its sign", "-1:-5:-30", "-1:-5:-30");
 }
 
 void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask()
@@ -146,42 +136,27 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask()
 
 void ActionLinesTest::ARejectedLineLogsItsSummaryAndTheReason_data()
 {
-    QTest::addColumn<QByteArray>("tail");
-    QTest::addColumn<QByteArray>("task");
-    QTest::addColumn<QByteArray>("parameters");
-    QTest::addColumn<QByteArray>("reason");
-    const auto row = [](const char* name, const QByteArray& tail, const QByteArray& task, const QByteArray& parameters,
-                        const QByteArray& reason) { QTest::newRow(name) << tail << task << parameters << reason; };
-    row("RecordMic", "RecordMic", "RecordMic (type=3)", "", "Unknown task (3)");
-    row("RecordMic by number", "3|x", "3 (type=3)", "x", "Unknown task (3)");
-    row("RecordVideo", "RecordVideo|1", "RecordVideo (type=7)", "1", "Unknown task (7)");
-    row("RecordVideo by number", "7", "7 (type=7)", "", "Unknown task (7)");
-    row("a number without a task", "42|a,b", "42 (type=42)", "a,b", "Unknown task (42)");
-    row("the number of the unknown", "99", "99 (type=99)", "", "Unknown task (99)");
-    row("the first number without a name", "20", "20 (type=20)", "", "Unknown task (20)");
-    row("a negative number", "-1", "-1 (type=-1)", "", "Unknown task (-1)");
-    row("the greatest number", "2147483647", "2147483647 (type=2147483647)", "", "Unknown task (2147483647)");
-    row("a name that is none", "Sing", "Sing (type=99)", "", "Unknown task (99)");
-    row("a name in another case", "stopmessage", "stopmessage (type=99)", "", "Unknown task (99)");
-    row("EnableAux with a capital letter", "EnableAux|1", "EnableAux (type=99)", "1", "Unknown task (99)");
-    row("RequestPddAction by name", "RequestPddAction|1,1", "RequestPddAction (type=99)", "1,1", "Unknown task (99)");
-    row("Stoptream as the log has it", "Stoptream", "Stoptream (type=99)", "", "Unknown task (99)");
-    row("an empty name before parameters", "|x", " (type=99)", "x", "Unknown task (99)");
-    const QByteArray play = "PlayMessage (type=1)";
-    const QByteArray reason = "Wrong task parameters (PlayMessage)";
-    row("PlayMessage without parameters", "PlayMessage", play, "", reason);
-    row("PlayMessage with an empty parameter text", "PlayMessage|", play, "", reason);
-    row("PlayMessage with a parameter text of blanks", "PlayMessage|  ", play, "", reason);
-    row("PlayMessage whose parameters ten fields lose", "PlayMessage|a|b", play, "", reason);
-    row("PlayMessage by number", "1", "1 (type=1)", "", reason);
+    Rows<QByteArray, QByteArray, QByteArray, QByteArray>::Add({
+        {"a kind that nothing serves", "RecordMic", "RecordMic (type=3)", "", "Unknown task (3)"},
+        {"such a kind by number", "7|x", "7 (type=7)", "x", "Unknown task (7)"},
+        {"a number without a task", "42|a,b", "42 (type=42)", "a,b", "Unknown task (42)"},
+        {"the number of the unknown", "99", "99 (type=99)", "", "Unknown task (99)"},
+        {"the first number without a name", "20", "20 (type=20)", "", "Unknown task (20)"},
+        {"a negative number", "-1", "-1 (type=-1)", "", "Unknown task (-1)"},
+        {"the greatest number", "2147483647", "2147483647 (type=2147483647)", "", "Unknown task (2147483647)"},
+        {"a name that is none", "Sing", "Sing (type=99)", "", "Unknown task (99)"},
+        {"a name in another case", "stopmessage", "stopmessage (type=99)", "", "Unknown task (99)"},
+        {"a name that only the log has", "EnableAux|1", "EnableAux (type=99)", "1", "Unknown task (99)"},
+        {"an empty name before parameters", "|x", " (type=99)", "x", "Unknown task (99)"},
+        {"no parameters", "PlayMessage", "PlayMessage (type=1)", "", "Wrong task parameters (PlayMessage)"},
+        {"blank parameters", "PlayMessage|  ", "PlayMessage (type=1)", "", "Wrong task parameters (PlayMessage)"},
+        {"no parameters, by number", "1", "1 (type=1)", "", "Wrong task parameters (PlayMessage)"},
+    });
 }
 
 void ActionLinesTest::ARejectedLineLogsItsSummaryAndTheReason()
 {
-    QFETCH(QByteArray, tail);
-    QFETCH(QByteArray, task);
-    QFETCH(QByteArray, parameters);
-    QFETCH(QByteArray, reason);
+    const auto& [tail, task, parameters, reason] = Rows<QByteArray, QByteArray, QByteArray, QByteArray>::Current();
     const QByteArray line = "1111111|08:30:00|*|*|*|||" + tail;
     QVERIFY_THROWS_EXCEPTION(std::exception, Action(QString::fromUtf8(line)));
     const LogLines rejection{"1 [Action.cpp] " + reason};
@@ -190,54 +165,54 @@ void ActionLinesTest::ARejectedLineLogsItsSummaryAndTheReason()
 
 void ActionLinesTest::ALineThatLacksFieldsIsRejectedAtOnce_data()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QByteArray>("reason");
-    const auto row = [](const char* name, const QByteArray& line, const QByteArray& reason) {
-        QTest::newRow(name) << line << reason;
-    };
-    const auto fields = [&row](const char* name, const QByteArray& line, int count) {
-        row(name, line, "Wrong action fields (" + QByteArray::number(count) + " found, at least 8 expected)");
-    };
-    fields("no field", "", 0);
-    fields("a lone number sign", "#", 1);
-    fields("one field", "1111111", 1);
-    fields("seven fields", "1111111|08:30:00|*|*|*||", 6);
-    fields("seven fields and text", "1111111|08:30:00|*|*|*||x", 7);
-    fields("an empty eighth field at the end is none", "1111111|08:30:00|*|*|*|||", 7);
-    fields("another separator", "1111111;08:30:00;*;*;*;;;StopMessage", 1);
-    const auto start = [&row](const char* name, const QByteArray& text) {
-        row(name, "1111111|" + text + "|*|*|*|||StopMessage",
-            "Wrong action start time (" + text + ": hour:minute:second expected)");
-    };
-    start("an empty start time", "");
-    start("an hour alone", "08");
-    start("two parts", "08:30");
-    start("an empty third part at the end is none", "08:30:");
-    start("another separator in the start time", "08.30.00");
+    Rows<QByteArray, int>::Add({
+        {"no field", "", 0},
+        {"a lone number sign", "#", 1},
+        {"one field", "1111111", 1},
+        {"seven fields", "1111111|08:30:00|*|*|*||", 6},
+        {"seven fields and text", "1111111|08:30:00|*|*|*||x", 7},
+        {"an empty eighth field at the end is none", "1111111|08:30:00|*|*|*|||", 7},
+        {"another separator", "1111111;08:30:00;*;*;*;;;StopMessage", 1},
+    });
 }
 
 void ActionLinesTest::ALineThatLacksFieldsIsRejectedAtOnce()
 {
-    QFETCH(QByteArray, line);
-    QFETCH(QByteArray, reason);
+    const auto& [line, count] = Rows<QByteArray, int>::Current();
     QVERIFY_THROWS_EXCEPTION(std::exception, Action(QString::fromUtf8(line)));
-    EXPECT_LOG(9, {"9 [Action.cpp] >>> Action line: " + line, "1 [Action.cpp] " + reason});
+    EXPECT_LOG(9,
+               {"9 [Action.cpp] >>> Action line: " + line,
+                "1 [Action.cpp] Wrong action fields (" + QByteArray::number(count) + " found, at least 8 expected)"});
+}
+
+void ActionLinesTest::AStartTimeHasThreeParts()
+{
+    // An empty third part at the end is none.
+    for (const QByteArray start : {"", "08", "08:30", "08:30:", "08.30.00"})
+    {
+        const QByteArray line = "1111111|" + start + "|*|*|*|||StopMessage";
+        QVERIFY_THROWS_EXCEPTION(std::exception, Action(QString::fromUtf8(line)));
+        EXPECT_LOG(9, {"9 [Action.cpp] >>> Action line: " + line,
+                       "1 [Action.cpp] Wrong action start time (" + start + ": hour:minute:second expected)"});
+    }
 }
 
 void ActionLinesTest::AnOddLineIsNeverFatal_data()
 {
-    QTest::addColumn<QString>("line");
-    QTest::newRow("a megabyte of separators") << u"1111111|08:30:00"_s + QString(1'000'000, u'|');
-    QTest::newRow("a megabyte in a field") << u"1111111|08:30:00|"_s + QString(1'000'000, u'9') + u"|*|*|||99"_s;
-    QTest::newRow("a megabyte of parameters") << u"1111111|08:30:00|*|*|*|||99|"_s + u"a,"_s.repeated(500'000);
-    QTest::newRow("a NUL in a field") << u"1111111|08:30:00|\0|*|*|||99"_s;
-    QTest::newRow("characters that are no text") << u"1111111|08:30:00|\ufffd|\ufffe|"_s + QChar(0xd800) + u"|||99"_s;
-    QTest::newRow("format characters") << u"%n%s%d|%s:%n:%d|%s|%n|%d|%s|%n|%s|%n"_s;
+    const QString begin = u"1111111|08:30:00"_s;
+    Rows<QString>::Add({
+        {"a megabyte of separators", begin + QString(1'000'000, u'|')},
+        {"a megabyte in a field", begin + u'|' + QString(1'000'000, u'9') + u"|*|*|||99"_s},
+        {"a megabyte of parameters", begin + u"|*|*|*|||99|"_s + u"a,"_s.repeated(500'000)},
+        {"a NUL in a field", begin + u"|\0|*|*|||99"_s},
+        {"characters that are no text", begin + u"|\ufffd|\ufffe|"_s + QChar(0xd800) + u"|||99"_s},
+        {"format characters", u"%n%s%d|%s:%n:%d|%s|%n|%d|%s|%n|%s|%n"_s},
+    });
 }
 
 void ActionLinesTest::AnOddLineIsNeverFatal()
 {
-    QFETCH(QString, line);
+    const QString line = Rows<QString>::Current();
     QVERIFY_THROWS_EXCEPTION(std::exception, Action{line});
     const QList<LogRecord> errors = LogRecorder::Records(2);
     QCOMPARE(errors.size(), 1);

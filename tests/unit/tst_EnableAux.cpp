@@ -10,32 +10,11 @@ class EnableAuxTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void AParameterIsReadAtCreation();
     void TheInputIsSwitchedOffWithARunningTask_data() { PeerAnswers::AddRows(); }
     void TheInputIsSwitchedOffWithARunningTask();
     void OtherTasksLeaveTheInputAlone_data();
     void OtherTasksLeaveTheInputAlone();
 };
-
-void EnableAuxTest::AParameterIsReadAtCreation()
-{
-    const auto check = [this](const QByteArray& parameter, const QByteArray& on, const LogLines& before = {}) {
-        const EnableAux task(QString::fromUtf8(parameter));
-        EXPECT_LOG(9, (before + LogLines{"4 [tasks/EnableAux.cpp] TASK CREATED | EnableAux(" + on + ")"}));
-        EXPECT_REQUESTS(Bus(), {});
-        QCOMPARE(task.m_type, TASK_ENABLE_AUX);
-        QCOMPARE(task.m_identifier, QString());
-        QCOMPARE(task.GetDelayable_s(), 0U);
-    };
-    for (const char* const text : {"1", "+1", "01"})
-        check(text, "1");
-    for (const char* const text : {"0", "2", "-1", "11", "2147483647"})
-        check(text, "0");
-    for (const QByteArray text : {"", "true", "on", "1.0", "0x1", "4294967297", "%n"})
-        check(text, "0",
-              {"2 [tasks/EnableAux.cpp] Can't parse EnableAux enable from parameters: '" + text +
-               "'. Using enable=FALSE."});
-}
 
 void EnableAuxTest::TheInputIsSwitchedOffWithARunningTask()
 {

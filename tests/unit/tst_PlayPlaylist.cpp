@@ -15,7 +15,6 @@ class PlayPlaylistTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void WithoutATimeItAsksForNone();
     void WhatFailsCountsAsPlayed_data() { PeerAnswers::AddRows(); }
     void WhatFailsCountsAsPlayed();
     void AnyEarlierTimeoutComesBack_data() { PeerAnswers::AddRows(); }
@@ -48,16 +47,6 @@ PlayPlaylist& PlayPlaylistTest::Make(const QString& volume)
     m_task.emplace(u"08:30:00"_s, u"xmas"_s, volume, u"id"_s);
     LogRecorder::Clear();
     return *m_task;
-}
-
-void PlayPlaylistTest::WithoutATimeItAsksForNone()
-{
-    m_task.emplace(u"8:30:00"_s, u"xmas"_s, u"-1"_s, u"id"_s);
-    LogRecorder::Clear();
-    QVERIFY(m_task->Run());
-    EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id 1  false"_s});
-    EXPECT_LOG(9, {"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
-                   "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: xmas|1||-1"});
 }
 
 void PlayPlaylistTest::WhatFailsCountsAsPlayed()

@@ -12,7 +12,6 @@ class PlayRadioFmTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void AFrequencyIsReadAtCreation();
     void TuningIsJudgedByItsStatusAlone_data() { PeerAnswers::AddRows(); }
     void TuningIsJudgedByItsStatusAlone();
     void AnyEarlierTimeoutComesBack_data() { PeerAnswers::AddRows(); }
@@ -24,33 +23,6 @@ private Q_SLOTS:
 private:
     void End() override { Scheduler::m_soundManProxy->setTimeout(SOUND_TIMEOUT_MS); }
 };
-
-void PlayRadioFmTest::AFrequencyIsReadAtCreation()
-{
-    const auto check = [this](const QByteArray& parameter, const QByteArray& shown, const LogLines& before = {}) {
-        const PlayRadioFm task(QString::fromUtf8(parameter));
-        EXPECT_LOG(9, (before + LogLines{"4 [tasks/PlayRadioFm.cpp] TASK CREATED | PlayRadioFm: " + shown}));
-        EXPECT_REQUESTS(Bus(), {});
-        QCOMPARE(task.m_type, TASK_PLAY_RADIO_FM);
-        QCOMPARE(task.m_identifier, QString());
-        QCOMPARE(task.GetDelayable_s(), 0U);
-    };
-    for (const auto& [number, shown] : {std::pair("98.5", "98.50"),
-                                        {"0", "0.00"},
-                                        {"0.00", "0.00"},
-                                        {"-0.0", "-0.00"},
-                                        {"87.504", "87.50"},
-                                        {"87.506", "87.51"},
-                                        {"0.001", "0.00"},
-                                        {"-98.5", "-98.50"},
-                                        {"1e2", "100.00"},
-                                        {".5", "0.50"},
-                                        {"108", "108.00"}})
-        check(number, shown);
-    for (const QByteArray text : {"", "abc", "98,5", "98.5 MHz", "98.5.1", "0x62", "1e400", "%f"})
-        check(text, "0.00",
-              {"2 [tasks/PlayRadioFm.cpp] Can't parse RadioFm frequency from parameters: '" + text + "'. Using 0."});
-}
 
 void PlayRadioFmTest::TuningIsJudgedByItsStatusAlone()
 {

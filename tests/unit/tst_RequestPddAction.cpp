@@ -13,8 +13,6 @@ class RequestPddActionTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void ParametersAreReadAtCreation_data();
-    void ParametersAreReadAtCreation();
     void ASupportedActionIsAnnounced_data();
     void ASupportedActionIsAnnounced();
     void AnUnsupportedActionIsNotAnnounced_data();
@@ -23,50 +21,6 @@ private Q_SLOTS:
     void TheSchedulerCarriesTheSignalOn_data();
     void TheSchedulerCarriesTheSignalOn();
 };
-
-void RequestPddActionTest::ParametersAreReadAtCreation_data()
-{
-    QTest::addColumn<QString>("action");
-    QTest::addColumn<QString>("enable");
-    QTest::addColumn<LogLines>("log");
-    const auto row = [](const QByteArray& action, const QByteArray& enable, bool isKnown, bool isOn,
-                        bool isNumber = true) {
-        LogLines log;
-        if (!isKnown)
-            log.append("2 [tasks/RequestPddAction.cpp] Can't parse RequestPddAction action from parameters: '" +
-                       action + "'. Using action=NONE.");
-        if (!isNumber)
-            log.append("2 [tasks/RequestPddAction.cpp] Can't parse RequestPddAction enable from parameters: '" +
-                       enable + "'. Using enable=FALSE.");
-        log.append(QByteArray("4 [tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(") +
-                   (isKnown ? "STREAM_MIC" : "UNKNOWN") + ", " + (isOn ? "1" : "0") + ")");
-        QTest::addRow("\"%s\", \"%s\"", action.constData(), enable.constData())
-            << QString::fromUtf8(action) << QString::fromUtf8(enable) << log;
-    };
-    row("1", "1", true, true);
-    row("01", "+1", true, true);
-    for (const char* const enable : {"0", "2", "-1", "11", "2147483647"})
-        row("1", enable, true, false);
-    for (const char* const enable : {"", "yes", "true", "1.0", "0x1", "4294967297", "%n"})
-        row("1", enable, true, false, false);
-    for (const char* const action : {"2", "0", "-1", "11", "", "STREAM_MIC", "1.0", "0x1", "4294967297", "%s"})
-        row(action, "1", false, true);
-    row("0", "yes", false, false, false);
-    row("mic", "", false, false, false);
-}
-
-void RequestPddActionTest::ParametersAreReadAtCreation()
-{
-    QFETCH(QString, action);
-    QFETCH(QString, enable);
-    QFETCH(LogLines, log);
-    const RequestPddAction task(action, enable);
-    EXPECT_LOG(9, (log));
-    QCOMPARE(task.m_type, TASK_REQUEST_PDD_ACTION);
-    QCOMPARE(task.m_identifier, QString());
-    QCOMPARE(task.GetDelayable_s(), 0U);
-    QCOMPARE(task.IsRunning(), false);
-}
 
 void RequestPddActionTest::ASupportedActionIsAnnounced_data()
 {

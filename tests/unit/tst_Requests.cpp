@@ -1,23 +1,11 @@
 #include "PeerAnswers.h"
-#include "Request.h"
+#include "RequestTest.h"
 #include "Suite.h"
-#include "TaskTable.h"
-#include "UnitTest.h"
-
-#include <QFile>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-std::unique_ptr<Task> Make(const Request& request)
-{
-    const QString parameters = request.Schedule().section(u'|', 1);
-    const QStringList split = parameters.isEmpty() ? QStringList() : parameters.split(u',');
-    const TaskKind* const kind = TaskTable::Find(static_cast<TaskType>(request.Row().kind));
-    return kind->create({u"08:30:00"_s, parameters, split});
-}
 
 // The proxies leave the bus library's time-out as it is.
 int ProxyTimeout(const RequestRow& row)
@@ -28,30 +16,21 @@ int ProxyTimeout(const RequestRow& row)
 } // namespace
 
 // Every request of the table, with each of its examples and with whatever its peer may answer.
-class RequestsTest final : public UnitTest
+class RequestsTest final : public RequestTest
 {
     Q_OBJECT
 private Q_SLOTS:
     void AStartIsJudgedAndLogged_data() { AddRows(Trigger::START); }
     void AStartIsJudgedAndLogged();
+    void ARequestThatFollowsIsJudgedAndLogged_data() { PeerAnswers::AddRows(); }
+    void ARequestThatFollowsIsJudgedAndLogged();
     void ADeletionIsJudgedAndLogged_data() { AddRows(Trigger::DELETION); }
     void ADeletionIsJudgedAndLogged();
 
 private:
-    void Begin() override;
-    void End() override { qunsetenv("OZNA_CONFIG_FILE"); }
-
     static void AddRows(Trigger trigger);
     void Compare(const QList<Request>& requests, const QStringList& records);
 };
-
-void RequestsTest::Begin()
-{
-    Data().WritePlaylist("first.mp3;60\nsecond.mp3;30\n", u"day"_s);
-    QFile file(Data().Path() + u"/ozna.ini"_s);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[GENERAL]\nServerIp=10.0.0.5\n") > 0);
-    qputenv("OZNA_CONFIG_FILE", QFile::encodeName(file.fileName()));
-}
 
 void RequestsTest::AddRows(Trigger trigger)
 {
@@ -99,7 +78,6 @@ void RequestsTest::AStartIsJudgedAndLogged()
     }
 
     std::unique_ptr<Task> task = Make(request);
-    LogRecorder::Clear();
     Bus().Answer(request.Method().section(u'.', 1).toLatin1().constData(), [&](const PeerRequest&) {
         [&] { QCOMPARE(task->IsRunning(), row.wait != Wait::NOTHING); }();
         return answer.reply;
@@ -119,12 +97,31 @@ void RequestsTest::AStartIsJudgedAndLogged()
     LogRecorder::Clear();
 }
 
+void RequestsTest::ARequestThatFollowsIsJudgedAndLogged()
+{
+    QFETCH(PeerAnswer, answer);
+    for (const Request& request : Request::All())
+    {
+        if (request.Row().trigger != Trigger::START || !request.IsFollowed(Outcome::ACCEPTED))
+            continue;
+        const Request second = request.Followed();
+        const Outcome outcome = answer.TakenAs(second.Row().judged);
+        std::unique_ptr<Task> task = Make(request);
+        Bus().Answer(second.Method().section(u'.', 1).toLatin1().constData(),
+                     [&](const PeerRequest&) { return answer.reply; });
+        QCOMPARE(task->Run(), outcome == Outcome::ACCEPTED || !second.Row().isDecisive);
+        Compare({request, second}, request.Records(Outcome::ACCEPTED) + answer.Filled(second.Records(outcome)));
+        task.reset();
+        Bus().Clear();
+        LogRecorder::Clear();
+    }
+}
+
 void RequestsTest::ADeletionIsJudgedAndLogged()
 {
     QFETCH(Request, request);
     QFETCH(PeerAnswer, answer);
     std::unique_ptr<Task> task = Make(request);
-    LogRecorder::Clear();
     QVERIFY(task->Run());
     Compare(request.Before(), request.RecordsBefore());
     Bus().Answer(request.Method().section(u'.', 1).toLatin1().constData(),
