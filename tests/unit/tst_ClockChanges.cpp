@@ -8,6 +8,8 @@
 #include "UnitTest.h"
 
 #include <QDateTime>
+#include <QTemporaryFile>
+#include <QtEndian>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +25,7 @@ private Q_SLOTS:
     void SecondsFollowTheWallClockAllDay();
     void AnActionAroundTheChange_data();
     void AnActionAroundTheChange();
+    void ALeapSecondIsTheLastOfItsMinute();
 };
 
 void ClockChangesTest::SecondsCountWithTheStateOfNow_data()
@@ -157,6 +160,35 @@ void ClockChangesTest::AnActionAroundTheChange()
     QCOMPARE(action.IsEarly(), early);
     QCOMPARE(action.IsReady(), ready);
     QCOMPARE(action.IsLost(), false);
+}
+
+void ClockChangesTest::ALeapSecondIsTheLastOfItsMinute()
+{
+    // A zone that counts leap seconds, of the kind below "right" in the system's folder; it knows that of 30 June 1972.
+    constexpr std::int64_t LEAP_S = 78796800;
+    QTemporaryFile zone;
+    QVERIFY(zone.open());
+    zone.write("TZif"_ba + QByteArray(16, '\0'));
+    const auto write = [&zone](std::int32_t number) {
+        const std::int32_t bytes = qToBigEndian(number);
+        zone.write(reinterpret_cast<const char*>(&bytes), sizeof bytes);
+    };
+    for (const int count : {0, 0, 1, 0, 1, 4}) // leap seconds, kinds of local time, bytes of their names
+        write(count);
+    zone.write(QByteArray(6, '\0') + QByteArray("UTC\0", 4));
+    write(LEAP_S);
+    write(1);
+    zone.close();
+
+    const TimeZone here(":" + QFile::encodeName(zone.fileName()));
+    Time().SetUtc_ms((LEAP_S - 1) * 1000);
+    QCOMPARE(Clock::TimeOfDay(), QTime(23, 59, 59));
+    Time().Advance_ms(1250);
+    QCOMPARE(Clock::LocalNow().tm_sec, 60);
+    QCOMPARE(Clock::TimeOfDay(), QTime(23, 59, 59, 250));
+    QCOMPARE(Clock::SecondsSince(QTime(23, 59)), 59);
+    Time().Advance_ms(750);
+    QCOMPARE(Clock::TimeOfDay(), QTime(0, 0));
 }
 
 OZNA_CASE(ClockChanges, ClockChangesTest)

@@ -1,15 +1,10 @@
 #include "PeerAnswers.h"
-#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/Photo.h"
 
 #include <PhotoManagerProxy.h>
-
-#include <QAbstractEventDispatcher>
-#include <QDeadlineTimer>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -23,31 +18,11 @@ void TakePhoto(int status = 0)
     Q_EMIT Scheduler::m_photoManProxy->PhotoTaken(status, u"/photo.jpg"_s);
 }
 
-LogLine Taken()
-{
-    return {"9 [tasks/Photo.cpp] >>> Photo taken"};
-}
+const LogLine TAKEN("9 [tasks/Photo.cpp] >>> Photo taken");
 
 LogLine Total(int count)
 {
     return {"9 [tasks/Photo.cpp] >>> Total photo: " + QByteArray::number(count)};
-}
-
-// Runs a series of two photos up to the fifth, with a peer that refuses each stop after that time. For half a second
-// photos may ask one after the other.
-void HoldUp(Photo& task, PeerRecorder& bus, int refusal_ms, int stops)
-{
-    bus.Answer("StopPhotoStream", [refusal_ms](const PeerRequest&) {
-        for (const QDeadlineTimer end(refusal_ms); !end.hasExpired();)
-            ;
-        return PeerReply(4);
-    });
-    QVERIFY(task.Run());
-    bus.Clear();
-    for (int photo = 1; photo <= 5; ++photo)
-        TakePhoto();
-    EXPECT_REQUESTS(bus, (stops, STOP));
-    EXPECT_LOG(2, (stops, LogLine("1 [tasks/Photo.cpp] StopPhotoStream error: 4\n")));
 }
 
 LogLine Completed(int interval_s, int number)
@@ -63,10 +38,8 @@ class PhotoSeriesTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void ASeriesEndsWithItsNumber_data();
     void ASeriesEndsWithItsNumber();
     void ANegativeNumberNeverEnds();
-    void AnIdleTaskStaysIdle_data();
     void AnIdleTaskStaysIdle();
     void ASinglePhotoEndsWithAnyPhoto();
     void AStopIsJudgedByItsAnswer_data() { PeerAnswers::AddRows(); }
@@ -75,48 +48,37 @@ private Q_SLOTS:
     void AStopThatFailedIsAskedForAgain();
     void EveryTaskSeesEveryPhoto();
     void ARunBeginsANewSeries();
-    void PhotosBehindASlowStopAskOnceForAllOfThem_data();
-    void PhotosBehindASlowStopAskOnceForAllOfThem();
-    void PhotosAskAtOnceAgainWhenTheQueueIsDone();
-    void PhotosBehindASlowStopAskNothingAfterTheSeries();
     void OtherSignalsAreNoPhotos();
     void ATaskThatIsGoneSeesNothing();
 };
 
-void PhotoSeriesTest::ASeriesEndsWithItsNumber_data()
-{
-    Rows<int, int>::Add({
-        {"3 photos", 3, 3},
-        {"2 photos", 2, 2},
-        {"100 photos", 100, 100},
-        {"0 photos end with the first", 0, 1},
-    });
-}
-
 void PhotoSeriesTest::ASeriesEndsWithItsNumber()
 {
-    const auto& [number, photos] = Rows<int, int>::Current();
-    Photo task(u"10,%1"_s.arg(number));
-    for (int day = 0; day < 2; ++day)
+    // One of 0 photos ends with the first.
+    for (const auto& [number, photos] : {std::pair(3, 3), {2, 2}, {100, 100}, {0, 1}})
     {
-        QVERIFY(task.Run());
-        Bus().Clear();
-        LogRecorder::Clear();
-        for (int count = 1; count < photos; ++count)
+        Photo task(u"10,%1"_s.arg(number));
+        for (int day = 0; day < 2; ++day)
         {
+            QVERIFY(task.Run());
+            Bus().Clear();
+            LogRecorder::Clear();
+            for (int count = 1; count < photos; ++count)
+            {
+                TakePhoto();
+                EXPECT_LOG(9, {TAKEN, Total(count)});
+                QVERIFY(task.IsRunning());
+            }
+            EXPECT_REQUESTS(Bus(), {});
             TakePhoto();
-            EXPECT_LOG(9, {Taken(), Total(count)});
-            QVERIFY(task.IsRunning());
+            EXPECT_LOG(9, {TAKEN, Total(photos), Completed(10, number)});
+            QCOMPARE(Bus().Requests().value(0).timeout_ms, Request::Find("StopPhotoStream", "10,3").Row().timeout_ms);
+            EXPECT_REQUESTS(Bus(), {STOP});
+            QVERIFY(!task.IsRunning());
+            TakePhoto();
+            EXPECT_LOG(9, {TAKEN});
+            EXPECT_REQUESTS(Bus(), {});
         }
-        EXPECT_REQUESTS(Bus(), {});
-        TakePhoto();
-        EXPECT_LOG(9, {Taken(), Total(photos), Completed(10, number)});
-        QCOMPARE(Bus().Requests().value(0).timeout_ms, Request::Find("StopPhotoStream", "10,3").Row().timeout_ms);
-        EXPECT_REQUESTS(Bus(), {STOP});
-        QVERIFY(!task.IsRunning());
-        TakePhoto();
-        EXPECT_LOG(9, {Taken()});
-        EXPECT_REQUESTS(Bus(), {});
     }
 }
 
@@ -132,33 +94,26 @@ void PhotoSeriesTest::ANegativeNumberNeverEnds()
             LogRecorder::Clear();
             TakePhoto();
         }
-        EXPECT_LOG(9, {Taken(), Total(1000)});
+        EXPECT_LOG(9, {TAKEN, Total(1000)});
         EXPECT_REQUESTS(Bus(), {});
         QVERIFY(task.IsRunning());
     }
 }
 
-void PhotoSeriesTest::AnIdleTaskStaysIdle_data()
-{
-    Rows<QString>::Add({
-        {"of one photo", u""_s},
-        {"of a series", u"10,3"_s},
-        {"of none", u"10,0"_s},
-    });
-}
-
 void PhotoSeriesTest::AnIdleTaskStaysIdle()
 {
-    const QString& parameter = Rows<QString>::Current();
-    const Photo task(parameter);
-    LogRecorder::Clear();
-    for (const int status : {0, 5})
+    for (const QString& parameter : {u""_s, u"10,3"_s, u"10,0"_s})
     {
-        TakePhoto(status);
-        EXPECT_LOG(9, {Taken()});
-        QVERIFY(!task.IsRunning());
+        const Photo task(parameter);
+        LogRecorder::Clear();
+        for (const int status : {0, 5})
+        {
+            TakePhoto(status);
+            EXPECT_LOG(9, {TAKEN});
+            QVERIFY(!task.IsRunning());
+        }
+        EXPECT_REQUESTS(Bus(), {});
     }
-    EXPECT_REQUESTS(Bus(), {});
 }
 
 void PhotoSeriesTest::ASinglePhotoEndsWithAnyPhoto()
@@ -171,7 +126,7 @@ void PhotoSeriesTest::ASinglePhotoEndsWithAnyPhoto()
         QVERIFY(task.IsRunning());
         LogRecorder::Clear();
         TakePhoto(status);
-        EXPECT_LOG(9, {Taken()});
+        EXPECT_LOG(9, {TAKEN});
         QVERIFY(!task.IsRunning());
     }
 }
@@ -186,7 +141,7 @@ void PhotoSeriesTest::AStopIsJudgedByItsAnswer()
     LogRecorder::Clear();
     TakePhoto();
     const QStringList outcome = Request::Find("StopPhotoStream", "10,2").Records(answer.TakenAs(Judged::WHOLE));
-    EXPECT_LOG(9, (LogLines{Taken(), Total(2)} + ToLines(answer.Filled(outcome))));
+    EXPECT_LOG(9, (LogLines{TAKEN, Total(2)} + ToLines(answer.Filled(outcome))));
     QCOMPARE(task.IsRunning(), !answer.IsAccepted());
 }
 
@@ -206,7 +161,7 @@ void PhotoSeriesTest::AStopThatFailedIsAskedForAgain()
     LogRecorder::Clear();
     TakePhoto();
     QVERIFY(!series.IsRunning());
-    LogLines log{Taken(), Taken()};
+    LogLines log{TAKEN, TAKEN};
     if (!answer.IsAccepted())
         log += {Total(5), Completed(10, 2)};
     EXPECT_LOG(9, (log));
@@ -228,17 +183,17 @@ void PhotoSeriesTest::EveryTaskSeesEveryPhoto()
     Bus().Clear();
     LogRecorder::Clear();
     TakePhoto();
-    EXPECT_LOG(9, {Taken(), Total(1), Taken(), Total(1), Taken(), Taken()});
+    EXPECT_LOG(9, {TAKEN, Total(1), TAKEN, Total(1), TAKEN, TAKEN});
     QVERIFY(first.IsRunning());
     QVERIFY(second.IsRunning());
     QVERIFY(!single.IsRunning());
     TakePhoto();
-    EXPECT_LOG(9, {Taken(), Total(2), Taken(), Total(2), Completed(20, 2), Taken(), Taken()});
+    EXPECT_LOG(9, {TAKEN, Total(2), TAKEN, Total(2), Completed(20, 2), TAKEN, TAKEN});
     QVERIFY(first.IsRunning());
     QVERIFY(!second.IsRunning());
     EXPECT_REQUESTS(Bus(), {STOP});
     TakePhoto();
-    EXPECT_LOG(9, {Taken(), Total(3), Completed(10, 3), Taken(), Taken(), Taken()});
+    EXPECT_LOG(9, {TAKEN, Total(3), Completed(10, 3), TAKEN, TAKEN, TAKEN});
     QVERIFY(!first.IsRunning());
     EXPECT_REQUESTS(Bus(), {STOP});
 }
@@ -253,63 +208,15 @@ void PhotoSeriesTest::ARunBeginsANewSeries()
     QVERIFY(task.Run());
     LogRecorder::Clear();
     TakePhoto();
-    EXPECT_LOG(9, {Taken(), Total(1)});
+    EXPECT_LOG(9, {TAKEN, Total(1)});
     // and a refusal leaves no series behind.
     Bus().Answer("TakePhotoStream", 5);
     QVERIFY(!task.Run());
     QVERIFY(task.IsRunning());
     LogRecorder::Clear();
     TakePhoto();
-    EXPECT_LOG(9, {Taken()});
+    EXPECT_LOG(9, {TAKEN});
     QVERIFY(!task.IsRunning());
-}
-
-void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem_data()
-{
-    Rows<int, int>::Add({
-        {"one stop takes all the time", 510, 1},
-        {"two stops do together", 300, 2},
-    });
-}
-
-void PhotoSeriesTest::PhotosBehindASlowStopAskOnceForAllOfThem()
-{
-    const auto& [refusal_ms, stops] = Rows<int, int>::Current();
-    Photo task(u"10,2"_s);
-    HoldUp(task, Bus(), refusal_ms, stops);
-    Bus().Answer("StopPhotoStream", 0);
-    QTRY_COMPARE(Bus().Requests().size(), 1);
-    QVERIFY(!task.IsRunning());
-    QCoreApplication::processEvents();
-    EXPECT_REQUESTS(Bus(), {STOP});
-    QVERIFY(QAbstractEventDispatcher::instance()->registeredTimers(&task).isEmpty());
-}
-
-void PhotoSeriesTest::PhotosAskAtOnceAgainWhenTheQueueIsDone()
-{
-    Photo task(u"10,2"_s);
-    HoldUp(task, Bus(), 510, 1);
-    Bus().Answer("StopPhotoStream", 4);
-    QTRY_COMPARE(Bus().Requests().size(), 1);
-    TakePhoto();
-    EXPECT_REQUESTS(Bus(), {STOP, STOP});
-    const LogLine refused("1 [tasks/Photo.cpp] StopPhotoStream error: 4\n");
-    EXPECT_LOG(2, {refused, refused});
-}
-
-void PhotoSeriesTest::PhotosBehindASlowStopAskNothingAfterTheSeries()
-{
-    Photo task(u"10,2"_s);
-    HoldUp(task, Bus(), 510, 1);
-    // The next series does not come about.
-    Bus().Answer("TakePhotoStream", 5);
-    QVERIFY(!task.Run());
-    Bus().Clear();
-    QObject later;
-    bool isLater = false;
-    QTimer::singleShot(0, &later, [&isLater] { isLater = true; });
-    QTRY_VERIFY(isLater);
-    EXPECT_REQUESTS(Bus(), {});
 }
 
 void PhotoSeriesTest::OtherSignalsAreNoPhotos()
