@@ -5,13 +5,12 @@
 #include "FakeTask.h"
 #include "Findings.h"
 #include "Target.h"
-#include "TimeZone.h"
+#include "Zones.h"
 
 #include <QDebug>
 
 #include <array>
 #include <limits>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -22,28 +21,6 @@ namespace
 
 constexpr std::int64_t DAY_S = 86400;
 constexpr std::int64_t HOUR_S = 3600;
-
-struct Zone
-{
-    const char* name;
-    bool isFixed; // one distance from UTC for all time, so that differences are plain sums
-};
-
-constexpr std::array ZONES{
-    Zone{"UTC", true},
-    Zone{"<+0545>-5:45", true},
-    Zone{"<-12>12", true},
-    Zone{"<+24>-24:59:59", true},
-    Zone{"Europe/Rome", false},
-    Zone{"America/Los_Angeles", false},
-    Zone{"Pacific/Auckland", false},
-    Zone{"Asia/Kathmandu", false},
-    Zone{"Australia/Lord_Howe", false},  // half an hour of summer time
-    Zone{"Africa/Casablanca", false},    // summer time that goes back
-    Zone{"America/Sao_Paulo", false},    // changed at midnight
-    Zone{"AAA3BBB,J60/0,J300/0", false}, // and never stops doing so
-    Zone{":/nonexistent", true},
-};
 
 // In milliseconds; an input adds to one of them.
 constexpr std::array<std::int64_t, 10> MOMENTS{
@@ -87,7 +64,7 @@ Case::Case(const QByteArray& input)
     : action(std::make_unique<Action>(u"1111111|08:30:00|*|*|*|||StopMessage"_s))
 {
     ByteReader reader(input);
-    zone = &ZONES[static_cast<size_t>(reader.Below(ZONES.size()))];
+    zone = &Zones::ALL[static_cast<size_t>(reader.Below(Zones::ALL.size()))];
     const std::int64_t moment = MOMENTS[static_cast<size_t>(reader.Below(MOMENTS.size()))];
     now_ms = Sum(moment, reader.LongInt());
     action->m_dow = reader.Byte() & 0x7fU;
@@ -228,18 +205,6 @@ void Check(const Case& input)
     CheckStart(input);
 }
 
-void SetZone(const char* zone)
-{
-    // The time zone of the process stays until another is wanted: looking one up takes long.
-    static const char* current = nullptr;
-    static std::optional<TimeZone> set;
-    if (zone == current)
-        return;
-    set.reset();
-    set.emplace(zone);
-    current = zone;
-}
-
 } // namespace
 
 void Target::SetUp()
@@ -251,7 +216,7 @@ void Target::Run(const QByteArray& input)
 {
     {
         const Case testCase(input);
-        SetZone(testCase.zone->name);
+        Zones::Set(*testCase.zone);
         Engine::Time().SetUtc_ms(testCase.now_ms);
         Check(testCase);
     }

@@ -1,3 +1,4 @@
+#include "BusyTimes.h"
 #include "Device.h"
 #include "Log.h"
 #include "Requests.h"
@@ -9,7 +10,6 @@
 #include <QSet>
 
 #include <algorithm>
-#include <bitset>
 
 #include <malloc.h>
 
@@ -24,10 +24,7 @@ constexpr int DAY_S = 86400;
 constexpr qint64 WEEK_MS = 7LL * DAY_S * 1000;
 
 // Around a start every pass runs, and at other times, when there is nothing to find, one far pass in so many.
-constexpr int BEFORE_S = 18;
-constexpr int AFTER_S = 6;
 constexpr qint64 AFTER_LOAD_MS = 30'000;
-constexpr qint64 NEAR_CHANGE_S = 3 * 3600;
 constexpr int QUIET_PASSES = 199;
 constexpr qint64 LATER_MS = 5LL * 3600 * 1000;
 
@@ -68,58 +65,18 @@ private Q_SLOTS:
     void EveryRequestComesOnceAndInTime();
 
 private:
-    void ReadTimes();
-
-    // Whether the clock on the wall is near a start, or the clocks are changed within some hours.
-    [[nodiscard]] bool IsBusy();
-    void ReadOffset();
-
     QList<qint64> Loads(int year, qint64 end_ms);
     void PassUntil(qint64 end_ms);
     void Tick();
     void Early(qint64 step_ms);
     void TakeRecords();
 
-    std::bitset<DAY_S> m_busy; // the seconds of a day that are near a start
-    qint64 m_offset_s = 0;     // of local time from UTC
-    bool m_isNearChange = false;
+    std::optional<BusyTimes> m_busy;
     std::optional<Device> m_device;
     QSet<QString> m_warnings;
     QStringList m_missed;
     qint64 m_passes = 0;
 };
-
-void YearTest::ReadTimes()
-{
-    for (int s = 0; s < AFTER_S; ++s)
-        m_busy.set(static_cast<size_t>(s)); // a day begins
-    QFile file(QStringLiteral(OZNA_YEAR_DATA "/") + SCHEDULE);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    for (const QByteArray& line : file.readAll().split('\n'))
-    {
-        const QTime start = QTime::fromString(QString::fromLatin1(line.split('|').value(1)));
-        for (int s = -BEFORE_S; start.isValid() && s <= AFTER_S; ++s)
-            m_busy.set(static_cast<size_t>((QTime(0, 0).secsTo(start) + s + DAY_S) % DAY_S));
-    }
-}
-
-bool YearTest::IsBusy()
-{
-    return m_isNearChange || m_busy.test(static_cast<size_t>((Time().Utc_ms() / 1000 + m_offset_s) % DAY_S));
-}
-
-// A quarter of a day ahead and back: much longer than until this is asked again.
-void YearTest::ReadOffset()
-{
-    const auto offset_s = [this](qint64 later_s) {
-        const std::time_t then = Time().Utc_ms() / 1000 + later_s;
-        std::tm parts{};
-        ::localtime_r(&then, &parts);
-        return qint64{parts.tm_gmtoff};
-    };
-    m_offset_s = offset_s(NEAR_CHANGE_S);
-    m_isNearChange = m_offset_s != offset_s(-NEAR_CHANGE_S);
-}
 
 void YearTest::Early(qint64 step_ms)
 {
@@ -146,8 +103,8 @@ void YearTest::PassUntil(qint64 end_ms)
     for (int tick = 0; Time().Utc_ms() + FAR_INTERVAL_MS <= end_ms; ++tick)
     {
         if (tick % QUIET_PASSES == 0)
-            ReadOffset();
-        if (tick % QUIET_PASSES == 0 || Time().Utc_ms() < begin_ms + AFTER_LOAD_MS || IsBusy() ||
+            m_busy->ReadOffset(Time().Utc_ms());
+        if (tick % QUIET_PASSES == 0 || Time().Utc_ms() < begin_ms + AFTER_LOAD_MS || m_busy->Has(Time().Utc_ms()) ||
             SchedulerAccess::EarlyActions(Engine()).Size() > 0 ||
             m_device->Next_ms() <= Time().Utc_ms() + FAR_INTERVAL_MS)
             Tick();
@@ -202,8 +159,8 @@ void YearTest::EveryRequestComesOnceAndInTime()
     const auto* const place =
         std::ranges::find_if(PLACES, [&](const Place& known) { return zone == QLatin1String(known.zone); });
     QVERIFY(place != std::end(PLACES));
-    ReadTimes();
     const QDir source(QStringLiteral(OZNA_YEAR_DATA));
+    m_busy.emplace(source.filePath(SCHEDULE));
     QVERIFY(QFile::copy(source.filePath(SCHEDULE), Data().SchedulePath(SCHEDULE)));
     for (const QString& playlist : {u"morning"_s, u"christmas"_s})
         QVERIFY(QFile::copy(source.filePath(playlist), Data().PlaylistPath(playlist)));
