@@ -10,6 +10,14 @@ void MissedTest::StartBefore(int before_ms, const QByteArrayList& lines)
     StartSchedule(lines);
 }
 
+void MissedTest::AnswerAfter(int time_ms, const char* method, const PeerReply& reply)
+{
+    Bus().Answer(method, [this, time_ms, reply](const PeerRequest&) {
+        Time().Advance_ms(time_ms);
+        return reply;
+    });
+}
+
 void MissedTest::LoadAnew(Load load)
 {
     switch (load)

@@ -25,6 +25,9 @@ protected:
     // Loads the lines so many milliseconds before 08:30:00.
     void StartBefore(int before_ms, const QByteArrayList& lines);
 
+    // The method is answered after so long, while nothing else goes on.
+    void AnswerAfter(int time_ms, const char* method, const PeerReply& reply = PeerReply(0));
+
     // Loads the same lines again.
     void LoadAnew(Load load);
 };

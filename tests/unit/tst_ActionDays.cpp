@@ -153,7 +153,6 @@ void ActionDaysTest::ASpotDateCountsOnlyWhereTheDayOfWeekDoesNot()
 
 void ActionDaysTest::AValidityRangeIsLocalAndIncludesItsEnds_data()
 {
-    // days after 2024-05-10, from 0 to 9; none where the last is before the first
     // first: days after 2024-05-10, from 0 to 9; none where the last is before the first
     Rows<QString, QString, int, int>::Add({
         {"no end", {}, {}, 0, 9},

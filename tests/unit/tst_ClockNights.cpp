@@ -96,7 +96,6 @@ void ClockNightsTest::AStartInTheNight()
 
 void ClockNightsTest::TheFirstSecondsAfterTheChange_data()
 {
-    // over all phases; before the clock is put back it comes in each
     const QString forward = u"2024-03-31T01:00:00"_s;
     const QString back = u"2024-10-27T01:00:00"_s;
     // starts: over all phases; before the clock is put back it comes in each

@@ -116,10 +116,7 @@ void MissedAtLoadsTest::WhatALoadForcesIsNotMissed()
     StartBefore(30'000, {"08:29:50 PlayMessage|gong.mp3", "08:30:00 Light|80"});
     Pass(29);
     TakeRequests();
-    Bus().Answer("StopPlay", [this](const PeerRequest&) {
-        Time().Advance_ms(SOUND_TIMEOUT_MS);
-        return PeerReply(0);
-    });
+    AnswerAfter(SOUND_TIMEOUT_MS, "StopPlay");
     LoadAnew(RELOAD);
     Bus().Clear();
     Pass(6);
@@ -158,10 +155,7 @@ void MissedAtLoadsTest::WhatPassesWhileALoadIsMadeIsMissed()
 {
     StartBefore(30'000, {"08:29:50 PlayMessage|gong.mp3", "08:30:00 Volume|1"});
     Pass(29);
-    Bus().Answer("StopPlay", [this](const PeerRequest&) {
-        Time().Advance_ms(SOUND_TIMEOUT_MS);
-        return PeerReply(0);
-    });
+    AnswerAfter(SOUND_TIMEOUT_MS, "StopPlay");
     LoadAnew(RELOAD);
     Pass(6);
     EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 2, "08:30:00", LOADED)});

@@ -55,10 +55,7 @@ void MissedCausesTest::AProcessThatStandsStill()
 void MissedCausesTest::ALoopThatWaitsForAPeer()
 {
     for (const char* method : {"SetPlayerVolume", "PlayFile"})
-        Bus().Answer(method, [this](const PeerRequest&) {
-            Time().Advance_ms(SOUND_TIMEOUT_MS);
-            return PeerReply::Failed(u"Did not receive a reply"_s);
-        });
+        AnswerAfter(SOUND_TIMEOUT_MS, method, PeerReply::Failed(u"Did not receive a reply"_s));
     // The message is asked for 8 s ahead: from two seconds before the volume until four seconds after.
     StartBefore(30'000, {"08:30:06 PlayMessage|gong.mp3,70", "08:30:00 Volume|1", "08:30:30 Volume|2"});
     Pass(60);
@@ -87,10 +84,7 @@ void MissedCausesTest::ATaskThatStillWorks()
 // A far pass comes in the very moment in which both are due, and the first of them is not answered.
 void MissedCausesTest::WhatIsHeldUpInItsSecondIsMissedForThePeer()
 {
-    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_ms(SOUND_TIMEOUT_MS);
-        return PeerReply::Failed(u"Did not receive a reply"_s);
-    });
+    AnswerAfter(SOUND_TIMEOUT_MS, "SetMasterVolume", PeerReply::Failed(u"Did not receive a reply"_s));
     StartBefore(30'000, {"08:30:00 Volume|1", "08:30:00 Volume|2"});
     Pass(40);
     QCOMPARE(LogRecorder::Messages(LEVEL_WARNING).filter(u"MISSED"_s),
@@ -102,10 +96,7 @@ void MissedCausesTest::WhatIsHeldUpInItsSecondIsMissedForThePeer()
 void MissedCausesTest::ShortWaitsAddUp()
 {
     for (const char* method : {"SetPlayerVolume", "PlayFile"})
-        Bus().Answer(method, [this](const PeerRequest&) {
-            Time().Advance_ms(900);
-            return PeerReply(0);
-        });
+        AnswerAfter(900, method);
     // Asked for from a second before the volume on, until six seconds after it.
     QByteArrayList lines(4, "08:30:07 PlayMessage|gong.mp3,70");
     StartBefore(30'000, lines << "08:30:00 Volume|1");
@@ -136,14 +127,8 @@ void MissedCausesTest::WhatRanUntilRightBeforeItsStartHeldIt()
 // Not who was waited for longer, but not when it mattered.
 void MissedCausesTest::WhoHeldTheLoopThroughoutIsTheCause()
 {
-    Bus().Answer("TakePhotoStream", [this](const PeerRequest&) {
-        Time().Advance_ms(6000);
-        return PeerReply(0);
-    });
-    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_ms(5500);
-        return PeerReply(0);
-    });
+    AnswerAfter(6000, "TakePhotoStream");
+    AnswerAfter(5500, "SetMasterVolume");
     StartBefore(30'000, {"08:29:50 RecordPhoto|5,-1", "08:29:58 Volume|1", "08:30:00 Volume|2"});
     Pass(40);
     EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 3, "08:30:00", "the loop waited for com.kestrelix.ozna.soundmanager")});
@@ -152,10 +137,7 @@ void MissedCausesTest::WhoHeldTheLoopThroughoutIsTheCause()
 // It is over in time, but kept the far passes from seeing the start ahead.
 void MissedCausesTest::WhoHeldTheLoopUntilTheStartIsTheCause()
 {
-    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_ms(15'000);
-        return PeerReply(0);
-    });
+    AnswerAfter(15'000, "SetMasterVolume");
     StartBefore(30'000, {"08:29:46 Volume|1", "08:30:00 Volume|2"});
     Pass(40);
     EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 2, "08:30:00", "the loop waited for com.kestrelix.ozna.soundmanager")});
@@ -173,10 +155,7 @@ void MissedCausesTest::AClockThatIsPutBackIsNoCause()
 
 void MissedCausesTest::WhoWasWaitedForLongBeforeIsNoCause()
 {
-    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_ms(SOUND_TIMEOUT_MS);
-        return PeerReply(0);
-    });
+    AnswerAfter(SOUND_TIMEOUT_MS, "SetMasterVolume");
     StartBefore(60'000, {"08:29:10 Volume|1", "08:30:00 Volume|2"});
     Pass(30);
     Time().Advance_s(60);
@@ -187,10 +166,7 @@ void MissedCausesTest::WhoWasWaitedForLongBeforeIsNoCause()
 // It may wait for its time-out at most.
 void MissedCausesTest::AProcessThatStandsStillInACallDidNotWaitForItsPeer()
 {
-    Bus().Answer("SetMasterVolume", [this](const PeerRequest&) {
-        Time().Advance_s(3600);
-        return PeerReply(0);
-    });
+    AnswerAfter(3600 * 1000, "SetMasterVolume");
     StartBefore(30'000, {"08:30:00 Volume|1", "09:00:00 Light|0"});
     Pass(60);
     EXPECT_LOG(LEVEL_WARNING, {Missed("0 (Light)", 2, "09:00:00", STOOD_STILL)});

@@ -80,7 +80,6 @@ void NearLoadsTest::WhatIsDueWithinThreeSecondsIsNotStarted()
 
 void NearLoadsTest::AMessageThatWasAskedForIsStopped_data()
 {
-    // before the message's time
     const QString first = u"12:00:12 PlayFile"_s;
     // loaded_s: before the message's time
     Rows<int, QStringList>::Add({

@@ -9,19 +9,14 @@
 
 #include <SoundManagerProxy.h>
 
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
-constexpr unsigned int GREATEST_DELAY_S = std::numeric_limits<int>::max();
+constexpr unsigned int GREATEST_DELAY_S = 0x7FFFFFFF;
 
-QByteArray NotDelayed()
-{
-    return "5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"_ba;
-}
+using Delays = Rows<QByteArray, unsigned int, int, int>;
 
 } // namespace
 
@@ -32,10 +27,8 @@ class PlaylistTimingTest final : public SchedulerTest
 private Q_SLOTS:
     void ADelayChoosesTheFirstTrack_data();
     void ADelayChoosesTheFirstTrack();
-    void EachDelayCountsFromTheFirstTrack_data();
     void EachDelayCountsFromTheFirstTrack();
     void ALatePlaylistIsJoined();
-    void ACompletedPlaylistIsNotJoined_data();
     void ACompletedPlaylistIsNotJoined();
     void ACompletedPlaylistComesBackTheNextDay();
     void ARefusedPlaylistIsAskedForUntilItsTime();
@@ -57,71 +50,49 @@ std::unique_ptr<Action> PlaylistTimingTest::PlayAtNoon()
 
 void PlaylistTimingTest::ADelayChoosesTheFirstTrack_data()
 {
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<unsigned int>("delay_s");
-    QTest::addColumn<int>("first"); // 0: refused
-    QTest::addColumn<int>("total_s");
-    const auto rows = [](const char* name, const QByteArray& content, int total_s) {
-        return [=](unsigned int delay_s, int first) {
-            QTest::addRow("%s, %u s late", name, delay_s) << content << delay_s << first << total_s;
-        };
+    QList<Delays::Entry> rows;
+    // starts: the delays, each with the track that is first then; 0: refused
+    const auto add = [&rows](const QByteArray& name, const QByteArray& content, int total_s,
+                             const QList<std::pair<unsigned int, int>>& starts) {
+        for (const auto& [delay_s, first] : starts)
+            rows.append({name + ", " + QByteArray::number(delay_s) + " s late", content, delay_s, first, total_s});
     };
-    const auto two = rows("two tracks", "track1.mp3;60\ntrack2.mp3;30\n", 92);
-    two(0, 1);
-    two(1, 2);
-    two(10, 2);
-    two(59, 2);
-    two(61, 2);
-    two(62, 3); // the second track begins: past the list's end
-    two(70, 3);
-    two(91, 3);
-    two(92, 0);
-    two(93, 0);
-    two(86400, 0);
-    two(GREATEST_DELAY_S, 0);
-    // As a signed number it is no delay.
-    two(GREATEST_DELAY_S + 1U, 1);
-    two(0xFFFFFFFFU, 1);
-    const auto one = rows("one track", "track1.mp3;300\n", 300);
-    one(1, 2);
-    one(299, 2);
-    one(300, 0);
-    const auto three = rows("three tracks", "track1.mp3;60\ntrack2.mp3;30\ntrack3.mp3;100\n", 194);
-    three(61, 2);
-    three(62, 3);
-    three(93, 3);
-    three(94, 4);
-    three(193, 4);
-    three(194, 0);
-    const auto zero = rows("tracks of 0 s", "track1.mp3;000\ntrack2.mp3;000\ntrack3.mp3;000\n", 4);
-    zero(1, 2);
-    zero(2, 3);
-    zero(3, 3);
-    zero(4, 0);
-    const auto negative = rows("a negative track", "track1.mp3;-5\ntrack2.mp3;30\n", 27);
-    negative(10, 3);
-    negative(26, 3);
-    negative(27, 0);
+    // At 62 s the second track begins: past the list's end. As a signed number the last two are no delay.
+    add("two tracks", "track1.mp3;60\ntrack2.mp3;30\n", 92,
+        {{0, 1},
+         {1, 2},
+         {10, 2},
+         {59, 2},
+         {61, 2},
+         {62, 3},
+         {70, 3},
+         {91, 3},
+         {92, 0},
+         {93, 0},
+         {86400, 0},
+         {GREATEST_DELAY_S, 0},
+         {GREATEST_DELAY_S + 1U, 1},
+         {0xFFFFFFFFU, 1}});
+    add("one track", "track1.mp3;300\n", 300, {{1, 2}, {299, 2}, {300, 0}});
+    add("three tracks", "track1.mp3;60\ntrack2.mp3;30\ntrack3.mp3;100\n", 194,
+        {{61, 2}, {62, 3}, {93, 3}, {94, 4}, {193, 4}, {194, 0}});
+    add("tracks of 0 s", "track1.mp3;000\ntrack2.mp3;000\ntrack3.mp3;000\n", 4, {{1, 2}, {2, 3}, {3, 3}, {4, 0}});
+    add("a negative track", "track1.mp3;-5\ntrack2.mp3;30\n", 27, {{10, 3}, {26, 3}, {27, 0}});
     // The total is negative, and as an unsigned number greater than any delay.
-    const auto most = rows("a negative total", "track1.mp3;-100\ntrack2.mp3;30\n", -68);
-    most(10, 3);
-    most(GREATEST_DELAY_S, 3);
-    const auto longest = rows("the longest track", "track1.mp3;2147483647\ntrack2.mp3;30\n", -2147483617);
-    longest(GREATEST_DELAY_S, 2);
+    add("a negative total", "track1.mp3;-100\ntrack2.mp3;30\n", -68, {{10, 3}, {GREATEST_DELAY_S, 3}});
+    add("the longest track", "track1.mp3;2147483647\ntrack2.mp3;30\n", -2147483617, {{GREATEST_DELAY_S, 2}});
+    Delays::Add(rows);
 }
 
 void PlaylistTimingTest::ADelayChoosesTheFirstTrack()
 {
-    QFETCH(QByteArray, content);
-    QFETCH(unsigned int, delay_s);
-    QFETCH(int, first);
-    QFETCH(int, total_s);
+    const auto& [content, delay_s, first, total_s] = Delays::Current();
     Data().WritePlaylist(content, u"xmas"_s);
     PlayPlaylist task(u"12:00:00"_s, u"xmas"_s, u"-1"_s, u"id"_s);
     LogRecorder::Clear();
     task.PrepareDelayed(delay_s);
     if (static_cast<int>(delay_s) <= 0)
-        EXPECT_LOG(9, {NotDelayed()});
+        EXPECT_LOG(9, {"5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"});
     else if (first == 0)
         EXPECT_LOG(9, {"2 [tasks/PlayPlaylist.cpp] PlayPlaylist can't be prepared as delayed: delay (" +
                        QByteArray::number(delay_s) + " s) >= duration (" + QByteArray::number(total_s) + " s))"});
@@ -138,29 +109,29 @@ void PlaylistTimingTest::ADelayChoosesTheFirstTrack()
                        QByteArray::number(sent) + "|12:00:00|-1"});
 }
 
-void PlaylistTimingTest::EachDelayCountsFromTheFirstTrack_data()
-{
-    Rows<QList<unsigned int>, int>::Add({
-        {"the same delay twice", {70, 70}, 3},
-        {"a shorter delay", {70, 10}, 2},
-        {"a longer delay", {10, 70}, 3},
-        {"no delay any more", {70, 0}, 1},
-        {"a delay that is refused changes nothing", {70, 92}, 3},
-        {"a delay after one that was refused", {92, 10}, 2},
-        {"many delays", {10, 10, 10, 10, 10}, 2},
-    });
-}
-
 void PlaylistTimingTest::EachDelayCountsFromTheFirstTrack()
 {
-    const auto& [delays_s, first] = Rows<QList<unsigned int>, int>::Current();
     Data().WritePlaylist("track1.mp3;60\ntrack2.mp3;30\n", u"xmas"_s);
-    PlayPlaylist task(u"12:00:00"_s, u"xmas"_s, u"-1"_s, u"id"_s);
-    for (const unsigned int delay_s : delays_s)
-        task.PrepareDelayed(delay_s);
+    const QList<std::pair<QList<unsigned int>, int>> rows{
+        {{70, 70}, 3},
+        {{70, 10}, 2},
+        {{10, 70}, 3},
+        {{70, 0}, 1},
+        {{10, 10, 10, 10, 10}, 2},
+        // One that is refused changes nothing.
+        {{70, 92}, 3},
+        {{92, 10}, 2},
+    };
+    for (const auto& [delays_s, first] : rows)
+    {
+        PlayPlaylist task(u"12:00:00"_s, u"xmas"_s, u"-1"_s, u"id"_s);
+        for (const unsigned int delay_s : delays_s)
+            task.PrepareDelayed(delay_s);
+        QVERIFY(task.Run());
+        EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id %1 12:00:00 false"_s.arg(first)});
+        Q_EMIT Scheduler::m_soundManProxy->PlayPlaylistCompleted(u"xmas"_s);
+    }
     LogRecorder::Clear();
-    QVERIFY(task.Run());
-    EXPECT_REQUESTS(Bus(), {u"sound.PlayPlaylist ssusb xmas id %1 12:00:00 false"_s.arg(first)});
 }
 
 void PlaylistTimingTest::ALatePlaylistIsJoined()
@@ -184,33 +155,25 @@ void PlaylistTimingTest::ALatePlaylistIsJoined()
     QVERIFY(!action->IsEarly());
 }
 
-void PlaylistTimingTest::ACompletedPlaylistIsNotJoined_data()
-{
-    // before it has been played
-    // afterwards
-    // early: before it has been played
-    // earlyCompleted: afterwards
-    Rows<QTime, bool, bool>::Add({
-        {"13 s ahead", QTime(11, 59, 47), false, false},
-        {"12 s ahead", QTime(11, 59, 48), true, true},
-        {"1 s ahead", QTime(11, 59, 59), true, true},
-        {"on the second", QTime(12, 0), true, false},
-        {"a second late", QTime(12, 0, 1), true, false},
-        {"when the last track starts", QTime(12, 5), true, false},
-        {"a second later", QTime(12, 5, 1), false, false},
-    });
-}
-
 void PlaylistTimingTest::ACompletedPlaylistIsNotJoined()
 {
-    const auto& [now, early, earlyCompleted] = Rows<QTime, bool, bool>::Current();
-    const std::unique_ptr<Action> action = PlayAtNoon();
-    Time().SetLocal(now);
-    QCOMPARE(action->IsEarly(), early);
-    action->m_task->SetCompleted(true);
-    QCOMPARE(action->IsEarly(), earlyCompleted);
-    action->m_task->SetCompleted(false);
-    QCOMPARE(action->IsEarly(), early);
+    // Whether it is early before it has been played, and afterwards: from 12 s ahead, until its last track starts.
+    for (const auto& [now, isEarly, isStillEarly] : {std::tuple(QTime(11, 59, 47), false, false),
+                                                     {QTime(11, 59, 48), true, true},
+                                                     {QTime(11, 59, 59), true, true},
+                                                     {QTime(12, 0), true, false},
+                                                     {QTime(12, 0, 1), true, false},
+                                                     {QTime(12, 5), true, false},
+                                                     {QTime(12, 5, 1), false, false}})
+    {
+        const std::unique_ptr<Action> action = PlayAtNoon();
+        Time().SetLocal(now);
+        QCOMPARE(action->IsEarly(), isEarly);
+        action->m_task->SetCompleted(true);
+        QCOMPARE(action->IsEarly(), isStillEarly);
+        action->m_task->SetCompleted(false);
+        QCOMPARE(action->IsEarly(), isEarly);
+    }
 }
 
 void PlaylistTimingTest::ACompletedPlaylistComesBackTheNextDay()
@@ -257,7 +220,6 @@ void PlaylistTimingTest::APlaylistThatIsStoppedAtOnceIsSkipped()
     Data().WritePlaylist("track1.mp3;298\ntrack2.mp3;20\n", u"xmas"_s);
     Time().SetLocal(QTime(12, 2));
     StartWith({"1111111|12:00:00|*|*|*|||PlayPlaylist|xmas,-1,id", "1111111|12:02:05|*|*|*|||StopPlaylist|id"});
-
     // It could be joined, but would be stopped five seconds later.
     CheckFar();
     EXPECT_LOG(4, {"2 [Scheduler.cpp] TASK_STOP_PLAYLIST: 12:02:05 | NOW+10s: 12:02:10",

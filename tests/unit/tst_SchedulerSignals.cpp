@@ -111,7 +111,6 @@ void SchedulerSignalsTest::AnUpdateEnables()
 
 void SchedulerSignalsTest::OtherUpdatesAreIgnored_data()
 {
-    // which of the two signals
     // completed: which of the two signals
     Rows<bool, int, int>::Add({
         {"a failed update of the schedule", true, 1, 2},

@@ -118,7 +118,6 @@ void StandinConfigurationTest::AValueIsReadFromItsGroup()
 
 void StandinConfigurationTest::WithoutAFileNothingIsValid_data()
 {
-    // null: no file
     // content: null: no file
     Rows<QByteArray, bool>::Add({
         {"a missing file", {}, false},

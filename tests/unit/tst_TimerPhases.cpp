@@ -102,7 +102,6 @@ void TimerPhasesTest::AWeekStartsEachActionOnceADay()
 
 void TimerPhasesTest::TheFirstSecondsOfADayDependOnThePhase_data()
 {
-    // at how many of the fifteen it starts
     // A far pass has to come between midnight and the start.
     // phases: at how many of the fifteen it starts
     Rows<QString, int>::Add({
