@@ -1,74 +1,13 @@
+#include "BrokenFunctions.h"
 #include "Rows.h"
 #include "SchedulerTest.h"
 #include "Suite.h"
 #include "peers/Peers.h"
 #include "tasks/PlayMessage.h"
-#include "text/TextFile.h"
 
-#include <new>
 #include <stdexcept>
 
 using namespace Qt::StringLiterals;
-
-// The library's functions as the daemon's code calls them, replaced by ones that can be told to fail.
-
-namespace
-{
-
-int m_goodLines = -1;       // after so many lines reading throws; negative: never
-int m_goodConnections = -1; // after so many connections connecting fails; negative: never
-bool m_hasReadError = false;
-
-bool Fails(int& good)
-{
-    if (good < 0)
-        return false;
-    return good-- == 0;
-}
-
-} // namespace
-
-using Connection = QMetaObject::Connection;
-
-bool RealReadLine(TextFile* file, QString& line) __asm__("__real__ZN8TextFile8ReadLineER7QString");
-bool ReadLine(TextFile* file, QString& line) __asm__("__wrap__ZN8TextFile8ReadLineER7QString");
-
-Connection
-RealConnect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
-            QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
-            const QMetaObject* metaObject) __asm__("__real__ZN7QObject11connectImplEPKS_PPvS1_S3_"
-                                                   "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
-                                                   "QMetaObject");
-Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
-                   QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
-                   const QMetaObject* metaObject) __asm__("__wrap__ZN7QObject11connectImplEPKS_PPvS1_S3_"
-                                                          "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
-                                                          "QMetaObject");
-
-bool ReadLine(TextFile* file, QString& line)
-{
-    if (Fails(m_goodLines))
-        throw std::bad_alloc();
-    return RealReadLine(file, line);
-}
-
-Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
-                   QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
-                   const QMetaObject* metaObject)
-{
-    if (!Fails(m_goodConnections))
-        return RealConnect(sender, signal, receiver, slot, object, type, types, metaObject);
-    object->destroyIfLastRef();
-    return {};
-}
-
-QString RealReadError(const TextFile* file) __asm__("__real__ZNK8TextFile9ReadErrorEv");
-QString ReadError(const TextFile* file) __asm__("__wrap__ZNK8TextFile9ReadErrorEv");
-
-QString ReadError(const TextFile* file)
-{
-    return m_hasReadError ? u"Input/output error"_s : RealReadError(file);
-}
 
 class BrokenLibraryTest final : public SchedulerTest
 {
@@ -89,9 +28,7 @@ private:
 
 void BrokenLibraryTest::Begin()
 {
-    m_goodLines = -1;
-    m_goodConnections = -1;
-    m_hasReadError = false;
+    BrokenFunctions::Mend();
     Data().WriteSchedule(QByteArray("1111111|08:30:00|*|*|*|||StopMessage\n").repeated(3));
     Create();
 }
@@ -108,7 +45,7 @@ void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad_data()
 void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad()
 {
     const int goodLines = Rows<int>::Current();
-    m_goodLines = goodLines;
+    BrokenFunctions::goodLines = goodLines;
     Engine().Start();
     LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
                                                                  Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
@@ -124,7 +61,7 @@ void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad()
 
 void BrokenLibraryTest::AReadErrorIsLogged()
 {
-    m_hasReadError = true;
+    BrokenFunctions::hasReadError = true;
     Engine().Start();
     EXPECT_LOG(2, {"2 [Scheduler.cpp] Schedule file read error: Input/output error"});
     QCOMPARE(FarList().size(), 3);
@@ -142,7 +79,7 @@ void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped_data()
 void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
 {
     const int failing = Rows<int>::Current();
-    m_goodConnections = failing;
+    BrokenFunctions::goodConnections = failing;
     Engine().Start();
     LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
                                                                  Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
@@ -177,7 +114,7 @@ void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone()
     End();
     Peers::DeleteProxies();
     LogRecorder::Clear();
-    m_goodConnections = failing;
+    BrokenFunctions::goodConnections = failing;
     QVERIFY_THROWS_EXCEPTION(std::exception, Scheduler(u"schedule.csv"_s));
     EXPECT_LOG(9, {});
 }
@@ -185,7 +122,7 @@ void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone()
 void BrokenLibraryTest::AMessageWhoseEndCannotBeHeardIsTold()
 {
     PlayMessage message(u"08:30:00"_s, u"gong.mp3"_s, u"-1"_s);
-    m_goodConnections = 0;
+    BrokenFunctions::goodConnections = 0;
     LogRecorder::Clear();
     QVERIFY(message.Run());
     EXPECT_LOG(2, {"2 [tasks/PlayMessage.cpp] Can't wait for the end of PlayMessage"});

@@ -1,5 +1,6 @@
 #include "Action.h"
 #include "ActionLine.h"
+#include "BrokenFunctions.h"
 #include "PlaylistLines.h"
 #include "Rows.h"
 #include "Scheduler.h"
@@ -8,68 +9,12 @@
 #include "peers/PeerOwner.h"
 #include "tasks/Photo.h"
 #include "tasks/PlayPlaylist.h"
-#include "text/StringUtils.h"
-#include "text/TextFile.h"
 
 #include <SoundManagerProxy.h>
 
-#include <new>
-
 using namespace Qt::StringLiterals;
 
-// Functions that the tasks call, replaced by ones that can be told to fail.
-
-namespace
-{
-
-bool m_cannotSplit = false;
-bool m_cannotConnect = false;
-bool m_hasReadError = false;
-
-} // namespace
-
-using Connection = QMetaObject::Connection;
-
-QStringList RealSplit(const QString& line, char separator,
-                      qsizetype count) __asm__("__real__ZN11StringUtils11FirstTokensERK7QStringcx");
-QStringList Split(const QString& line, char separator,
-                  qsizetype count) __asm__("__wrap__ZN11StringUtils11FirstTokensERK7QStringcx");
-QString RealReadError(const TextFile* file) __asm__("__real__ZNK8TextFile9ReadErrorEv");
-QString ReadError(const TextFile* file) __asm__("__wrap__ZNK8TextFile9ReadErrorEv");
-Connection
-RealConnect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
-            QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
-            const QMetaObject* metaObject) __asm__("__real__ZN7QObject11connectImplEPKS_PPvS1_S3_"
-                                                   "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
-                                                   "QMetaObject");
-Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
-                   QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
-                   const QMetaObject* metaObject) __asm__("__wrap__ZN7QObject11connectImplEPKS_PPvS1_S3_"
-                                                          "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPKiPK11"
-                                                          "QMetaObject");
-
-QStringList Split(const QString& line, char separator, qsizetype count)
-{
-    if (m_cannotSplit)
-        throw std::bad_alloc();
-    return RealSplit(line, separator, count);
-}
-
-QString ReadError(const TextFile* file)
-{
-    return m_hasReadError ? u"Input/output error"_s : RealReadError(file);
-}
-
-Connection Connect(const QObject* sender, void** signal, const QObject* receiver, void** slot,
-                   QtPrivate::QSlotObjectBase* object, Qt::ConnectionType type, const int* types,
-                   const QMetaObject* metaObject)
-{
-    if (!m_cannotConnect)
-        return RealConnect(sender, signal, receiver, slot, object, type, types, metaObject);
-    object->destroyIfLastRef();
-    return {};
-}
-
+// Tasks whose functions fail.
 class BrokenTasksTest final : public UnitTest
 {
     Q_OBJECT
@@ -85,15 +30,8 @@ private Q_SLOTS:
 
 private:
     void Begin() override { Data().WritePlaylist("track1.mp3;60\ntrack2.mp3;30\n", u"xmas"_s); }
-    void End() override;
+    void End() override { BrokenFunctions::Mend(); }
 };
-
-void BrokenTasksTest::End()
-{
-    m_cannotSplit = false;
-    m_cannotConnect = false;
-    m_hasReadError = false;
-}
 
 void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults_data()
 {
@@ -106,7 +44,7 @@ void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults_data()
 void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
 {
     const QString& parameter = Rows<QString>::Current();
-    m_cannotSplit = true;
+    BrokenFunctions::cannotSplit = true;
     Photo task(parameter);
     EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)",
                    "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"});
@@ -116,7 +54,7 @@ void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
 
 void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()
 {
-    m_cannotConnect = true;
+    BrokenFunctions::cannotConnect = true;
     const Photo task(u"10,3"_s);
     EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Can't wait for the photos of RecordPhoto",
                    "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=10 s, numPhoto=3"});
@@ -124,7 +62,7 @@ void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()
 
 void BrokenTasksTest::APddRequestThatCannotBeHeardIsRejected()
 {
-    m_cannotConnect = true;
+    BrokenFunctions::cannotConnect = true;
     QVERIFY_THROWS_EXCEPTION(std::exception, Action(ActionLine{.task = u"19|1,1"_s}.Text()));
     EXPECT_LOG(4, {"4 [tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(STREAM_MIC, 1)",
                    "1 [Action.cpp] RequestPddAction task creation failed"});
@@ -136,7 +74,7 @@ void BrokenTasksTest::APddRequestThatCannotBeHeardIsRejected()
 void BrokenTasksTest::APlaybackWhoseEndCannotBeHeardIsTold()
 {
     PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
-    m_cannotConnect = true;
+    BrokenFunctions::cannotConnect = true;
     LogRecorder::Clear();
     // It plays all the same, and is stopped with its task.
     QVERIFY(task.Run());
@@ -149,7 +87,7 @@ void BrokenTasksTest::APlaybackWhosePeerCannotBeFollowedIsTold()
 {
     const PeerOwner owner(Scheduler::m_soundManProxy);
     PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
-    m_cannotConnect = true;
+    BrokenFunctions::cannotConnect = true;
     LogRecorder::Clear();
     QVERIFY(task.Run());
     QVERIFY(task.IsRunning());
@@ -160,14 +98,14 @@ void BrokenTasksTest::APlaybackWhosePeerCannotBeFollowedIsTold()
 
 void BrokenTasksTest::APeersOwnerThatCannotBeHeardIsNone()
 {
-    m_cannotConnect = true;
+    BrokenFunctions::cannotConnect = true;
     QVERIFY_THROWS_EXCEPTION(std::exception, static_cast<void>(PeerOwner{Scheduler::m_soundManProxy}));
     QVERIFY(PeerOwner::Of(Scheduler::m_soundManProxy) == nullptr);
 }
 
 void BrokenTasksTest::APlaylistWithAReadErrorKeepsItsTracks()
 {
-    m_hasReadError = true;
+    BrokenFunctions::hasReadError = true;
     const PlayPlaylist task(u"08:30:00"_s, u"xmas"_s, u"-1"_s, {});
     EXPECT_LOG(4,
                {{"2 [tasks/PlayPlaylist.cpp] Playlist file read error: Input/output error", PlaylistLines::FILE_ORIGIN},

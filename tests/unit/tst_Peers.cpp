@@ -14,77 +14,48 @@
 #include <SoundManagerProxy.h>
 #include <UpdateManagerProxy.h>
 
-#include <functional>
-
 using namespace Qt::StringLiterals;
-
-// A row names the place of a proxy: each row has a proxy of its own there.
-using ProxyOf = std::function<QDBusAbstractInterface*()>;
 
 class PeersTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void TheSharedProxiesAreAddressed_data();
     void TheSharedProxiesAreAddressed();
     void CreatingThemLogsNothing();
     void ACallWithoutABusFailsAtOnce();
     void ARecorderTakesTheBusesPlace();
 };
 
-void PeersTest::TheSharedProxiesAreAddressed_data()
-{
-    QTest::addColumn<ProxyOf>("proxyOf");
-    QTest::addColumn<QString>("manager");
-    QTest::addColumn<QString>("object");
-    QTest::addColumn<QString>("interface");
-    QTest::addColumn<int>("timeout_ms"); // -1: the bus library's own
-    const auto row = [](const char* name, const ProxyOf& proxyOf, const char* manager, const char* object,
-                        const char* interface, int timeout_ms) {
-        QTest::newRow(name) << proxyOf << QString::fromLatin1(manager) << QString::fromLatin1(object)
-                            << QString::fromLatin1(interface) << timeout_ms;
-    };
-    row(
-        "configuration", []() -> QDBusAbstractInterface* { return Scheduler::m_configManProxy; }, "configmanager",
-        "configobj", "configinterface", 2000);
-    row(
-        "update", []() -> QDBusAbstractInterface* { return Scheduler::m_updateManProxy; }, "updatemanager", "updateobj",
-        "updateinterface", 2000);
-    row(
-        "sound", []() -> QDBusAbstractInterface* { return Scheduler::m_soundManProxy; }, "soundmanager", "soundobj",
-        "soundinterface", SOUND_TIMEOUT_MS);
-    row(
-        "photo", []() -> QDBusAbstractInterface* { return Scheduler::m_photoManProxy; }, "photomanager", "photoobj",
-        "photointerface", 5000);
-    row(
-        "light", []() -> QDBusAbstractInterface* { return Scheduler::m_lightManProxy; }, "lightmanager", "lightobj",
-        "lightinterface", -1);
-    row(
-        "processor frequency", []() -> QDBusAbstractInterface* { return Scheduler::m_cpuFreqManProxy; }, "freqmanager",
-        "freqobj", "freqinterface", 2000);
-    row(
-        "GPS", []() -> QDBusAbstractInterface* { return Scheduler::m_gpsManProxy; }, "gpsmanager", "gpsobj",
-        "gpsinterface", 5000);
-    row(
-        "network", []() -> QDBusAbstractInterface* { return Scheduler::m_networkManProxy; }, "networkmanager", "netobj",
-        "networkinterface", -1);
-}
-
 void PeersTest::TheSharedProxiesAreAddressed()
 {
-    QFETCH(ProxyOf, proxyOf);
-    QFETCH(QString, manager);
-    QFETCH(QString, object);
-    QFETCH(QString, interface);
-    QFETCH(int, timeout_ms);
-    const QDBusAbstractInterface* const proxy = proxyOf();
-    QVERIFY(proxy != nullptr);
-    QCOMPARE(proxy->service(), u"com.kestrelix.ozna."_s + manager);
-    QCOMPARE(proxy->path(), u"/com/kestrelix/ozna/%1/%2"_s.arg(manager, object));
-    QCOMPARE(proxy->interface(), u"com.kestrelix.ozna."_s + interface);
-    QCOMPARE(proxy->timeout(), timeout_ms);
-    QCOMPARE(proxy->parent(), nullptr);
-    QCOMPARE(proxy->connection().name(), QDBusConnection::sessionBus().name());
+    struct Address
+    {
+        const QDBusAbstractInterface* proxy;
+        const char* service;
+        const char* path;
+        const char* interface;
+        int timeout_ms; // -1: the bus library's own
+    };
+    for (const Address& address : {
+             Address{Scheduler::m_configManProxy, "configmanager", "configobj", "configinterface", 2000},
+             {Scheduler::m_updateManProxy, "updatemanager", "updateobj", "updateinterface", 2000},
+             {Scheduler::m_soundManProxy, "soundmanager", "soundobj", "soundinterface", SOUND_TIMEOUT_MS},
+             {Scheduler::m_photoManProxy, "photomanager", "photoobj", "photointerface", 5000},
+             {Scheduler::m_lightManProxy, "lightmanager", "lightobj", "lightinterface", -1},
+             {Scheduler::m_cpuFreqManProxy, "freqmanager", "freqobj", "freqinterface", 2000},
+             {Scheduler::m_gpsManProxy, "gpsmanager", "gpsobj", "gpsinterface", 5000},
+             {Scheduler::m_networkManProxy, "networkmanager", "netobj", "networkinterface", -1},
+         })
+    {
+        QVERIFY2(address.proxy != nullptr, address.service);
+        QCOMPARE(address.proxy->service(), u"com.kestrelix.ozna."_s + QLatin1StringView(address.service));
+        QCOMPARE(address.proxy->path(), u"/com/kestrelix/ozna/%1/%2"_s.arg(QLatin1StringView(address.service),
+                                                                           QLatin1StringView(address.path)));
+        QCOMPARE(address.proxy->interface(), u"com.kestrelix.ozna."_s + QLatin1StringView(address.interface));
+        QCOMPARE(address.proxy->timeout(), address.timeout_ms);
+        QCOMPARE(address.proxy->parent(), nullptr);
+        QCOMPARE(address.proxy->connection().name(), QDBusConnection::sessionBus().name());
+    }
 }
 
 void PeersTest::CreatingThemLogsNothing()
