@@ -1,12 +1,13 @@
 #include "EveryKind.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 const QByteArray LINE_BEGIN = "1111111|08:30:00|*|*|*|||";
 constexpr int PLAY_PLAYLIST = 2; // the kind's number
-const QString NOT_DELAYED =
-    QStringLiteral("5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1");
+const QString NOT_DELAYED = u"5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"_s;
 
 // The first request of each line, in the order of the schedule. The first two are asked for ahead of their time.
 const QList<Request>& Requests()
@@ -43,7 +44,7 @@ QList<Request> Sent(const Request& request, Outcome outcome)
 
 bool IsTaskLine(const QString& line)
 {
-    return line.contains(QStringLiteral("[tasks/"));
+    return line.contains(u"[tasks/"_s);
 }
 
 } // namespace
@@ -54,14 +55,13 @@ bool EveryKind::StartSchedule()
     for (const Request& request : Requests())
         schedule += LINE_BEGIN + request.Schedule().toLatin1() + '\n';
     WriteSchedule(schedule);
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
-    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    WritePlaylist("first.mp3;60\n", u"day"_s);
+    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
     if (!StartDaemon())
         return false;
     return Daemon().Take(2) ==
-           QStringList{
-               QStringLiteral("2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '600'. Using 456.")};
+           QStringList{u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '600'. Using 456."_s};
 }
 
 QStringList EveryKind::TakeTaskLines(unsigned int maxLevel)
@@ -73,10 +73,10 @@ QStringList EveryKind::TakeTaskLines(unsigned int maxLevel)
 
 bool EveryKind::WaitForTheLast()
 {
-    const QString started = QStringLiteral("9 [Action.cpp] Task StopMessage is starting !");
+    const QString started = u"9 [Action.cpp] Task StopMessage is starting !"_s;
     // The bus hears an answer when the pass that starts them all is over.
     return WaitUntil([&] { return Daemon().Log().count(started) == 2; }, 60000) &&
-           Client().Call("IsEnabled") == QStringLiteral("0,true,schedule.csv");
+           Client().Call("IsEnabled") == u"0,true,schedule.csv"_s;
 }
 
 QStringList EveryKind::Calls(Outcome outcome)
@@ -99,7 +99,7 @@ QStringList EveryKind::TaskLines(Outcome outcome, const char* error)
             lines.append(NOT_DELAYED);
         for (const Request& sent : Sent(request, outcome))
         {
-            const QString message = QString::fromLatin1(error).replace(QStringLiteral("%1"), sent.Peer());
+            const QString message = QString::fromLatin1(error).replace(u"%1"_s, sent.Peer());
             lines += Shown(Answered(sent.Records(outcome), message, REFUSAL), LEVEL_ALL);
         }
     }
@@ -111,7 +111,7 @@ QList<QByteArray> EveryKind::Methods()
     QList<QByteArray> methods;
     for (const QString& call : Calls(Outcome::ACCEPTED))
     {
-        const QByteArray method = call.section(QLatin1Char(' '), 0, 0).toLatin1();
+        const QByteArray method = call.section(u' ', 0, 0).toLatin1();
         if (!methods.contains(method))
             methods.append(method);
     }

@@ -1,5 +1,7 @@
 #include "MessageTest.h"
 
+using namespace Qt::StringLiterals;
+
 QByteArray MessageTest::MessageLine(const char* parameters)
 {
     return QByteArray("1111111|08:30:00|*|*|*|||PlayMessage|") + parameters + '\n';
@@ -7,8 +9,7 @@ QByteArray MessageTest::MessageLine(const char* parameters)
 
 QString MessageTest::Requested(int volume)
 {
-    return QStringLiteral("9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|%1")
-        .arg(volume);
+    return u"9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|%1"_s.arg(volume);
 }
 
 bool MessageTest::StartAndWaitForRequest()
@@ -18,5 +19,5 @@ bool MessageTest::StartAndWaitForRequest()
         return false;
     static_cast<void>(Daemon().Take());
     // The daemon answers a call only when the request before it has been answered.
-    return Device().WaitForCalls(1) && Client().Call("IsEnabled") == QStringLiteral("0,true,schedule.csv");
+    return Device().WaitForCalls(1) && Client().Call("IsEnabled") == u"0,true,schedule.csv"_s;
 }

@@ -2,31 +2,33 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
-const QString PREFIX = QStringLiteral("com.kestrelix.ozna.");
+const QString PREFIX = u"com.kestrelix.ozna."_s;
 }
 
-const QString SimulatorTest::CONTROL_SERVICE = PREFIX + QStringLiteral("simulator");
-const QString SimulatorTest::SOUND_INTERFACE = PREFIX + QStringLiteral("soundinterface");
-const QString SimulatorTest::PLAY_AUX = QStringLiteral("PlayAux");
-const QString SimulatorTest::PLAY_FILE = QStringLiteral("PlayFile");
+const QString SimulatorTest::CONTROL_SERVICE = PREFIX + u"simulator"_s;
+const QString SimulatorTest::SOUND_INTERFACE = PREFIX + u"soundinterface"_s;
+const QString SimulatorTest::PLAY_AUX = u"PlayAux"_s;
+const QString SimulatorTest::PLAY_FILE = u"PlayFile"_s;
 
 QString SimulatorTest::Service(const QString& peer)
 {
-    return PREFIX + peer + QStringLiteral("manager");
+    return PREFIX + peer + u"manager"_s;
 }
 
 QString SimulatorTest::Interface(const QString& peer)
 {
-    return PREFIX + peer + QStringLiteral("interface");
+    return PREFIX + peer + u"interface"_s;
 }
 
 QString SimulatorTest::ObjectPath(const QString& peer)
 {
     const auto* const row =
         std::ranges::find_if(PEERS, [&peer](const Peer& known) { return peer == QLatin1String(known.name); });
-    return QStringLiteral("/com/kestrelix/ozna/%1manager/%2").arg(peer, QLatin1String(row->object));
+    return u"/com/kestrelix/ozna/%1manager/%2"_s.arg(peer, QLatin1String(row->object));
 }
 
 void SimulatorTest::init()
@@ -49,7 +51,7 @@ std::unique_ptr<QProcess> SimulatorTest::Launch(const QStringList& arguments) co
 {
     auto process = std::make_unique<QProcess>();
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus->Address());
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus->Address());
     process->setProcessEnvironment(environment);
     process->start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"), arguments);
     return process;
@@ -77,9 +79,8 @@ QDBusMessage SimulatorTest::Call(const char* peer, const QString& member, const 
 
 QDBusMessage SimulatorTest::Control(const char* method, const QVariantList& arguments)
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(CONTROL_SERVICE, QStringLiteral("/com/kestrelix/ozna/simulator/controlobj"),
-                                       PREFIX + QStringLiteral("simulatorinterface"), QString::fromLatin1(method));
+    QDBusMessage call = QDBusMessage::createMethodCall(CONTROL_SERVICE, u"/com/kestrelix/ozna/simulator/controlobj"_s,
+                                                       PREFIX + u"simulatorinterface"_s, QString::fromLatin1(method));
     call.setArguments(arguments);
     return m_bus->Connection().call(call);
 }

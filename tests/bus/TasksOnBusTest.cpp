@@ -9,27 +9,28 @@
 
 #include <QDBusConnectionInterface>
 
-const QString TasksOnBusTest::SECOND = QStringLiteral("com.kestrelix.ozna.simulator2");
+using namespace Qt::StringLiterals;
+
+const QString TasksOnBusTest::SECOND = u"com.kestrelix.ozna.simulator2"_s;
 
 std::unique_ptr<Task> TasksOnBusTest::MakeTask(const QString& kind)
 {
-    const QString time = QStringLiteral("08:30:00");
-    const QString noVolume = QStringLiteral("-1");
-    if (kind == QStringLiteral("message"))
-        return std::make_unique<PlayMessage>(time, QStringLiteral("gong.mp3"), noVolume);
-    if (kind == QStringLiteral("playlist"))
-        return std::make_unique<PlayPlaylist>(time, QStringLiteral("day"), noVolume, QStringLiteral("morning"));
-    if (kind == QStringLiteral("stream"))
-        return std::make_unique<PlayStream>(QStringLiteral("8554/live"), noVolume);
-    return std::make_unique<Photo>(kind == QStringLiteral("photo") ? QString() : QStringLiteral("10,3"));
+    const QString time = u"08:30:00"_s;
+    const QString noVolume = u"-1"_s;
+    if (kind == u"message"_s)
+        return std::make_unique<PlayMessage>(time, u"gong.mp3"_s, noVolume);
+    if (kind == u"playlist"_s)
+        return std::make_unique<PlayPlaylist>(time, u"day"_s, noVolume, u"morning"_s);
+    if (kind == u"stream"_s)
+        return std::make_unique<PlayStream>(u"8554/live"_s, noVolume);
+    return std::make_unique<Photo>(kind == u"photo"_s ? QString() : u"10,3"_s);
 }
 
 SimulatorProcess& TasksOnBusTest::StartSecond()
 {
-    QStringList arguments{QStringLiteral("--quiet")};
+    QStringList arguments{u"--quiet"_s};
     for (const char* peer : {"config", "update", "sound", "photo", "light", "freq", "gps", "network"})
-        arguments +=
-            {QStringLiteral("--absent"), QStringLiteral("com.kestrelix.ozna.%1interface").arg(QLatin1String(peer))};
+        arguments += {u"--absent"_s, u"com.kestrelix.ozna.%1interface"_s.arg(QLatin1String(peer))};
     m_second.emplace(*m_bus, SECOND);
     m_second->Start(arguments);
     return *m_second;
@@ -49,8 +50,8 @@ void TasksOnBusTest::initTestCase()
     QVERIFY(QDBusConnection::sessionBus().isConnected());
     LogRecorder::Install();
     m_data.emplace();
-    m_data->WritePlaylist("first.mp3;60\nsecond.mp3;30\n", QStringLiteral("day"));
-    const QString configuration = m_data->Path() + QStringLiteral("/ozna.ini");
+    m_data->WritePlaylist("first.mp3;60\nsecond.mp3;30\n", u"day"_s);
+    const QString configuration = m_data->Path() + u"/ozna.ini"_s;
     QFile file(configuration);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("[GENERAL]\nServerIp=10.0.0.5\n") > 0);
     qputenv("OZNA_CONFIG_FILE", QFile::encodeName(configuration));
@@ -69,7 +70,7 @@ void TasksOnBusTest::cleanup()
     Peers::DeleteProxies();
     m_second.reset();
     m_device.reset();
-    QVERIFY(m_bus->WaitForService(QStringLiteral("com.kestrelix.ozna.simulator"), false));
+    QVERIFY(m_bus->WaitForService(u"com.kestrelix.ozna.simulator"_s, false));
     QVERIFY(m_bus->WaitForService(SECOND, false));
     EXPECT_LOG(2, {});
 }

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // The bus goes away at an awkward moment: the daemon says so, and ends soon with -1, whatever it was doing.
 class BusLost : public BusTest
@@ -26,7 +27,7 @@ private:
 namespace
 {
 
-const QString LOST = QStringLiteral("1 [main.cpp] DBUS: Session bus connection lost");
+const QString LOST = u"1 [main.cpp] DBUS: Session bus connection lost"_s;
 // Less than the time-outs of the calls that are waited for here, 20 s and more.
 constexpr qint64 SOON_MS = 15000;
 
@@ -74,7 +75,7 @@ void BusLost::InTheMiddleOfABlockingCall()
     QVERIFY(StartDaemon());
     QVERIFY(WaitUntil([&] {
         const QStringList calls = Device().Calls();
-        return !calls.isEmpty() && calls.last().startsWith(QString::fromLatin1(method) + QLatin1Char(' '));
+        return !calls.isEmpty() && calls.last().startsWith(QString::fromLatin1(method) + u' ');
     }));
     static_cast<void>(Daemon().Take());
     const qint64 ended_ms = Lose_ms();
@@ -91,14 +92,13 @@ void BusLost::WithAMessageThatPlays()
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().WaitForLog(
-        QStringLiteral("9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|-1")));
+        u"9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|-1"_s));
     static_cast<void>(Daemon().Take());
     const qint64 ended_ms = Lose_ms();
     QVERIFY2(ended_ms >= 0 && ended_ms < SOON_MS, qPrintable(QString::number(ended_ms)));
     COMPARE_LINES(Daemon().Take(4),
-                  QStringList{LOST} +
-                      Ended({QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"),
-                             QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file")}));
+                  QStringList{LOST} + Ended({u"4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"_s,
+                                             u"2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file"_s}));
 }
 
 void BusLost::WhileCallsWaitToBeAnswered()
@@ -106,8 +106,8 @@ void BusLost::WhileCallsWaitToBeAnswered()
     constexpr int CALLS = 500;
     QVERIFY(StartDaemon());
     for (int i = 0; i < CALLS; ++i)
-        QVERIFY(Bus().Connection().send(QDBusMessage::createMethodCall(
-            SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE, QStringLiteral("Reload"))));
+        QVERIFY(Bus().Connection().send(QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH,
+                                                                       SchedulerClient::INTERFACE, u"Reload"_s)));
     QVERIFY(Daemon().WaitForLog(RESTARTING.first()));
     const qint64 ended_ms = Lose_ms();
     QVERIFY2(ended_ms >= 0 && ended_ms < WAIT_MS, qPrintable(QString::number(ended_ms)));

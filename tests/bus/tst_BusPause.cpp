@@ -5,6 +5,8 @@
 #include <QDBusConnectionInterface>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -56,8 +58,8 @@ void BusPauseTest::WhatArrivesIsHandledAfterwards()
 
 void BusPauseTest::WithoutAConnectionThereIsNothingToHold()
 {
-    const BusPause pause(QDBusConnection(QStringLiteral("none")));
-    QVERIFY(!QDBusConnection(QStringLiteral("none")).isConnected());
+    const BusPause pause(QDBusConnection(u"none"_s));
+    QVERIFY(!QDBusConnection(u"none"_s).isConnected());
 }
 
 OZNA_CASE(BusPause, BusPauseTest)

@@ -1,6 +1,8 @@
 #include "BusTest.h"
 #include "Suite.h"
 
+using namespace Qt::StringLiterals;
+
 // The clock of the running process is set. What becomes of each kind of line is tested on the engine; here the process
 // has to follow at all.
 class ClockJumps : public BusTest
@@ -19,7 +21,7 @@ private:
 namespace
 {
 
-const QString VOLUME = QStringLiteral("sound.SetMasterVolume d 1");
+const QString VOLUME = u"sound.SetMasterVolume d 1"_s;
 
 QDateTime At(const QDate& date, int hour, int minute, int second)
 {
@@ -35,10 +37,10 @@ bool ClockJumps::WaitForPasses()
     for (int i = 0; i < 2; ++i)
     {
         static_cast<void>(Daemon().Take());
-        if (!Daemon().WaitForLog(QStringLiteral("9 [Scheduler.cpp] Checking far actions")))
+        if (!Daemon().WaitForLog(u"9 [Scheduler.cpp] Checking far actions"_s))
             return false;
     }
-    return Client().Call("IsEnabled") == QStringLiteral("0,true,schedule.csv");
+    return Client().Call("IsEnabled") == u"0,true,schedule.csv"_s;
 }
 
 void ClockJumps::ADeviceWithoutAClockBeginsIn1970()
@@ -52,12 +54,12 @@ void ClockJumps::ADeviceWithoutAClockBeginsIn1970()
     Time().Set(At(MONDAY, 8, 29, 52));
     QVERIFY(Device().WaitForCalls(2));
     QVERIFY(WaitForPasses());
-    COMPARE_LINES(Device().Calls(), {VOLUME, QStringLiteral("sound.SetMasterVolume d 2")});
+    COMPARE_LINES(Device().Calls(), {VOLUME, u"sound.SetMasterVolume d 2"_s});
 }
 
 void ClockJumps::BackAndForthOverAStart()
 {
-    WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", QStringLiteral("day"));
+    WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", u"day"_s);
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|09:00:00|*|*|*|||PlayPlaylist|day\n");
     Time().Set(At(MONDAY, 8, 29, 52));
     QVERIFY(StartDaemon());
@@ -67,16 +69,16 @@ void ClockJumps::BackAndForthOverAStart()
     COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME});
     // Found early, and then over it.
     Time().Set(At(MONDAY, 8, 29, 49));
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] READY action found: 5 (Volume)")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] READY action found: 5 (Volume)"_s));
     static_cast<void>(Daemon().Take());
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
     Time().Set(At(MONDAY, 8, 40, 0));
     QVERIFY(WaitForPasses());
     COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME});
     Time().Set(At(MONDAY, 9, 0, 10));
     QVERIFY(Device().WaitForCalls(3));
-    COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME, QStringLiteral("sound.PlayPlaylist ssusb day  2 09:00:00 false")});
-    QVERIFY(Daemon().Take(2).join(QLatin1Char('\n')).contains(QStringLiteral("IsDelayed but still valid")));
+    COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME, u"sound.PlayPlaylist ssusb day  2 09:00:00 false"_s});
+    QVERIFY(Daemon().Take(2).join(u'\n').contains(u"IsDelayed but still valid"_s));
 }
 
 void ClockJumps::FromBefore2038ToAfter()

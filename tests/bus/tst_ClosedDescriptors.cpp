@@ -3,6 +3,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 // A daemon that is started with standard input, output or error closed.
 class ClosedDescriptors : public BusTest
 {
@@ -32,19 +34,19 @@ void ClosedDescriptors::NothingElseGetsTheNumberOfAClosedOne()
     Daemon().Start();
     QVERIFY(Bus().WaitForService(SchedulerClient::SERVICE));
     for (const int descriptor : closed)
-        QCOMPARE(Daemon().Opened(descriptor), QStringLiteral("/dev/null"));
+        QCOMPARE(Daemon().Opened(descriptor), u"/dev/null"_s);
 
     // A record on the bus's socket would end the connection.
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
-    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     QCOMPARE(StopDaemon(), 0);
 }
 
 void ClosedDescriptors::WithoutABusItEndsAsEver()
 {
     Daemon().CloseAtStart({STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO});
-    Daemon().Environment().insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent"));
+    Daemon().Environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nonexistent"_s);
     Daemon().Start();
     QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
 }

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // Two hundred clients at once, and one that never reads its replies: every call is answered, actions come at their
 // second, and no memory is kept. With OZNA_LONG_TESTS the crowd stays for a minute.
@@ -77,18 +78,18 @@ void Crowd::AskAllAtOnce()
     for (int client = 0; client < CLIENTS; ++client)
     {
         Ask(client, "SetEnabled", {false});
-        Ask(client, "SetScheduleFile", {QStringLiteral("none.csv")});
+        Ask(client, "SetScheduleFile", {u"none.csv"_s});
         Ask(client, "SetEnabled", {true});
         Ask(client, "Reload");
         Ask(client, "IsEnabled");
-        Ask(client, "SetScheduleFile", {QStringLiteral("schedule.csv")});
+        Ask(client, "SetScheduleFile", {u"schedule.csv"_s});
     }
 }
 
 // How late the action of that second was asked for; a large number when it was not.
 qint64 Crowd::Late_ms(int second, const QDateTime& start)
 {
-    const QString call = QStringLiteral("sound.SetMasterVolume d %1").arg(second);
+    const QString call = u"sound.SetMasterVolume d %1"_s.arg(second);
     const qsizetype index = Device().Calls().indexOf(call);
     const qint64 shift_ms = QDateTime::currentDateTimeUtc().msecsTo(Time().Now());
     return index < 0 ? LATEST_MS * 100
@@ -106,12 +107,12 @@ void Crowd::ActionsComeInTimeWhileACrowdCalls()
         for (int second = round * ROUND_S + FIRST_S; second <= round * ROUND_S + LAST_S; ++second)
         {
             seconds.append(second);
-            schedule += "1111111|" + start.addSecs(second).time().toString(QStringLiteral("HH:mm:ss")).toLatin1() +
+            schedule += "1111111|" + start.addSecs(second).time().toString(u"HH:mm:ss"_s).toLatin1() +
                         "|*|*|*|||Volume|" + QByteArray::number(second) + '\n';
         }
     }
     WriteSchedule(schedule);
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     for (int client = 0; client < CLIENTS; ++client)
         m_clients.append(Bus().Connect());
     QVERIFY(StartDaemon());
@@ -137,7 +138,7 @@ void Crowd::ActionsComeInTimeWhileACrowdCalls()
     for (const int second : seconds)
     {
         const qint64 late_ms = Late_ms(second, start);
-        QVERIFY2(late_ms >= 0 && late_ms <= LATEST_MS, qPrintable(QStringLiteral("%1: %2").arg(second).arg(late_ms)));
+        QVERIFY2(late_ms >= 0 && late_ms <= LATEST_MS, qPrintable(u"%1: %2"_s.arg(second).arg(late_ms)));
         latest_ms = std::max(latest_ms, late_ms);
     }
     QCOMPARE(Device().Calls().size(), seconds.size());
@@ -164,10 +165,10 @@ void Crowd::AClientThatNeverReadsHarmsNobody()
     // Far more than its socket holds.
     constexpr int CALLS = 60;
     constexpr int LENGTH = 1'000'000;
-    WriteSchedule("1111111|08:30:04|*|*|*|||Volume|10\n", QStringLiteral("due.csv"));
+    WriteSchedule("1111111|08:30:04|*|*|*|||Volume|10\n", u"due.csv"_s);
     QVERIFY(StartDaemon());
     const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
-    QCOMPARE(Client().Call("SetScheduleFile", {QString(LENGTH, QLatin1Char('x'))}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetScheduleFile", {QString(LENGTH, u'x')}), u"0"_s);
     COMPARE_LINES(Daemon().Take(2), TOO_LONG);
 
     MuteClient mute(Bus().Address().toLatin1());
@@ -177,11 +178,11 @@ void Crowd::AClientThatNeverReadsHarmsNobody()
     // Others are answered, and what is due is asked for.
     QElapsedTimer timer;
     timer.start();
-    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("due.csv")}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetScheduleFile", {u"due.csv"_s}), u"0"_s);
     const qint64 answered_ms = timer.elapsed();
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 10"_s});
     long after_kB = 0;
     const bool isFreed = WaitUntil([&] {
         // What the library's own thread lets go after a reload is given back by the next.

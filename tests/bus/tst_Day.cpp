@@ -3,6 +3,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // A day of a realistic schedule with every kind of task through the real process, under a clock that is stepped from
 // one event to the next. What the device has to receive is written down by hand.
@@ -74,7 +75,7 @@ void Day::Step(const QDateTime& due, const QStringList& expected)
     QVERIFY(Device().WaitForCalls(m_expected.size()));
     QVERIFY(WaitUntil([&] { return Time().Now() >= due.addMSecs(1250); }));
     // The answer shows that what began in that second is done.
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     COMPARE_LINES(Device().Calls(), m_expected);
 }
 
@@ -89,60 +90,55 @@ void Day::Step(const QDateTime& due, const QStringList& expected)
 void Day::SendsWhatIsDueAndNothingElse()
 {
     WriteSchedule(SCHEDULE);
-    WritePlaylist("# what plays in the morning\nfirst.mp3;60\nsecond.mp3;30\n", QStringLiteral("morning"));
-    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    WritePlaylist("# what plays in the morning\nfirst.mp3;60\nsecond.mp3;30\n", u"morning"_s);
+    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     Time().Set(Monday(5, 59));
     QVERIFY(StartDaemon());
     COMPARE_LINES(Daemon().Take(2),
-                  {QStringLiteral("2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '456'. Using 456."),
-                   QStringLiteral("1 [Action.cpp] Unknown task (3)"),
-                   QStringLiteral("2 [Scheduler.cpp] Action ignored")});
+                  {u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '456'. Using 456."_s,
+                   u"1 [Action.cpp] Unknown task (3)"_s, u"2 [Scheduler.cpp] Action ignored"_s});
 
-    STEP(Monday(6, 0), {QStringLiteral("gps.SetEnabled b true")});
-    STEP(Monday(6, 30), {QStringLiteral("network.EnableLan bsss true   ")});
-    STEP(Monday(7, 0), {QStringLiteral("freq.SetFreq i 456"), QStringLiteral("light.SetIntensity u 80"),
-                        QStringLiteral("light.Switch b true"), QStringLiteral("sound.SetAmplifiers y 3"),
-                        QStringLiteral("sound.SetMasterVolume d 60")});
-    STEP(Monday(7, 30), {QStringLiteral("sound.PlayRadioFm -"), QStringLiteral("sound.RadioFmSetFrequency d 98.5")});
-    STEP(Monday(8, 30),
-         {QStringLiteral("sound.SetPlayerVolume sd file 70"), QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
+    STEP(Monday(6, 0), {u"gps.SetEnabled b true"_s});
+    STEP(Monday(6, 30), {u"network.EnableLan bsss true   "_s});
+    STEP(Monday(7, 0), {u"freq.SetFreq i 456"_s, u"light.SetIntensity u 80"_s, u"light.Switch b true"_s,
+                        u"sound.SetAmplifiers y 3"_s, u"sound.SetMasterVolume d 60"_s});
+    STEP(Monday(7, 30), {u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d 98.5"_s});
+    STEP(Monday(8, 30), {u"sound.SetPlayerVolume sd file 70"_s, u"sound.PlayFile ss gong.mp3 08:30:00"_s});
+    Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
     STEP(Monday(8, 45), {});
     STEP(Monday(8, 50), {});
-    STEP(Monday(9, 0), {QStringLiteral("sound.StopPlay ss radiofm ")});
-    STEP(Monday(10, 0), {QStringLiteral("sound.SetPlayerVolume sd playlist 50"),
-                         QStringLiteral("sound.PlayPlaylist ssusb morning p1 1 10:00:00 false")});
-    STEP(Monday(10, 0, 40), {QStringLiteral("sound.StopPlay ss playlist p1")});
-    Device().Emit("sound.PlayPlaylistCompleted", {QStringLiteral("morning")});
+    STEP(Monday(9, 0), {u"sound.StopPlay ss radiofm "_s});
+    STEP(Monday(10, 0),
+         {u"sound.SetPlayerVolume sd playlist 50"_s, u"sound.PlayPlaylist ssusb morning p1 1 10:00:00 false"_s});
+    STEP(Monday(10, 0, 40), {u"sound.StopPlay ss playlist p1"_s});
+    Device().Emit("sound.PlayPlaylistCompleted", {u"morning"_s});
     STEP(Monday(11, 0), {});
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("ExpectedPddAction(1,true)")});
-    STEP(Monday(12, 0), {QStringLiteral("sound.PlayAux -")});
-    STEP(Monday(12, 30), {QStringLiteral("sound.StopPlay ss aux ")});
-    STEP(Monday(13, 0), {QStringLiteral("sound.SetPlayerVolume sd stream 30"),
-                         QStringLiteral("sound.PlayStream su rtsp://10.0.0.5:8554/live 0")});
-    STEP(Monday(13, 30), {QStringLiteral("sound.StopPlay ss stream ")});
+    COMPARE_LINES(Client().WaitForSignals(1), {u"ExpectedPddAction(1,true)"_s});
+    STEP(Monday(12, 0), {u"sound.PlayAux -"_s});
+    STEP(Monday(12, 30), {u"sound.StopPlay ss aux "_s});
+    STEP(Monday(13, 0),
+         {u"sound.SetPlayerVolume sd stream 30"_s, u"sound.PlayStream su rtsp://10.0.0.5:8554/live 0"_s});
+    STEP(Monday(13, 30), {u"sound.StopPlay ss stream "_s});
     Device().Emit("sound.StreamEnabled", {false});
-    STEP(Monday(14, 0), {QStringLiteral("photo.EnableCamera b true")});
-    STEP(Monday(14, 1), {QStringLiteral("photo.TakePhotoStream i 5")});
-    Device().Emit("photo.PhotoTaken", {0, QStringLiteral("/photos/1.jpg")}, 2);
-    m_expected += QStringLiteral("photo.StopPhotoStream -");
-    STEP(Monday(15, 0), {QStringLiteral("sound.StopPlay ss file ")});
-    STEP(Monday(16, 0), {QStringLiteral("sound.PlayFile ss anniversary.mp3 16:00:00")});
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("anniversary.mp3")});
+    STEP(Monday(14, 0), {u"photo.EnableCamera b true"_s});
+    STEP(Monday(14, 1), {u"photo.TakePhotoStream i 5"_s});
+    Device().Emit("photo.PhotoTaken", {0, u"/photos/1.jpg"_s}, 2);
+    m_expected += u"photo.StopPhotoStream -"_s;
+    STEP(Monday(15, 0), {u"sound.StopPlay ss file "_s});
+    STEP(Monday(16, 0), {u"sound.PlayFile ss anniversary.mp3 16:00:00"_s});
+    Device().Emit("sound.PlayFileCompleted", {u"anniversary.mp3"_s});
     STEP(Monday(16, 30), {});
-    STEP(Monday(18, 0), {QStringLiteral("light.Switch b false"), QStringLiteral("network.DisableLan -")});
+    STEP(Monday(18, 0), {u"light.Switch b false"_s, u"network.DisableLan -"_s});
     STEP(Monday(18, 30), {});
 
     // The next day begins anew, but for what belongs to one date.
-    STEP(Tuesday(8, 30),
-         {QStringLiteral("sound.SetPlayerVolume sd file 70"), QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
+    STEP(Tuesday(8, 30), {u"sound.SetPlayerVolume sd file 70"_s, u"sound.PlayFile ss gong.mp3 08:30:00"_s});
+    Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
     STEP(Tuesday(16, 0), {});
-    STEP(Tuesday(16, 30), {QStringLiteral("sound.PlayFile ss a-day-late.mp3 16:30:00")});
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("a-day-late.mp3")});
+    STEP(Tuesday(16, 30), {u"sound.PlayFile ss a-day-late.mp3 16:30:00"_s});
+    Device().Emit("sound.PlayFileCompleted", {u"a-day-late.mp3"_s});
     // A message that has not been heard to end would be stopped.
-    QVERIFY(
-        Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: a-day-late.mp3")));
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: a-day-late.mp3"_s));
     // What the clock was put forward over on that day.
     QStringList missed;
     for (const char* start :
@@ -155,8 +151,7 @@ void Day::SendsWhatIsDueAndNothingElse()
           "18 (EnableAux), line 18, due at 12:30:00", "16 (PlayStream), line 19, due at 13:00:00",
           "17 (Stoptream), line 20, due at 13:30:00", "10 (Camera), line 21, due at 14:00:00",
           "4 (RecordPhoto), line 22, due at 14:01:00", "14 (StopMessage), line 23, due at 15:00:00"})
-        missed += QStringLiteral("2 [MissedStarts.cpp] MISSED action: %1: the clock was put forward")
-                      .arg(QLatin1String(start));
+        missed += u"2 [MissedStarts.cpp] MISSED action: %1: the clock was put forward"_s.arg(QLatin1String(start));
     COMPARE_LINES(Daemon().Take(2), missed);
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Device().Calls(), m_expected);

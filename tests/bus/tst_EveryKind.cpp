@@ -3,6 +3,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // The requests of every kind of task, with their exact signatures, and what is logged for every answer.
 class EveryKindAndAnswer : public EveryKind
@@ -35,7 +36,7 @@ void EveryKindAndAnswer::IsRequestedWithItsSignature()
     QVERIFY(WaitForTheLast());
     COMPARE_LINES(Device().Calls(), Calls(Outcome::ACCEPTED));
     COMPARE_LINES(TakeTaskLines(9), TaskLines(Outcome::ACCEPTED));
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("ExpectedPddAction(1,true)")});
+    COMPARE_LINES(Client().WaitForSignals(1), {u"ExpectedPddAction(1,true)"_s});
 }
 
 void EveryKindAndAnswer::IsLoggedWhenRefused()
@@ -71,11 +72,11 @@ void EveryKindAndAnswer::IsLoggedWhenThePeersAreAbsent()
 void EveryKindAndAnswer::CountsAsAcceptedWhenTheAnswerIsNoNumber_data()
 {
     QTest::addColumn<QVariantList>("values");
-    QTest::newRow("a text") << QVariantList{QStringLiteral("fine")};
+    QTest::newRow("a text") << QVariantList{u"fine"_s};
     QTest::newRow("nothing") << QVariantList();
     QTest::newRow("a list of numbers") << QVariantList{QVariant::fromValue(QList<int>{7, 8})};
     QTest::newRow("an empty map") << QVariantList{QVariantMap()};
-    QTest::newRow("0 and more than was asked for") << QVariantList{0, 7, QStringLiteral("more")};
+    QTest::newRow("0 and more than was asked for") << QVariantList{0, 7, u"more"_s};
 }
 
 void EveryKindAndAnswer::CountsAsAcceptedWhenTheAnswerIsNoNumber()

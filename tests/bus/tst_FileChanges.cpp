@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // What happens to a file while the daemon reads it, and to the log while the daemon writes it.
 class FileChanges : public BusTest
@@ -33,19 +34,19 @@ constexpr int CUT = 10000;
 const QByteArray TRACK = "song.mp3;60\n";
 const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
 const QStringList CUT_LINE{
-    QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"),
-    QStringLiteral("2 [Scheduler.cpp] Action ignored"),
-    QStringLiteral("2 [Scheduler.cpp] Schedule file may be cut: line 10001 has no line end"),
+    u"1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"_s,
+    u"2 [Scheduler.cpp] Action ignored"_s,
+    u"2 [Scheduler.cpp] Schedule file may be cut: line 10001 has no line end"_s,
 };
 
 void AddKinds()
 {
     QTest::addColumn<QString>("kind");
     QTest::addColumn<int>("count");
-    QTest::newRow("replaced") << QStringLiteral("replaced") << LINES;
-    QTest::newRow("removed") << QStringLiteral("removed") << LINES;
-    QTest::newRow("cut in the middle of a line") << QStringLiteral("cut") << CUT;
-    QTest::newRow("grown") << QStringLiteral("grown") << LINES + MORE;
+    QTest::newRow("replaced") << u"replaced"_s << LINES;
+    QTest::newRow("removed") << u"removed"_s << LINES;
+    QTest::newRow("cut in the middle of a line") << u"cut"_s << CUT;
+    QTest::newRow("grown") << u"grown"_s << LINES + MORE;
 }
 
 } // namespace
@@ -53,9 +54,9 @@ void AddKinds()
 // The daemon, linked so that it halts in the middle of its first file.
 void FileChanges::StartHalted()
 {
-    UseDaemon(QStringLiteral("tests/ozna-scheduler-faulty"));
-    Daemon().Environment().insert(QStringLiteral("OZNA_FAULT"), QStringLiteral("halt"));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    UseDaemon(u"tests/ozna-scheduler-faulty"_s);
+    Daemon().Environment().insert(u"OZNA_FAULT"_s, u"halt"_s);
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     Time().Apply(Daemon().Environment());
     Daemon().Start();
     QVERIFY(Daemon().WaitUntilHalted());
@@ -63,14 +64,14 @@ void FileChanges::StartHalted()
 
 void FileChanges::Change(const QString& kind, const QString& path, const QByteArray& line) const
 {
-    if (kind == QStringLiteral("replaced"))
+    if (kind == u"replaced"_s)
     {
-        WriteFile(DataPath(QStringLiteral("new")), line);
-        QCOMPARE(::rename(qPrintable(DataPath(QStringLiteral("new"))), qPrintable(path)), 0);
+        WriteFile(DataPath(u"new"_s), line);
+        QCOMPARE(::rename(qPrintable(DataPath(u"new"_s)), qPrintable(path)), 0);
     }
-    else if (kind == QStringLiteral("removed"))
+    else if (kind == u"removed"_s)
         QVERIFY(QFile::remove(path));
-    else if (kind == QStringLiteral("cut"))
+    else if (kind == u"cut"_s)
         QCOMPARE(::truncate(qPrintable(path), CUT * line.size() + 8), 0);
     else
     {
@@ -89,7 +90,7 @@ void FileChanges::AScheduleThatChangesIsReadOn()
 {
     QFETCH(QString, kind);
     QFETCH(int, count);
-    const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
+    const QString path = DataPath(u"schedule/schedule.csv"_s);
     WriteSchedule(ONE_LINE.repeated(LINES));
     StartHalted();
     Change(kind, path, ONE_LINE);
@@ -97,12 +98,12 @@ void FileChanges::AScheduleThatChangesIsReadOn()
 
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
     QVERIFY(Daemon().Log().contains(Loaded(count).first()));
-    COMPARE_LINES(Daemon().Take(2), kind == QStringLiteral("cut") ? CUT_LINE : QStringList());
+    COMPARE_LINES(Daemon().Take(2), kind == u"cut"_s ? CUT_LINE : QStringList());
 
     // The file that stands there now is read next.
-    WriteSchedule(ONE_LINE, QStringLiteral("new.csv"));
-    QCOMPARE(::rename(qPrintable(DataPath(QStringLiteral("schedule/new.csv"))), qPrintable(path)), 0);
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    WriteSchedule(ONE_LINE, u"new.csv"_s);
+    QCOMPARE(::rename(qPrintable(DataPath(u"schedule/new.csv"_s)), qPrintable(path)), 0);
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
     QVERIFY(Daemon().Take().contains(Loaded(1).first()));
 }
 
@@ -116,38 +117,36 @@ void FileChanges::APlaylistThatChangesIsReadOn()
     QFETCH(QString, kind);
     QFETCH(int, count);
     WriteSchedule("1111111|08:30:04|*|*|*|||PlayPlaylist|day\n");
-    WritePlaylist(TRACK.repeated(LINES), QStringLiteral("day"));
+    WritePlaylist(TRACK.repeated(LINES), u"day"_s);
     StartHalted();
-    Change(kind, DataPath(QStringLiteral("playlists/day")), TRACK);
+    Change(kind, DataPath(u"playlists/day"_s), TRACK);
     Daemon().Signal(SIGCONT);
 
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
-    QVERIFY(Daemon().Log().contains(QStringLiteral("4 [tasks/PlayPlaylist.cpp] Playlist loaded (%1 tracks) (from "
-                                                   "/com/kestrelix/ozna/audiomanager/audioobj)")
-                                        .arg(count)));
+    QVERIFY(Daemon().Log().contains(u"4 [tasks/PlayPlaylist.cpp] Playlist loaded (%1 tracks) (from "
+                                    "/com/kestrelix/ozna/audiomanager/audioobj)"_s.arg(count)));
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
     const QString cut =
-        QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
-                       "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)")
-            .arg(DataPath(QStringLiteral("playlists/day")));
-    COMPARE_LINES(Daemon().Take(2), kind == QStringLiteral("cut") ? QStringList{cut} : QStringList());
+        u"2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
+        "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)"_s.arg(DataPath(u"playlists/day"_s));
+    COMPARE_LINES(Daemon().Take(2), kind == u"cut"_s ? QStringList{cut} : QStringList());
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 58), Qt::UTC));
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  1 08:30:04 false")});
+    COMPARE_LINES(Device().Calls(), {u"sound.PlayPlaylist ssusb day  1 08:30:04 false"_s});
 }
 
 void FileChanges::AFullDiskBehindTheLogStopsNothing()
 {
     WriteSchedule("rejected\n1111111|08:30:04|*|*|*|||Volume|10\n1111111|08:30:05|*|*|*|||Light|5\n");
-    Daemon().LogTo(QStringLiteral("/dev/full"));
+    Daemon().LogTo(u"/dev/full"_s);
     Daemon().Start();
     QVERIFY(Bus().WaitForService(SchedulerClient::SERVICE));
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
     QVERIFY(Device().WaitForCalls(3));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10"),
-                                     QStringLiteral("light.SetIntensity u 5"), QStringLiteral("light.Switch b true")});
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Device().Calls(),
+                  {u"sound.SetMasterVolume d 10"_s, u"light.SetIntensity u 5"_s, u"light.Switch b true"_s});
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     QCOMPARE(StopDaemon(), 0);
 }
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // A schedule file that is not what it should be leaves the daemon running and reachable.
 class Files : public BusTest
@@ -73,7 +74,7 @@ public:
     [[nodiscard]] int LeastFree() const
     {
         int number = 0;
-        while (QFileInfo(QStringLiteral("/proc/%1/fd/%2").arg(m_pid).arg(number)).isSymLink())
+        while (QFileInfo(u"/proc/%1/fd/%2"_s.arg(m_pid).arg(number)).isSymLink())
             ++number;
         return number;
     }
@@ -97,43 +98,43 @@ void Files::WhatIsNoRegularFileCountsAsNotFound_data()
     const auto row = [](const char* name, const char* kind, const QStringList& reason) {
         QTest::newRow(name) << QString::fromLatin1(kind) << reason;
     };
-    const QStringList other = OpenError(QStringLiteral("Not a regular file"));
+    const QStringList other = OpenError(u"Not a regular file"_s);
     row("missing", "missing", {});
-    row("a folder", "folder", OpenError(QStringLiteral("Is a directory")));
+    row("a folder", "folder", OpenError(u"Is a directory"_s));
     row("a pipe without a writer", "pipe", other);
     row("an endless device", "/dev/zero", other);
     row("an empty device", "/dev/null", other);
     row("a terminal", "/dev/tty", other);
-    row("a link to itself", "loop", OpenError(QStringLiteral("Too many levels of symbolic links")));
+    row("a link to itself", "loop", OpenError(u"Too many levels of symbolic links"_s));
     row("a link to nothing", "dangling", {});
-    row("no permission", "forbidden", OpenError(QStringLiteral("Permission denied")));
+    row("no permission", "forbidden", OpenError(u"Permission denied"_s));
 }
 
 void Files::WhatIsNoRegularFileCountsAsNotFound()
 {
     QFETCH(QString, kind);
     QFETCH(QStringList, reason);
-    const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
-    if (kind == QStringLiteral("folder"))
+    const QString path = DataPath(u"schedule/schedule.csv"_s);
+    if (kind == u"folder"_s)
         QVERIFY(QDir().mkdir(path));
-    else if (kind == QStringLiteral("pipe"))
+    else if (kind == u"pipe"_s)
         QCOMPARE(::mkfifo(qPrintable(path), 0600), 0);
-    else if (kind == QStringLiteral("loop"))
+    else if (kind == u"loop"_s)
         Symlink(path, path);
-    else if (kind == QStringLiteral("dangling"))
-        Symlink(path + QStringLiteral(".gone"), path);
-    else if (kind == QStringLiteral("forbidden"))
+    else if (kind == u"dangling"_s)
+        Symlink(path + u".gone"_s, path);
+    else if (kind == u"forbidden"_s)
     {
         WriteSchedule(ONE_LINE);
         QCOMPARE(::chmod(qPrintable(path), 0), 0);
         Daemon().DropPrivileges();
     }
-    else if (kind.startsWith(QLatin1Char('/')))
+    else if (kind.startsWith(u'/'))
         Symlink(kind, path);
 
     QVERIFY(StartDaemon());
     COMPARE_LINES(Daemon().Take(4), CREATED + READY + Loading(path) + NOT_FOUND + reason + STARTED);
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 void Files::WithoutADescriptorTheReasonIsToldAndTheNextLoadWorks()
@@ -141,39 +142,37 @@ void Files::WithoutADescriptorTheReasonIsToldAndTheNextLoadWorks()
     // The sanitizer needs descriptors for its own checks, and takes sound objects for broken ones without them.
     if (IsSanitized())
         return;
-    const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
-    const QString playlist = DataPath(QStringLiteral("playlists/day"));
-    const QString told = QStringLiteral("Too many open files");
+    const QString path = DataPath(u"schedule/schedule.csv"_s);
+    const QString playlist = DataPath(u"playlists/day"_s);
+    const QString told = u"Too many open files"_s;
     WriteSchedule(ONE_LINE + "1111111|12:00:00|*|*|*|||PlayPlaylist|day\n");
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    WritePlaylist("first.mp3;60\n", u"day"_s);
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().Log().contains(Loaded(2).first()));
     static_cast<void>(Daemon().Take());
 
     const DescriptorLimit limit(DaemonPid());
     QVERIFY(limit.Set(limit.LeastFree()));
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
     COMPARE_LINES(Daemon().Take(4), RESTARTING + STOPPED + Loading(path) + NOT_FOUND + OpenError(told) + STARTED);
 
     // The schedule's own is the last one.
     QVERIFY(limit.Set(limit.LeastFree() + 1));
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
     const auto record = [](int level, const QString& text) {
-        return QStringLiteral("%1 [tasks/PlayPlaylist.cpp] %2 (from /com/kestrelix/ozna/soundmanager/soundobj)")
-            .arg(level)
-            .arg(text);
+        return u"%1 [tasks/PlayPlaylist.cpp] %2 (from /com/kestrelix/ozna/soundmanager/soundobj)"_s.arg(level).arg(
+            text);
     };
-    const QStringList errors{
-        record(1, QStringLiteral("Playlist file open failed (path=%1)").arg(playlist)),
-        record(1, QStringLiteral("Playlist file (path=%1) exists: why I couldn't open it ?").arg(playlist)),
-        record(2, QStringLiteral("Playlist file open error: ") + told),
-        QStringLiteral("1 [tasks/PlayPlaylist.cpp] TASK CREATION FAILED"),
-        QStringLiteral("2 [Scheduler.cpp] Action ignored")};
+    const QStringList errors{record(1, u"Playlist file open failed (path=%1)"_s.arg(playlist)),
+                             record(1, u"Playlist file (path=%1) exists: why I couldn't open it ?"_s.arg(playlist)),
+                             record(2, u"Playlist file open error: "_s + told),
+                             u"1 [tasks/PlayPlaylist.cpp] TASK CREATION FAILED"_s,
+                             u"2 [Scheduler.cpp] Action ignored"_s};
     COMPARE_LINES(Daemon().Take(2), errors);
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
 
     QVERIFY(limit.Set(limit.LeastFree() + 2));
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
     QCOMPARE(Daemon().Take(4).filter(Loaded(2).first()).size(), 1);
 }
 
@@ -224,20 +223,19 @@ void Files::WhatCanBeReadIsScheduled()
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().Log().contains(Loaded(tasks).first()));
     const QStringList errors = Daemon().Take(2);
-    QCOMPARE(errors.filter(QStringLiteral("2 [Scheduler.cpp] Action ignored")).size(), rejected);
-    COMPARE_LINES(errors.filter(QStringLiteral("may be cut")), cut > 0 ? Cut(cut) : QStringList());
+    QCOMPARE(errors.filter(u"2 [Scheduler.cpp] Action ignored"_s).size(), rejected);
+    COMPARE_LINES(errors.filter(u"may be cut"_s), cut > 0 ? Cut(cut) : QStringList());
     // No byte in front of the first line shifts its days.
-    QCOMPARE(Daemon().Log().filter(QStringLiteral("5 [Action.cpp] Dow:    0x7f (1111111) ")).size(), tasks);
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Daemon().Log().filter(u"5 [Action.cpp] Dow:    0x7f (1111111) "_s).size(), tasks);
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 void Files::CarriageReturnsAloneEndNoLine()
 {
     WriteSchedule(WithEnds(ONE_LINE + ONE_LINE, "\r"));
     QVERIFY(StartDaemon());
-    COMPARE_LINES(Daemon().Take(2), QStringList{QStringLiteral("1 [Action.cpp] Unknown task (99)"),
-                                                QStringLiteral("2 [Scheduler.cpp] Action ignored")} +
-                                        Cut(1));
+    COMPARE_LINES(Daemon().Take(2),
+                  QStringList{u"1 [Action.cpp] Unknown task (99)"_s, u"2 [Scheduler.cpp] Action ignored"_s} + Cut(1));
     QVERIFY(Daemon().Log().contains(Loaded(0).first()));
 }
 
@@ -245,27 +243,26 @@ void Files::AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes_data()
 {
     QTest::addColumn<QString>("target");
     QTest::addColumn<QStringList>("errors");
-    const QStringList rejected{QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"),
-                               QStringLiteral("2 [Scheduler.cpp] Action ignored")};
+    const QStringList rejected{u"1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"_s,
+                               u"2 [Scheduler.cpp] Action ignored"_s};
     // The kernel gives such a file the size of a page, whatever it holds.
-    const QString shorter = QStringLiteral("/sys/devices/system/cpu/online");
+    const QString shorter = u"/sys/devices/system/cpu/online"_s;
     if (QFile::exists(shorter))
         QTest::newRow("one that ends before its size") << shorter << rejected;
     // What is not mapped at the address 0 cannot be read there.
     QTest::newRow("one that fails at once")
-        << QStringLiteral("/proc/self/mem")
-        << QStringList{QStringLiteral("2 [Scheduler.cpp] Schedule file read error: Input/output error")};
+        << u"/proc/self/mem"_s << QStringList{u"2 [Scheduler.cpp] Schedule file read error: Input/output error"_s};
 }
 
 void Files::AFileThatEndsBeforeItsSizeOrFailsIsReadAsFarAsItGoes()
 {
     QFETCH(QString, target);
     QFETCH(QStringList, errors);
-    Symlink(target, DataPath(QStringLiteral("schedule/schedule.csv")));
+    Symlink(target, DataPath(u"schedule/schedule.csv"_s));
     QVERIFY(StartDaemon());
     COMPARE_LINES(Daemon().Take(2), errors);
     QVERIFY(Daemon().Log().contains(Loaded(0).first()));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     QCOMPARE(StopDaemon(), 0);
 }
 
@@ -276,15 +273,14 @@ void Files::ANameTooLongForTheBusCostsItselfOnly()
     constexpr int LENGTH = 2'000'000;
     WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|" + QByteArray(LENGTH, 'x') +
                   "\n1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     Daemon().Start();
     QVERIFY(WaitUntil([this] { return Daemon().Log().contains(STARTED.last()); }, 10 * WAIT_MS));
     // Reading that much may take longer than until the messages are due.
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
-    COMPARE_LINES(Daemon().Take(2),
-                  {QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: Argument too long")});
+    COMPARE_LINES(Device().Calls(), {u"sound.PlayFile ss gong.mp3 08:30:00"_s});
+    COMPARE_LINES(Daemon().Take(2), {u"1 [tasks/PlayMessage.cpp] PlayFile request error: Argument too long"_s});
     QCOMPARE(StopDaemon(), 0);
 }
 
@@ -293,12 +289,11 @@ void Files::ABadLineCostsItselfOnly()
     WriteSchedule(ONE_LINE + "1111111|12:00|*|*|*|||StopMessage\n1111111|12:00:00|*|*|*|||EnableAux|1\n" +
                   "1111111|12:00:00|*|*|*|||PlayMessage\n1|2|3\n" + ONE_LINE);
     QVERIFY(StartDaemon());
-    const QString ignored = QStringLiteral("2 [Scheduler.cpp] Action ignored");
-    COMPARE_LINES(Daemon().Take(2),
-                  {QStringLiteral("1 [Action.cpp] Wrong action start time (12:00: hour:minute:second expected)"),
-                   ignored, QStringLiteral("1 [Action.cpp] Unknown task (99)"), ignored,
-                   QStringLiteral("1 [Action.cpp] Wrong task parameters (PlayMessage)"), ignored,
-                   QStringLiteral("1 [Action.cpp] Wrong action fields (3 found, at least 8 expected)"), ignored});
+    const QString ignored = u"2 [Scheduler.cpp] Action ignored"_s;
+    COMPARE_LINES(Daemon().Take(2), {u"1 [Action.cpp] Wrong action start time (12:00: hour:minute:second expected)"_s,
+                                     ignored, u"1 [Action.cpp] Unknown task (99)"_s, ignored,
+                                     u"1 [Action.cpp] Wrong task parameters (PlayMessage)"_s, ignored,
+                                     u"1 [Action.cpp] Wrong action fields (3 found, at least 8 expected)"_s, ignored});
     QVERIFY(Daemon().Log().contains(Loaded(2).first()));
 }
 
@@ -306,10 +301,10 @@ void Files::AHugeFileIsLoaded()
 {
     constexpr int LINES = 20000;
     WriteSchedule(ONE_LINE.repeated(LINES));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().Log().contains(Loaded(LINES).first()));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 OZNA_CASE(Files, Files)

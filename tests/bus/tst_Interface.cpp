@@ -3,6 +3,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // The exported interface: its introspection, its methods and signals, and calls that are none.
 class Interface : public BusTest
@@ -30,12 +31,12 @@ private:
 namespace
 {
 const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
-const QStringList CREATED_STOP{QStringLiteral("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage")};
+const QStringList CREATED_STOP{u"4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"_s};
 } // namespace
 
 QStringList Interface::Load(const QString& name, int tasks) const
 {
-    QStringList lines = Loading(DataPath(QStringLiteral("schedule/") + name));
+    QStringList lines = Loading(DataPath(u"schedule/"_s + name));
     for (int i = 0; i < tasks; ++i)
         lines += CREATED_STOP;
     return lines + Loaded(tasks) + STARTED;
@@ -47,16 +48,16 @@ void Interface::IsDescribedByItsIntrospection()
     QFile expected(QStringLiteral(OZNA_TEST_DATA "/introspection.xml"));
     QVERIFY(expected.open(QIODevice::ReadOnly));
     const QString found =
-        Client().CallAt(SchedulerClient::PATH, QStringLiteral("org.freedesktop.DBus.Introspectable"), "Introspect");
-    COMPARE_LINES(found.split(QLatin1Char('\n')), QString::fromUtf8(expected.readAll()).split(QLatin1Char('\n')));
+        Client().CallAt(SchedulerClient::PATH, u"org.freedesktop.DBus.Introspectable"_s, "Introspect");
+    COMPARE_LINES(found.split(u'\n'), QString::fromUtf8(expected.readAll()).split(u'\n'));
 }
 
 void Interface::EnablingWhatIsEnabledReloadsNothing()
 {
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(true,schedule.csv)")});
+    QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
+    COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(true,schedule.csv)"_s});
     COMPARE_LINES(Daemon().Take(5), WAS_ENABLED);
 }
 
@@ -65,58 +66,56 @@ void Interface::DisablingAndEnablingAgain()
     WriteSchedule(ONE_LINE);
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(false,schedule.csv)")});
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,false,schedule.csv"));
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(false,schedule.csv)"_s});
+    QCOMPARE(Client().Call("IsEnabled"), u"0,false,schedule.csv"_s);
     COMPARE_LINES(Daemon().Take(4), WAS_ENABLED + STOPPED + DISABLED);
 
-    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(true,schedule.csv)")});
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
-    COMPARE_LINES(Daemon().Take(4),
-                  WAS_DISABLED + Load(QStringLiteral("schedule.csv"), 1) +
-                      QStringList{QStringLiteral("4 [Scheduler.cpp] Scheduling enabled (schedule.csv)")});
+    QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
+    COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(true,schedule.csv)"_s});
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
+    COMPARE_LINES(Daemon().Take(4), WAS_DISABLED + Load(u"schedule.csv"_s, 1) +
+                                        QStringList{u"4 [Scheduler.cpp] Scheduling enabled (schedule.csv)"_s});
 }
 
 void Interface::DisablingTwiceTellsTheBusTwice()
 {
     QVERIFY(StartDaemon());
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
     static_cast<void>(Client().WaitForSignals(1));
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(false,schedule.csv)")});
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(false,schedule.csv)"_s});
     COMPARE_LINES(Daemon().Take(), WAS_DISABLED);
 }
 
 void Interface::AnotherScheduleFileIsLoadedBeforeTheReply()
 {
-    WriteSchedule(ONE_LINE + ONE_LINE, QStringLiteral("other.csv"));
+    WriteSchedule(ONE_LINE + ONE_LINE, u"other.csv"_s);
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("other.csv")}), QStringLiteral("0"));
-    COMPARE_LINES(Daemon().Take(4), QStringList{QStringLiteral("4 [Scheduler.cpp] Schedule file set to other.csv")} +
-                                        RESTARTING + STOPPED + Load(QStringLiteral("other.csv"), 2));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,other.csv"));
+    QCOMPARE(Client().Call("SetScheduleFile", {u"other.csv"_s}), u"0"_s);
+    COMPARE_LINES(Daemon().Take(4), QStringList{u"4 [Scheduler.cpp] Schedule file set to other.csv"_s} + RESTARTING +
+                                        STOPPED + Load(u"other.csv"_s, 2));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,other.csv"_s);
     COMPARE_LINES(Client().TakeSignals(), QStringList());
 }
 
 void Interface::AnotherScheduleFileWhileDisabledIsUsedAtTheNextEnable()
 {
-    WriteSchedule(ONE_LINE, QStringLiteral("other.csv"));
+    WriteSchedule(ONE_LINE, u"other.csv"_s);
     QVERIFY(StartDaemon());
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("other.csv")}), QStringLiteral("0"));
-    COMPARE_LINES(Daemon().Take(), {QStringLiteral("4 [Scheduler.cpp] Schedule file set to other.csv")});
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,false,other.csv"));
+    QCOMPARE(Client().Call("SetScheduleFile", {u"other.csv"_s}), u"0"_s);
+    COMPARE_LINES(Daemon().Take(), {u"4 [Scheduler.cpp] Schedule file set to other.csv"_s});
+    QCOMPARE(Client().Call("IsEnabled"), u"0,false,other.csv"_s);
 
-    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
-    COMPARE_LINES(Daemon().Take(4),
-                  WAS_DISABLED + Load(QStringLiteral("other.csv"), 1) +
-                      QStringList{QStringLiteral("4 [Scheduler.cpp] Scheduling enabled (other.csv)")});
-    COMPARE_LINES(Client().WaitForSignals(2), {QStringLiteral("SchedulingEnabled(false,schedule.csv)"),
-                                               QStringLiteral("SchedulingEnabled(true,other.csv)")});
+    QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
+    COMPARE_LINES(Daemon().Take(4), WAS_DISABLED + Load(u"other.csv"_s, 1) +
+                                        QStringList{u"4 [Scheduler.cpp] Scheduling enabled (other.csv)"_s});
+    COMPARE_LINES(Client().WaitForSignals(2),
+                  {u"SchedulingEnabled(false,schedule.csv)"_s, u"SchedulingEnabled(true,other.csv)"_s});
 }
 
 void Interface::ReloadReadsTheFileAgain()
@@ -124,18 +123,18 @@ void Interface::ReloadReadsTheFileAgain()
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
     WriteSchedule(ONE_LINE);
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
-    COMPARE_LINES(Daemon().Take(4), RESTARTING + STOPPED + Load(QStringLiteral("schedule.csv"), 1));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
+    COMPARE_LINES(Daemon().Take(4), RESTARTING + STOPPED + Load(u"schedule.csv"_s, 1));
     COMPARE_LINES(Client().TakeSignals(), QStringList());
 }
 
 void Interface::ReloadWhileDisabledDoesNothing()
 {
     QVERIFY(StartDaemon());
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,false,schedule.csv"));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
+    QCOMPARE(Client().Call("IsEnabled"), u"0,false,schedule.csv"_s);
     COMPARE_LINES(Daemon().Take(), QStringList());
 }
 
@@ -149,18 +148,18 @@ void Interface::AMalformedCallChangesNothing_data()
 
     const QString path = SchedulerClient::PATH;
     const QString interface = SchedulerClient::INTERFACE;
-    const QString unknown = QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod");
+    const QString unknown = u"org.freedesktop.DBus.Error.UnknownMethod"_s;
     const auto row = [&](const char* name, const char* method, const QVariantList& arguments) {
         QTest::newRow(name) << path << interface << QByteArray(method) << arguments << unknown;
     };
     row("SetEnabled without a value", "SetEnabled", {});
-    row("SetEnabled with a text", "SetEnabled", {QStringLiteral("false")});
+    row("SetEnabled with a text", "SetEnabled", {u"false"_s});
     row("SetEnabled with a number", "SetEnabled", {0});
     row("SetEnabled with two values", "SetEnabled", {false, false});
     row("SetScheduleFile without a name", "SetScheduleFile", {});
     row("SetScheduleFile with a number", "SetScheduleFile", {7});
-    row("SetScheduleFile with two names", "SetScheduleFile", {QStringLiteral("a.csv"), QStringLiteral("b.csv")});
-    row("SetScheduleFile with a list", "SetScheduleFile", {QStringList{QStringLiteral("a.csv")}});
+    row("SetScheduleFile with two names", "SetScheduleFile", {u"a.csv"_s, u"b.csv"_s});
+    row("SetScheduleFile with a list", "SetScheduleFile", {QStringList{u"a.csv"_s}});
     row("Reload with a value", "Reload", {true});
     row("IsEnabled with a value", "IsEnabled", {true});
     row("a method that there is not", "Stop", {});
@@ -168,11 +167,11 @@ void Interface::AMalformedCallChangesNothing_data()
     row("a private slot of the scheduler", "CheckFarActions", {});
     row("a slot that only peers' signals reach", "OnFilesUpdated", {0, 2});
     QTest::newRow("an interface that there is not")
-        << path << QStringLiteral("com.kestrelix.ozna.nointerface") << QByteArray("Reload") << QVariantList()
-        << QStringLiteral("org.freedesktop.DBus.Error.UnknownInterface");
+        << path << u"com.kestrelix.ozna.nointerface"_s << QByteArray("Reload") << QVariantList()
+        << u"org.freedesktop.DBus.Error.UnknownInterface"_s;
     QTest::newRow("an object that there is not")
-        << QStringLiteral("/com/kestrelix/ozna/scheduler/noobj") << interface << QByteArray("Reload") << QVariantList()
-        << QStringLiteral("org.freedesktop.DBus.Error.UnknownObject");
+        << u"/com/kestrelix/ozna/scheduler/noobj"_s << interface << QByteArray("Reload") << QVariantList()
+        << u"org.freedesktop.DBus.Error.UnknownObject"_s;
 }
 
 void Interface::AMalformedCallChangesNothing()
@@ -185,7 +184,7 @@ void Interface::AMalformedCallChangesNothing()
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
     QCOMPARE(Client().CallAt(path, interface, method.constData(), arguments), error);
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     COMPARE_LINES(Daemon().Take(5), QStringList());
     COMPARE_LINES(Client().TakeSignals(), QStringList());
 }
@@ -198,12 +197,11 @@ void Interface::AStrangeScheduleFileNameIsKeptAsItIs_data()
     const auto row = [](const char* title, const QString& name, const QString& shown) {
         QTest::newRow(title) << name << shown << QStringList();
     };
-    QTest::newRow("empty") << QString() << QString() << OpenError(QStringLiteral("Is a directory"));
-    row("a path upwards", QStringLiteral("../other"), QStringLiteral("../other"));
-    row("not of this alphabet", QStringLiteral("gr\u00fc\u00df\u20ac.csv"), QStringLiteral("gr\u00fc\u00df\u20ac.csv"));
-    row("percent signs", QStringLiteral("%s%n%d.csv"), QStringLiteral("%s%n%d.csv"));
-    row("line breaks and escape sequences", QStringLiteral("a\nb\r\t\x1b[31m.csv"),
-        QStringLiteral("a\\nb\\r\\t\\x1b[31m.csv"));
+    QTest::newRow("empty") << QString() << QString() << OpenError(u"Is a directory"_s);
+    row("a path upwards", u"../other"_s, u"../other"_s);
+    row("not of this alphabet", u"gr\u00fc\u00df\u20ac.csv"_s, u"gr\u00fc\u00df\u20ac.csv"_s);
+    row("percent signs", u"%s%n%d.csv"_s, u"%s%n%d.csv"_s);
+    row("line breaks and escape sequences", u"a\nb\r\t\x1b[31m.csv"_s, u"a\\nb\\r\\t\\x1b[31m.csv"_s);
 }
 
 void Interface::AStrangeScheduleFileNameIsKeptAsItIs()
@@ -213,11 +211,11 @@ void Interface::AStrangeScheduleFileNameIsKeptAsItIs()
     QFETCH(QStringList, reason);
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
-    COMPARE_LINES(Daemon().Take(4),
-                  QStringList{QStringLiteral("4 [Scheduler.cpp] Schedule file set to %1").arg(shown)} + RESTARTING +
-                      STOPPED + Loading(DataPath(QStringLiteral("schedule/")) + shown) + NOT_FOUND + reason + STARTED);
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,") + name);
+    QCOMPARE(Client().Call("SetScheduleFile", {name}), u"0"_s);
+    COMPARE_LINES(Daemon().Take(4), QStringList{u"4 [Scheduler.cpp] Schedule file set to %1"_s.arg(shown)} +
+                                        RESTARTING + STOPPED + Loading(DataPath(u"schedule/"_s) + shown) + NOT_FOUND +
+                                        reason + STARTED);
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,"_s + name);
 }
 
 OZNA_CASE(Interface, Interface)

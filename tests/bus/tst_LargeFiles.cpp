@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // Files far larger than any schedule: what is in them is scheduled, in bounded time and memory.
 class LargeFiles : public BusTest
@@ -71,9 +72,9 @@ void LargeFiles::AHugeLineCostsItselfOnly_data()
     QTest::addColumn<char>("character");
     QTest::addColumn<QString>("reason");
     QTest::newRow("a hole, as a lost write leaves it")
-        << '\0' << QStringLiteral("1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)");
+        << '\0' << u"1 [Action.cpp] Wrong action fields (1 found, at least 8 expected)"_s;
     QTest::newRow("nothing but separators")
-        << '|' << QStringLiteral("1 [Action.cpp] Wrong action start time (: hour:minute:second expected)");
+        << '|' << u"1 [Action.cpp] Wrong action start time (: hour:minute:second expected)"_s;
 }
 
 void LargeFiles::AHugeLineCostsItselfOnly()
@@ -81,7 +82,7 @@ void LargeFiles::AHugeLineCostsItselfOnly()
     QFETCH(char, character);
     QFETCH(QString, reason);
     const qint64 size = IsSanitized() ? 20 * MEGABYTE : 200 * MEGABYTE;
-    const QString path = DataPath(QStringLiteral("schedule/schedule.csv"));
+    const QString path = DataPath(u"schedule/schedule.csv"_s);
     WriteSchedule(ONE_LINE);
     if (character == '\0')
         Grow(path, size);
@@ -89,22 +90,22 @@ void LargeFiles::AHugeLineCostsItselfOnly()
         Append(path, QByteArray(size, character));
     Append(path, "\n" + DUE_LINE);
     StartAndMeasure(QTest::currentDataTag());
-    COMPARE_LINES(Daemon().Take(2), {reason, QStringLiteral("2 [Scheduler.cpp] Action ignored")});
+    COMPARE_LINES(Daemon().Take(2), {reason, u"2 [Scheduler.cpp] Action ignored"_s});
     QVERIFY(Daemon().Log().contains(Loaded(2).first()));
     // A character takes two bytes, and the text is there once.
     const long most_kB = MemoryKilobytes(DaemonPid(), "VmHWM");
     QVERIFY2(IsSanitized() || most_kB < 500 * KB_PER_MB, qPrintable(QString::number(most_kB)));
     QVERIFY(IsFreed(20 * KB_PER_MB));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     Time().Set(SOON);
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 10"_s});
 }
 
 void LargeFiles::APlaylistWithAHoleKeepsItsTracks()
 {
-    const QString path = DataPath(QStringLiteral("playlists/day"));
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    const QString path = DataPath(u"playlists/day"_s);
+    WritePlaylist("first.mp3;60\n", u"day"_s);
     Grow(path, IsSanitized() ? 20 * MEGABYTE : 200 * MEGABYTE);
     Append(path, "\nlast.mp3;30\n");
     WriteSchedule("1111111|08:30:04|*|*|*|||PlayPlaylist|day\n");
@@ -112,12 +113,12 @@ void LargeFiles::APlaylistWithAHoleKeepsItsTracks()
     const long most_kB = MemoryKilobytes(DaemonPid(), "VmHWM");
     QVERIFY2(IsSanitized() || most_kB < 500 * KB_PER_MB, qPrintable(QString::number(most_kB)));
     const QStringList log = Daemon().Take(4);
-    QCOMPARE(log.filter(QStringLiteral("Playlist line error: )")).size(), 1);
-    QCOMPARE(log.filter(QStringLiteral("Playlist loaded (2 tracks)")).size(), 1);
+    QCOMPARE(log.filter(u"Playlist line error: )"_s).size(), 1);
+    QCOMPARE(log.filter(u"Playlist loaded (2 tracks)"_s).size(), 1);
     QVERIFY(IsFreed(20 * KB_PER_MB));
     Time().Set(SOON);
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  1 08:30:04 false")});
+    COMPARE_LINES(Device().Calls(), {u"sound.PlayPlaylist ssusb day  1 08:30:04 false"_s});
 }
 
 void LargeFiles::AHugeScheduleGivesItsMemoryBack()
@@ -126,26 +127,26 @@ void LargeFiles::AHugeScheduleGivesItsMemoryBack()
     const qint64 size = IsLong() ? 200 * MEGABYTE : 2 * MEGABYTE;
     const qsizetype lines = size / ONE_LINE.size();
     WriteSchedule(DUE_LINE);
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("2"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"2"_s);
     Daemon().Start();
     QVERIFY(Bus().WaitForService(SchedulerClient::SERVICE));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
 
-    WriteSchedule(ONE_LINE.repeated(lines), QStringLiteral("huge.csv"));
+    WriteSchedule(ONE_LINE.repeated(lines), u"huge.csv"_s);
     QElapsedTimer timer;
     timer.start();
     Device().Emit("update.FilesUpdated", {0, 2});
     // The call that comes next is answered when the file has been read.
     QDBusMessage call = QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH,
-                                                       SchedulerClient::INTERFACE, QStringLiteral("SetScheduleFile"));
-    call.setArguments({QStringLiteral("huge.csv")});
+                                                       SchedulerClient::INTERFACE, u"SetScheduleFile"_s);
+    call.setArguments({u"huge.csv"_s});
     const QDBusMessage reply = Bus().Connection().call(call, QDBus::Block, 600000);
     QCOMPARE(reply.arguments(), QVariantList{0});
     const qint64 loaded_ms = timer.elapsed();
     const long loaded_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
     timer.restart();
-    call.setArguments({QStringLiteral("schedule.csv")});
+    call.setArguments({u"schedule.csv"_s});
     QCOMPARE(Bus().Connection().call(call, QDBus::Block, 600000).arguments(), QVariantList{0});
     const qint64 replaced_ms = timer.elapsed();
     const bool isFreed = IsFreed(before_kB);
@@ -157,7 +158,7 @@ void LargeFiles::AHugeScheduleGivesItsMemoryBack()
     QVERIFY(isFreed);
     Time().Set(SOON);
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 10"_s});
 }
 
 OZNA_CASE(LargeFiles, LargeFiles)

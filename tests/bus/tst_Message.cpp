@@ -2,6 +2,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // A message from its line to the sound manager and back.
 class Message : public MessageTest
@@ -20,7 +21,7 @@ private Q_SLOTS:
 
 namespace
 {
-const QString COMPLETED = QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3");
+const QString COMPLETED = u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3"_s;
 }
 
 void Message::IsRequestedAheadOfItsTimeAndOnce()
@@ -31,21 +32,20 @@ void Message::IsRequestedAheadOfItsTimeAndOnce()
     QVERIFY(Device().WaitForCalls(2));
     const QTime requested = Time().Now().time();
     QVERIFY2(requested >= QTime(8, 29, 52) && requested < QTime(8, 30), qPrintable(requested.toString()));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetPlayerVolume sd file 70"), PLAY});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetPlayerVolume sd file 70"_s, PLAY});
     QVERIFY(Daemon().WaitForLog(Requested(70)));
     COMPARE_LINES(Daemon().Take().mid(6),
-                  QStringList{QStringLiteral("5 [Action.cpp] Task PlayMessage IsEarly: active in <12 seconds")} +
-                      EARLY + QStringList{QStringLiteral("5 [Action.cpp] Task PlayMessage IsReady (in time)")} +
-                      READY_MESSAGE +
-                      QStringList{QStringLiteral("5 [Action.cpp] Action 'PlayMessage' delay: 0 s (0=no-delay)"),
-                                  QStringLiteral("9 [Action.cpp] Task PlayMessage is starting !"), Requested(70)});
+                  QStringList{u"5 [Action.cpp] Task PlayMessage IsEarly: active in <12 seconds"_s} + EARLY +
+                      QStringList{u"5 [Action.cpp] Task PlayMessage IsReady (in time)"_s} + READY_MESSAGE +
+                      QStringList{u"5 [Action.cpp] Action 'PlayMessage' delay: 0 s (0=no-delay)"_s,
+                                  u"9 [Action.cpp] Task PlayMessage is starting !"_s, Requested(70)});
 
     // Past its time and after its end, until the next far pass has looked at it, nothing more is sent.
-    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    Device().Emit(PLAY_FILE_COMPLETED, {u"gong.mp3"_s});
     QVERIFY(Daemon().WaitForLog(COMPLETED));
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30, 3), Qt::UTC));
     static_cast<void>(Daemon().Take());
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("9 [Scheduler.cpp] > FarActions:     1")));
+    QVERIFY(Daemon().WaitForLog(u"9 [Scheduler.cpp] > FarActions:     1"_s));
     COMPARE_LINES(Daemon().Take(5), QStringList());
     QCOMPARE(Device().Calls().size(), 2);
 }
@@ -55,16 +55,14 @@ void Message::OnlyAVolumeThatIsGivenIsSet_data()
     QTest::addColumn<QByteArray>("parameters");
     QTest::addColumn<QStringList>("calls");
     QTest::addColumn<QStringList>("warnings");
-    const QString volume = QStringLiteral("sound.SetPlayerVolume sd file ");
+    const QString volume = u"sound.SetPlayerVolume sd file "_s;
     QTest::newRow("none") << QByteArray("gong.mp3") << QStringList{PLAY} << QStringList();
-    QTest::newRow("zero is set") << QByteArray("gong.mp3,0") << QStringList{volume + QLatin1Char('0'), PLAY}
-                                 << QStringList();
+    QTest::newRow("zero is set") << QByteArray("gong.mp3,0") << QStringList{volume + u'0', PLAY} << QStringList();
     QTest::newRow("a negative one is not") << QByteArray("gong.mp3,-1") << QStringList{PLAY} << QStringList();
     QTest::newRow("a word is not") << QByteArray("gong.mp3,loud") << QStringList{PLAY}
-                                   << QStringList{
-                                          QStringLiteral("2 [tasks/PlayMessage.cpp] Invalid volume=loud, not used")};
+                                   << QStringList{u"2 [tasks/PlayMessage.cpp] Invalid volume=loud, not used"_s};
     QTest::newRow("a large one is sent unchanged")
-        << QByteArray("gong.mp3,1000000") << QStringList{volume + QStringLiteral("1e+06"), PLAY} << QStringList();
+        << QByteArray("gong.mp3,1000000") << QStringList{volume + u"1e+06"_s, PLAY} << QStringList();
 }
 
 void Message::OnlyAVolumeThatIsGivenIsSet()
@@ -82,17 +80,17 @@ void Message::OnlyAVolumeThatIsGivenIsSet()
 void Message::WhateverTheVolumeRequestBringsTheMessageIsRequested_data()
 {
     QTest::addColumn<QString>("answer");
-    QTest::newRow("refused") << QStringLiteral("status");
-    QTest::newRow("failed on the bus") << QStringLiteral("error");
-    QTest::newRow("never answered") << QStringLiteral("never");
+    QTest::newRow("refused") << u"status"_s;
+    QTest::newRow("failed on the bus") << u"error"_s;
+    QTest::newRow("never answered") << u"never"_s;
 }
 
 void Message::WhateverTheVolumeRequestBringsTheMessageIsRequested()
 {
     QFETCH(QString, answer);
-    if (answer == QStringLiteral("status"))
+    if (answer == u"status"_s)
         Device().AnswerStatus("sound.SetPlayerVolume", 4);
-    else if (answer == QStringLiteral("error"))
+    else if (answer == u"error"_s)
         Device().AnswerError("sound.SetPlayerVolume", "no such volume");
     else
         Device().AnswerNever("sound.SetPlayerVolume");
@@ -109,22 +107,22 @@ void Message::AStopMessageStopsAtItsSecond()
     WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    const QString requested = QStringLiteral("9 [tasks/StopMessage.cpp] TASK REQUESTED | StopPlay(file)");
+    const QString requested = u"9 [tasks/StopMessage.cpp] TASK REQUESTED | StopPlay(file)"_s;
     QVERIFY(Daemon().WaitForLog(requested));
     const QTime now = Time().Now().time();
     QVERIFY2(now >= QTime(8, 30) && now < QTime(8, 30, 1), qPrintable(now.toString(Qt::ISODateWithMs)));
     COMPARE_LINES(Device().Calls(), {STOP});
     QStringList lines = Daemon().Take();
     lines.removeIf([](const QString& line) {
-        return line.contains(QStringLiteral("Actions:  ")) || line.contains(QStringLiteral("-----")) ||
-               line.contains(QStringLiteral("Checking")) || line.contains(QStringLiteral("TOTAL"));
+        return line.contains(u"Actions:  "_s) || line.contains(u"-----"_s) || line.contains(u"Checking"_s) ||
+               line.contains(u"TOTAL"_s);
     });
-    COMPARE_LINES(lines, {QStringLiteral("5 [Action.cpp] Task StopMessage IsEarly: active in <12 seconds"),
-                          QStringLiteral("4 [Scheduler.cpp] EARLY action found: 14 (StopMessage)"),
-                          QStringLiteral("5 [Action.cpp] Task StopMessage IsReady (in time)"),
-                          QStringLiteral("4 [Scheduler.cpp] READY action found: 14 (StopMessage)"),
-                          QStringLiteral("5 [Action.cpp] Action 'StopMessage' delay: 0 s (0=no-delay)"),
-                          QStringLiteral("9 [Action.cpp] Task StopMessage is starting !"), requested});
+    COMPARE_LINES(lines, {u"5 [Action.cpp] Task StopMessage IsEarly: active in <12 seconds"_s,
+                          u"4 [Scheduler.cpp] EARLY action found: 14 (StopMessage)"_s,
+                          u"5 [Action.cpp] Task StopMessage IsReady (in time)"_s,
+                          u"4 [Scheduler.cpp] READY action found: 14 (StopMessage)"_s,
+                          u"5 [Action.cpp] Action 'StopMessage' delay: 0 s (0=no-delay)"_s,
+                          u"9 [Action.cpp] Task StopMessage is starting !"_s, requested});
 }
 
 void Message::AStopMessageThatIsRefusedIsLogged()
@@ -133,7 +131,7 @@ void Message::AStopMessageThatIsRefusedIsLogged()
     Device().AnswerStatus(STOP_PLAY, 5);
     WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
     QVERIFY(StartDaemon());
-    const QString error = QStringLiteral("1 [tasks/StopMessage.cpp] StopPlay(file) error: 5");
+    const QString error = u"1 [tasks/StopMessage.cpp] StopPlay(file) error: 5"_s;
     QVERIFY(Daemon().WaitForLog(error));
     COMPARE_LINES(Daemon().Take(2), {error});
 }

@@ -4,6 +4,7 @@
 #include <limits>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // What the sound manager may answer to a message, and what comes of it.
 class MessageAnswers : public MessageTest
@@ -34,8 +35,7 @@ void MessageAnswers::ARefusalIsLogged()
     Device().AnswerStatus(PLAY_FILE, status, 0, 1);
     QVERIFY(StartAndWaitForRequest());
     COMPARE_LINES(Daemon().Take(4),
-                  EARLY + READY_MESSAGE +
-                      QStringList{QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile error: %1").arg(status)});
+                  EARLY + READY_MESSAGE + QStringList{u"1 [tasks/PlayMessage.cpp] PlayFile error: %1"_s.arg(status)});
     // Nothing runs: a stop is not sent.
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Device().Calls(), {PLAY});
@@ -47,17 +47,17 @@ void MessageAnswers::AnAnswerOfAnotherTypeIsConverted_data()
     QTest::addColumn<QVariantList>("values");
     QTest::addColumn<QString>("record");
     const auto error = [](const char* status) {
-        return QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile error: %1").arg(QLatin1String(status));
+        return u"1 [tasks/PlayMessage.cpp] PlayFile error: %1"_s.arg(QLatin1String(status));
     };
     QTest::newRow("no value") << QVariantList() << Requested();
-    QTest::newRow("a text that is no number") << QVariantList{QStringLiteral("ok")} << Requested();
-    QTest::newRow("a text that is a number") << QVariantList{QStringLiteral("7")} << error("7");
+    QTest::newRow("a text that is no number") << QVariantList{u"ok"_s} << Requested();
+    QTest::newRow("a text that is a number") << QVariantList{u"7"_s} << error("7");
     QTest::newRow("an unsigned number") << QVariantList{7U} << error("7");
     QTest::newRow("true") << QVariantList{true} << error("1");
     QTest::newRow("false") << QVariantList{false} << Requested();
-    QTest::newRow("a list of texts") << QVariantList{QStringList{QStringLiteral("7")}} << Requested();
-    QTest::newRow("a map") << QVariantList{QVariantMap{{QStringLiteral("status"), 7}}} << Requested();
-    QTest::newRow("a status with more values") << QVariantList{7, QStringLiteral("more"), 1.5} << error("7");
+    QTest::newRow("a list of texts") << QVariantList{QStringList{u"7"_s}} << Requested();
+    QTest::newRow("a map") << QVariantList{QVariantMap{{u"status"_s, 7}}} << Requested();
+    QTest::newRow("a status with more values") << QVariantList{7, u"more"_s, 1.5} << error("7");
     QTest::newRow("0 with more values") << QVariantList{0, 7} << Requested();
     QTest::newRow("a number that no int holds") << QVariantList{1e300} << error("2147483647");
 }
@@ -78,11 +78,11 @@ void MessageAnswers::AnAbsentSoundManagerIsLogged()
     WriteSchedule(MessageLine("gong.mp3,70"));
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    const QString error = QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: The name "
-                                         "com.kestrelix.ozna.soundmanager was not provided by any .service files");
+    const QString error = u"1 [tasks/PlayMessage.cpp] PlayFile request error: The name "
+                          "com.kestrelix.ozna.soundmanager was not provided by any .service files"_s;
     QVERIFY(Daemon().WaitForLog(error));
     COMPARE_LINES(Daemon().Take(4), EARLY + READY_MESSAGE + QStringList{error});
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 void MessageAnswers::ASoundManagerThatNeverAnswersCostsItsTimeOut()
@@ -93,10 +93,10 @@ void MessageAnswers::ASoundManagerThatNeverAnswersCostsItsTimeOut()
     QVERIFY(Device().WaitForCalls(1));
     const qint64 asked_ms = Device().CallTimes().first();
     static_cast<void>(Daemon().Take());
-    const QString error = QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: Did not receive a reply. "
-                                         "Possible causes include: the remote application did not send a reply, the "
-                                         "message bus security policy blocked the reply, the reply timeout expired, or "
-                                         "the network connection was broken.");
+    const QString error = u"1 [tasks/PlayMessage.cpp] PlayFile request error: Did not receive a reply. "
+                          "Possible causes include: the remote application did not send a reply, the "
+                          "message bus security policy blocked the reply, the reply timeout expired, or "
+                          "the network connection was broken."_s;
     QVERIFY(Daemon().WaitForLog(error));
     const qint64 waited_ms = QDateTime::currentMSecsSinceEpoch() - asked_ms;
     QVERIFY2(waited_ms >= 2800 && waited_ms < 10000, qPrintable(QString::number(waited_ms)));
@@ -112,9 +112,8 @@ void MessageAnswers::ASoundManagerThatExitsInTheCallIsLogged()
     QVERIFY(WaitUntil([this] { return !Daemon().Log(2).isEmpty(); }));
     const QStringList errors = Daemon().Take(2);
     QCOMPARE(errors.size(), 1);
-    QVERIFY2(errors[0].startsWith(QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: ")),
-             qPrintable(errors[0]));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QVERIFY2(errors[0].startsWith(u"1 [tasks/PlayMessage.cpp] PlayFile request error: "_s), qPrintable(errors[0]));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 OZNA_CASE(MessageAnswers, MessageAnswers)

@@ -4,6 +4,7 @@
 #include <csignal>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // How a message ends, by its completion or with its action.
 class MessageEnd : public MessageTest
@@ -28,7 +29,7 @@ void MessageEnd::ACompletionBeforeTheReplyIsAnothers()
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(1));
     static_cast<void>(Daemon().Take());
-    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    Device().Emit(PLAY_FILE_COMPLETED, {u"gong.mp3"_s});
     QVERIFY(Daemon().WaitForLog(Requested()));
     // The message goes on, and is stopped with its action.
     QCOMPARE(StopDaemon(), 0);
@@ -38,8 +39,8 @@ void MessageEnd::ACompletionBeforeTheReplyIsAnothers()
 
 void MessageEnd::ACompletionRightBehindTheReplyCompletes()
 {
-    const QString completed = QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3");
-    Device().AnswerThenEmit(PLAY_FILE, PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    const QString completed = u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3"_s;
+    Device().AnswerThenEmit(PLAY_FILE, PLAY_FILE_COMPLETED, {u"gong.mp3"_s});
     WriteSchedule(MessageLine("gong.mp3"));
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().WaitForLog(completed));
@@ -55,14 +56,13 @@ void MessageEnd::ACompletionOfAnotherFileCompletes()
 {
     QVERIFY(StartAndWaitForRequest());
     static_cast<void>(Daemon().Take());
-    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("other.mp3")});
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: other.mp3")));
+    Device().Emit(PLAY_FILE_COMPLETED, {u"other.mp3"_s});
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: other.mp3"_s));
     // Nobody waits any more.
-    Device().Emit(PLAY_FILE_COMPLETED, {QStringLiteral("gong.mp3")});
+    Device().Emit(PLAY_FILE_COMPLETED, {u"gong.mp3"_s});
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Daemon().Take(4),
-                  QStringList{QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: other.mp3")} +
-                      Ended());
+                  QStringList{u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: other.mp3"_s} + Ended());
     COMPARE_LINES(Device().Calls(), {PLAY});
 }
 
@@ -80,17 +80,17 @@ void MessageEnd::AMessageThatIsStillRunningIsStopped()
     Device().Forget();
     // Past its time, a message that is loaded again is not asked for again.
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 31), Qt::UTC));
-    if (by == QStringLiteral("SetEnabled"))
-        QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
-    else if (by == QStringLiteral("Reload"))
-        QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
-    else if (by == QStringLiteral("SetScheduleFile"))
-        QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("none.csv")}), QStringLiteral("0"));
-    else if (by == QStringLiteral("FilesUpdated"))
+    if (by == u"SetEnabled"_s)
+        QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    else if (by == u"Reload"_s)
+        QCOMPARE(Client().Call("Reload"), u"0"_s);
+    else if (by == u"SetScheduleFile"_s)
+        QCOMPARE(Client().Call("SetScheduleFile", {u"none.csv"_s}), u"0"_s);
+    else if (by == u"FilesUpdated"_s)
         Device().Emit("update.FilesUpdated", {0, 2});
     else
     {
-        Daemon().Signal(by == QStringLiteral("SIGINT") ? SIGINT : SIGTERM);
+        Daemon().Signal(by == u"SIGINT"_s ? SIGINT : SIGTERM);
         QCOMPARE(Daemon().WaitForExit(), 0);
     }
     QVERIFY(Daemon().WaitForLog(RUNNING));

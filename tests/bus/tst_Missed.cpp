@@ -3,6 +3,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 // Why a start was missed, told by the running process. The clock stands at 08:29:49 when the daemon starts: its far
 // passes come at 08:29:52, :55 and so on.
 class Missed : public BusTest
@@ -29,7 +31,7 @@ namespace
 {
 
 const QDate MONDAY(2024, 1, 15);
-const QString VOLUME_EARLY = QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)");
+const QString VOLUME_EARLY = u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s;
 
 QDateTime At(const QDate& date, const QTime& time)
 {
@@ -38,8 +40,7 @@ QDateTime At(const QDate& date, const QTime& time)
 
 QString Record(const char* task, int line, const char* due, const char* cause)
 {
-    return QStringLiteral("2 [MissedStarts.cpp] MISSED action: %1, line %2, due at %3: %4")
-        .arg(QLatin1String(task))
+    return u"2 [MissedStarts.cpp] MISSED action: %1, line %2, due at %3: %4"_s.arg(QLatin1String(task))
         .arg(line)
         .arg(QLatin1String(due), QLatin1String(cause));
 }
@@ -48,10 +49,9 @@ QString Record(const char* task, int line, const char* due, const char* cause)
 
 bool Missed::WaitForPasses(int count)
 {
-    const qsizetype passed = Daemon().Log().count(QStringLiteral("9 [Scheduler.cpp] Checking far actions"));
-    return WaitUntil([&] {
-        return Daemon().Log().count(QStringLiteral("9 [Scheduler.cpp] Checking far actions")) >= passed + count;
-    });
+    const qsizetype passed = Daemon().Log().count(u"9 [Scheduler.cpp] Checking far actions"_s);
+    return WaitUntil(
+        [&] { return Daemon().Log().count(u"9 [Scheduler.cpp] Checking far actions"_s) >= passed + count; });
 }
 
 void Missed::Expect(const QStringList& missed)
@@ -59,7 +59,7 @@ void Missed::Expect(const QStringList& missed)
     // Told once: the next pass has nothing to add.
     QVERIFY(Daemon().WaitForLog(missed.last()));
     QVERIFY(WaitForPasses(1));
-    COMPARE_LINES(Daemon().Take(2).filter(QStringLiteral("MISSED")), missed);
+    COMPARE_LINES(Daemon().Take(2).filter(u"MISSED"_s), missed);
 }
 
 void Missed::ALoadRightBefore()
@@ -76,10 +76,9 @@ void Missed::AReloadThatStopsAMessage()
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(1));
     Time().Set(At(MONDAY, QTime(8, 29, 58)));
-    QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+    QCOMPARE(Client().Call("Reload"), u"0"_s);
     Expect({Record("1 (PlayMessage)", 1, "08:30:00", "the schedule was loaded less than 3 s before")});
-    COMPARE_LINES(Device().Calls(),
-                  {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00"), QStringLiteral("sound.StopPlay ss file ")});
+    COMPARE_LINES(Device().Calls(), {u"sound.PlayFile ss gong.mp3 08:30:00"_s, u"sound.StopPlay ss file "_s});
 }
 
 void Missed::TheClockIsPutForward()
@@ -103,14 +102,14 @@ void Missed::TheClockIsPutForwardOverMany()
     QStringList missed;
     for (int day = 11; day <= 20; ++day)
     {
-        const QByteArray date = MONDAY.addDays(day).toString(QStringLiteral("yyyy-MM-dd")).toLatin1();
-        const QByteArray before = MONDAY.addDays(day - 1).toString(QStringLiteral("yyyy-MM-dd")).toLatin1();
+        const QByteArray date = MONDAY.addDays(day).toString(u"yyyy-MM-dd"_s).toLatin1();
+        const QByteArray before = MONDAY.addDays(day - 1).toString(u"yyyy-MM-dd"_s).toLatin1();
         missed += Record("5 (Volume)", 2, (before + " 09:00:00").constData(), "the clock was put forward");
         missed += Record("5 (Volume)", 1, (day == 20 ? QByteArray("08:00:00") : date + " 08:00:00").constData(),
                          "the clock was put forward");
     }
     // 40 starts lie in between.
-    missed += QStringLiteral("2 [MissedStarts.cpp] MISSED actions: 20 others before these");
+    missed += u"2 [MissedStarts.cpp] MISSED actions: 20 others before these"_s;
     Expect(missed);
 }
 
@@ -134,7 +133,7 @@ void Missed::APeerDoesNotAnswer()
     WriteSchedule("1111111|08:30:06|*|*|*|||PlayMessage|gong.mp3,70\n1111111|08:30:00|*|*|*|||Volume|1\n");
     QVERIFY(StartDaemon());
     Expect({Record("5 (Volume)", 2, "08:30:00", "the loop waited for com.kestrelix.ozna.soundmanager")});
-    QVERIFY(!Device().Calls().contains(QStringLiteral("sound.SetMasterVolume d 1")));
+    QVERIFY(!Device().Calls().contains(u"sound.SetMasterVolume d 1"_s));
 }
 
 void Missed::AMessageStillPlays()

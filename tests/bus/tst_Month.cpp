@@ -7,6 +7,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 // A month of mornings through the real process: the clock is put shortly before each, and on to it as soon as the
 // daemon watches it. What the device has to receive is worked out by a program that shares nothing with the engine.
 class Month : public BusTest
@@ -50,11 +52,11 @@ const QTime DUE(8, 30);
 
 Month::Use Month::DaemonUse() const
 {
-    const QString process = QStringLiteral("/proc/%1/").arg(DaemonPid());
-    QFile memory(process + QStringLiteral("statm"));
+    const QString process = u"/proc/%1/"_s.arg(DaemonPid());
+    QFile memory(process + u"statm"_s);
     const qint64 pages =
         memory.open(QIODevice::ReadOnly) ? memory.readAll().split(' ').value(1).toLongLong() : qint64{-1};
-    const QDir descriptors(process + QStringLiteral("fd"));
+    const QDir descriptors(process + u"fd"_s);
     return {pages * ::sysconf(_SC_PAGESIZE),
             descriptors.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System).size()};
 }
@@ -63,28 +65,28 @@ void Month::Morning(const QDate& date, const ExpectedRequests& expected)
 {
     const QDateTime due = At(date, DUE);
     QStringList requests = expected.Between(due.addSecs(-60).toMSecsSinceEpoch(), due.addSecs(60).toMSecsSinceEpoch());
-    const QStringList announced = requests.filter(QStringLiteral("scheduler."));
+    const QStringList announced = requests.filter(u"scheduler."_s);
     for (const QString& text : announced)
         requests.removeOne(text);
     QVERIFY(!requests.isEmpty());
 
     Time().Set(due.addSecs(-BEFORE_S));
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
     Time().Set(due.addSecs(1));
     QVERIFY(Device().WaitForCalls(requests.size()));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     // Which of them are asked for ahead depends on when the daemon has found them.
     QStringList found = Device().Calls();
     found.sort();
     requests.sort();
     COMPARE_LINES(found, requests);
-    QCOMPARE(Client().WaitForSignals(1), QStringList{QStringLiteral("ExpectedPddAction(1,true)")});
+    QCOMPARE(Client().WaitForSignals(1), QStringList{u"ExpectedPddAction(1,true)"_s});
     QCOMPARE(announced.size(), 1);
 
     Device().Emit("sound.PlayFileCompleted", {QString()});
     Device().Emit("sound.PlayPlaylistCompleted", {QString()});
     Device().Emit("sound.StreamEnabled", {false});
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: morning")));
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: morning"_s));
     static_cast<void>(Daemon().Take());
     Device().Forget();
 }
@@ -92,15 +94,14 @@ void Month::Morning(const QDate& date, const ExpectedRequests& expected)
 void Month::EveryRequestComesOnceAndUseStaysTheSame()
 {
     const QDir source(QStringLiteral(OZNA_MONTH_DATA));
-    QVERIFY(QFile::copy(source.filePath(QStringLiteral("schedule.csv")),
-                        DataPath(QStringLiteral("schedule/schedule.csv"))));
-    QVERIFY(QFile::copy(source.filePath(QStringLiteral("morning")), DataPath(QStringLiteral("playlists/morning"))));
-    QVERIFY(QFile::copy(source.filePath(QStringLiteral("ozna.ini")), DataPath(QStringLiteral("ozna.ini"))));
+    QVERIFY(QFile::copy(source.filePath(u"schedule.csv"_s), DataPath(u"schedule/schedule.csv"_s)));
+    QVERIFY(QFile::copy(source.filePath(u"morning"_s), DataPath(u"playlists/morning"_s)));
+    QVERIFY(QFile::copy(source.filePath(u"ozna.ini"_s), DataPath(u"ozna.ini"_s)));
     // Every schedule is loaded before the first start of its day: nothing is late, or in force already.
     const QDateTime begin = At(FIRST, QTime(6, 0));
     const ExpectedRequests expected(QString::fromLatin1(ZONE), source.path(), FIRST.toString(Qt::ISODate),
                                     FIRST.addDays(DAYS - 1).toString(Qt::ISODate), {begin.toMSecsSinceEpoch()});
-    Daemon().Environment().insert(QStringLiteral("TZ"), QString::fromLatin1(ZONE));
+    Daemon().Environment().insert(u"TZ"_s, QString::fromLatin1(ZONE));
     Time().Set(begin);
     QVERIFY(StartDaemon());
 
@@ -111,7 +112,7 @@ void Month::EveryRequestComesOnceAndUseStaysTheSame()
         if (day % RELOADED_EVERY == RELOADED_EVERY - 1)
         {
             Time().Set(At(date, QTime(6, 0)));
-            QCOMPARE(Client().Call("Reload"), QStringLiteral("0"));
+            QCOMPARE(Client().Call("Reload"), u"0"_s);
         }
         Morning(date, expected);
         if (QTest::currentTestFailed())

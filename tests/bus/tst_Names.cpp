@@ -6,6 +6,7 @@
 #include <QDBusPendingCall>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // Schedule file names as long as the bus carries them: kept and given back, and neither the connection nor the memory
 // is lost to them.
@@ -49,23 +50,23 @@ void Names::AVeryLongNameIsKept()
     QFETCH(int, length);
     WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\n");
     QVERIFY(StartDaemon());
-    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("none.csv")}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetScheduleFile", {u"none.csv"_s}), u"0"_s);
     const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
     static_cast<void>(Daemon().Take());
 
-    const QString name(length, QLatin1Char('x'));
-    QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
+    const QString name(length, u'x');
+    QCOMPARE(Client().Call("SetScheduleFile", {name}), u"0"_s);
     // The longest message that the daemon sends carries the same name.
-    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
-    QVERIFY(Client().WaitForSignals(1) == QStringList{QStringLiteral("SchedulingEnabled(true,%1)").arg(name)});
-    QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
+    QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
+    QVERIFY(Client().WaitForSignals(1) == QStringList{u"SchedulingEnabled(true,%1)"_s.arg(name)});
+    QVERIFY(Client().Call("IsEnabled") == u"0,true,"_s + name);
     const QStringList records = Daemon().Take(4);
     QCOMPARE(records.size(), 13);
     COMPARE_LINES(records.mid(8, 2), NOT_FOUND + TOO_LONG);
     for (const QString& record : records)
         QVERIFY(record.size() <= 512);
 
-    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("schedule.csv")}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetScheduleFile", {u"schedule.csv"_s}), u"0"_s);
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
     long after_kB = 0;
     const bool isFreed = WaitUntil([&] {
@@ -86,11 +87,11 @@ void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
     static_cast<void>(Daemon().Take());
     const QByteArray unit = "1 /forged [main.cpp:1] gone\n\x1b[2J\x1b]0;title\t%s%n\r";
     const QString name = QString::fromLatin1(unit.repeated(MEGABYTE / unit.size()));
-    QCOMPARE(Client().Call("SetScheduleFile", {name}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetScheduleFile", {name}), u"0"_s);
 
     // A record has 511 bytes with its prefix, whose line number has two digits or three; escapes come on top.
     const QStringList found = Daemon().Take(4);
-    const QString level = QStringLiteral("4 [Scheduler.cpp] ");
+    const QString level = u"4 [Scheduler.cpp] "_s;
     const auto cut = [&](const QByteArray& text) {
         const auto shown = [&text](const QByteArray& prefix) {
             return QString::fromLatin1(Escaped(text.left(511 - prefix.size())));
@@ -98,12 +99,12 @@ void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
         const QString longer = shown("[Scheduler.cpp:10] ");
         return found.contains(level + longer) ? longer : shown("[Scheduler.cpp:100] ");
     };
-    const QByteArray path = DataPath(QStringLiteral("schedule/")).toUtf8() + name.toLatin1();
+    const QByteArray path = DataPath(u"schedule/"_s).toUtf8() + name.toLatin1();
     COMPARE_LINES(found, QStringList{level + cut("Schedule file set to " + name.toLatin1())} + RESTARTING + STOPPED +
-                             QStringList{QStringLiteral("4 [Scheduler.cpp] Starting schedule...")} +
+                             QStringList{u"4 [Scheduler.cpp] Starting schedule..."_s} +
                              QStringList{level + cut("Loading schedule from " + path + "...")} + NOT_FOUND + TOO_LONG +
                              STARTED);
-    QVERIFY(Client().Call("IsEnabled") == QStringLiteral("0,true,") + name);
+    QVERIFY(Client().Call("IsEnabled") == u"0,true,"_s + name);
     QCOMPARE(StopDaemon(), 0);
 }
 
@@ -121,9 +122,8 @@ void Names::LongCallsThatWaitForASlowPeerAreAnswered()
     QList<QDBusPendingCall> calls;
     for (int i = 0; i < CALLS; ++i)
     {
-        QDBusMessage call =
-            QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE,
-                                           QStringLiteral("SetScheduleFile"));
+        QDBusMessage call = QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH,
+                                                           SchedulerClient::INTERFACE, u"SetScheduleFile"_s);
         call.setArguments({QString(2 * MEGABYTE, QChar(u'a' + i % 26))});
         calls.append(Bus().Connection().asyncCall(call));
     }
@@ -133,8 +133,8 @@ void Names::LongCallsThatWaitForASlowPeerAreAnswered()
         QVERIFY2(!call.isError(), qPrintable(call.error().message()));
         QCOMPARE(call.reply().arguments(), QVariantList{0});
     }
-    QCOMPARE(Client().Call("SetScheduleFile", {QStringLiteral("none.csv")}), QStringLiteral("0"));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,none.csv"));
+    QCOMPARE(Client().Call("SetScheduleFile", {u"none.csv"_s}), u"0"_s);
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,none.csv"_s);
     const bool isFreed =
         WaitUntil([&] { return IsSanitized() || MemoryKilobytes(DaemonPid(), "VmRSS") <= before_kB + TOLERATED_KB; });
     qInfo("resident before: %ld kB, after: %ld kB, at most: %ld kB", before_kB, MemoryKilobytes(DaemonPid(), "VmRSS"),

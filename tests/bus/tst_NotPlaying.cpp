@@ -2,6 +2,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // What is deleted in a state in which nothing plays for it leaves nothing to be stopped.
 class NotPlaying : public PlayingTest
@@ -27,7 +28,7 @@ void NotPlaying::WhatHasNotBegunIsNotStopped_data()
 void NotPlaying::WhatHasNotBegunIsNotStopped()
 {
     QFETCH(QString, by);
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    WritePlaylist("first.mp3;60\n", u"day"_s);
     WriteSchedule("1111111|12:00:00|*|*|*|||PlayMessage|gong.mp3\n"
                   "1111111|12:00:00|*|*|*|||PlayPlaylist|day,-1,morning\n"
                   "1111111|12:00:00|*|*|*|||PlayStream|8554/live\n"
@@ -49,11 +50,10 @@ void NotPlaying::WhatHasCompletedIsNotStopped()
 {
     QFETCH(QString, by);
     QVERIFY(StartPlaying());
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
-    Device().Emit("sound.PlayPlaylistCompleted", {QStringLiteral("day")});
+    Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
+    Device().Emit("sound.PlayPlaylistCompleted", {u"day"_s});
     Device().Emit("sound.StreamEnabled", {false});
-    QVERIFY(Daemon().WaitForLog(
-        QStringLiteral("4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live")));
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live"_s));
     static_cast<void>(Daemon().Take());
     DeleteActions(by);
     COMPARE_LINES(Device().Calls(), REQUESTS);
@@ -87,13 +87,12 @@ void NotPlaying::WhatIsBeingRequestedIsStoppedOnceItPlays()
     QFETCH(QStringList, stops);
     QFETCH(QString, by);
     Device().AnswerStatus(method.constData(), 0, ANSWER_MS, 1);
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
-    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    WritePlaylist("first.mp3;60\n", u"day"_s);
+    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     WriteSchedule("1111111|08:30:00|*|*|*|||" + task + '\n');
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(StartDaemon());
-    QVERIFY(
-        WaitUntil([&] { return Device().Calls().filter(QString::fromLatin1(method) + QLatin1Char(' ')).size() == 1; }));
+    QVERIFY(WaitUntil([&] { return Device().Calls().filter(QString::fromLatin1(method) + u' ').size() == 1; }));
     const QStringList requests = Device().Calls();
     COMPARE_LINES(Daemon().Take(2), QStringList());
     // Before the radio's time, so that it is not forced when it is loaded again.
@@ -114,13 +113,12 @@ void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped()
                   "1111111|08:30:00|*|*|*|||enableAux|1\n"
                   "1111111|08:30:00|*|*|*|||RecordPhoto\n"
                   "1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n");
-    const QStringList requests{QStringLiteral("sound.PlayRadioFm -"),
-                               QStringLiteral("sound.RadioFmSetFrequency d 98.5"), QStringLiteral("sound.PlayAux -"),
-                               QStringLiteral("photo.TakePhoto -"), QStringLiteral("photo.TakePhotoStream i 10")};
+    const QStringList requests{u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d 98.5"_s, u"sound.PlayAux -"_s,
+                               u"photo.TakePhoto -"_s, u"photo.TakePhotoStream i 10"_s};
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(requests.size()));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     // Before the radio's time, so that it is not forced when it is loaded again.
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 0), Qt::UTC));
     static_cast<void>(Daemon().Take());

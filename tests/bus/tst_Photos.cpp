@@ -3,6 +3,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // Photos, from the request to the last signal of a series.
 class Photos : public BusTest
@@ -28,13 +29,13 @@ namespace
 constexpr int A_FEW = 4;
 constexpr int GREAT_FLOOD = 10000;
 constexpr int SANITIZED_FLOOD = 1000; // what is looked at closely takes its time
-const QString REFUSED = QStringLiteral("1 [tasks/Photo.cpp] StopPhotoStream error: 4");
-const QString TAKEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken");
-const QString COMPLETED = QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=10 s, num=3, ");
+const QString REFUSED = u"1 [tasks/Photo.cpp] StopPhotoStream error: 4"_s;
+const QString TAKEN = u"9 [tasks/Photo.cpp] >>> Photo taken"_s;
+const QString COMPLETED = u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=10 s, num=3, "_s;
 
 QString Total(int count)
 {
-    return QStringLiteral("9 [tasks/Photo.cpp] >>> Total photo: %1").arg(count);
+    return u"9 [tasks/Photo.cpp] >>> Total photo: %1"_s.arg(count);
 }
 } // namespace
 
@@ -42,13 +43,13 @@ bool Photos::StartAt(const QByteArray& schedule, int calls)
 {
     WriteSchedule(schedule);
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
-    return StartDaemon() && Device().WaitForCalls(calls) &&
-           Client().Call("IsEnabled") == QStringLiteral("0,true,schedule.csv") && Daemon().Take(2).isEmpty();
+    return StartDaemon() && Device().WaitForCalls(calls) && Client().Call("IsEnabled") == u"0,true,schedule.csv"_s &&
+           Daemon().Take(2).isEmpty();
 }
 
 void Photos::TakePhotos(int count)
 {
-    Device().Emit("photo.PhotoTaken", {0, QStringLiteral("/photos/1.jpg")}, count);
+    Device().Emit("photo.PhotoTaken", {0, u"/photos/1.jpg"_s}, count);
 }
 
 void Photos::ASeriesEndsWithItsLastPhoto()
@@ -59,10 +60,9 @@ void Photos::ASeriesEndsWithItsLastPhoto()
     TakePhotos(1);
     QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 4; }));
     QStringList lines = Daemon().Take();
-    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("[tasks/")); });
+    lines.removeIf([](const QString& line) { return !line.contains(u"[tasks/"_s); });
     COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), COMPLETED, TAKEN});
-    COMPARE_LINES(Device().Calls(),
-                  {QStringLiteral("photo.TakePhotoStream i 10"), QStringLiteral("photo.StopPhotoStream -")});
+    COMPARE_LINES(Device().Calls(), {u"photo.TakePhotoStream i 10"_s, u"photo.StopPhotoStream -"_s});
 }
 
 void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
@@ -72,7 +72,7 @@ void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
     QVERIFY(Daemon().WaitForLog(TAKEN));
     Time().Set(QDateTime(QDate(2024, 1, 16), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(Device().WaitForCalls(2));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("photo.TakePhoto -"), QStringLiteral("photo.TakePhoto -")});
+    COMPARE_LINES(Device().Calls(), {u"photo.TakePhoto -"_s, u"photo.TakePhoto -"_s});
 }
 
 void Photos::WhatIsStillUnderWayIsNotAskedForAgain()
@@ -82,14 +82,13 @@ void Photos::WhatIsStillUnderWayIsNotAskedForAgain()
     {
         Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 29, 52), Qt::UTC));
         static_cast<void>(Daemon().Take());
-        QVERIFY(Daemon().WaitForLog(QStringLiteral("9 [Scheduler.cpp] Checking far actions")));
+        QVERIFY(Daemon().WaitForLog(u"9 [Scheduler.cpp] Checking far actions"_s));
         Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 40), Qt::UTC));
         QVERIFY(Daemon().WaitForLog(StillRuns("4 (RecordPhoto)", 2)));
         COMPARE_LINES(Daemon().Take(4),
                       (QStringList{StillRuns("4 (RecordPhoto)", 1), StillRuns("4 (RecordPhoto)", 2)}));
     }
-    COMPARE_LINES(Device().Calls(),
-                  {QStringLiteral("photo.TakePhotoStream i 10"), QStringLiteral("photo.TakePhoto -")});
+    COMPARE_LINES(Device().Calls(), {u"photo.TakePhotoStream i 10"_s, u"photo.TakePhoto -"_s});
 }
 
 void Photos::EveryTaskSeesEveryPhoto()
@@ -98,13 +97,13 @@ void Photos::EveryTaskSeesEveryPhoto()
                     "1111111|12:00:00|*|*|*|||RecordPhoto\n",
                     2));
     TakePhotos(2);
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, ")));
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "_s));
     QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 6; }));
     QStringList lines = Daemon().Take();
-    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("[tasks/")); });
+    lines.removeIf([](const QString& line) { return !line.contains(u"[tasks/"_s); });
     // Each photo reaches the tasks in the order in which they were created.
     COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(1), TAKEN, TAKEN, Total(2), TAKEN, Total(2),
-                          QStringLiteral("4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "), TAKEN});
+                          u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "_s, TAKEN});
 }
 
 void Photos::ASeriesWhoseStopFailsAsksAgain()
@@ -115,19 +114,18 @@ void Photos::ASeriesWhoseStopFailsAsksAgain()
     TakePhotos(5);
     QVERIFY(Daemon().WaitForLog(COMPLETED));
     QStringList lines = Daemon().Take();
-    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("[tasks/")); });
+    lines.removeIf([](const QString& line) { return !line.contains(u"[tasks/"_s); });
     COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3),
-                          QStringLiteral("1 [tasks/Photo.cpp] StopPhotoStream error: 4"), TAKEN, Total(4),
-                          QStringLiteral("4 [tasks/Photo.cpp] StopPhotoStream request error: busy"), TAKEN, Total(5),
-                          COMPLETED});
+                          u"1 [tasks/Photo.cpp] StopPhotoStream error: 4"_s, TAKEN, Total(4),
+                          u"4 [tasks/Photo.cpp] StopPhotoStream request error: busy"_s, TAKEN, Total(5), COMPLETED});
 }
 
 void Photos::AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts()
 {
-    const QString failed = QStringLiteral("4 [tasks/Photo.cpp] StopPhotoStream request error: Did not receive a reply. "
-                                          "Possible causes include: the remote application did not send a reply, the "
-                                          "message bus security policy blocked the reply, the reply timeout expired, "
-                                          "or the network connection was broken.");
+    const QString failed = u"4 [tasks/Photo.cpp] StopPhotoStream request error: Did not receive a reply. "
+                           "Possible causes include: the remote application did not send a reply, the "
+                           "message bus security policy blocked the reply, the reply timeout expired, "
+                           "or the network connection was broken."_s;
     Device().AnswerNever("photo.StopPhotoStream", 0);
     QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
     const int count = IsSanitized() ? SANITIZED_FLOOD : GREAT_FLOOD;
@@ -136,7 +134,7 @@ void Photos::AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts()
     // Those that had queued up ask once more, in the end; those that were still to come may have asked, too.
     const auto failures = [&] { return Daemon().Log(4).count(failed); };
     QVERIFY(WaitUntil([&] { return failures() >= 2; }));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     QVERIFY2(failures() <= A_FEW, qPrintable(QString::number(failures())));
     QVERIFY(Device().Calls().size() <= 2 + failures());
     // The series has not ended: a photo that comes later asks again.
@@ -151,13 +149,11 @@ void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
     Device().AnswerStatus("photo.StopPhotoStream", 4);
     QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:04|*|*|*|||19|1,1\n", 1));
     const int count = IsSanitized() ? SANITIZED_FLOOD : GREAT_FLOOD;
-    const QDBusPendingCall flood =
-        Device().EmitMeanwhile("photo.PhotoTaken", {0, QStringLiteral("/photos/1.jpg")}, count);
+    const QDBusPendingCall flood = Device().EmitMeanwhile("photo.PhotoTaken", {0, u"/photos/1.jpg"_s}, count);
     QVERIFY(Daemon().WaitForLog(REFUSED));
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30, 4), Qt::UTC));
     // In time, or never: an action may be late for two seconds.
-    QVERIFY(Daemon().WaitForLog(
-        QStringLiteral("4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"_s));
     QVERIFY(WaitUntil([&] { return flood.isFinished(); }));
     QVERIFY(Daemon().WaitForLog(Total(count)));
     Device().ClearAnswers();

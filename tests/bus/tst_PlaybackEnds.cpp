@@ -6,6 +6,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 // Signals of an end right before and right behind the answer to a request: the one behind it ends the playback, the one
 // before it is that of another.
 class PlaybackEnds : public TasksOnBusTest
@@ -53,7 +55,7 @@ QVariantList EndOf(const Playback& playback, bool isOther)
 {
     if (qstrcmp(playback.kind, "stream") == 0)
         return {false};
-    return {isOther ? QStringLiteral("other") : QStringLiteral("day")};
+    return {isOther ? u"other"_s : u"day"_s};
 }
 
 } // namespace
@@ -96,9 +98,9 @@ void PlaybackEnds::OnlyAnEndBehindTheAnswerCounts()
 {
     QFETCH(QString, kind);
     QFETCH(bool, isFirst);
-    const QString signal = QString::fromLatin1(Find(kind).end).section(QLatin1Char('.'), 1);
-    QVERIFY(Bus().Connection().connect({}, QStringLiteral("/com/kestrelix/ozna/soundmanager/soundobj"),
-                                       QStringLiteral("com.kestrelix.ozna.soundinterface"), signal, this,
+    const QString signal = QString::fromLatin1(Find(kind).end).section(u'.', 1);
+    QVERIFY(Bus().Connection().connect({}, u"/com/kestrelix/ozna/soundmanager/soundobj"_s,
+                                       u"com.kestrelix.ozna.soundinterface"_s, signal, this,
                                        SLOT(OnSignal(QDBusMessage))));
     QStringList wrong;
     for (const int gap_ms : GAPS_MS)
@@ -107,10 +109,10 @@ void PlaybackEnds::OnlyAnEndBehindTheAnswerCounts()
         for (int round = 0; round < ROUNDS; ++round)
             count += IsRight(kind, isFirst, gap_ms) ? 0 : 1;
         if (count > 0)
-            wrong.append(QStringLiteral("%1 ms: %2 of %3 wrong").arg(gap_ms).arg(count).arg(ROUNDS));
+            wrong.append(u"%1 ms: %2 of %3 wrong"_s.arg(gap_ms).arg(count).arg(ROUNDS));
     }
     LogRecorder::Clear();
-    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(QStringLiteral("; "))));
+    QVERIFY2(wrong.isEmpty(), qPrintable(wrong.join(u"; "_s)));
 }
 
 OZNA_CASE(PlaybackEnds, PlaybackEnds)

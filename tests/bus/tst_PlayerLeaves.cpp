@@ -195,7 +195,7 @@ void PlayerLeaves::WhoDiesBehindItsAnswerHasTakenTheWork()
     QVERIFY(task->Run());
     QVERIFY(task->IsRunning());
     LogRecorder::Clear();
-    QVERIFY(Bus().WaitForService(QStringLiteral("com.kestrelix.ozna.simulator"), false));
+    QVERIFY(Bus().WaitForService(u"com.kestrelix.ozna.simulator"_s, false));
     HandleAll();
     EXPECT_LOG(2, {EndedWithPeer(kind)});
     QVERIFY(!task->IsRunning());

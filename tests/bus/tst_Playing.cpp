@@ -2,6 +2,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // A message, a playlist and a stream play at once: how they end, by their completion or with their actions, and what of
 // a schedule leaves nothing behind that would have to be stopped.
@@ -31,9 +32,9 @@ QStringList Alternated(const QStringList& first, const QStringList& second)
     return lines;
 }
 
-const QStringList GONE{QStringLiteral("2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayMessage: gong.mp3"),
-                       QStringLiteral("2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: day"),
-                       QStringLiteral("2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayStream: rtsp://10.0.0.5:8554/live")};
+const QStringList GONE{u"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayMessage: gong.mp3"_s,
+                       u"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: day"_s,
+                       u"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayStream: rtsp://10.0.0.5:8554/live"_s};
 
 } // namespace
 
@@ -41,13 +42,12 @@ void Playing::EndsWithTheSignalOfItsKind()
 {
     QVERIFY(StartPlaying());
     COMPARE_LINES(Device().Calls(), REQUESTS);
-    Device().Emit("sound.PlayPlaylistCompleted", {QStringLiteral("another")});
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: day")));
+    Device().Emit("sound.PlayPlaylistCompleted", {u"another"_s});
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayPlaylist.cpp] TASK COMPLETED | PlayPlaylist: day"_s));
     Device().Emit("sound.StreamEnabled", {false});
-    QVERIFY(Daemon().WaitForLog(
-        QStringLiteral("4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live")));
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("another.mp3")});
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: another.mp3")));
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live"_s));
+    Device().Emit("sound.PlayFileCompleted", {u"another.mp3"_s});
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: another.mp3"_s));
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Device().Calls(), REQUESTS);
 }
@@ -57,8 +57,8 @@ void Playing::AStreamThatIsEnabledGoesOn()
     QVERIFY(StartPlaying());
     Device().Emit("sound.StreamEnabled", {true});
     // Signals come in order: once the next one shows, this one has been heard.
-    Device().Emit("sound.PlayFileCompleted", {QStringLiteral("gong.mp3")});
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3")));
+    Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
+    QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3"_s));
     static_cast<void>(Daemon().Take());
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Daemon().Take(4), Ended(RUNNING.mid(1)));
@@ -77,7 +77,7 @@ void Playing::IsStoppedOnceWithItsActions()
     DeleteActions(by);
     COMPARE_LINES(Device().Calls(), STOPS);
     QStringList lines = Daemon().Take(4);
-    lines.removeIf([](const QString& line) { return !line.contains(QStringLiteral("running: stop it")); });
+    lines.removeIf([](const QString& line) { return !line.contains(u"running: stop it"_s); });
     COMPARE_LINES(lines, RUNNING);
 }
 
@@ -87,10 +87,10 @@ void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds_data()
     QTest::addColumn<QStringList>("lines");
     QTest::addColumn<int>("atLeast_ms");
     QTest::addColumn<int>("atMost_ms");
-    QTest::newRow("accepted") << QStringLiteral("accepted") << RUNNING << 0 << 10000;
-    QTest::newRow("refused") << QStringLiteral("refused") << Alternated(RUNNING, NOT_STOPPED) << 0 << 10000;
-    QTest::newRow("gone") << QStringLiteral("gone") << Alternated(RUNNING, NOT_STOPPED) << 0 << 10000;
-    QTest::newRow("never answered") << QStringLiteral("never") << Alternated(RUNNING, NOT_STOPPED) << 2800 << 8000;
+    QTest::newRow("accepted") << u"accepted"_s << RUNNING << 0 << 10000;
+    QTest::newRow("refused") << u"refused"_s << Alternated(RUNNING, NOT_STOPPED) << 0 << 10000;
+    QTest::newRow("gone") << u"gone"_s << Alternated(RUNNING, NOT_STOPPED) << 0 << 10000;
+    QTest::newRow("never answered") << u"never"_s << Alternated(RUNNING, NOT_STOPPED) << 2800 << 8000;
 }
 
 void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds()
@@ -99,12 +99,12 @@ void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds()
     QFETCH(QStringList, lines);
     QFETCH(int, atLeast_ms);
     QFETCH(int, atMost_ms);
-    if (answer == QStringLiteral("refused"))
+    if (answer == u"refused"_s)
         Device().AnswerStatus("sound.StopPlay", 2);
-    else if (answer == QStringLiteral("never"))
+    else if (answer == u"never"_s)
         Device().AnswerNever("sound.StopPlay");
     QVERIFY(StartPlaying());
-    if (answer == QStringLiteral("gone"))
+    if (answer == u"gone"_s)
     {
         Device().SetPresent("sound", false);
         QVERIFY(Daemon().WaitForLog(GONE.last()));
@@ -115,30 +115,30 @@ void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds()
     const qint64 took_ms = QDateTime::currentMSecsSinceEpoch() - asked_ms;
     QVERIFY2(took_ms >= atLeast_ms && took_ms < atMost_ms, qPrintable(QString::number(took_ms)));
     COMPARE_LINES(Daemon().Take(4), Ended(lines));
-    COMPARE_LINES(Device().Calls(), answer == QStringLiteral("gone") ? REQUESTS : REQUESTS + STOPS);
+    COMPARE_LINES(Device().Calls(), answer == u"gone"_s ? REQUESTS : REQUESTS + STOPS);
 }
 
 void Playing::WhatWasRefusedIsNotStopped()
 {
     for (const char* method : {"sound.PlayFile", "sound.PlayPlaylist", "sound.PlayStream"})
         Device().AnswerStatus(method, 9);
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
-    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    WritePlaylist("first.mp3;60\n", u"day"_s);
+    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     WriteSchedule("1111111|08:30:00|*|*|*|||PlayStream|8554/live\n");
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
     QVERIFY(StartDaemon());
-    const QString refused = QStringLiteral("1 [tasks/PlayStream.cpp] PlayStream error: 9");
+    const QString refused = u"1 [tasks/PlayStream.cpp] PlayStream error: 9"_s;
     QVERIFY(Daemon().WaitForLog(refused));
     COMPARE_LINES(Daemon().Take(2), {refused});
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Daemon().Take(4), Ended());
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayStream su rtsp://10.0.0.5:8554/live 0")});
+    COMPARE_LINES(Device().Calls(), {u"sound.PlayStream su rtsp://10.0.0.5:8554/live 0"_s});
 }
 
 // Three days, on each of which what has not told its end would be due.
 void Playing::WhatStillPlaysIsNotAskedForAgain()
 {
-    const QString farPass = QStringLiteral("9 [Scheduler.cpp] Checking far actions");
+    const QString farPass = u"9 [Scheduler.cpp] Checking far actions"_s;
     QVERIFY(StartPlaying());
     for (int day = 16; day <= 18; ++day)
     {

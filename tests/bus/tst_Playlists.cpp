@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // A playlist file that is not what it should be costs its own action, and no other.
 class Playlists : public BusTest
@@ -29,7 +30,7 @@ private:
 namespace
 {
 
-const QString FILE_ORIGIN = QStringLiteral(" (from /com/kestrelix/ozna/soundmanager/soundobj)");
+const QString FILE_ORIGIN = u" (from /com/kestrelix/ozna/soundmanager/soundobj)"_s;
 const QByteArray TRACKS = "first.mp3;60\nsecond.mp3;30\n";
 
 QByteArray WithEnds(const QByteArray& end)
@@ -47,7 +48,7 @@ QByteArray Encoded(QStringConverter::Encoding encoding)
 
 QString Playlists::PathOf(const char* name) const
 {
-    return DataPath(QStringLiteral("playlists/") + QString::fromLatin1(name));
+    return DataPath(u"playlists/"_s + QString::fromLatin1(name));
 }
 
 // Starts the daemon with all those playlists due at 08:30:04, and with something else due then.
@@ -69,7 +70,7 @@ void Playlists::WhatIsNoRegularFileIsRejectedAtOnce()
     QCOMPARE(::mkfifo(qPrintable(PathOf("pipe")), 0600), 0);
     QCOMPARE(::symlink("/dev/zero", qPrintable(PathOf("device"))), 0);
     QCOMPARE(::symlink("loop", qPrintable(PathOf("loop"))), 0);
-    WritePlaylist(TRACKS, QStringLiteral("forbidden"));
+    WritePlaylist(TRACKS, u"forbidden"_s);
     QCOMPARE(::chmod(qPrintable(PathOf("forbidden")), 0), 0);
     Daemon().DropPrivileges();
 
@@ -77,16 +78,14 @@ void Playlists::WhatIsNoRegularFileIsRejectedAtOnce()
     QVERIFY(Daemon().Log().contains(Loaded(1).first()));
     QStringList errors;
     const auto expect = [&](const char* name, bool exists, const char* reason) {
-        const QString start = QStringLiteral("1 [tasks/PlayPlaylist.cpp] ");
+        const QString start = u"1 [tasks/PlayPlaylist.cpp] "_s;
         const QString path = PathOf(name);
-        errors += start + QStringLiteral("Playlist file open failed (path=%1)").arg(path) + FILE_ORIGIN;
+        errors += start + u"Playlist file open failed (path=%1)"_s.arg(path) + FILE_ORIGIN;
         if (exists)
-            errors += start + QStringLiteral("Playlist file (path=%1) exists: why I couldn't open it ?").arg(path) +
-                      FILE_ORIGIN;
+            errors += start + u"Playlist file (path=%1) exists: why I couldn't open it ?"_s.arg(path) + FILE_ORIGIN;
         if (reason != nullptr)
-            errors += QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file open error: ") + QLatin1String(reason) +
-                      FILE_ORIGIN;
-        errors += {start + QStringLiteral("TASK CREATION FAILED"), QStringLiteral("2 [Scheduler.cpp] Action ignored")};
+            errors += u"2 [tasks/PlayPlaylist.cpp] Playlist file open error: "_s + QLatin1String(reason) + FILE_ORIGIN;
+        errors += {start + u"TASK CREATION FAILED"_s, u"2 [Scheduler.cpp] Action ignored"_s};
     };
     expect("missing", false, nullptr);
     expect("folder", true, "Is a directory");
@@ -96,7 +95,7 @@ void Playlists::WhatIsNoRegularFileIsRejectedAtOnce()
     expect("forbidden", true, "Permission denied");
     COMPARE_LINES(Daemon().Take(2), errors);
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 10"_s});
 }
 
 void Playlists::WhatCanBeReadIsPlayed()
@@ -124,23 +123,21 @@ void Playlists::WhatCanBeReadIsPlayed()
     {
         WritePlaylist(file.content, QString::fromLatin1(file.name));
         names += file.name;
-        loaded += QStringLiteral("4 [tasks/PlayPlaylist.cpp] Playlist loaded (%1 tracks) "
-                                 "(from /com/kestrelix/ozna/audiomanager/audioobj)")
-                      .arg(file.tracks);
-        calls += QStringLiteral("sound.PlayPlaylist ssusb %1  1 08:30:04 false").arg(QString::fromLatin1(file.name));
+        loaded += u"4 [tasks/PlayPlaylist.cpp] Playlist loaded (%1 tracks) "
+                  "(from /com/kestrelix/ozna/audiomanager/audioobj)"_s.arg(file.tracks);
+        calls += u"sound.PlayPlaylist ssusb %1  1 08:30:04 false"_s.arg(QString::fromLatin1(file.name));
     }
     QVERIFY(StartDue(names));
     const QStringList log = Daemon().Take();
-    COMPARE_LINES(log.filter(QStringLiteral("Playlist loaded")), loaded);
-    COMPARE_LINES(
-        log.filter(QRegularExpression(QStringLiteral("^2 "))),
-        {QStringLiteral("2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 3 has no line end (path=%1)")
-             .arg(PathOf("cut-in-a-line")) +
-         FILE_ORIGIN});
+    COMPARE_LINES(log.filter(u"Playlist loaded"_s), loaded);
+    COMPARE_LINES(log.filter(QRegularExpression(u"^2 "_s)),
+                  {u"2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 3 has no line end (path=%1)"_s.arg(
+                       PathOf("cut-in-a-line")) +
+                   FILE_ORIGIN});
     // No byte in front of the first track is taken for its name.
-    QCOMPARE(log.filter(QStringLiteral("Playlist line found: first.mp3|60)")).size(), names.size());
+    QCOMPARE(log.filter(u"Playlist line found: first.mp3|60)"_s).size(), names.size());
     QVERIFY(Device().WaitForCalls(calls.size() + 1));
-    COMPARE_LINES(Device().Calls(), calls + QStringList{QStringLiteral("sound.SetMasterVolume d 10")});
+    COMPARE_LINES(Device().Calls(), calls + QStringList{u"sound.SetMasterVolume d 10"_s});
 }
 
 void Playlists::ATimeThatIsNoneIsLateFromMidnightOn_data()
@@ -161,21 +158,21 @@ void Playlists::ATimeThatIsNoneIsLateFromMidnightOn()
     QFETCH(QString, start);
     QFETCH(QTime, loaded);
     QFETCH(bool, joined);
-    WritePlaylist(TRACKS, QStringLiteral("day"));
+    WritePlaylist(TRACKS, u"day"_s);
     const QTime later = loaded.addSecs(10);
     WriteSchedule("1111111|" + start.toLatin1() + "|*|*|*|||PlayPlaylist|day\n1111111|" +
-                  later.toString(QStringLiteral("HH:mm:ss")).toLatin1() + "|*|*|*|||Volume|10\n");
+                  later.toString(u"HH:mm:ss"_s).toLatin1() + "|*|*|*|||Volume|10\n");
     Time().Set(QDateTime(QDate(2024, 1, 15), loaded, Qt::UTC));
     QVERIFY(StartDaemon());
     // The pass that finds this has looked at the playlist before.
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
     Time().Set(QDateTime(QDate(2024, 1, 15), later, Qt::UTC));
     QVERIFY(Device().WaitForCalls(joined ? 2 : 1));
-    QStringList calls{QStringLiteral("sound.SetMasterVolume d 10")};
+    QStringList calls{u"sound.SetMasterVolume d 10"_s};
     if (joined)
-        calls.prepend(QStringLiteral("sound.PlayPlaylist ssusb day  2  false"));
+        calls.prepend(u"sound.PlayPlaylist ssusb day  2  false"_s);
     COMPARE_LINES(Device().Calls(), calls);
-    QCOMPARE(Daemon().Take(2).filter(QStringLiteral("IsDelayed but still valid")).size(), joined ? 1 : 0);
+    QCOMPARE(Daemon().Take(2).filter(u"IsDelayed but still valid"_s).size(), joined ? 1 : 0);
 }
 
 OZNA_CASE(Playlists, Playlists)

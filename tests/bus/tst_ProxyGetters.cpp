@@ -6,6 +6,8 @@
 #include <GpsManagerProxy.h>
 #include <LightManagerProxy.h>
 
+using namespace Qt::StringLiterals;
+
 // The blocking getters of the peers' proxies fill what they are given from a reply of the right length, and leave it
 // alone otherwise.
 class ProxyGetters : public BusTest
@@ -28,14 +30,14 @@ constexpr int UNTOUCHED = -7;
 
 template <typename Proxy> Proxy MakeProxy(const PrivateBus& bus, const char* name, const char* object)
 {
-    return Proxy(QStringLiteral("com.kestrelix.ozna.%1manager").arg(QLatin1String(name)),
-                 QStringLiteral("/com/kestrelix/ozna/%1manager/%2").arg(QLatin1String(name), QLatin1String(object)),
+    return Proxy(u"com.kestrelix.ozna.%1manager"_s.arg(QLatin1String(name)),
+                 u"/com/kestrelix/ozna/%1manager/%2"_s.arg(QLatin1String(name), QLatin1String(object)),
                  bus.Connection(), nullptr);
 }
 
 QString Shown(const QDBusReply<int>& reply)
 {
-    return reply.isValid() ? QStringLiteral("status %1").arg(reply.value()) : reply.error().message();
+    return reply.isValid() ? u"status %1"_s.arg(reply.value()) : reply.error().message();
 }
 
 } // namespace
@@ -68,8 +70,8 @@ QString ProxyGetters::Get(const QByteArray& getter)
     else if (getter == "config.GetStringValue")
     {
         auto proxy = MakeProxy<ConfigProxy>(Bus(), "config", "configobj");
-        QString value = QStringLiteral("untouched");
-        reply = proxy.GetStringValue(QStringLiteral("GENERAL"), QStringLiteral("ServerIp"), value);
+        QString value = u"untouched"_s;
+        reply = proxy.GetStringValue(u"GENERAL"_s, u"ServerIp"_s, value);
         filled = value;
     }
     else
@@ -83,8 +85,7 @@ QString ProxyGetters::Get(const QByteArray& getter)
         double longitude = UNTOUCHED;
         double altitude = UNTOUCHED;
         reply = proxy.GetFix(online, visible, used, mode, latitude, longitude, altitude);
-        filled = QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
-                     .arg(QVariant(online).toString())
+        filled = u"%1 %2 %3 %4 %5 %6 %7"_s.arg(QVariant(online).toString())
                      .arg(visible)
                      .arg(used)
                      .arg(mode)
@@ -92,7 +93,7 @@ QString ProxyGetters::Get(const QByteArray& getter)
                      .arg(longitude)
                      .arg(altitude);
     }
-    return QStringLiteral("%1, %2").arg(filled, Shown(reply));
+    return u"%1, %2"_s.arg(filled, Shown(reply));
 }
 
 void ProxyGetters::AGetterTakesAReplyOfTheRightLengthOnly_data()
@@ -103,8 +104,7 @@ void ProxyGetters::AGetterTakesAReplyOfTheRightLengthOnly_data()
     const auto rows = [](const char* getter, const QVariantList& values, const char* filled, const char* untouched) {
         const auto row = [&](const char* name, const QVariantList& reply, const char* content, const char* answer) {
             QTest::addRow("%s, %s", getter, name)
-                << QByteArray(getter) << reply
-                << QStringLiteral("%1, %2").arg(QLatin1String(content), QLatin1String(answer));
+                << QByteArray(getter) << reply << u"%1, %2"_s.arg(QLatin1String(content), QLatin1String(answer));
         };
         row("as described", values, filled, "status 3");
         row("a value more", values + QVariantList{1}, untouched, "status 3");
@@ -114,7 +114,7 @@ void ProxyGetters::AGetterTakesAReplyOfTheRightLengthOnly_data()
     rows("freq.GetFreq", {3, 456}, "456", "-7");
     rows("light.GetIntensity", {3, 50U}, "50", "7");
     rows("light.GetSwitch", {3, true}, "true", "false");
-    rows("config.GetStringValue", {3, QStringLiteral("10.0.0.5")}, "10.0.0.5", "untouched");
+    rows("config.GetStringValue", {3, u"10.0.0.5"_s}, "10.0.0.5", "untouched");
     rows("gps.GetFix", {3, true, 9, 5, 2, 45.5, 9.25, 120.0}, "true 9 5 2 45.5 9.25 120", "false -7 -7 -7 -7 -7 -7");
 }
 

@@ -12,6 +12,8 @@
 #include <algorithm>
 #include <map>
 
+using namespace Qt::StringLiterals;
+
 // What ozna-schedule says that the daemon will ask for is what the real process asks the device for: random schedules
 // over two days, under a clock that is stepped from one start to the next, and to those that do not come.
 class Rehearsed : public BusTest
@@ -60,7 +62,7 @@ constexpr const char* FAR_PASS = "Checking far actions";
 constexpr const char* BEGINS[] = {"2024-03-30T05:17:03", "2024-10-26T05:17:03", "2024-05-15T13:00:00",
                                   "2024-12-31T03:00:00"};
 
-const QString PDD_PEER = QStringLiteral("scheduler");
+const QString PDD_PEER = u"scheduler"_s;
 
 qint64 BeginOf(int seed)
 {
@@ -85,9 +87,8 @@ QString Shown(const Request& request)
         const bool isByte = value.metaType() == QMetaType::fromType<uchar>();
         values += u' ' + (isByte ? texts[i] : value.toString());
     }
-    return QStringLiteral("%1.%2 %3%4")
-        .arg(QString(request.peer).remove(QStringLiteral("manager")), request.method,
-             signature.isEmpty() ? QStringLiteral("-") : signature, values);
+    return u"%1.%2 %3%4"_s.arg(QString(request.peer).remove(u"manager"_s), request.method,
+                               signature.isEmpty() ? u"-"_s : signature, values);
 }
 
 } // namespace
@@ -126,11 +127,11 @@ void Rehearsed::Begin(const QByteArray& schedule, const QString& folder)
     const QDir source(folder);
     for (const QString& name : source.entryList(QDir::Files))
     {
-        if (name != QLatin1String("schedule.csv"))
-            QVERIFY(QFile::copy(source.filePath(name), DataPath(QStringLiteral("playlists/") + name)));
+        if (name != "schedule.csv"_L1)
+            QVERIFY(QFile::copy(source.filePath(name), DataPath(u"playlists/"_s + name)));
     }
-    Daemon().Environment().insert(QStringLiteral("TZ"), QLatin1String(ZONE));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("9"));
+    Daemon().Environment().insert(u"TZ"_s, QLatin1String(ZONE));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"9"_s);
 }
 
 qsizetype Rehearsed::Count(const char* text)
@@ -161,7 +162,7 @@ void Rehearsed::Expect(const QList<const Event*>& events)
     // Too few show in the comparison.
     static_cast<void>(Device().WaitForCalls(calls.size()));
     QCOMPARE(Client().WaitForSignals(announced).size(), announced);
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     // Which of them are asked for ahead depends on when the daemon has found them.
     QStringList found = Device().Calls();
     found.sort();

@@ -3,6 +3,7 @@
 #include "Suite.h"
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // Two thousand reloads, as years of installed schedules bring them, leave the process as it was.
 class Reload : public BusTest
@@ -51,7 +52,7 @@ bool Reload::ReloadTimes(int times)
 {
     for (int i = 0; i < times; ++i)
     {
-        if (Client().Call("Reload") != QStringLiteral("0"))
+        if (Client().Call("Reload") != u"0"_s)
             return false;
     }
     return true;
@@ -59,7 +60,7 @@ bool Reload::ReloadTimes(int times)
 
 long Reload::ResidentKilobytes() const
 {
-    QFile file(QStringLiteral("/proc/%1/status").arg(DaemonPid()));
+    QFile file(u"/proc/%1/status"_s.arg(DaemonPid()));
     if (!file.open(QIODevice::ReadOnly))
         return -1;
     for (const QByteArray& line : file.readAll().split('\n'))
@@ -72,12 +73,12 @@ long Reload::ResidentKilobytes() const
 
 void Reload::ThousandsOfTimesTakesNoMemory()
 {
-    WritePlaylist("first.mp3;60\nsecond.mp3;30\n", QStringLiteral("day"));
+    WritePlaylist("first.mp3;60\nsecond.mp3;30\n", u"day"_s);
     QByteArray schedule;
     for (const char* task : TASKS)
         schedule += QByteArray("1111111|12:00:00|*|*|*|20240101|20301231|") + task + '\n';
     WriteSchedule(schedule.repeated(REPEATED) + "rejected\n1111111|12:00:00|*|*|*|||PlayPlaylist|none\n");
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     QVERIFY(StartDaemon());
     QVERIFY(ReloadTimes(WARM_UP));
     const long before_kB = ResidentKilobytes();

@@ -5,6 +5,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 // The simulated device as a process: who is there, what it answers unasked, how it ends.
 class Simulator : public SimulatorTest
 {
@@ -30,20 +32,19 @@ void Simulator::AllPeersAreThereWithTheControlName()
         const QString name = QString::fromLatin1(peer.name);
         QVERIFY2(Bus().Connection().interface()->isServiceRegistered(Service(name)), peer.name);
         const QDBusMessage reply = Bus().Connection().call(QDBusMessage::createMethodCall(
-            Service(name), ObjectPath(name), QStringLiteral("org.freedesktop.DBus.Introspectable"),
-            QStringLiteral("Introspect")));
+            Service(name), ObjectPath(name), u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s));
         QVERIFY2(reply.arguments().value(0).toString().contains(Interface(name)), peer.name);
     }
 }
 
 void Simulator::AnAbsentPeerHasNoNameUntilItIsPresent()
 {
-    Start({QStringLiteral("--quiet"), QStringLiteral("--absent"), SOUND_INTERFACE});
-    QCOMPARE(Call("sound", PLAY_AUX).errorName(), QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"));
+    Start({u"--quiet"_s, u"--absent"_s, SOUND_INTERFACE});
+    QCOMPARE(Call("sound", PLAY_AUX).errorName(), u"org.freedesktop.DBus.Error.ServiceUnknown"_s);
     QCOMPARE(Control("SetPresent", {SOUND_INTERFACE, true}).type(), QDBusMessage::ReplyMessage);
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
     QCOMPARE(Control("SetPresent", {SOUND_INTERFACE, false}).type(), QDBusMessage::ReplyMessage);
-    QVERIFY(Bus().WaitForService(Service(QStringLiteral("sound")), false));
+    QVERIFY(Bus().WaitForService(Service(u"sound"_s), false));
 }
 
 void Simulator::AnswersStatusZeroAndNeutralValues_data()
@@ -83,10 +84,10 @@ void Simulator::RefusesWhatTheInterfaceDoesNotHave_data()
 {
     QTest::addColumn<QString>("method");
     QTest::addColumn<QVariantList>("arguments");
-    QTest::newRow("unknown method") << QStringLiteral("PlayDrum") << QVariantList();
+    QTest::newRow("unknown method") << u"PlayDrum"_s << QVariantList();
     QTest::newRow("an argument too few") << PLAY_FILE << QVariantList{QString()};
     QTest::newRow("an argument too many") << PLAY_AUX << QVariantList{0};
-    QTest::newRow("another type") << QStringLiteral("SetMasterVolume") << QVariantList{50};
+    QTest::newRow("another type") << u"SetMasterVolume"_s << QVariantList{50};
 }
 
 void Simulator::RefusesWhatTheInterfaceDoesNotHave()
@@ -94,7 +95,7 @@ void Simulator::RefusesWhatTheInterfaceDoesNotHave()
     QFETCH(QString, method);
     QFETCH(QVariantList, arguments);
     Start();
-    QCOMPARE(Call("sound", method, arguments).errorName(), QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod"));
+    QCOMPARE(Call("sound", method, arguments).errorName(), u"org.freedesktop.DBus.Error.UnknownMethod"_s);
     const QDBusMessage calls = Control("Calls");
     QCOMPARE(calls.arguments().size(), 1);
     QVERIFY(qdbus_cast<QList<QVariantMap>>(calls.arguments().value(0)).isEmpty());

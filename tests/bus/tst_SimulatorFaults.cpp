@@ -4,6 +4,8 @@
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCall>
 
+using namespace Qt::StringLiterals;
+
 // What a simulated peer can do wrong, and a second simulator beside it: its successor, or a stranger.
 class SimulatorFaults : public SimulatorTest
 {
@@ -40,7 +42,7 @@ private:
     QStringList m_senders;
 };
 
-const QString SimulatorFaults::SECOND = QStringLiteral("com.kestrelix.ozna.simulator2");
+const QString SimulatorFaults::SECOND = u"com.kestrelix.ozna.simulator2"_s;
 
 void SimulatorFaults::SetAnswer(const char* kind, const QVariantList& values)
 {
@@ -51,7 +53,7 @@ void SimulatorFaults::SetAnswer(const char* kind, const QVariantList& values)
 
 QDBusPendingCall SimulatorFaults::CallLater()
 {
-    const QString sound = QStringLiteral("sound");
+    const QString sound = u"sound"_s;
     return Bus().Connection().asyncCall(
         QDBusMessage::createMethodCall(Service(sound), ObjectPath(sound), SOUND_INTERFACE, PLAY_AUX), WAIT_MS);
 }
@@ -68,41 +70,40 @@ void SimulatorFaults::EndSecond()
 void SimulatorFaults::StartSecond()
 {
     EndSecond();
-    QStringList arguments{QStringLiteral("--quiet"), QStringLiteral("--control"), SECOND};
+    QStringList arguments{u"--quiet"_s, u"--control"_s, SECOND};
     for (const Peer& peer : PEERS)
-        arguments += {QStringLiteral("--absent"), Interface(QString::fromLatin1(peer.name))};
+        arguments += {u"--absent"_s, Interface(QString::fromLatin1(peer.name))};
     m_second = Launch(arguments);
     QVERIFY(Bus().WaitForService(SECOND));
 }
 
 QDBusMessage SimulatorFaults::ControlSecond(const char* method, const QVariantList& arguments)
 {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(SECOND, QStringLiteral("/com/kestrelix/ozna/simulator/controlobj"),
-                                       Interface(QStringLiteral("simulator")), QString::fromLatin1(method));
+    QDBusMessage call = QDBusMessage::createMethodCall(SECOND, u"/com/kestrelix/ozna/simulator/controlobj"_s,
+                                                       Interface(u"simulator"_s), QString::fromLatin1(method));
     call.setArguments(arguments);
     return Bus().Connection().call(call);
 }
 
 QString SimulatorFaults::SoundOwner()
 {
-    return Bus().Connection().interface()->serviceOwner(Service(QStringLiteral("sound"))).value();
+    return Bus().Connection().interface()->serviceOwner(Service(u"sound"_s)).value();
 }
 
 void SimulatorFaults::Listen()
 {
     m_senders.clear();
-    QVERIFY(Bus().Connection().connect(QString(), ObjectPath(QStringLiteral("sound")), SOUND_INTERFACE,
-                                       QStringLiteral("PlayFileCompleted"), this, SLOT(OnSignal(QDBusMessage))));
+    QVERIFY(Bus().Connection().connect(QString(), ObjectPath(u"sound"_s), SOUND_INTERFACE, u"PlayFileCompleted"_s, this,
+                                       SLOT(OnSignal(QDBusMessage))));
 }
 
 void SimulatorFaults::AnAnswerCanHaveNoValuesOrTooMany()
 {
     Start();
     SetAnswer("reply", {});
-    SetAnswer("reply", {0, 7, QStringLiteral("more")});
+    SetAnswer("reply", {0, 7, u"more"_s});
     QCOMPARE(Call("sound", PLAY_AUX).signature(), QString());
-    QCOMPARE(Call("sound", PLAY_AUX).signature(), QStringLiteral("iis"));
+    QCOMPARE(Call("sound", PLAY_AUX).signature(), u"iis"_s);
 }
 
 void SimulatorFaults::ALateAnswerComesInTheMiddleOfTheNextCall()
@@ -111,7 +112,7 @@ void SimulatorFaults::ALateAnswerComesInTheMiddleOfTheNextCall()
     SetAnswer("late", {7});
     QDBusPendingCall first = CallLater();
     // Another peer's call goes to the same process: when it is answered, the first one has been held back.
-    QCOMPARE(Call("light", QStringLiteral("GetSwitch")).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(Call("light", u"GetSwitch"_s).type(), QDBusMessage::ReplyMessage);
     QVERIFY(!first.isFinished());
     QDBusPendingCall second = CallLater();
     first.waitForFinished();
@@ -125,7 +126,7 @@ void SimulatorFaults::ABrokenAnswerCostsTheConnection()
 {
     Start();
     SetAnswer("broken");
-    QCOMPARE(Call("sound", PLAY_AUX).errorName(), QStringLiteral("org.freedesktop.DBus.Error.NoReply"));
+    QCOMPARE(Call("sound", PLAY_AUX).errorName(), u"org.freedesktop.DBus.Error.NoReply"_s);
     QVERIFY(!Bus().Connection().interface()->isServiceRegistered(CONTROL_SERVICE));
     QCOMPARE(ExitCode(Process()), EXIT_FAILURE);
     QCOMPARE(Process().readAllStandardError(), QByteArray("ozna-simulator: the bus is gone\n"));
@@ -136,8 +137,8 @@ void SimulatorFaults::APeerThatLeavesStillAnswers()
     Start();
     SetAnswer("leave", {3});
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{3});
-    QCOMPARE(Call("sound", PLAY_AUX).errorName(), QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"));
-    QCOMPARE(Call("light", QStringLiteral("GetSwitch")).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(Call("sound", PLAY_AUX).errorName(), u"org.freedesktop.DBus.Error.ServiceUnknown"_s);
+    QCOMPARE(Call("light", u"GetSwitch"_s).type(), QDBusMessage::ReplyMessage);
 }
 
 void SimulatorFaults::ANamePassesToTheOneThatStandsBy()
@@ -175,8 +176,7 @@ void SimulatorFaults::AStrangerSendsItsSignalsUnderItsOwnName()
     Start();
     StartSecond();
     Listen();
-    const QVariantList signal{SOUND_INTERFACE, QStringLiteral("PlayFileCompleted"),
-                              QVariant(QVariantList{QStringLiteral("gong.mp3")}), 1};
+    const QVariantList signal{SOUND_INTERFACE, u"PlayFileCompleted"_s, QVariant(QVariantList{u"gong.mp3"_s}), 1};
     QCOMPARE(ControlSecond("EmitSignal", signal).type(), QDBusMessage::ReplyMessage);
     QCOMPARE(Control("EmitSignal", signal).type(), QDBusMessage::ReplyMessage);
     QVERIFY(WaitUntil([this] { return m_senders.size() == 2; }));
@@ -189,18 +189,17 @@ void SimulatorFaults::AFloodArrivesWhole()
     constexpr int COUNT = 10000;
     Start();
     Listen();
-    QCOMPARE(Control("EmitSignal", {SOUND_INTERFACE, QStringLiteral("PlayFileCompleted"),
-                                    QVariant(QVariantList{QStringLiteral("gong.mp3")}), COUNT})
-                 .type(),
-             QDBusMessage::ReplyMessage);
+    QCOMPARE(
+        Control("EmitSignal", {SOUND_INTERFACE, u"PlayFileCompleted"_s, QVariant(QVariantList{u"gong.mp3"_s}), COUNT})
+            .type(),
+        QDBusMessage::ReplyMessage);
     QVERIFY(WaitUntil([this] { return m_senders.size() == COUNT; }));
 }
 
 void SimulatorFaults::ASlipIsAnError()
 {
     Start();
-    QCOMPARE(Control("StandBy", {QStringLiteral("com.example")}).errorName(),
-             QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
+    QCOMPARE(Control("StandBy", {u"com.example"_s}).errorName(), u"org.freedesktop.DBus.Error.InvalidArgs"_s);
 }
 
 OZNA_CASE(SimulatorFaults, SimulatorFaults)

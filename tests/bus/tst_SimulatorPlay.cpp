@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QTemporaryDir>
 
+using namespace Qt::StringLiterals;
+
 // What the simulated device makes of requests on its own, and how it holds them against a schedule.
 class SimulatorPlay : public SimulatorTest
 {
@@ -42,7 +44,7 @@ private Q_SLOTS:
         QStringList words{message.member()};
         for (const QVariant& value : message.arguments())
             words.append(value.toString());
-        m_heard.append(words.join(QLatin1Char(' ')));
+        m_heard.append(words.join(u' '));
     }
 
 private:
@@ -73,17 +75,16 @@ void SimulatorPlay::AnExpectedRequestThatDoesNotComeFailsIt()
     // Truncates to the second.
     const QDateTime at = QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch() + AHEAD_S);
     QTemporaryDir folder;
-    QFile file(folder.filePath(QStringLiteral("expected")));
+    QFile file(folder.filePath(u"expected"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(at.addSecs(dueIn_s).toString(QStringLiteral("HH:mm:ss")).toLatin1());
+    file.write(at.addSecs(dueIn_s).toString(u"HH:mm:ss"_s).toLatin1());
     file.write("\tPlayFile\t\"gong.mp3\", \"08:30:00\"\n");
     file.close();
 
-    Start({QStringLiteral("--expect"), file.fileName()});
+    Start({u"--expect"_s, file.fileName()});
     QVERIFY(WaitUntil([&at] { return QDateTime::currentDateTime() >= at; }));
     for (int i = 0; i < calls; ++i)
-        QCOMPARE(Call("sound", PLAY_FILE, {QStringLiteral("gong.mp3"), QStringLiteral("08:30:00")}).arguments(),
-                 QVariantList{0});
+        QCOMPARE(Call("sound", PLAY_FILE, {u"gong.mp3"_s, u"08:30:00"_s}).arguments(), QVariantList{0});
     QCOMPARE(Control("Quit").type(), QDBusMessage::ReplyMessage);
     const int exitCode = ExitCode(Process());
     QVERIFY2(exitCode == (isGood ? EXIT_SUCCESS : EXIT_FAILURE), Process().readAllStandardOutput().constData());
@@ -91,51 +92,47 @@ void SimulatorPlay::AnExpectedRequestThatDoesNotComeFailsIt()
 
 void SimulatorPlay::APlayedFileEnds()
 {
-    Start({QStringLiteral("--quiet"), QStringLiteral("--play")});
+    Start({u"--quiet"_s, u"--play"_s});
     const Ear ear(Bus().Connection());
     QVERIFY(ear.IsConnected());
-    QCOMPARE(Call("sound", PLAY_FILE, {QStringLiteral("gong.mp3"), QString()}).arguments(), QVariantList{0});
+    QCOMPARE(Call("sound", PLAY_FILE, {u"gong.mp3"_s, QString()}).arguments(), QVariantList{0});
     QVERIFY(WaitUntil([&ear] { return !ear.Heard().isEmpty(); }));
-    QCOMPARE(ear.Heard(), QStringList{QStringLiteral("PlayFileCompleted gong.mp3")});
+    QCOMPARE(ear.Heard(), QStringList{u"PlayFileCompleted gong.mp3"_s});
 }
 
 void SimulatorPlay::AStoppedSourceEndsWithItsSignal()
 {
-    Start({QStringLiteral("--quiet"), QStringLiteral("--play")});
+    Start({u"--quiet"_s, u"--play"_s});
     const Ear ear(Bus().Connection());
     QVERIFY(ear.IsConnected());
     // A refused request plays nothing.
-    QCOMPARE(
-        Control("SetAnswer", {SOUND_INTERFACE, PLAY_FILE, QStringLiteral("reply"), QVariant(QVariantList{5}), 0, 1})
-            .type(),
-        QDBusMessage::ReplyMessage);
-    static_cast<void>(Call("sound", PLAY_FILE, {QStringLiteral("refused.mp3"), QString()}));
-    static_cast<void>(Call("sound", PLAY_FILE, {QStringLiteral("gong.mp3"), QString()}));
-    static_cast<void>(Call("sound", QStringLiteral("PlayPlaylist"),
-                           {QStringLiteral("morning"), QStringLiteral("p1"), 1U, QString(), false}));
-    static_cast<void>(Call("sound", QStringLiteral("PlayStream"), {QStringLiteral("rtsp://a"), 0U}));
-    const QString stop = QStringLiteral("StopPlay");
-    static_cast<void>(Call("sound", stop, {QStringLiteral("playlist"), QStringLiteral("p2")}));
-    static_cast<void>(Call("sound", stop, {QStringLiteral("playlist"), QStringLiteral("p1")}));
-    static_cast<void>(Call("sound", stop, {QStringLiteral("file"), QString()}));
-    static_cast<void>(Call("sound", stop, {QStringLiteral("stream"), QString()}));
+    QCOMPARE(Control("SetAnswer", {SOUND_INTERFACE, PLAY_FILE, u"reply"_s, QVariant(QVariantList{5}), 0, 1}).type(),
+             QDBusMessage::ReplyMessage);
+    static_cast<void>(Call("sound", PLAY_FILE, {u"refused.mp3"_s, QString()}));
+    static_cast<void>(Call("sound", PLAY_FILE, {u"gong.mp3"_s, QString()}));
+    static_cast<void>(Call("sound", u"PlayPlaylist"_s, {u"morning"_s, u"p1"_s, 1U, QString(), false}));
+    static_cast<void>(Call("sound", u"PlayStream"_s, {u"rtsp://a"_s, 0U}));
+    const QString stop = u"StopPlay"_s;
+    static_cast<void>(Call("sound", stop, {u"playlist"_s, u"p2"_s}));
+    static_cast<void>(Call("sound", stop, {u"playlist"_s, u"p1"_s}));
+    static_cast<void>(Call("sound", stop, {u"file"_s, QString()}));
+    static_cast<void>(Call("sound", stop, {u"stream"_s, QString()}));
     QVERIFY(WaitUntil([&ear] { return ear.Heard().size() >= 3; }));
-    QCOMPARE(ear.Heard(),
-             (QStringList{QStringLiteral("PlayPlaylistCompleted morning"), QStringLiteral("PlayFileCompleted gong.mp3"),
-                          QStringLiteral("StreamEnabled false")}));
+    QCOMPARE(ear.Heard(), (QStringList{u"PlayPlaylistCompleted morning"_s, u"PlayFileCompleted gong.mp3"_s,
+                                       u"StreamEnabled false"_s}));
 }
 
 void SimulatorPlay::PhotosAreTakenUntilTheSeriesStops()
 {
-    Start({QStringLiteral("--quiet"), QStringLiteral("--play")});
+    Start({u"--quiet"_s, u"--play"_s});
     const Ear ear(Bus().Connection());
     QVERIFY(ear.IsConnected());
-    static_cast<void>(Call("photo", QStringLiteral("TakePhotoStream"), {0}));
+    static_cast<void>(Call("photo", u"TakePhotoStream"_s, {0}));
     QVERIFY(WaitUntil([&ear] { return ear.Heard().size() == 2; }));
-    static_cast<void>(Call("photo", QStringLiteral("StopPhotoStream")));
+    static_cast<void>(Call("photo", u"StopPhotoStream"_s));
     QVERIFY(WaitUntil([&ear] { return ear.Heard().size() == 3; }));
-    QVERIFY(ear.Heard()[0].startsWith(QStringLiteral("PhotoTaken 0 /")));
-    QCOMPARE(ear.Heard()[2], QStringLiteral("PhotoStreamStopped 2"));
+    QVERIFY(ear.Heard()[0].startsWith(u"PhotoTaken 0 /"_s));
+    QCOMPARE(ear.Heard()[2], u"PhotoStreamStopped 2"_s);
 }
 
 OZNA_CASE(SimulatorPlay, SimulatorPlay)

@@ -5,6 +5,8 @@
 #include <QElapsedTimer>
 #include <QPoint>
 
+using namespace Qt::StringLiterals;
+
 // The control interface of the simulated device: a test of the daemon can only be as right as its peers are.
 class SimulatorScript : public SimulatorTest
 {
@@ -25,7 +27,7 @@ private Q_SLOTS:
 
 public Q_SLOTS:
     void OnSignal(const QString& file) { m_events.append(file); }
-    void OnAnswer() { m_events.append(QStringLiteral("answer")); }
+    void OnAnswer() { m_events.append(u"answer"_s); }
 
 private:
     // Of the sound manager's PlayAux.
@@ -54,18 +56,18 @@ void SimulatorScript::ScriptedValuesKeepTheirTypes()
                               QVariant::fromValue(short(-2)),
                               qlonglong(-5),
                               2.5,
-                              QStringLiteral("text"),
-                              QStringList{QStringLiteral("a"), QStringLiteral("b")},
-                              QVariantMap{{QStringLiteral("key"), 1U}},
+                              u"text"_s,
+                              QStringList{u"a"_s, u"b"_s},
+                              QVariantMap{{u"key"_s, 1U}},
                               QPoint(3, 4),
                               QVariantList{},
-                              QVariant::fromValue(QDBusVariant(QStringLiteral("nested")))};
+                              QVariant::fromValue(QDBusVariant(u"nested"_s))};
     SetAnswer("reply", values, 0, 0);
     // Twice: what was sent once has not been used up.
     for (int i = 0; i < 2; ++i)
     {
         const QDBusMessage reply = Call("sound", PLAY_AUX);
-        QCOMPARE(reply.signature(), QStringLiteral("ynxdsasa{sv}(ii)avv"));
+        QCOMPARE(reply.signature(), u"ynxdsasa{sv}(ii)avv"_s);
         QCOMPARE(reply.arguments().value(5).toStringList(), values.value(5).toStringList());
         QCOMPARE(qdbus_cast<QVariantMap>(reply.arguments().value(6)), values.value(6).toMap());
         QCOMPARE(qdbus_cast<QPoint>(reply.arguments().value(7)), QPoint(3, 4));
@@ -76,13 +78,13 @@ void SimulatorScript::ScriptedAnswersComeInTheirOrder()
 {
     Start();
     SetAnswer("reply", {1}, 0, 2);
-    SetAnswer("error", {QStringLiteral("com.example.Error"), QStringLiteral("broken")}, 0, 1);
+    SetAnswer("error", {u"com.example.Error"_s, u"broken"_s}, 0, 1);
     SetAnswer("reply", {2}, 0, 0);
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{1});
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{1});
     const QDBusMessage error = Call("sound", PLAY_AUX);
-    QCOMPARE(error.errorName(), QStringLiteral("com.example.Error"));
-    QCOMPARE(error.errorMessage(), QStringLiteral("broken"));
+    QCOMPARE(error.errorName(), u"com.example.Error"_s);
+    QCOMPARE(error.errorMessage(), u"broken"_s);
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{2});
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{2});
     SetAnswer("reply", {3}, 0, 1);
@@ -98,7 +100,7 @@ void SimulatorScript::ASilentMethodNeverAnswers()
     constexpr int SHORT_MS = 300;
     Start();
     SetAnswer("silence", {}, 0, 1);
-    QCOMPARE(Call("sound", PLAY_AUX, {}, SHORT_MS).errorName(), QStringLiteral("org.freedesktop.DBus.Error.NoReply"));
+    QCOMPARE(Call("sound", PLAY_AUX, {}, SHORT_MS).errorName(), u"org.freedesktop.DBus.Error.NoReply"_s);
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
 }
 
@@ -117,7 +119,7 @@ void SimulatorScript::AScriptedExitEndsItInTheMiddleOfTheCall()
 {
     Start();
     SetAnswer("exit", {}, 0, 1);
-    QCOMPARE(Call("sound", PLAY_AUX).errorName(), QStringLiteral("org.freedesktop.DBus.Error.NoReply"));
+    QCOMPARE(Call("sound", PLAY_AUX).errorName(), u"org.freedesktop.DBus.Error.NoReply"_s);
     QVERIFY(ExitCode(Process()) > 0);
 }
 
@@ -145,11 +147,11 @@ void SimulatorScript::ASignalGoesBesideAnAnswer()
     QFETCH(int, gap_ms);
     Start();
     m_events.clear();
-    const QString sound = QStringLiteral("sound");
-    QVERIFY(Bus().Connection().connect(Service(sound), ObjectPath(sound), SOUND_INTERFACE,
-                                       QStringLiteral("PlayFileCompleted"), this, SLOT(OnSignal(QString))));
-    QCOMPARE(Control("SetSignal", {SOUND_INTERFACE, PLAY_AUX, QStringLiteral("PlayFileCompleted"),
-                                   QVariant(QVariantList{QStringLiteral("end")}), isFirst, gap_ms, 1})
+    const QString sound = u"sound"_s;
+    QVERIFY(Bus().Connection().connect(Service(sound), ObjectPath(sound), SOUND_INTERFACE, u"PlayFileCompleted"_s, this,
+                                       SLOT(OnSignal(QString))));
+    QCOMPARE(Control("SetSignal", {SOUND_INTERFACE, PLAY_AUX, u"PlayFileCompleted"_s, QVariant(QVariantList{u"end"_s}),
+                                   isFirst, gap_ms, 1})
                  .type(),
              QDBusMessage::ReplyMessage);
     // From the call on, as a busy machine may hear of the first late: less than the gap it never takes.
@@ -161,7 +163,7 @@ void SimulatorScript::ASignalGoesBesideAnAnswer()
     QVERIFY(Bus().Connection().callWithCallback(call, this, SLOT(OnAnswer())));
     QVERIFY(WaitUntil([this] { return m_events.size() == 2; }));
     QVERIFY2(timer.elapsed() >= gap_ms, qPrintable(QString::number(timer.elapsed())));
-    QStringList expected{QStringLiteral("end"), QStringLiteral("answer")};
+    QStringList expected{u"end"_s, u"answer"_s};
     if (!isFirst)
         expected.swapItemsAt(0, 1);
     QCOMPARE(m_events, expected);
@@ -172,21 +174,20 @@ void SimulatorScript::RecordsEachCallAsItIsTyped()
 {
     Start();
     const qint64 before_ms = QDateTime::currentMSecsSinceEpoch();
-    static_cast<void>(Call("sound", QStringLiteral("SetAmplifiers"), {QVariant::fromValue(uchar(44))}));
-    static_cast<void>(Call("light", QStringLiteral("Switch"), {true}));
+    static_cast<void>(Call("sound", u"SetAmplifiers"_s, {QVariant::fromValue(uchar(44))}));
+    static_cast<void>(Call("light", u"Switch"_s, {true}));
     const qint64 after_ms = QDateTime::currentMSecsSinceEpoch();
 
     const QList<QVariantMap> calls = Calls();
     QCOMPARE(calls.size(), 2);
-    QCOMPARE(calls[0].value(QStringLiteral("interface")).toString(), SOUND_INTERFACE);
-    QCOMPARE(calls[0].value(QStringLiteral("method")).toString(), QStringLiteral("SetAmplifiers"));
-    QCOMPARE(calls[0].value(QStringLiteral("signature")).toString(), QStringLiteral("y"));
-    QCOMPARE(qdbus_cast<QVariantList>(calls[0].value(QStringLiteral("arguments"))),
-             QVariantList{QVariant::fromValue(uchar(44))});
-    QCOMPARE(calls[1].value(QStringLiteral("method")).toString(), QStringLiteral("Switch"));
+    QCOMPARE(calls[0].value(u"interface"_s).toString(), SOUND_INTERFACE);
+    QCOMPARE(calls[0].value(u"method"_s).toString(), u"SetAmplifiers"_s);
+    QCOMPARE(calls[0].value(u"signature"_s).toString(), u"y"_s);
+    QCOMPARE(qdbus_cast<QVariantList>(calls[0].value(u"arguments"_s)), QVariantList{QVariant::fromValue(uchar(44))});
+    QCOMPARE(calls[1].value(u"method"_s).toString(), u"Switch"_s);
     for (const QVariantMap& call : calls)
     {
-        const qint64 time_ms = call.value(QStringLiteral("time_ms")).toLongLong();
+        const qint64 time_ms = call.value(u"time_ms"_s).toLongLong();
         QVERIFY(time_ms >= before_ms && time_ms <= after_ms);
     }
     QCOMPARE(Control("ForgetCalls").type(), QDBusMessage::ReplyMessage);
@@ -203,29 +204,27 @@ void SimulatorScript::ASlipInAScriptIsAnError_data()
                             << QVariantList{interface,        method,   QString::fromLatin1(kind),
                                             QVariant(values), delay_ms, times};
     };
-    answer("a method of an unknown interface", QStringLiteral("com.example"), PLAY_AUX, "reply", {}, 0, 0);
-    answer("an unknown method", SOUND_INTERFACE, QStringLiteral("PlayDrum"), "reply", {}, 0, 0);
+    answer("a method of an unknown interface", u"com.example"_s, PLAY_AUX, "reply", {}, 0, 0);
+    answer("an unknown method", SOUND_INTERFACE, u"PlayDrum"_s, "reply", {}, 0, 0);
     answer("an unknown kind", SOUND_INTERFACE, PLAY_AUX, "applause", {}, 0, 0);
     answer("a negative delay", SOUND_INTERFACE, PLAY_AUX, "reply", {}, -1, 0);
     answer("a negative count", SOUND_INTERFACE, PLAY_AUX, "reply", {}, 0, -1);
-    answer("an error without a message", SOUND_INTERFACE, PLAY_AUX, "error", {QStringLiteral("com.example.E")}, 0, 0);
-    answer("an error with a name that no bus takes", SOUND_INTERFACE, PLAY_AUX, "error",
-           {QStringLiteral("Error"), QString()}, 0, 0);
+    answer("an error without a message", SOUND_INTERFACE, PLAY_AUX, "error", {u"com.example.E"_s}, 0, 0);
+    answer("an error with a name that no bus takes", SOUND_INTERFACE, PLAY_AUX, "error", {u"Error"_s, QString()}, 0, 0);
     const auto signal = [](const char* name, const QString& interface, const QString& method, const char* of,
                            int gap_ms, int times) {
         QTest::newRow(name) << QByteArray("SetSignal")
                             << QVariantList{interface, method, QString::fromLatin1(of), QVariant(QVariantList()), true,
                                             gap_ms,    times};
     };
-    signal("a signal at an unknown interface", QStringLiteral("com.example"), PLAY_AUX, "PlayFileCompleted", 0, 1);
-    signal("a signal at an unknown method", SOUND_INTERFACE, QStringLiteral("PlayDrum"), "PlayFileCompleted", 0, 1);
+    signal("a signal at an unknown interface", u"com.example"_s, PLAY_AUX, "PlayFileCompleted", 0, 1);
+    signal("a signal at an unknown method", SOUND_INTERFACE, u"PlayDrum"_s, "PlayFileCompleted", 0, 1);
     signal("an unknown signal at a method", SOUND_INTERFACE, PLAY_AUX, "Applause", 0, 1);
     signal("a signal with a negative gap", SOUND_INTERFACE, PLAY_AUX, "PlayFileCompleted", -1, 1);
     signal("a signal with a negative count", SOUND_INTERFACE, PLAY_AUX, "PlayFileCompleted", 0, -1);
-    QTest::newRow("an unknown peer") << QByteArray("SetPresent") << QVariantList{QStringLiteral("com.example"), true};
+    QTest::newRow("an unknown peer") << QByteArray("SetPresent") << QVariantList{u"com.example"_s, true};
     QTest::newRow("an unknown signal") << QByteArray("EmitSignal")
-                                       << QVariantList{SOUND_INTERFACE, QStringLiteral("Applause"),
-                                                       QVariant(QVariantList()), 1};
+                                       << QVariantList{SOUND_INTERFACE, u"Applause"_s, QVariant(QVariantList()), 1};
 }
 
 void SimulatorScript::ASlipInAScriptIsAnError()
@@ -233,8 +232,7 @@ void SimulatorScript::ASlipInAScriptIsAnError()
     QFETCH(QByteArray, method);
     QFETCH(QVariantList, arguments);
     Start();
-    QCOMPARE(Control(method.constData(), arguments).errorName(),
-             QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
+    QCOMPARE(Control(method.constData(), arguments).errorName(), u"org.freedesktop.DBus.Error.InvalidArgs"_s);
     QCOMPARE(Call("sound", PLAY_AUX).arguments(), QVariantList{0});
 }
 

@@ -3,6 +3,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 // A process that is stopped, as the whole machine is while it sleeps, and goes on later.
 class StandStill : public BusTest
 {
@@ -23,7 +25,7 @@ QDateTime At(int hour, int minute, int second)
 
 void StandStill::WhatIsDueMeanwhileIsNotStarted()
 {
-    WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", QStringLiteral("day"));
+    WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", u"day"_s);
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|08:30:05|*|*|*|||PlayPlaylist|day\n"
                   "1111111|08:31:20|*|*|*|||Volume|2\n");
     Time().Set(At(8, 29, 30));
@@ -32,13 +34,13 @@ void StandStill::WhatIsDueMeanwhileIsNotStarted()
     Time().Set(At(8, 31, 0));
     Daemon().Signal(SIGCONT);
     QVERIFY(Device().WaitForCalls(1));
-    QCOMPARE(Daemon().Take(2).filter(QStringLiteral("IsDelayed but still valid")).size(), 1);
+    QCOMPARE(Daemon().Take(2).filter(u"IsDelayed but still valid"_s).size(), 1);
     Time().Set(At(8, 31, 13));
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
     Time().Set(At(8, 31, 20));
     QVERIFY(Device().WaitForCalls(2));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayPlaylist ssusb day  2 08:30:05 false"),
-                                     QStringLiteral("sound.SetMasterVolume d 2")});
+    COMPARE_LINES(Device().Calls(),
+                  {u"sound.PlayPlaylist ssusb day  2 08:30:05 false"_s, u"sound.SetMasterVolume d 2"_s});
 }
 
 OZNA_CASE(StandStill, StandStill)

@@ -10,6 +10,7 @@
 #include <csignal>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // SIGTERM at the moments when the daemon has much to do: it begins nothing more, and is gone as soon as the one call
 // that it waits for has ended.
@@ -40,11 +41,11 @@ constexpr qint64 GRACE_MS = 1000;
 constexpr int SLOW_MS = 800;
 const QByteArray AT_ONE_SECOND = "1111111|08:30:00|*|*|*|||";
 
-const QString EARLY = QStringLiteral("4 .Scheduler.cpp. EARLY action found");
+const QString EARLY = u"4 .Scheduler.cpp. EARLY action found"_s;
 
 QString Ready(const char* task)
 {
-    return QStringLiteral("4 [Scheduler.cpp] READY action found: %1").arg(QLatin1String(task));
+    return u"4 [Scheduler.cpp] READY action found: %1"_s.arg(QLatin1String(task));
 }
 
 } // namespace
@@ -63,7 +64,7 @@ void Stopping::StartAndRun(const QByteArray& schedule)
 QStringList Stopping::TakeSinceEarly(unsigned int maxLevel)
 {
     const QStringList lines = Daemon().Take(maxLevel);
-    return lines.mid(lines.lastIndexOf(QRegularExpression(EARLY + QStringLiteral(".*"))) + 1);
+    return lines.mid(lines.lastIndexOf(QRegularExpression(EARLY + u".*"_s)) + 1);
 }
 
 // From a SIGTERM on; a very long time when it ends otherwise than with 0.
@@ -83,12 +84,12 @@ void Stopping::NoActionIsStartedAfterASignal()
     QVERIFY(Device().WaitForCalls(1));
     const qint64 end_ms = TimeToEnd_ms();
     QVERIFY2(end_ms < SOUND_TIMEOUT_MS + GRACE_MS, qPrintable(QString::number(end_ms)));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00")});
+    COMPARE_LINES(Device().Calls(), {u"sound.PlayFile ss gong.mp3 08:30:00"_s});
     QStringList lines = Daemon().Take(4);
     lines = lines.mid(lines.indexOf(Ready("1 (PlayMessage)")));
     // A far pass may come between the time-out and the end, and finds the messages once more.
     lines.removeIf([](const QString& line) { return line.contains(QRegularExpression(EARLY)); });
-    QVERIFY(lines.value(1).startsWith(QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: Did not")));
+    QVERIFY(lines.value(1).startsWith(u"1 [tasks/PlayMessage.cpp] PlayFile request error: Did not"_s));
     lines.removeAt(1);
     COMPARE_LINES(lines, QStringList{Ready("1 (PlayMessage)")} + Ended());
 }
@@ -99,29 +100,24 @@ void Stopping::NoSecondCallIsMadeAfterASignal_data()
     QTest::addColumn<QByteArray>("method");
     QTest::addColumn<QString>("call");
     QTest::addColumn<QStringList>("lines"); // after READY
-    const QString reason = QStringLiteral("The scheduler is stopping");
+    const QString reason = u"The scheduler is stopping"_s;
     QTest::newRow("message") << QByteArray("PlayMessage|gong.mp3,70") << QByteArray("sound.SetPlayerVolume")
-                             << QStringLiteral("sound.SetPlayerVolume sd file 70")
+                             << u"sound.SetPlayerVolume sd file 70"_s
                              << QStringList{Ready("1 (PlayMessage)"),
-                                            QStringLiteral("1 [tasks/PlayMessage.cpp] PlayFile request error: ") +
-                                                reason};
+                                            u"1 [tasks/PlayMessage.cpp] PlayFile request error: "_s + reason};
     QTest::newRow("playlist") << QByteArray("PlayPlaylist|day,70,id") << QByteArray("sound.SetPlayerVolume")
-                              << QStringLiteral("sound.SetPlayerVolume sd playlist 70")
+                              << u"sound.SetPlayerVolume sd playlist 70"_s
                               << QStringList{Ready("2 (PlayPlaylist)"),
-                                             QStringLiteral("4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."),
-                                             QStringLiteral("1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: ") +
-                                                 reason};
+                                             u"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."_s,
+                                             u"1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: "_s + reason};
     QTest::newRow("stream") << QByteArray("PlayStream|/one,70") << QByteArray("sound.SetPlayerVolume")
-                            << QStringLiteral("sound.SetPlayerVolume sd stream 70")
+                            << u"sound.SetPlayerVolume sd stream 70"_s
                             << QStringList{Ready("16 (PlayStream)"),
-                                           QStringLiteral("1 [tasks/PlayStream.cpp] PlayStream request error: ") +
-                                               reason};
-    QTest::newRow("light") << QByteArray("Light|5") << QByteArray("light.SetIntensity")
-                           << QStringLiteral("light.SetIntensity u 5")
-                           << QStringList{Ready("0 (Light)"),
-                                          QStringLiteral("1 [tasks/Light.cpp] Switch(1) request error")};
+                                           u"1 [tasks/PlayStream.cpp] PlayStream request error: "_s + reason};
+    QTest::newRow("light") << QByteArray("Light|5") << QByteArray("light.SetIntensity") << u"light.SetIntensity u 5"_s
+                           << QStringList{Ready("0 (Light)"), u"1 [tasks/Light.cpp] Switch(1) request error"_s};
     QTest::newRow("radio") << QByteArray("PlayRadioFm|98.5") << QByteArray("sound.PlayRadioFm")
-                           << QStringLiteral("sound.PlayRadioFm -") << QStringList{Ready("6 (PlayRadioFm)")};
+                           << u"sound.PlayRadioFm -"_s << QStringList{Ready("6 (PlayRadioFm)")};
 }
 
 void Stopping::NoSecondCallIsMadeAfterASignal()
@@ -130,8 +126,8 @@ void Stopping::NoSecondCallIsMadeAfterASignal()
     QFETCH(QByteArray, method);
     QFETCH(QString, call);
     QFETCH(QStringList, lines);
-    WritePlaylist("song.mp3;600\n", QStringLiteral("day"));
-    WriteFile(DataPath(QStringLiteral("ozna.ini")), "[GENERAL]\nServerIp=10.0.0.5\n");
+    WritePlaylist("song.mp3;600\n", u"day"_s);
+    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     Device().AnswerStatus(method.constData(), 0, SLOW_MS);
     StartAndRun(AT_ONE_SECOND + task + '\n');
     QVERIFY(Device().WaitForCalls(1));
@@ -140,11 +136,11 @@ void Stopping::NoSecondCallIsMadeAfterASignal()
     COMPARE_LINES(Device().Calls(), {call});
     // Nothing is said to have been asked for that was not.
     const QStringList all = TakeSinceEarly(9);
-    QVERIFY(all.filter(QStringLiteral("SetFrequency: ")).isEmpty());
+    QVERIFY(all.filter(u"SetFrequency: "_s).isEmpty());
     QStringList found;
     for (const QString& line : all)
     {
-        if (line.at(0) <= QLatin1Char('4'))
+        if (line.at(0) <= u'4')
             found.append(line);
     }
     COMPARE_LINES(found, lines + Ended());
@@ -156,7 +152,7 @@ void Stopping::PhotosThatWaitAskForNoFurtherStop()
     Device().AnswerStatus("photo.StopPhotoStream", 1, SLOW_MS);
     StartAndRun(AT_ONE_SECOND + "RecordPhoto|1,1000\n" + AT_ONE_SECOND + "RecordPhoto|1,2\n");
     QVERIFY(Device().WaitForCalls(2));
-    Device().Emit("photo.PhotoTaken", {0, QStringLiteral("/p.jpg")}, PHOTOS);
+    Device().Emit("photo.PhotoTaken", {0, u"/p.jpg"_s}, PHOTOS);
     QVERIFY(Device().WaitForCalls(3));
     const qint64 end_ms = TimeToEnd_ms();
     QVERIFY2(end_ms < SLOW_MS + GRACE_MS, qPrintable(QString::number(end_ms)));
@@ -170,18 +166,18 @@ void Stopping::APeerThatNeverAnswersCostsOneTimeOutAtTheEnd()
     StartAndRun((AT_ONE_SECOND + "PlayMessage|gong.mp3\n").repeated(MESSAGES));
     QVERIFY(Device().WaitForCalls(MESSAGES));
     // Heard when the last message has been answered.
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     static_cast<void>(Daemon().Take());
     Device().Forget();
     Device().AnswerNever("sound.StopPlay");
     const qint64 end_ms = TimeToEnd_ms();
     QVERIFY2(end_ms > SOUND_TIMEOUT_MS / 2 && end_ms < SOUND_TIMEOUT_MS + GRACE_MS,
              qPrintable(QString::number(end_ms)));
-    COMPARE_LINES(Device().Calls(), QStringList(MESSAGES, QStringLiteral("sound.StopPlay ss file ")));
+    COMPARE_LINES(Device().Calls(), QStringList(MESSAGES, u"sound.StopPlay ss file "_s));
     QStringList stops;
     for (int i = 0; i < MESSAGES; ++i)
-        stops += {QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"),
-                  QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file")};
+        stops += {u"4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"_s,
+                  u"2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file"_s};
     COMPARE_LINES(Daemon().Take(4), Ended(stops));
 }
 
@@ -190,23 +186,22 @@ void Stopping::APeerThatAnswersWithAnErrorIsWaitedForAtTheEnd()
     constexpr int MESSAGES = 3;
     StartAndRun((AT_ONE_SECOND + "PlayMessage|gong.mp3\n").repeated(MESSAGES));
     QVERIFY(Device().WaitForCalls(MESSAGES));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     static_cast<void>(Daemon().Take());
     Device().AnswerError("sound.StopPlay", "out of order", 1);
     QVERIFY(TimeToEnd_ms() < SOUND_TIMEOUT_MS);
     // The others are stopped.
-    QStringList stops(MESSAGES,
-                      QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"));
-    stops.insert(1, QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file"));
+    QStringList stops(MESSAGES, u"4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"_s);
+    stops.insert(1, u"2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file"_s);
     COMPARE_LINES(Daemon().Take(4), Ended(stops));
 }
 
 void Stopping::AFileIsNotReadToItsEnd()
 {
     WriteSchedule((AT_ONE_SECOND + "StopMessage\n").repeated(20000));
-    UseDaemon(QStringLiteral("tests/ozna-scheduler-faulty"));
-    Daemon().Environment().insert(QStringLiteral("OZNA_FAULT"), QStringLiteral("halt"));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    UseDaemon(u"tests/ozna-scheduler-faulty"_s);
+    Daemon().Environment().insert(u"OZNA_FAULT"_s, u"halt"_s);
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     Daemon().Start();
     QVERIFY(Daemon().WaitUntilHalted());
     // The first load: the event loop does not run yet.
@@ -214,8 +209,8 @@ void Stopping::AFileIsNotReadToItsEnd()
     Daemon().Signal(SIGCONT);
     QCOMPARE(Daemon().WaitForExit(), 0);
     QStringList lines = Daemon().Take();
-    QCOMPARE(lines.removeAll(QStringLiteral("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage")), 5000);
-    COMPARE_LINES(lines, CREATED + READY + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + Ended());
+    QCOMPARE(lines.removeAll(u"4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"_s), 5000);
+    COMPARE_LINES(lines, CREATED + READY + Loading(DataPath(u"schedule/schedule.csv"_s)) + Ended());
 }
 
 void Stopping::ReloadsThatWaitAreLeft()
@@ -225,11 +220,11 @@ void Stopping::ReloadsThatWaitAreLeft()
     constexpr int LOADS_BEFORE = 20;
     constexpr qint64 LONGEST_MS = 3000;
     WriteSchedule((AT_ONE_SECOND + "StopMessage\n").repeated(LINES));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
     const QDBusMessage call = QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH,
-                                                             SchedulerClient::INTERFACE, QStringLiteral("Reload"));
+                                                             SchedulerClient::INTERFACE, u"Reload"_s);
     QList<QDBusPendingCall> calls;
     for (int i = 0; i < RELOADS; ++i)
         calls.append(Bus().Connection().asyncCall(call));

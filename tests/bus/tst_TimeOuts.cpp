@@ -3,6 +3,8 @@
 #include "Request.h"
 #include "Suite.h"
 
+using namespace Qt::StringLiterals;
+
 // A peer that never answers costs its time-out, no more and no less. Each row is registered as a test of its own, as
 // most of them wait for long.
 class TimeOuts : public BusTest
@@ -21,7 +23,7 @@ private:
 bool TimeOuts::IsAsked(const QByteArray& method)
 {
     const QStringList calls = Device().Calls();
-    return !calls.isEmpty() && calls.last().startsWith(QString::fromLatin1(method) + QLatin1Char(' '));
+    return !calls.isEmpty() && calls.last().startsWith(QString::fromLatin1(method) + u' ');
 }
 
 void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut_data()
@@ -60,7 +62,7 @@ void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut()
     const QByteArray method = request.Method().toLatin1();
     const QStringList lines = Answered(request.Records(Outcome::BUS_ERROR), QString::fromLatin1(NO_REPLY), 0);
     const QString outcome = Shown(lines, 9).last();
-    WritePlaylist("first.mp3;60\n", QStringLiteral("day"));
+    WritePlaylist("first.mp3;60\n", u"day"_s);
     WriteSchedule("1111111|08:30:00|*|*|*|||" + request.Schedule().toLatin1() + '\n');
     Device().AnswerNever(method.constData(), 1);
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
@@ -76,7 +78,7 @@ void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut()
     const QStringList failures = Daemon().Take(2);
     COMPARE_LINES(failures, Shown(lines, 2));
     // The loop goes on.
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 OZNA_CASE(TimeOuts, TimeOuts)

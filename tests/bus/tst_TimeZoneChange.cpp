@@ -8,14 +8,16 @@
 #include <ctime>
 #include <dlfcn.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString FOLDER = QStringLiteral("zone");
+const QString FOLDER = u"zone"_s;
 const QByteArray LIBRARY_PATH = "/etc/localtime";
 const QByteArray OUR_PATH = "zone-of-device"; // the library looks for it in TZDIR
-const QString FIRST = QStringLiteral("sound.SetMasterVolume d 1");
-const QString SECOND = QStringLiteral("sound.SetMasterVolume d 2");
+const QString FIRST = u"sound.SetMasterVolume d 1"_s;
+const QString SECOND = u"sound.SetMasterVolume d 2"_s;
 
 QDateTime Monday(int hour, int minute, int second)
 {
@@ -54,9 +56,9 @@ void TimeZoneChange::UseCopiedLibrary()
     QCOMPARE(OUR_PATH.size(), LIBRARY_PATH.size());
     QVERIFY(content.contains(LIBRARY_PATH + '\0'));
     content.replace(LIBRARY_PATH, OUR_PATH);
-    WriteFile(DataPath(FOLDER + QStringLiteral("/libc.so.6")), content);
-    Daemon().Environment().insert(QStringLiteral("TZDIR"), DataPath(FOLDER));
-    Daemon().Environment().insert(QStringLiteral("LD_LIBRARY_PATH"), DataPath(FOLDER));
+    WriteFile(DataPath(FOLDER + u"/libc.so.6"_s), content);
+    Daemon().Environment().insert(u"TZDIR"_s, DataPath(FOLDER));
+    Daemon().Environment().insert(u"LD_LIBRARY_PATH"_s, DataPath(FOLDER));
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|09:30:00|*|*|*|||Volume|2\n");
     Time().Set(Monday(6, 0, 0));
 }
@@ -65,7 +67,7 @@ void TimeZoneChange::UseCopiedLibrary()
 void TimeZoneChange::PutZone(const QString& zone, bool asLink)
 {
     const QString path = ZonePath();
-    const QString before = path + QStringLiteral(".new");
+    const QString before = path + u".new"_s;
     const QString source = QStringLiteral(OZNA_ZONEINFO_DIR "/") + zone;
     QVERIFY(asLink ? QFile::link(source, before) : QFile::copy(source, before));
     QCOMPARE(std::rename(QFile::encodeName(before).constData(), QFile::encodeName(path).constData()), 0);
@@ -75,7 +77,7 @@ bool TimeZoneChange::Reach(const QDateTime& due)
 {
     Time().Set(due.addSecs(-8));
     static_cast<void>(Daemon().Take());
-    if (!Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")))
+    if (!Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s))
         return false;
     Time().Set(due);
     return true;
@@ -92,19 +94,19 @@ void TimeZoneChange::AReplacedZoneIsFollowed()
 {
     QFETCH(bool, asLink);
     UseCopiedLibrary();
-    PutZone(QStringLiteral("Europe/London"), asLink);
-    Daemon().Environment().remove(QStringLiteral("TZ"));
+    PutZone(u"Europe/London"_s, asLink);
+    Daemon().Environment().remove(u"TZ"_s);
     QVERIFY(StartDaemon());
     QVERIFY(Reach(Monday(8, 30, 0)));
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {FIRST});
 
-    PutZone(QStringLiteral("Europe/Rome"), asLink);
+    PutZone(u"Europe/Rome"_s, asLink);
     QVERIFY(Reach(Monday(8, 30, 0)));
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {FIRST, SECOND});
     // The same moment of the day there, as a time of a third zone.
-    PutZone(QStringLiteral("Asia/Kathmandu"), asLink);
+    PutZone(u"Asia/Kathmandu"_s, asLink);
     QVERIFY(Reach(Monday(3, 45, 0)));
     QVERIFY(Device().WaitForCalls(3));
     COMPARE_LINES(Device().Calls(), {FIRST, SECOND, SECOND});
@@ -113,12 +115,12 @@ void TimeZoneChange::AReplacedZoneIsFollowed()
 void TimeZoneChange::AZoneOfTheEnvironmentStays()
 {
     UseCopiedLibrary();
-    PutZone(QStringLiteral("Europe/Rome"), true);
-    Daemon().Environment().insert(QStringLiteral("TZ"), QStringLiteral(":") + ZonePath());
+    PutZone(u"Europe/Rome"_s, true);
+    Daemon().Environment().insert(u"TZ"_s, u":"_s + ZonePath());
     QVERIFY(StartDaemon());
     QVERIFY(Reach(Monday(7, 30, 0)));
     QVERIFY(Device().WaitForCalls(1));
-    PutZone(QStringLiteral("UTC"), true);
+    PutZone(u"UTC"_s, true);
     QVERIFY(Reach(Monday(7, 30, 0)));
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {FIRST, FIRST});

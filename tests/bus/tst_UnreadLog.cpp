@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // A daemon whose log nobody reads goes on with its work, and the log tells later what is missing.
 class UnreadLog : public BusTest
@@ -29,15 +30,15 @@ constexpr int RECORDS_OF_DUE = 4; // that it is made, early, ready and asked for
 void UnreadLog::TheDaemonGoesOnAndTheCountsAddUp()
 {
     WriteSchedule(LINE.repeated(LINES) + DUE);
-    LogPipe log(DataPath(QStringLiteral("log")));
-    Daemon().LogTo(DataPath(QStringLiteral("log")));
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    LogPipe log(DataPath(u"log"_s));
+    Daemon().LogTo(DataPath(u"log"_s));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     Daemon().Start();
     QVERIFY(log.WaitUntilFull());
     QVERIFY(Bus().WaitForService(SchedulerClient::SERVICE));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     QVERIFY(Device().WaitForCalls(1));
-    COMPARE_LINES(Device().Calls(), {QStringLiteral("sound.SetMasterVolume d 10")});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 10"_s});
 
     // What is in the pipe; then there is room, and with the next record comes how many are missing.
     QVERIFY(log.ReadUntil("StopMessage\n"));
@@ -45,14 +46,13 @@ void UnreadLog::TheDaemonGoesOnAndTheCountsAddUp()
     QVERIFY(!log.Log().contains("Log records lost"));
     const qsizetype written = log.Log().count('\n');
     QVERIFY(written < LINES);
-    QCOMPARE(Client().Call("SetEnabled", {true}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
     QVERIFY(log.ReadUntil("Scheduler is enabled\n"));
 
-    static const QRegularExpression loss(
-        QStringLiteral("\\n2 /com/kestrelix/ozna/scheduler/schedulerobj "
-                       "\\[LogInterface\\.cpp:[0-9]+\\] Log records lost: ([0-9]+)\\n"
-                       "4 /com/kestrelix/ozna/scheduler/schedulerobj \\[Scheduler\\.cpp:[0-9]+\\] "
-                       "Scheduler is enabled\\n$"));
+    static const QRegularExpression loss(u"\\n2 /com/kestrelix/ozna/scheduler/schedulerobj "
+                                         "\\[LogInterface\\.cpp:[0-9]+\\] Log records lost: ([0-9]+)\\n"
+                                         "4 /com/kestrelix/ozna/scheduler/schedulerobj \\[Scheduler\\.cpp:[0-9]+\\] "
+                                         "Scheduler is enabled\\n$"_s);
     const QRegularExpressionMatch told = loss.match(QString::fromUtf8(log.Log()));
     QVERIFY2(told.hasMatch(), log.Log().right(400).constData());
     const QStringList all = CREATED + READY + Loading(QString()) + Loaded(LINES + 1) + STARTED;

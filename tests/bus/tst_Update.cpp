@@ -5,6 +5,7 @@
 #include <csignal>
 
 using namespace Lines;
+using namespace Qt::StringLiterals;
 
 // What the daemon makes of the update manager's announcements.
 class Update : public BusTest
@@ -30,8 +31,8 @@ namespace
 {
 
 const QByteArray ONE_LINE = "1111111|12:00:00|*|*|*|||StopMessage\n";
-const QStringList CREATED_STOP{QStringLiteral("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage")};
-const QStringList UPDATED{QStringLiteral("4 [Scheduler.cpp] Schedule file updated")};
+const QStringList CREATED_STOP{u"4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage"_s};
+const QStringList UPDATED{u"4 [Scheduler.cpp] Schedule file updated"_s};
 constexpr const char* FILES_UPDATED = "update.FilesUpdated";
 constexpr int ANNOUNCEMENTS = 500;
 
@@ -44,28 +45,26 @@ void Update::AnInstalledScheduleIsLoaded()
     WriteSchedule(ONE_LINE);
     Device().Emit(FILES_UPDATED, {0, 2});
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
-    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED +
-                                        Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP +
-                                        Loaded(1) + STARTED);
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED + Loading(DataPath(u"schedule/schedule.csv"_s)) +
+                                        CREATED_STOP + Loaded(1) + STARTED);
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     COMPARE_LINES(Client().TakeSignals(), QStringList());
 }
 
 void Update::AnInstalledScheduleEnablesADisabledScheduler()
 {
     QVERIFY(StartDaemon());
-    QCOMPARE(Client().Call("SetEnabled", {false}), QStringLiteral("0"));
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
     static_cast<void>(Client().WaitForSignals(1));
     static_cast<void>(Daemon().Take());
     WriteSchedule(ONE_LINE);
     Device().Emit(FILES_UPDATED, {0, 2});
-    COMPARE_LINES(Client().WaitForSignals(1), {QStringLiteral("SchedulingEnabled(true,schedule.csv)")});
-    COMPARE_LINES(
-        Daemon().Take(4),
-        UPDATED + QStringList{QStringLiteral("2 [Scheduler.cpp] Scheduler is disabled: automatically re-enable it")} +
-            WAS_DISABLED + Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + CREATED_STOP + Loaded(1) +
-            STARTED + QStringList{QStringLiteral("4 [Scheduler.cpp] Scheduling enabled (schedule.csv)")});
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(true,schedule.csv)"_s});
+    COMPARE_LINES(Daemon().Take(4),
+                  UPDATED + QStringList{u"2 [Scheduler.cpp] Scheduler is disabled: automatically re-enable it"_s} +
+                      WAS_DISABLED + Loading(DataPath(u"schedule/schedule.csv"_s)) + CREATED_STOP + Loaded(1) +
+                      STARTED + QStringList{u"4 [Scheduler.cpp] Scheduling enabled (schedule.csv)"_s});
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
 }
 
 void Update::OtherAnnouncementsAreIgnored_data()
@@ -82,7 +81,7 @@ void Update::OtherAnnouncementsAreIgnored_data()
     row("the two values in the wrong order", FILES_UPDATED, {2, 0});
     row("the beginning of an update", "update.FilesUpdateStarted", {0, 2});
     row("without values", FILES_UPDATED, {});
-    row("with texts", FILES_UPDATED, {QStringLiteral("0"), QStringLiteral("2")});
+    row("with texts", FILES_UPDATED, {u"0"_s, u"2"_s});
     row("with one value", FILES_UPDATED, {0});
 }
 
@@ -96,21 +95,19 @@ void Update::OtherAnnouncementsAreIgnored()
     // What is heard in the end shows that the announcement before it has been heard, too.
     Device().Emit(FILES_UPDATED, {0, 2});
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
-    COMPARE_LINES(Daemon().Take(4), UPDATED + RESTARTING + STOPPED +
-                                        Loading(DataPath(QStringLiteral("schedule/schedule.csv"))) + NOT_FOUND +
-                                        STARTED);
+    COMPARE_LINES(Daemon().Take(4),
+                  UPDATED + RESTARTING + STOPPED + Loading(DataPath(u"schedule/schedule.csv"_s)) + NOT_FOUND + STARTED);
 }
 
 void Update::AStrangersAnnouncementIsIgnored()
 {
     QVERIFY(StartDaemon());
     static_cast<void>(Daemon().Take());
-    QDBusMessage signal = QDBusMessage::createSignal(QStringLiteral("/com/kestrelix/ozna/updatemanager/updateobj"),
-                                                     QStringLiteral("com.kestrelix.ozna.updateinterface"),
-                                                     QStringLiteral("FilesUpdated"));
+    QDBusMessage signal = QDBusMessage::createSignal(u"/com/kestrelix/ozna/updatemanager/updateobj"_s,
+                                                     u"com.kestrelix.ozna.updateinterface"_s, u"FilesUpdated"_s);
     signal.setArguments({0, 2});
     QVERIFY(Bus().Connection().send(signal));
-    QCOMPARE(Client().Call("IsEnabled"), QStringLiteral("0,true,schedule.csv"));
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     COMPARE_LINES(Daemon().Take(4), QStringList());
 }
 
@@ -132,7 +129,7 @@ void Update::StartWithLongSchedule()
 {
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n" + ONE_LINE.repeated(3000) +
                   "1111111|08:30:12|*|*|*|||Volume|2\n");
-    Daemon().Environment().insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("4"));
+    Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
     QVERIFY(StartDaemon());
 }
 
@@ -149,7 +146,7 @@ void Update::AnnouncementsThatWaitCostOneLoad()
 {
     constexpr int BLOCKED_MS = 2000;
     StartWithLongSchedule();
-    QVERIFY(Daemon().WaitForLog(QStringLiteral("4 [Scheduler.cpp] EARLY action found: 5 (Volume)")));
+    QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
     Device().AnswerStatus("sound.SetMasterVolume", 0, BLOCKED_MS, 1);
     Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
     QVERIFY(Device().WaitForCalls(1));
@@ -157,8 +154,7 @@ void Update::AnnouncementsThatWaitCostOneLoad()
     const qsizetype loads = LoadsAfterAnnouncements();
     // Due ten seconds after the loop goes on, and not missed.
     QVERIFY(Device().WaitForCalls(2));
-    COMPARE_LINES(Device().Calls(),
-                  {QStringLiteral("sound.SetMasterVolume d 1"), QStringLiteral("sound.SetMasterVolume d 2")});
+    COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 1"_s, u"sound.SetMasterVolume d 2"_s});
     QCOMPARE(loads, 1);
 }
 

@@ -2,28 +2,30 @@
 
 #include "Lines.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 constexpr int NEXT_AFTER_MS = 5000;         // how long after the task
 constexpr int STILL_IN_TIME_MS = 2000;      // an action may be that late
 constexpr qsizetype PHOTOS_OF_A_SERIES = 2; // of each series in the table
-const QString NEXT_TYPE = QStringLiteral("19 (RequestPddAction)");
+const QString NEXT_TYPE = u"19 (RequestPddAction)"_s;
 
 QString EarlyLine(const QString& type)
 {
-    return QStringLiteral("4 [Scheduler.cpp] EARLY action found: ") + type;
+    return u"4 [Scheduler.cpp] EARLY action found: "_s + type;
 }
 
 QString ReadyLine(const QString& type)
 {
-    return QStringLiteral("4 [Scheduler.cpp] READY action found: ") + type;
+    return u"4 [Scheduler.cpp] READY action found: "_s + type;
 }
 
 // The records of what was answered, as the daemon shows them.
 QStringList ShownAnswer(const QStringList& records, const Request& request, const char* error)
 {
-    const QString message = QString::fromLatin1(error).replace(QStringLiteral("%1"), request.Peer());
+    const QString message = QString::fromLatin1(error).replace(u"%1"_s, request.Peer());
     return Shown(Answered(records, message, REFUSAL), SHOWN_LEVEL);
 }
 
@@ -57,8 +59,7 @@ bool IsEndedWithPeer(const RequestRow& request, FaultKind kind)
 
 } // namespace
 
-const QString Expectation::NEXT_DONE =
-    QStringLiteral("4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1");
+const QString Expectation::NEXT_DONE = u"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"_s;
 
 Expectation::Expectation(const Request& request, const Fault* fault, bool isNextWatched)
     : photos(request.Row().trigger == Trigger::PHOTO ? PHOTOS_OF_A_SERIES : 0)
@@ -116,7 +117,7 @@ void Expectation::AddFlood(const Request& request)
     if (request.Row().wait != Wait::NOTHING)
         taskLines += request.Ended();
     if (request.Row().wait == Wait::SERIES)
-        calls.append(QStringLiteral("photo.StopPhotoStream -"));
+        calls.append(u"photo.StopPhotoStream -"_s);
     if (request.Row().wait == Wait::PHOTO || request.Row().wait == Wait::SERIES ||
         request.Row().trigger == Trigger::PHOTO)
         photos = FLOOD_SIZE;

@@ -5,11 +5,13 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 const QString RESULTS = QStringLiteral(OZNA_BUILD_DIR "/tests/faults/results/");
-const QString NO_SIGNAL = QStringLiteral("–");
+const QString NO_SIGNAL = u"–"_s;
 constexpr char NO_FAILURE_LOGGED = '0';
 constexpr int MS_PER_S = 1000;
 
@@ -51,7 +53,7 @@ void FaultReport::Add(const Fault& fault, const Expectation& expected, const QSt
     const bool needsPhoto =
         fault.outcome != Outcome::ACCEPTED && expected.signalsToEnd > 0 && m_request.Row().wait != Wait::PLAYBACK;
     if (needsPhoto)
-        symbol += QLatin1Char('p');
+        symbol += u'p';
     m_cells.append({QString::fromLatin1(fault.id), symbol, taskLines});
 }
 
@@ -62,18 +64,18 @@ void FaultReport::AddIdle(const Fault& fault)
 
 QString FaultReport::Row() const
 {
-    QString row = QStringLiteral("| %1 |").arg(QLatin1String(m_request.Row().id));
+    QString row = u"| %1 |"_s.arg(QLatin1String(m_request.Row().id));
     for (const Cell& cell : m_cells)
-        row += QStringLiteral(" %1 |").arg(cell.symbol);
-    return row + QStringLiteral(" %1 |\n").arg(QLatin1String(m_request.Row().lost));
+        row += u" %1 |"_s.arg(cell.symbol);
+    return row + u" %1 |\n"_s.arg(QLatin1String(m_request.Row().lost));
 }
 
 // Faults that bring the same records stand together, in the order of the first of them.
 QString FaultReport::Section() const
 {
-    QString section = QStringLiteral("\n### %1\n\n`%2`, time-out %3 s.\n")
-                          .arg(QLatin1String(m_request.Row().id), m_request.Schedule())
-                          .arg(m_request.Row().timeout_ms / MS_PER_S);
+    QString section =
+        u"\n### %1\n\n`%2`, time-out %3 s.\n"_s.arg(QLatin1String(m_request.Row().id), m_request.Schedule())
+            .arg(m_request.Row().timeout_ms / MS_PER_S);
     QList<Cell> cells = m_cells;
     cells.removeIf([](const Cell& cell) { return cell.symbol == NO_SIGNAL; });
     while (!cells.isEmpty())
@@ -86,34 +88,33 @@ QString FaultReport::Section() const
                 faults.append(cell.fault);
         }
         cells.removeIf([&](const Cell& cell) { return cell.lines == lines; });
-        section += QStringLiteral("\n- %1").arg(faults.join(QStringLiteral(", ")));
+        section += u"\n- %1"_s.arg(faults.join(u", "_s));
         if (lines.isEmpty())
-            section += QStringLiteral(": nothing\n");
+            section += u": nothing\n"_s;
         else
-            section += QStringLiteral(":\n\n  ```\n  %1\n  ```\n").arg(lines.join(QStringLiteral("\n  ")));
+            section += u":\n\n  ```\n  %1\n  ```\n"_s.arg(lines.join(u"\n  "_s));
     }
     return section;
 }
 
 void FaultReport::Write(int number) const
 {
-    const QString name = QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    WriteResult(name + QStringLiteral(".row"), Row());
-    WriteResult(name + QStringLiteral(".section"), Section());
+    const QString name = u"%1"_s.arg(number, 2, 10, '0'_L1);
+    WriteResult(name + u".row"_s, Row());
+    WriteResult(name + u".section"_s, Section());
 }
 
 void FaultReport::WriteLegend()
 {
     QString legend;
-    QString head = QStringLiteral("| Request |");
-    QString rule = QStringLiteral("| --- |");
+    QString head = u"| Request |"_s;
+    QString rule = u"| --- |"_s;
     for (const Fault& fault : FAULTS)
     {
-        legend += QStringLiteral("- **%1**: %2\n").arg(QLatin1String(fault.id), QLatin1String(fault.meaning));
-        head += QStringLiteral(" %1 |").arg(QLatin1String(fault.id));
-        rule += QStringLiteral(" --- |");
+        legend += u"- **%1**: %2\n"_s.arg(QLatin1String(fault.id), QLatin1String(fault.meaning));
+        head += u" %1 |"_s.arg(QLatin1String(fault.id));
+        rule += u" --- |"_s;
     }
-    WriteResult(QStringLiteral("legend"), legend);
-    WriteResult(QStringLiteral("head"),
-                head + QStringLiteral(" Not done means |\n") + rule + QStringLiteral(" --- |\n"));
+    WriteResult(u"legend"_s, legend);
+    WriteResult(u"head"_s, head + u" Not done means |\n"_s + rule + u" --- |\n"_s);
 }

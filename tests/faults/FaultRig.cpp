@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -24,10 +26,9 @@ void Write(const QString& path, const QByteArray& content)
 
 QStringList NoPeers()
 {
-    QStringList arguments{QStringLiteral("--quiet")};
+    QStringList arguments{u"--quiet"_s};
     for (const char* peer : {"config", "update", "sound", "photo", "light", "freq", "gps", "network"})
-        arguments +=
-            {QStringLiteral("--absent"), QStringLiteral("com.kestrelix.ozna.%1interface").arg(QLatin1String(peer))};
+        arguments += {u"--absent"_s, u"com.kestrelix.ozna.%1interface"_s.arg(QLatin1String(peer))};
     return arguments;
 }
 
@@ -36,19 +37,18 @@ QStringList NoPeers()
 FaultRig::FaultRig(const QByteArray& schedule)
     : m_client(m_bus.Connection())
 {
-    if (!QDir(m_data.path()).mkdir(QStringLiteral("schedule")) ||
-        !QDir(m_data.path()).mkdir(QStringLiteral("playlists")))
+    if (!QDir(m_data.path()).mkdir(u"schedule"_s) || !QDir(m_data.path()).mkdir(u"playlists"_s))
         qFatal("cannot make the data folder");
-    Write(m_data.filePath(QStringLiteral("schedule/schedule.csv")), schedule);
-    Write(m_data.filePath(QStringLiteral("playlists/day")), PLAYLIST);
-    Write(m_data.filePath(QStringLiteral("ozna.ini")), CONFIGURATION);
+    Write(m_data.filePath(u"schedule/schedule.csv"_s), schedule);
+    Write(m_data.filePath(u"playlists/day"_s), PLAYLIST);
+    Write(m_data.filePath(u"ozna.ini"_s), CONFIGURATION);
     ReplaceDevice();
-    m_second.emplace(m_bus, QStringLiteral("com.kestrelix.ozna.simulator2"));
+    m_second.emplace(m_bus, u"com.kestrelix.ozna.simulator2"_s);
     m_second->Start(NoPeers());
     QProcessEnvironment& environment = m_daemon.Environment();
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus.Address());
-    environment.insert(QStringLiteral("OZNA_DATA_DIR"), m_data.path());
-    environment.insert(QStringLiteral("OZNA_CONFIG_FILE"), m_data.filePath(QStringLiteral("ozna.ini")));
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.Address());
+    environment.insert(u"OZNA_DATA_DIR"_s, m_data.path());
+    environment.insert(u"OZNA_CONFIG_FILE"_s, m_data.filePath(u"ozna.ini"_s));
     m_time.Apply(environment);
 }
 
@@ -59,13 +59,13 @@ bool FaultRig::Start()
     // A light or a radio of this morning would be made up for.
     SetTime(QDate(2024, 1, 15), QTime(6, 0));
     m_daemon.Start();
-    return m_daemon.WaitForLog(QStringLiteral("4 [Scheduler.cpp] Schedule started"));
+    return m_daemon.WaitForLog(u"4 [Scheduler.cpp] Schedule started"_s);
 }
 
 void FaultRig::LoseDevice()
 {
     m_device.reset();
-    if (!m_bus.WaitForService(QStringLiteral("com.kestrelix.ozna.simulator"), false))
+    if (!m_bus.WaitForService(u"com.kestrelix.ozna.simulator"_s, false))
         qFatal("the earlier simulator is still on the bus");
 }
 
@@ -78,7 +78,7 @@ void FaultRig::ReplaceDevice()
 
 bool FaultRig::WaitForLoop()
 {
-    return WaitUntil([this] { return m_client.Call("IsEnabled") == QStringLiteral("0,true,schedule.csv"); }, LOOP_MS);
+    return WaitUntil([this] { return m_client.Call("IsEnabled") == u"0,true,schedule.csv"_s; }, LOOP_MS);
 }
 
 void FaultRig::SetTime(const QDate& day, const QTime& time)

@@ -6,10 +6,12 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString TEXT = QStringLiteral("x");
+const QString TEXT = u"x"_s;
 constexpr int ANY_KIND = -1;
 
 struct Row
@@ -23,14 +25,10 @@ const QList<Row>& Rows()
 {
     static const QList<QVariantList> NO_TEXT{{}, {5}, {TEXT, 1}};
     static const QList<Row> rows{
-        {QLatin1String("sound"), 2, {"sound.PlayPlaylistCompleted", {QStringLiteral("day")}, NO_TEXT}},
-        {QLatin1String("sound"),
-         16,
-         {"sound.StreamEnabled", {false}, {{}, {0}, {QStringLiteral("false")}, {false, 1}}}},
-        {QLatin1String("sound"), ANY_KIND, {"sound.PlayFileCompleted", {QStringLiteral("gong.mp3")}, NO_TEXT}},
-        {QLatin1String("photo"),
-         ANY_KIND,
-         {"photo.PhotoTaken", {0, QStringLiteral("/1.jpg")}, {{}, {0}, {TEXT, 0}, {0, TEXT, 1}}}},
+        {"sound"_L1, 2, {"sound.PlayPlaylistCompleted", {u"day"_s}, NO_TEXT}},
+        {"sound"_L1, 16, {"sound.StreamEnabled", {false}, {{}, {0}, {u"false"_s}, {false, 1}}}},
+        {"sound"_L1, ANY_KIND, {"sound.PlayFileCompleted", {u"gong.mp3"_s}, NO_TEXT}},
+        {"photo"_L1, ANY_KIND, {"photo.PhotoTaken", {0, u"/1.jpg"_s}, {{}, {0}, {TEXT, 0}, {0, TEXT, 1}}}},
     };
     return rows;
 }

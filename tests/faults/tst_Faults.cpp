@@ -48,7 +48,7 @@ QByteArray Faults::Complaints(const Lanes& lanes)
     QStringList complaints;
     for (const auto& lane : lanes)
         complaints += lane->Complaints();
-    return complaints.join(QLatin1Char('\n')).toUtf8();
+    return complaints.join(u'\n').toUtf8();
 }
 
 void Faults::AFaultCostsItsTimeOutAndARecord()

@@ -7,6 +7,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -24,14 +26,14 @@ void Write(const QString& path, const QByteArray& content)
 // Without a data folder no file is found.
 QString DataRoot()
 {
-    return m_current != nullptr ? m_current->Path() : QStringLiteral("/nonexistent");
+    return m_current != nullptr ? m_current->Path() : u"/nonexistent"_s;
 }
 
 DataFolder::DataFolder()
     : m_before(m_current)
 {
     const QDir folder(m_folder.path());
-    if (!m_folder.isValid() || !folder.mkdir(QStringLiteral("schedule")) || !folder.mkdir(QStringLiteral("playlists")))
+    if (!m_folder.isValid() || !folder.mkdir(u"schedule"_s) || !folder.mkdir(u"playlists"_s))
         throw std::runtime_error("data folder");
     m_current = this;
 }
@@ -43,12 +45,12 @@ DataFolder::~DataFolder()
 
 QString DataFolder::SchedulePath(const QString& name) const
 {
-    return m_folder.filePath(QStringLiteral("schedule/") + name);
+    return m_folder.filePath(u"schedule/"_s + name);
 }
 
 QString DataFolder::PlaylistPath(const QString& name) const
 {
-    return m_folder.filePath(QStringLiteral("playlists/") + name);
+    return m_folder.filePath(u"playlists/"_s + name);
 }
 
 void DataFolder::WriteSchedule(const QByteArray& content, const QString& name) const

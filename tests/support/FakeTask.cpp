@@ -1,5 +1,7 @@
 #include "FakeTask.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -31,12 +33,12 @@ unsigned int FakeTask::GetDelayable_s() const
 
 void FakeTask::PrepareDelayed(unsigned int delay_s)
 {
-    m_calls.append(QStringLiteral("PrepareDelayed %1").arg(delay_s));
+    m_calls.append(u"PrepareDelayed %1"_s.arg(delay_s));
 }
 
 bool FakeTask::Run()
 {
-    m_calls.append(QStringLiteral("Run"));
+    m_calls.append(u"Run"_s);
     if (m_onRun)
         m_onRun();
     return m_runResult;
@@ -44,7 +46,7 @@ bool FakeTask::Run()
 
 void FakeTask::SetCompleted(bool completed)
 {
-    m_calls.append(QStringLiteral("SetCompleted %1").arg(completed ? 1 : 0));
+    m_calls.append(u"SetCompleted %1"_s.arg(completed ? 1 : 0));
 }
 
 const QList<FakeTask*>& FakeTask::Living()

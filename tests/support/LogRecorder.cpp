@@ -10,6 +10,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -21,16 +23,15 @@ QList<LogRecord>& AllRecords()
 
 QString Shown(const QString& record, const QByteArray& origin)
 {
-    return origin == Log::ORIGIN ? record : QStringLiteral("%1 (from %2)").arg(record, QString::fromUtf8(origin));
+    return origin == Log::ORIGIN ? record : u"%1 (from %2)"_s.arg(record, QString::fromUtf8(origin));
 }
 
 // Leaves the line number out of the prefix; a prefix of another form stays as it is, and equals nothing expected.
 QString ShownRecord(const LogRecord& record)
 {
-    static const QRegularExpression prefix(
-        QStringLiteral("\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.(?:cpp|h)):[1-9][0-9]*\\] "));
+    static const QRegularExpression prefix(u"\\A\\[([A-Za-z]+(?:/[A-Za-z]+)*\\.(?:cpp|h)):[1-9][0-9]*\\] "_s);
     QString text = QString::fromUtf8(record.text);
-    text.replace(prefix, QStringLiteral("[\\1] "));
+    text.replace(prefix, u"[\\1] "_s);
     return Shown(QString::number(record.level) + u' ' + text, record.origin);
 }
 

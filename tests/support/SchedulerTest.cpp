@@ -3,6 +3,8 @@
 #include "SchedulerAccess.h"
 #include "peers/Peers.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -10,7 +12,7 @@ QStringList Shown(ActionList& list)
 {
     QStringList names;
     for (const auto& action : list)
-        names.append(action->m_task->GetName() + u' ' + action->m_startTime.toString(QStringLiteral("HH:mm:ss")));
+        names.append(action->m_task->GetName() + u' ' + action->m_startTime.toString(u"HH:mm:ss"_s));
     return names;
 }
 
@@ -24,7 +26,7 @@ void SchedulerTest::Create()
 {
     m_scheduler.reset();
     Peers::DeleteProxies();
-    m_scheduler = std::make_unique<Scheduler>(QStringLiteral("schedule.csv"));
+    m_scheduler = std::make_unique<Scheduler>(u"schedule.csv"_s);
     LogRecorder::Clear();
 }
 

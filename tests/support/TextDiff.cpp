@@ -1,9 +1,11 @@
 #include "TextDiff.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString NOTHING = QStringLiteral("(nothing)");
+const QString NOTHING = u"(nothing)"_s;
 
 } // namespace
 
@@ -15,12 +17,12 @@ QByteArray TextDiff(const QStringList& expected, const QStringList& found, const
     while (first < expected.size() && first < found.size() && expected[first] == found[first])
         ++first;
 
-    QString text = QStringLiteral("%1 %2 of %3 differs\n  expected: %4\n  found:    %5\n  all that were found:")
-                       .arg(QLatin1String(what))
-                       .arg(first + 1)
-                       .arg(expected.size())
-                       .arg(expected.value(first, NOTHING), found.value(first, NOTHING));
+    QString text =
+        u"%1 %2 of %3 differs\n  expected: %4\n  found:    %5\n  all that were found:"_s.arg(QLatin1String(what))
+            .arg(first + 1)
+            .arg(expected.size())
+            .arg(expected.value(first, NOTHING), found.value(first, NOTHING));
     for (qsizetype i = 0; i < found.size(); ++i)
-        text += QStringLiteral("\n  %1 %2").arg(QLatin1String(i == first ? ">" : " "), found[i]);
+        text += u"\n  %1 %2"_s.arg(QLatin1String(i == first ? ">" : " "), found[i]);
     return text.toUtf8();
 }

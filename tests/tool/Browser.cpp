@@ -9,29 +9,31 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 constexpr int PHONE_WIDTH = 390;
 constexpr int PHONE_HEIGHT = 844;
 
-const QString PAGE = QStringLiteral("/page.html");
+const QString PAGE = u"/page.html"_s;
 
 // As root there is no sandbox; what it is shown is our own.
 const QStringList OPTIONS{
-    QStringLiteral("--headless"),
-    QStringLiteral("--no-sandbox"),
-    QStringLiteral("--disable-gpu"),
-    QStringLiteral("--disable-quic"),
-    QStringLiteral("--disable-dev-shm-usage"),
-    QStringLiteral("--no-first-run"),
-    QStringLiteral("--disable-background-networking"),
-    QStringLiteral("--disable-component-update"),
-    QStringLiteral("--disable-sync"),
-    QStringLiteral("--host-resolver-rules=MAP * ~NOTFOUND"),
-    QStringLiteral("--window-size=1400,1000"),
-    QStringLiteral("--remote-debugging-pipe"),
-    QStringLiteral("about:blank"),
+    u"--headless"_s,
+    u"--no-sandbox"_s,
+    u"--disable-gpu"_s,
+    u"--disable-quic"_s,
+    u"--disable-dev-shm-usage"_s,
+    u"--no-first-run"_s,
+    u"--disable-background-networking"_s,
+    u"--disable-component-update"_s,
+    u"--disable-sync"_s,
+    u"--host-resolver-rules=MAP * ~NOTFOUND"_s,
+    u"--window-size=1400,1000"_s,
+    u"--remote-debugging-pipe"_s,
+    u"about:blank"_s,
 };
 
 // What it tells of a page's console.
@@ -40,13 +42,13 @@ constexpr std::array CONSOLE{"Runtime.exceptionThrown", "Runtime.consoleAPICalle
 } // namespace
 
 Browser::Browser()
-    : m_pipe(Program(), QStringList(QStringLiteral("--user-data-dir=") + m_folder.path()) + OPTIONS, m_folder.path())
+    : m_pipe(Program(), QStringList(u"--user-data-dir="_s + m_folder.path()) + OPTIONS, m_folder.path())
 {
 }
 
 QString Browser::Program()
 {
-    return QStandardPaths::findExecutable(QStringLiteral("chromium"));
+    return QStandardPaths::findExecutable(u"chromium"_s);
 }
 
 void Browser::Open(const QByteArray& page, Look look)
@@ -56,21 +58,18 @@ void Browser::Open(const QByteArray& page, Look look)
         BrowserPipe::Fail(file.errorString().toLocal8Bit());
     m_session.clear();
     if (!m_target.isEmpty())
-        Call("Target.closeTarget", {{QStringLiteral("targetId"), m_target}});
-    m_target = Call("Target.createTarget", {{QStringLiteral("url"), QStringLiteral("about:blank")}})
-                   .value(QStringLiteral("targetId"))
-                   .toString();
-    m_session =
-        Call("Target.attachToTarget", {{QStringLiteral("targetId"), m_target}, {QStringLiteral("flatten"), true}})
-            .value(QStringLiteral("sessionId"))
-            .toString();
+        Call("Target.closeTarget", {{u"targetId"_s, m_target}});
+    m_target = Call("Target.createTarget", {{u"url"_s, u"about:blank"_s}}).value(u"targetId"_s).toString();
+    m_session = Call("Target.attachToTarget", {{u"targetId"_s, m_target}, {u"flatten"_s, true}})
+                    .value(u"sessionId"_s)
+                    .toString();
     for (const char* domain : {"Page.enable", "Runtime.enable", "Log.enable"})
         Call(domain);
-    Call("Emulation.setFocusEmulationEnabled", {{QStringLiteral("enabled"), true}});
+    Call("Emulation.setFocusEmulationEnabled", {{u"enabled"_s, true}});
     SetLook(look);
     m_console.clear();
     m_isLoaded = false;
-    Call("Page.navigate", {{QStringLiteral("url"), QUrl::fromLocalFile(file.fileName()).toString()}});
+    Call("Page.navigate", {{u"url"_s, QUrl::fromLocalFile(file.fileName()).toString()}});
     while (!m_isLoaded)
         Note(Receive());
 }
@@ -78,58 +77,53 @@ void Browser::Open(const QByteArray& page, Look look)
 void Browser::SetLook(Look look)
 {
     if (look == Look::PHONE)
-        Call("Emulation.setDeviceMetricsOverride", {{QStringLiteral("width"), PHONE_WIDTH},
-                                                    {QStringLiteral("height"), PHONE_HEIGHT},
-                                                    {QStringLiteral("deviceScaleFactor"), 1},
-                                                    {QStringLiteral("mobile"), true}});
-    const QJsonObject colours{
-        {QStringLiteral("name"), QStringLiteral("prefers-color-scheme")},
-        {QStringLiteral("value"), look == Look::DARK ? QStringLiteral("dark") : QStringLiteral("light")}};
+        Call(
+            "Emulation.setDeviceMetricsOverride",
+            {{u"width"_s, PHONE_WIDTH}, {u"height"_s, PHONE_HEIGHT}, {u"deviceScaleFactor"_s, 1}, {u"mobile"_s, true}});
+    const QJsonObject colours{{u"name"_s, u"prefers-color-scheme"_s},
+                              {u"value"_s, look == Look::DARK ? u"dark"_s : u"light"_s}};
     Call("Emulation.setEmulatedMedia",
-         {{QStringLiteral("media"), look == Look::PAPER ? QStringLiteral("print") : QStringLiteral("screen")},
-          {QStringLiteral("features"), QJsonArray{colours}}});
+         {{u"media"_s, look == Look::PAPER ? u"print"_s : u"screen"_s}, {u"features"_s, QJsonArray{colours}}});
 }
 
 QString Browser::Run(const QByteArray& script)
 {
     const QByteArray expression =
         "(() => { let told = ''; const report = (text) => { told = text; };\n" + script + "\nreturn told; })()";
-    const QJsonObject reply = Call("Runtime.evaluate", {{QStringLiteral("expression"), QString::fromUtf8(expression)}});
-    if (reply.contains(QStringLiteral("exceptionDetails")))
+    const QJsonObject reply = Call("Runtime.evaluate", {{u"expression"_s, QString::fromUtf8(expression)}});
+    if (reply.contains(u"exceptionDetails"_s))
         BrowserPipe::Fail(QJsonDocument(reply).toJson());
-    return reply.value(QStringLiteral("result")).toObject().value(QStringLiteral("value")).toString();
+    return reply.value(u"result"_s).toObject().value(u"value"_s).toString();
 }
 
 void Browser::Press(const char* key)
 {
     const QString name = QLatin1String(key);
-    const int code = name == QLatin1String("Tab") ? '\t' : 0;
+    const int code = name == "Tab"_L1 ? '\t' : 0;
     for (const char* type : {"rawKeyDown", "keyUp"})
-        Call("Input.dispatchKeyEvent", {{QStringLiteral("type"), QLatin1String(type)},
-                                        {QStringLiteral("key"), name},
-                                        {QStringLiteral("code"), name},
-                                        {QStringLiteral("windowsVirtualKeyCode"), code}});
+        Call("Input.dispatchKeyEvent", {{u"type"_s, QLatin1String(type)},
+                                        {u"key"_s, name},
+                                        {u"code"_s, name},
+                                        {u"windowsVirtualKeyCode"_s, code}});
 }
 
 QJsonObject Browser::Call(const char* method, const QJsonObject& parameters)
 {
-    QJsonObject message{{QStringLiteral("id"), ++m_calls},
-                        {QStringLiteral("method"), QLatin1String(method)},
-                        {QStringLiteral("params"), parameters}};
+    QJsonObject message{{u"id"_s, ++m_calls}, {u"method"_s, QLatin1String(method)}, {u"params"_s, parameters}};
     if (!m_session.isEmpty())
-        message.insert(QStringLiteral("sessionId"), m_session);
+        message.insert(u"sessionId"_s, m_session);
     m_pipe.Send(QJsonDocument(message).toJson(QJsonDocument::Compact));
     while (true)
     {
         const QJsonObject received = Receive();
-        if (received.value(QStringLiteral("id")).toInt() != m_calls)
+        if (received.value(u"id"_s).toInt() != m_calls)
         {
             Note(received);
             continue;
         }
-        if (received.contains(QStringLiteral("error")))
+        if (received.contains(u"error"_s))
             BrowserPipe::Fail(method + QByteArrayLiteral(": ") + QJsonDocument(received).toJson());
-        return received.value(QStringLiteral("result")).toObject();
+        return received.value(u"result"_s).toObject();
     }
 }
 
@@ -140,8 +134,8 @@ QJsonObject Browser::Receive()
 
 void Browser::Note(const QJsonObject& message)
 {
-    const QString method = message.value(QStringLiteral("method")).toString();
-    m_isLoaded = m_isLoaded || method == QLatin1String("Page.loadEventFired");
+    const QString method = message.value(u"method"_s).toString();
+    m_isLoaded = m_isLoaded || method == "Page.loadEventFired"_L1;
     if (std::ranges::any_of(CONSOLE, [&](const char* name) { return method == QLatin1String(name); }))
         m_console.append(QString::fromUtf8(QJsonDocument(message).toJson(QJsonDocument::Compact)));
 }

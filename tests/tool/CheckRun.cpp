@@ -2,6 +2,8 @@
 
 #include "CommandCall.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -12,7 +14,7 @@ const QString FOLDER = QStringLiteral(OZNA_SOURCES "/tests/data/check");
 CheckRun::CheckRun(const QStringList& arguments, const QString& folder)
 {
     const CommandCall call(folder.isEmpty() ? FOLDER : FOLDER + u'/' + folder);
-    const CommandCall::Result result = call.Run(QStringList(QStringLiteral("check")) + arguments);
+    const CommandCall::Result result = call.Run(QStringList(u"check"_s) + arguments);
     status = result.status;
     output = result.output.toUtf8();
     errors = result.errors.toUtf8();
@@ -30,6 +32,5 @@ QString CheckRun::DataFolder()
 
 QStringList CheckRun::Fixed()
 {
-    return {QStringLiteral("--today"),     QStringLiteral("2024-05-15"),  QStringLiteral("--tz"),
-            QStringLiteral("Europe/Rome"), QStringLiteral("--playlists"), QStringLiteral("../playlists")};
+    return {u"--today"_s, u"2024-05-15"_s, u"--tz"_s, u"Europe/Rome"_s, u"--playlists"_s, u"../playlists"_s};
 }

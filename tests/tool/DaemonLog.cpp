@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -39,8 +41,7 @@ void LogInterface::EmitLogString(unsigned int level, const char* text, const cha
     if (level > std::min<unsigned int>(m_maxLevel, TheKept().least))
         return;
     const QString record = QString::fromUtf8(text);
-    TheKept().records.append(
-        {static_cast<LogLevel>(level), record.mid(record.indexOf(QLatin1String("] ")) + 2).trimmed()});
+    TheKept().records.append({static_cast<LogLevel>(level), record.mid(record.indexOf("] "_L1) + 2).trimmed()});
 }
 
 DaemonLog::DaemonLog(LogLevel least)

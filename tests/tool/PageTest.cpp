@@ -10,16 +10,18 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString ZONE = QStringLiteral("Europe/Rome");
-const QString SCHEDULE = QStringLiteral("/week & <more>.csv");
-const QString FROM = QStringLiteral("2024-03-29");
+const QString ZONE = u"Europe/Rome"_s;
+const QString SCHEDULE = u"/week & <more>.csv"_s;
+const QString FROM = u"2024-03-29"_s;
 
 qint64 MomentOf(const QString& text)
 {
-    return Moment::Parse_ms(QStringLiteral("moment"), text);
+    return Moment::Parse_ms(u"moment"_s, text);
 }
 
 } // namespace
@@ -27,11 +29,11 @@ qint64 MomentOf(const QString& text)
 PageTest::PageTest(const QByteArray& lines, int days, const char* start)
 {
     Write(SCHEDULE, lines);
-    Write(QStringLiteral("/two & <three>"), "first & last.mp3;600\nsecond <b>.mp3;600\nthird.mp3;600\n");
-    CommandLine line(QStringLiteral("rehearse"), {}, {QStringLiteral("FILE")});
+    Write(u"/two & <three>"_s, "first & last.mp3;600\nsecond <b>.mp3;600\nthird.mp3;600\n");
+    CommandLine line(u"rehearse"_s, {}, {u"FILE"_s});
     RehearsalRun::AddPlaceOptions(line);
     const QString file = m_folder.path() + SCHEDULE;
-    if (!line.Parse({file, QStringLiteral("--tz"), ZONE}))
+    if (!line.Parse({file, u"--tz"_s, ZONE}))
         throw std::logic_error("no help was asked for");
     RehearsalRun::SetTimeZone(line);
     const qint64 from_ms = MomentOf(*start != '\0' ? QString::fromLatin1(start) : FROM);
@@ -67,13 +69,12 @@ QString PageTest::EventLine(size_t index) const
                       QLatin1String(isHeard ? "" : " (not reached)"));
     }
     const QString& text = m_run->Result().lines[static_cast<size_t>(event.lineNumber) - 1].text;
-    return QStringList{
-        QString::number(index),
-        EventText::Mark(event, m_run->Result().begin_ms).replace(QStringLiteral(", "), QStringLiteral(";")),
-        QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text,
-        requests.join(u';'),
-        tracks.join(u';'),
-        EventText::Risk(event)}
+    return QStringList{QString::number(index),
+                       EventText::Mark(event, m_run->Result().begin_ms).replace(u", "_s, u";"_s),
+                       u"Line %1, %2: "_s.arg(event.lineNumber).arg(event.taskName) + text,
+                       requests.join(u';'),
+                       tracks.join(u';'),
+                       EventText::Risk(event)}
         .join(u'\t');
 }
 

@@ -5,13 +5,15 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 constexpr int DAY_S = 86400;
 constexpr int HOUR_S = 3600;
 
-const QString SCHEDULE = QStringLiteral("schedule.csv");
+const QString SCHEDULE = u"schedule.csv"_s;
 
 constexpr const char* DATES[] = {
     "2024-02-28", "2024-03-09", "2024-03-30", "2024-04-06", "2024-05-15", "2024-09-28",
@@ -132,7 +134,7 @@ QByteArray RandomSchedule::StartTime()
         return OneOf(ODD_TIMES);
     // Most stand close to others.
     const int time_s = Below(3) == 0 ? Below(DAY_S) : (m_focus_s + Below(90) + HOUR_S * Below(6)) % DAY_S;
-    return QTime(0, 0).addSecs(time_s).toString(QStringLiteral("HH:mm:ss")).toLatin1();
+    return QTime(0, 0).addSecs(time_s).toString(u"HH:mm:ss"_s).toLatin1();
 }
 
 QByteArray RandomSchedule::Dates()
@@ -143,9 +145,8 @@ QByteArray RandomSchedule::Dates()
     const QByteArray day = Below(2) == 0 ? QByteArray::number(date.day()) : "*";
     const QByteArray month = Below(2) == 0 ? QByteArray::number(date.month()) : "*";
     const QByteArray year = Below(4) == 0 ? QByteArray::number(date.year()) : "*";
-    const QByteArray from = Below(3) == 0 ? date.toString(QStringLiteral("yyyyMMdd")).toLatin1() : QByteArray();
-    const QByteArray to =
-        Below(3) == 0 ? date.addDays(1).toString(QStringLiteral("yyyyMMdd")).toLatin1() : QByteArray();
+    const QByteArray from = Below(3) == 0 ? date.toString(u"yyyyMMdd"_s).toLatin1() : QByteArray();
+    const QByteArray to = Below(3) == 0 ? date.addDays(1).toString(u"yyyyMMdd"_s).toLatin1() : QByteArray();
     return day + '|' + month + '|' + year + '|' + from + '|' + to;
 }
 

@@ -2,10 +2,12 @@
 
 #include <QRegularExpression>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString HELP = QStringLiteral("--help");
+const QString HELP = u"--help"_s;
 
 QStringList Rows(const QString& text, const QString& pattern)
 {
@@ -21,10 +23,10 @@ QStringList Rows(const QString& text, const QString& pattern)
 
 QStringList ToolHelp::Commands(const CommandCall& call)
 {
-    return Rows(call.Run({HELP}).output, QStringLiteral("^  ([a-z]+) "));
+    return Rows(call.Run({HELP}).output, u"^  ([a-z]+) "_s);
 }
 
 QStringList ToolHelp::Options(const CommandCall& call, const QString& command)
 {
-    return Rows(call.Run({command, HELP}).output, QStringLiteral("^  (--?[a-z][a-z-]*)[ \n]"));
+    return Rows(call.Run({command, HELP}).output, u"^  (--?[a-z][a-z-]*)[ \n]"_s);
 }

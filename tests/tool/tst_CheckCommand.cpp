@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -64,13 +66,12 @@ QString CheckCommandTest::Write(const QByteArray& content, const char* name)
 
 void CheckCommandTest::TheCorpusHasTheFindingsThatItShould()
 {
-    const QString folder = QStringLiteral("corpus");
-    QFile file(CheckRun::DataFolder() + u'/' + folder + QStringLiteral("/expected"));
+    const QString folder = u"corpus"_s;
+    QFile file(CheckRun::DataFolder() + u'/' + folder + u"/expected"_s);
     QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
     const QStringList expected = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    const CheckRun run({QStringLiteral("schedule.csv"), QStringLiteral("--playlists"), QStringLiteral("playlists"),
-                        QStringLiteral("--today"), QStringLiteral("2024-05-15"), QStringLiteral("--tz"),
-                        QStringLiteral("Europe/Rome")},
+    const CheckRun run({u"schedule.csv"_s, u"--playlists"_s, u"playlists"_s, u"--today"_s, u"2024-05-15"_s, u"--tz"_s,
+                        u"Europe/Rome"_s},
                        folder);
     const QByteArray difference = TextDiff(expected, run.Lines(), "finding");
     QVERIFY2(difference.isEmpty(), difference.constData());
@@ -97,21 +98,21 @@ void CheckCommandTest::TheStatusTellsTheWorst()
     QFETCH(const bool, strict);
     QStringList arguments{Write(content)};
     if (strict)
-        arguments.append(QStringLiteral("--strict"));
+        arguments.append(u"--strict"_s);
     QTEST(CheckRun(arguments).status, "status");
-    QTEST(CheckRun(arguments + QStringList(QStringLiteral("--json"))).status, "status");
+    QTEST(CheckRun(arguments + QStringList(u"--json"_s)).status, "status");
 }
 
 void CheckCommandTest::AFileThatCannotBeReadFails()
 {
     const OrdinaryUser user;
-    const CheckRun missing({m_folder.filePath(QStringLiteral("missing.csv"))});
+    const CheckRun missing({m_folder.filePath(u"missing.csv"_s)});
     QCOMPARE(missing.status, FAILED);
     QVERIFY(missing.errors.contains("missing.csv: "));
     QCOMPARE(missing.output, QByteArray());
 
     QTemporaryDir folder;
-    QFile closed(folder.filePath(QStringLiteral("closed.csv")));
+    QFile closed(folder.filePath(u"closed.csv"_s));
     QVERIFY(closed.open(QIODevice::WriteOnly));
     QVERIFY(closed.setPermissions(QFileDevice::Permissions()));
     const CheckRun unreadable({closed.fileName()});
@@ -122,25 +123,24 @@ void CheckCommandTest::AFileThatCannotBeReadFails()
 void CheckCommandTest::AFolderFails()
 {
     QCOMPARE(CheckRun({m_folder.path()}).status, FAILED);
-    QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--playlists"), m_folder.filePath(QStringLiteral("none"))}).status,
-             FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), u"--playlists"_s, m_folder.filePath(u"none"_s)}).status, FAILED);
     QCOMPARE(CheckRun({}).status, FAILED);
     // The system shows a process's memory as a regular file, and has nothing at its start.
-    const CheckRun unread({QStringLiteral("/proc/self/mem")});
+    const CheckRun unread({u"/proc/self/mem"_s});
     QCOMPARE(unread.status, FAILED);
     QVERIFY2(unread.errors.contains("/proc/self/mem: Input/output error"), unread.errors.constData());
 }
 
 void CheckCommandTest::AnUnknownZoneFails()
 {
-    QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--tz"), QStringLiteral("Europe/Atlantis")}).status, FAILED);
-    QCOMPARE(CheckRun({Write(GOOD), QStringLiteral("--today"), QStringLiteral("15.5.2024")}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), u"--tz"_s, u"Europe/Atlantis"_s}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), u"--today"_s, u"15.5.2024"_s}).status, FAILED);
 }
 
 void CheckCommandTest::JsonHasTheSameFindings()
 {
     const QString file = Write(GOOD + WARNED + REJECTED);
-    const CheckRun run({file, QStringLiteral("--json")});
+    const CheckRun run({file, u"--json"_s});
     const QJsonObject object = QJsonDocument::fromJson(run.output).object();
     QCOMPARE(object.value(u"file").toString(), file);
     QCOMPARE(object.value(u"lines").toInt(), 3);
@@ -150,12 +150,11 @@ void CheckCommandTest::JsonHasTheSameFindings()
     QStringList lines;
     const QJsonArray findings = object.value(u"findings").toArray();
     for (const QJsonValue& finding : findings)
-        lines.append(QStringLiteral("%1:%2: %3: %4: %5; %6 [%7]")
-                         .arg(file)
+        lines.append(u"%1:%2: %3: %4: %5; %6 [%7]"_s.arg(file)
                          .arg(finding[u"line"].toInt())
                          .arg(finding[u"severity"].toString(), finding[u"field"].toString(),
                               finding[u"text"].toString(), finding[u"advice"].toString(), finding[u"kind"].toString()));
-    lines.append(QStringLiteral("3 lines, 1 error, 1 warning"));
+    lines.append(u"3 lines, 1 error, 1 warning"_s);
     const QByteArray difference = TextDiff(lines, CheckRun({file}).Lines(), "finding");
     QVERIFY2(difference.isEmpty(), difference.constData());
 }
@@ -184,41 +183,40 @@ void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine()
     QFETCH(const QByteArray, content);
     const QStringList lines = CheckRun({Write(content)}).Lines();
     QCOMPARE(lines.size(), 2);
-    QVERIFY2(lines[0].contains(QStringLiteral("schedule.csv:2: warning: start time: ")), qPrintable(lines[0]));
-    QVERIFY2(lines[0].endsWith(QStringLiteral(" [time-form]")), qPrintable(lines[0]));
-    QCOMPARE(lines[1], QStringLiteral("2 lines, 0 errors, 1 warning"));
+    QVERIFY2(lines[0].contains(u"schedule.csv:2: warning: start time: "_s), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(u" [time-form]"_s), qPrintable(lines[0]));
+    QCOMPARE(lines[1], u"2 lines, 0 errors, 1 warning"_s);
 }
 
 void CheckCommandTest::CarriageReturnsAloneMakeOneLine()
 {
     const QStringList lines = CheckRun({Write(QByteArray(GOOD + WARNED).replace('\n', '\r'))}).Lines();
-    QCOMPARE(lines.filter(QStringLiteral("schedule.csv:1: ")).size(), lines.size() - 1);
-    QCOMPARE(lines.filter(QStringLiteral(" [carriage-return]")).size(), 1);
-    QCOMPARE(lines.filter(QStringLiteral(" [no-line-end]")).size(), 1);
-    QVERIFY2(lines.last().startsWith(QStringLiteral("1 line, ")), qPrintable(lines.last()));
+    QCOMPARE(lines.filter(u"schedule.csv:1: "_s).size(), lines.size() - 1);
+    QCOMPARE(lines.filter(u" [carriage-return]"_s).size(), 1);
+    QCOMPARE(lines.filter(u" [no-line-end]"_s).size(), 1);
+    QVERIFY2(lines.last().startsWith(u"1 line, "_s), qPrintable(lines.last()));
 }
 
 void CheckCommandTest::RejectedLinesAreNotComparedWithEachOther()
 {
     const QStringList lines = CheckRun({Write(REJECTED + REJECTED)}).Lines();
     QCOMPARE(lines.size(), 3);
-    QCOMPARE(lines.filter(QStringLiteral("[time-parts]")).size(), 2);
+    QCOMPARE(lines.filter(u"[time-parts]"_s).size(), 2);
 }
 
 void CheckCommandTest::ATenthFieldIsNamedWhereItTakesTheParameters()
 {
     const QStringList lines = CheckRun({Write("1111100|08:30:00|*|*|*|||Volume|5|more\n")}).Lines();
-    const QString rejected = lines.filter(QStringLiteral("[wrong-parameters]")).value(0);
-    QVERIFY2(rejected.contains(QStringLiteral("; take out the \"|\" behind the task's parameters")),
-             qPrintable(lines.join(u'\n')));
+    const QString rejected = lines.filter(u"[wrong-parameters]"_s).value(0);
+    QVERIFY2(rejected.contains(u"; take out the \"|\" behind the task's parameters"_s), qPrintable(lines.join(u'\n')));
 }
 
 void CheckCommandTest::TodayMovesWhatIsOver()
 {
     const QString file = Write("1111111|08:30:00|*|*|*||20240515|StopMessage\n");
-    const QString today = QStringLiteral("--today");
-    QCOMPARE(CheckRun({file, today, QStringLiteral("2024-05-15")}).Lines().size(), 1);
-    QCOMPARE(CheckRun({file, today, QStringLiteral("2024-05-16")}).Lines().size(), 2);
+    const QString today = u"--today"_s;
+    QCOMPARE(CheckRun({file, today, u"2024-05-15"_s}).Lines().size(), 1);
+    QCOMPARE(CheckRun({file, today, u"2024-05-16"_s}).Lines().size(), 2);
 }
 
 void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth_data()
@@ -240,23 +238,20 @@ void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth()
     QFETCH(const QString, zone);
     QFETCH(const QByteArray, line);
     QFETCH(const QString, due);
-    const QStringList lines =
-        CheckRun({Write(line), QStringLiteral("--tz"), zone, QStringLiteral("--today"), QStringLiteral("2024-05-15")})
-            .Lines();
+    const QStringList lines = CheckRun({Write(line), u"--tz"_s, zone, u"--today"_s, u"2024-05-15"_s}).Lines();
     // It is due, if on another local date.
     QCOMPARE(lines.size(), 2);
-    QVERIFY2(lines[0].contains(QStringLiteral("it is due on %1, local date").arg(due)), qPrintable(lines[0]));
-    QVERIFY2(lines[0].endsWith(QStringLiteral(" [utc-date]")), qPrintable(lines[0]));
+    QVERIFY2(lines[0].contains(u"it is due on %1, local date"_s.arg(due)), qPrintable(lines[0]));
+    QVERIFY2(lines[0].endsWith(u" [utc-date]"_s), qPrintable(lines[0]));
 }
 
 void CheckCommandTest::AThousandLinesTakeNoTime()
 {
     QByteArray content;
     for (int line = 0; line < 1000; ++line)
-        content += QStringLiteral("1111100|%1:%2:%3|%4|*|*|||Volume|%5\n")
-                       .arg(line / 60 + 4, 2, 10, QLatin1Char('0'))
-                       .arg(line % 60, 2, 10, QLatin1Char('0'))
-                       .arg(line % 50 + 5, 2, 10, QLatin1Char('0'))
+        content += u"1111100|%1:%2:%3|%4|*|*|||Volume|%5\n"_s.arg(line / 60 + 4, 2, 10, '0'_L1)
+                       .arg(line % 60, 2, 10, '0'_L1)
+                       .arg(line % 50 + 5, 2, 10, '0'_L1)
                        .arg(line % 28 + 1)
                        .arg(line % 100)
                        .toLatin1();
@@ -264,7 +259,7 @@ void CheckCommandTest::AThousandLinesTakeNoTime()
     QElapsedTimer since;
     since.start();
     const CheckRun run({file});
-    QCOMPARE(run.Lines().last(), QStringLiteral("1000 lines, 0 errors, 0 warnings"));
+    QCOMPARE(run.Lines().last(), u"1000 lines, 0 errors, 0 warnings"_s);
     // Far beyond what it takes, for machines that are busy or slowed down by sanitizers.
     QVERIFY2(since.elapsed() < 20000, QByteArray::number(since.elapsed()).constData());
 }
@@ -275,8 +270,7 @@ void CheckCommandTest::OfManyLinesThatAreHeldUpTheFirstAreNamed()
     for (int line = 0; line < 13; ++line)
         content += QByteArrayLiteral("1111100|08:00:00|*|*|*|||Volume|") + QByteArray::number(line) + '\n';
     const QStringList lines = CheckRun({Write(content)}).Lines();
-    QVERIFY2(lines[0].contains(QStringLiteral("hold up lines 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and 3 more; ")),
-             qPrintable(lines[0]));
+    QVERIFY2(lines[0].contains(u"hold up lines 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and 3 more; "_s), qPrintable(lines[0]));
 }
 
 OZNA_CASE(CheckCommand, CheckCommandTest)

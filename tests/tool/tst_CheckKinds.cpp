@@ -8,11 +8,13 @@
 #include <QDir>
 #include <QtTest>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString PLAYLISTS = QStringLiteral("playlists");
-const QString CORPUS = QStringLiteral("corpus");
+const QString PLAYLISTS = u"playlists"_s;
+const QString CORPUS = u"corpus"_s;
 
 QStringList Folders()
 {
@@ -81,7 +83,7 @@ void CheckKindsTest::FindingsStandInTheOrderOfLinesAndThenOfKinds()
     QStringList texts;
     for (const Finding& finding : findings.All())
         texts.append(finding.text);
-    QCOMPARE(texts.join(u' '), QStringLiteral("first second third fourth fifth sixth"));
+    QCOMPARE(texts.join(u' '), u"first second third fourth fifth sixth"_s);
 }
 
 void CheckKindsTest::EveryTaskHasRolesForTheParametersThatItNeeds()
@@ -107,7 +109,7 @@ void CheckKindsTest::BadLinesAreFound_data()
 void CheckKindsTest::BadLinesAreFound()
 {
     QFETCH(const QString, folder);
-    QFile file(CheckRun::DataFolder() + u'/' + folder + QStringLiteral("/bad.expected"));
+    QFile file(CheckRun::DataFolder() + u'/' + folder + u"/bad.expected"_s);
     QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
     const QStringList expected = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
     const CheckRun run = Check(folder, "bad.csv");
@@ -119,7 +121,7 @@ void CheckKindsTest::BadLinesAreFound()
     const QStringList found = run.Lines();
     QVERIFY(found.size() > 1);
     for (const QString& line : found.first(found.size() - 1))
-        QVERIFY2(line.endsWith(QStringLiteral(" [%1]").arg(folder)), qPrintable(line));
+        QVERIFY2(line.endsWith(u" [%1]"_s.arg(folder)), qPrintable(line));
 }
 
 void CheckKindsTest::GoodLinesAreLeftAlone_data()
@@ -132,7 +134,7 @@ void CheckKindsTest::GoodLinesAreLeftAlone()
     QFETCH(const QString, folder);
     const CheckRun run = Check(folder, "good.csv");
     QCOMPARE(run.Lines().size(), 1);
-    QVERIFY2(run.Lines().first().endsWith(QStringLiteral(", 0 errors, 0 warnings")), run.output.constData());
+    QVERIFY2(run.Lines().first().endsWith(u", 0 errors, 0 warnings"_s), run.output.constData());
     QCOMPARE(run.status, 0);
     QCOMPARE(run.errors, QByteArray());
 }

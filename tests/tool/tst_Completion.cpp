@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // What bash offers behind ozna-schedule.
 class tst_Completion final : public QObject
 {
@@ -29,10 +31,9 @@ QStringList tst_Completion::Offered(const QStringList& words) const
                        "COMP_CWORD=$#\n"
                        "_ozna_schedule " OZNA_TOOL " \"${COMP_WORDS[COMP_CWORD]}\" \"${COMP_WORDS[COMP_CWORD - 1]}\"\n"
                        "((${#COMPREPLY[@]} == 0)) || printf '%s\\n' \"${COMPREPLY[@]}\"\n");
-    const CommandCall::Result result = m_call.RunProgram(
-        QStringLiteral("bash"), QStringList{QStringLiteral("-uc"), SCRIPT, QStringLiteral("bash")} + words);
+    const CommandCall::Result result = m_call.RunProgram(u"bash"_s, QStringList{u"-uc"_s, SCRIPT, u"bash"_s} + words);
     if (result.status != 0 || !result.errors.isEmpty())
-        return {QStringLiteral("failed"), result.errors};
+        return {u"failed"_s, result.errors};
     QStringList offered = result.output.split(u'\n', Qt::SkipEmptyParts);
     offered.sort();
     return offered;
@@ -40,23 +41,21 @@ QStringList tst_Completion::Offered(const QStringList& words) const
 
 void tst_Completion::CommandsComeFirst()
 {
-    QStringList expected =
-        ToolHelp::Commands(m_call) + QStringList{QStringLiteral("--help"), QStringLiteral("--version")};
+    QStringList expected = ToolHelp::Commands(m_call) + QStringList{u"--help"_s, u"--version"_s};
     expected.sort();
     QCOMPARE(Offered({QString()}), expected);
-    QCOMPARE(Offered({QStringLiteral("ne")}), QStringList(QStringLiteral("next")));
+    QCOMPARE(Offered({u"ne"_s}), QStringList(u"next"_s));
 }
 
 void tst_Completion::EveryCommandOffersItsOptions()
 {
     for (const QString& command : ToolHelp::Commands(m_call))
     {
-        QStringList expected = ToolHelp::Options(m_call, command) + QStringList(QStringLiteral("--help"));
+        QStringList expected = ToolHelp::Options(m_call, command) + QStringList(u"--help"_s);
         expected.sort();
-        QCOMPARE(Offered({command, QStringLiteral("-")}), expected);
+        QCOMPARE(Offered({command, u"-"_s}), expected);
     }
-    QCOMPARE(Offered({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--f")}),
-             QStringList(QStringLiteral("--from")));
+    QCOMPARE(Offered({u"next"_s, u"s.csv"_s, u"--f"_s}), QStringList(u"--from"_s));
 }
 
 void tst_Completion::ValuesAreOfferedByTheirKind_data()
@@ -82,8 +81,8 @@ void tst_Completion::ValuesAreOfferedByTheirKind_data()
 
 void tst_Completion::ValuesAreOfferedByTheirKind()
 {
-    m_call.Write(QStringLiteral("schedule.csv"), "");
-    m_call.Write(QStringLiteral("season/summer"), "");
+    m_call.Write(u"schedule.csv"_s, "");
+    m_call.Write(u"season/summer"_s, "");
     QFETCH(const QStringList, words);
     QFETCH(const QStringList, offered);
     QCOMPARE(Offered(words), offered);

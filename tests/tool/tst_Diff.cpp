@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // Which starts come, go or move, whole.
 class tst_Diff final : public QObject
 {
@@ -73,11 +75,10 @@ void tst_Diff::OnlyStartsCount()
     QFETCH(const QByteArray, after);
     QFETCH(const QString, changes);
     const CommandCall call;
-    call.Write(QStringLiteral("old.csv"), before);
-    call.Write(QStringLiteral("new.csv"), after);
-    const CommandCall::Result result = call.Run(
-        {QStringLiteral("diff"), QStringLiteral("old.csv"), QStringLiteral("new.csv"), QStringLiteral("--from"),
-         QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")});
+    call.Write(u"old.csv"_s, before);
+    call.Write(u"new.csv"_s, after);
+    const CommandCall::Result result =
+        call.Run({u"diff"_s, u"old.csv"_s, u"new.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--tz"_s, u"Europe/Rome"_s});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output, changes);
     QCOMPARE(result.status, changes.isEmpty() ? 0 : 1);
@@ -86,25 +87,22 @@ void tst_Diff::OnlyStartsCount()
 void tst_Diff::ARejectedLineOfTheNewFileGivesStatus2()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("old.csv"), "1111111|06:00:00|*|*|*|||Volume|5\n");
-    call.Write(QStringLiteral("new.csv"), "1111111|06:00:00|*|*|*|||volume|5\n");
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("diff"), QStringLiteral("old.csv"), QStringLiteral("new.csv")});
-    QCOMPARE(result.errors, QStringLiteral("new.csv:1: error: Unknown task (99): the daemon leaves the line out\n"));
-    QCOMPARE(result.output,
-             QStringLiteral("- 06:00:00              set the master volume to 5                    every day  (line "
-                            "1)\n"));
+    call.Write(u"old.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\n");
+    call.Write(u"new.csv"_s, "1111111|06:00:00|*|*|*|||volume|5\n");
+    const CommandCall::Result result = call.Run({u"diff"_s, u"old.csv"_s, u"new.csv"_s});
+    QCOMPARE(result.errors, u"new.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s);
+    QCOMPARE(result.output, u"- 06:00:00              set the master volume to 5                    every day  (line "
+                            "1)\n"_s);
     QCOMPARE(result.status, 2);
 }
 
 void tst_Diff::ARejectedLineOfTheOldFileIsOnlyTold()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("old.csv"), "1111111|06:00:00|*|*|*|||volume|5\n");
-    call.Write(QStringLiteral("new.csv"), "");
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("diff"), QStringLiteral("old.csv"), QStringLiteral("new.csv")});
-    QCOMPARE(result.errors, QStringLiteral("old.csv:1: error: Unknown task (99): the daemon leaves the line out\n"));
+    call.Write(u"old.csv"_s, "1111111|06:00:00|*|*|*|||volume|5\n");
+    call.Write(u"new.csv"_s, "");
+    const CommandCall::Result result = call.Run({u"diff"_s, u"old.csv"_s, u"new.csv"_s});
+    QCOMPARE(result.errors, u"old.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.status, 0);
 }
@@ -113,21 +111,19 @@ void tst_Diff::PlaylistsAreThoseBesideEachFile()
 {
     const CommandCall call;
     const QByteArray schedule = "1111111|06:00:00|*|*|*|||PlayPlaylist|morning\n";
-    call.Write(QStringLiteral("old/schedule/s.csv"), schedule);
-    call.Write(QStringLiteral("old/playlists/morning"), "intro.mp3;60\n");
-    call.Write(QStringLiteral("new/schedule/s.csv"), schedule);
-    call.Write(QStringLiteral("new/playlists/morning"), "other.mp3;60\n");
-    const QStringList arguments{QStringLiteral("diff"), QStringLiteral("old/schedule/s.csv"),
-                                QStringLiteral("new/schedule/s.csv")};
+    call.Write(u"old/schedule/s.csv"_s, schedule);
+    call.Write(u"old/playlists/morning"_s, "intro.mp3;60\n");
+    call.Write(u"new/schedule/s.csv"_s, schedule);
+    call.Write(u"new/playlists/morning"_s, "other.mp3;60\n");
+    const QStringList arguments{u"diff"_s, u"old/schedule/s.csv"_s, u"new/schedule/s.csv"_s};
     CommandCall::Result result = call.Run(arguments);
     QCOMPARE(result.errors + result.output, QString());
     QCOMPARE(result.status, 0);
 
-    call.Write(QStringLiteral("new/playlists/morning"), "");
+    call.Write(u"new/playlists/morning"_s, "");
     result = call.Run(arguments);
-    QCOMPARE(result.output,
-             QStringLiteral("- 06:00:00              play the playlist morning                     every day  (line "
-                            "1)\n"));
+    QCOMPARE(result.output, u"- 06:00:00              play the playlist morning                     every day  (line "
+                            "1)\n"_s);
     QCOMPARE(result.status, 2);
 }
 

@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // What becomes of starts where the clocks change, whole.
 class tst_Dst final : public QObject
 {
@@ -76,10 +78,9 @@ void tst_Dst::TheClocksChange()
     QFETCH(const QString, zone);
     QFETCH(const QString, text);
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), schedule);
-    const CommandCall::Result result = call.Run(
-        {QStringLiteral("dst"), QStringLiteral("s.csv"), QStringLiteral("--from"), QStringLiteral("2024-05-15"),
-         QStringLiteral("--years"), QStringLiteral("1"), QStringLiteral("--tz"), zone});
+    call.Write(u"s.csv"_s, schedule);
+    const CommandCall::Result result =
+        call.Run({u"dst"_s, u"s.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--years"_s, u"1"_s, u"--tz"_s, zone});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output, text);
     QCOMPARE(result.status, 0);
@@ -88,38 +89,34 @@ void tst_Dst::TheClocksChange()
 void tst_Dst::APlaylistIsJoinedLateUnlessItHasPlayedBefore()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), "0000000|02:59:30|30|3|*|||PlayPlaylist|once\n"
-                                        "0000001|02:59:30|*|*|*|||PlayPlaylist|often\n");
-    call.Write(QStringLiteral("once"), "first.mp3;60\nsecond.mp3;60\n");
-    call.Write(QStringLiteral("often"), "first.mp3;60\nsecond.mp3;60\n");
+    call.Write(u"s.csv"_s, "0000000|02:59:30|30|3|*|||PlayPlaylist|once\n"
+                           "0000001|02:59:30|*|*|*|||PlayPlaylist|often\n");
+    call.Write(u"once"_s, "first.mp3;60\nsecond.mp3;60\n");
+    call.Write(u"often"_s, "first.mp3;60\nsecond.mp3;60\n");
     const CommandCall::Result result = call.Run(
-        {QStringLiteral("dst"), QStringLiteral("s.csv"), QStringLiteral("--from"), QStringLiteral("2025-03-01"),
-         QStringLiteral("--years"), QStringLiteral("1"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")});
+        {u"dst"_s, u"s.csv"_s, u"--from"_s, u"2025-03-01"_s, u"--years"_s, u"1"_s, u"--tz"_s, u"Europe/Rome"_s});
     QCOMPARE(result.errors, QString());
-    QCOMPARE(
-        result.output,
-        QStringLiteral("Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
-                       "  line 1, 02:59:30, play the playlist once: is asked for late: at 03:00:00+02:00\n"
-                       "  line 2, 02:59:30, play the playlist often: does not start: the clocks are put forward over "
-                       "02:59:30\n"
-                       "Sun 2025-10-26: at 03:00:00 the clocks are put back to 02:00:00\n"
-                       "  line 2, 02:59:30, play the playlist often: is asked for twice: at 02:59:22+02:00 and "
-                       "02:59:22+01:00\n"));
+    QCOMPARE(result.output,
+             u"Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+             "  line 1, 02:59:30, play the playlist once: is asked for late: at 03:00:00+02:00\n"
+             "  line 2, 02:59:30, play the playlist often: does not start: the clocks are put forward over "
+             "02:59:30\n"
+             "Sun 2025-10-26: at 03:00:00 the clocks are put back to 02:00:00\n"
+             "  line 2, 02:59:30, play the playlist often: is asked for twice: at 02:59:22+02:00 and "
+             "02:59:22+01:00\n"_s);
 }
 
 void tst_Dst::ARejectedLineIsToldAndGivesStatus2()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), "nonsense\n");
+    call.Write(u"s.csv"_s, "nonsense\n");
     const CommandCall::Result result =
-        call.Run({QStringLiteral("dst"), QStringLiteral("s.csv"), QStringLiteral("--from"),
-                  QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("UTC")});
+        call.Run({u"dst"_s, u"s.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--tz"_s, u"UTC"_s});
     QCOMPARE(result.errors,
-             QStringLiteral("s.csv:1: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
-                            "line out\n"));
-    QCOMPARE(result.output,
-             QStringLiteral("From Wed 2024-05-15 to Tue 2029-05-15 every start comes once, on the day that its line "
-                            "names.\n"));
+             u"s.csv:1: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
+             "line out\n"_s);
+    QCOMPARE(result.output, u"From Wed 2024-05-15 to Tue 2029-05-15 every start comes once, on the day that its line "
+                            "names.\n"_s);
     QCOMPARE(result.status, 2);
 }
 

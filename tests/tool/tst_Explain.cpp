@@ -3,6 +3,8 @@
 
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // What the tool says of single lines.
 class tst_Explain final : public QObject
 {
@@ -26,8 +28,8 @@ void tst_Explain::ALineIsSaidInWords_data()
     QTest::addColumn<QString>("words");
 
     const auto days = [](const char* fields, const char* words) {
-        QTest::newRow(fields) << QStringLiteral("%1|StopMessage").arg(QLatin1String(fields))
-                              << QStringLiteral("%1, stop the message that is playing.").arg(QLatin1String(words));
+        QTest::newRow(fields) << u"%1|StopMessage"_s.arg(QLatin1String(fields))
+                              << u"%1, stop the message that is playing."_s.arg(QLatin1String(words));
     };
     days("1111100|08:30:00|*|*|*|20240101|20241231",
          "On Mondays to Fridays at 08:30:00, from 1 January 2024 to 31 December 2024");
@@ -51,8 +53,8 @@ void tst_Explain::ALineIsSaidInWords_data()
     days("1111111|8:5:0|*|*|*||", "Every day at 08:05:00");
 
     const auto task = [](const char* fields, const char* words) {
-        QTest::newRow(fields) << QStringLiteral("1111111|06:00:00|*|*|*|||%1").arg(QLatin1String(fields))
-                              << QStringLiteral("Every day at 06:00:00, %1").arg(QLatin1String(words));
+        QTest::newRow(fields) << u"1111111|06:00:00|*|*|*|||%1"_s.arg(QLatin1String(fields))
+                              << u"Every day at 06:00:00, %1"_s.arg(QLatin1String(words));
     };
     task("Light|40", "switch the lights on with intensity 40.");
     task("Light|0", "switch the lights off.");
@@ -129,7 +131,7 @@ void tst_Explain::ALineIsSaidInWords_data()
     odd("# closed", "A comment, which the daemon skips: a \"#\" stands before its last character.");
     odd("1111111|08:30:00|*|*|*|||StopMessage # in August",
         "A comment, which the daemon skips: a \"#\" stands before its last character.");
-    QTest::newRow("blank") << QStringLiteral(" \t") << "A blank line, which the daemon skips.";
+    QTest::newRow("blank") << u" \t"_s << "A blank line, which the daemon skips.";
 }
 
 void tst_Explain::ALineIsSaidInWords()
@@ -137,7 +139,7 @@ void tst_Explain::ALineIsSaidInWords()
     QFETCH(const QString, line);
     QFETCH(const QString, words);
     const CommandCall call;
-    const CommandCall::Result result = call.Run({QStringLiteral("explain"), line});
+    const CommandCall::Result result = call.Run({u"explain"_s, line});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output, words + u'\n');
     QCOMPARE(result.status, 0);
@@ -146,28 +148,24 @@ void tst_Explain::ALineIsSaidInWords()
 void tst_Explain::ARejectedLineTellsTheDaemonsReason()
 {
     const CommandCall call;
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("explain"), QStringLiteral("1111111|06:00:00|*|*|*|||light|1"), QStringLiteral("a|b"),
-                  QStringLiteral("1111111|06:00:00|*|*|*|||Volume|5")});
-    QCOMPARE(result.errors,
-             QStringLiteral("line 1: error: Unknown task (99): the daemon leaves the line out\n"
+    const CommandCall::Result result = call.Run(
+        {u"explain"_s, u"1111111|06:00:00|*|*|*|||light|1"_s, u"a|b"_s, u"1111111|06:00:00|*|*|*|||Volume|5"_s});
+    QCOMPARE(result.errors, u"line 1: error: Unknown task (99): the daemon leaves the line out\n"
                             "line 2: error: Wrong action fields (2 found, at least 8 expected): the daemon leaves the "
-                            "line out\n"));
-    QCOMPARE(result.output, QStringLiteral("Every day at 06:00:00, set the master volume to 5.\n"));
+                            "line out\n"_s);
+    QCOMPARE(result.output, u"Every day at 06:00:00, set the master volume to 5.\n"_s);
     QCOMPARE(result.status, 2);
 }
 
 void tst_Explain::LinesComeFromStandardInput()
 {
     const CommandCall call;
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("explain"), QStringLiteral("-")},
-                 "# spring\n1111111|06:00:00|*|*|*|||Volume|5\r\n1111111|06:00:00|*|*|*|||StopStream");
+    const CommandCall::Result result = call.Run(
+        {u"explain"_s, u"-"_s}, "# spring\n1111111|06:00:00|*|*|*|||Volume|5\r\n1111111|06:00:00|*|*|*|||StopStream");
     QCOMPARE(result.errors, QString());
-    QCOMPARE(result.output,
-             QStringLiteral("A comment, which the daemon skips: a \"#\" stands before its last character.\n"
+    QCOMPARE(result.output, u"A comment, which the daemon skips: a \"#\" stands before its last character.\n"
                             "Every day at 06:00:00, set the master volume to 5.\n"
-                            "Every day at 06:00:00, stop the stream that is playing.\n"));
+                            "Every day at 06:00:00, stop the stream that is playing.\n"_s);
     QCOMPARE(result.status, 0);
 }
 
@@ -184,31 +182,29 @@ void tst_Explain::StandardInputIsReadAsAFileIs()
 {
     QFETCH(const QByteArray, input);
     const CommandCall call;
-    const CommandCall::Result result = call.Run({QStringLiteral("explain"), QStringLiteral("-")}, input);
+    const CommandCall::Result result = call.Run({u"explain"_s, u"-"_s}, input);
     QCOMPARE(result.errors, QString());
-    QCOMPARE(result.output, QStringLiteral("Every day at 06:00:00, set the master volume to 5.\n").repeated(2));
+    QCOMPARE(result.output, u"Every day at 06:00:00, set the master volume to 5.\n"_s.repeated(2));
 }
 
 void tst_Explain::AKnownPlaylistTellsItsTracks()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("lists/morning"), "intro.mp3;60\nnews today.mp3;30\n");
+    call.Write(u"lists/morning"_s, "intro.mp3;60\nnews today.mp3;30\n");
     const CommandCall::Result result =
-        call.Run({QStringLiteral("explain"), QStringLiteral("--playlists"), QStringLiteral("lists"),
-                  QStringLiteral("1111111|06:00:00|*|*|*|||PlayPlaylist|morning")});
-    QCOMPARE(result.output, QStringLiteral("Every day at 06:00:00, play the playlist morning (2 tracks).\n"));
+        call.Run({u"explain"_s, u"--playlists"_s, u"lists"_s, u"1111111|06:00:00|*|*|*|||PlayPlaylist|morning"_s});
+    QCOMPARE(result.output, u"Every day at 06:00:00, play the playlist morning (2 tracks).\n"_s);
     QCOMPARE(result.status, 0);
 }
 
 void tst_Explain::AMissingPlaylistIsRejectedWhereTheFolderIsKnown()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("lists/morning"), "intro.mp3;60\n");
+    call.Write(u"lists/morning"_s, "intro.mp3;60\n");
     const CommandCall::Result result =
-        call.Run({QStringLiteral("explain"), QStringLiteral("--playlists"), QStringLiteral("lists"),
-                  QStringLiteral("1111111|06:00:00|*|*|*|||PlayPlaylist|evening")});
-    QCOMPARE(result.errors, QStringLiteral("line 1: error: Playlist file open failed (path=lists/evening); TASK "
-                                           "CREATION FAILED: the daemon leaves the line out\n"));
+        call.Run({u"explain"_s, u"--playlists"_s, u"lists"_s, u"1111111|06:00:00|*|*|*|||PlayPlaylist|evening"_s});
+    QCOMPARE(result.errors, u"line 1: error: Playlist file open failed (path=lists/evening); TASK "
+                            "CREATION FAILED: the daemon leaves the line out\n"_s);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.status, 2);
 }
@@ -216,10 +212,10 @@ void tst_Explain::AMissingPlaylistIsRejectedWhereTheFolderIsKnown()
 void tst_Explain::ANameThatLeadsOutOfTheFolderMakesNoFile()
 {
     const CommandCall call;
-    const QString outside = call.Folder() + QStringLiteral("/outside");
-    const QString name = QStringLiteral("../../../../../../../..") + outside;
+    const QString outside = call.Folder() + u"/outside"_s;
+    const QString name = u"../../../../../../../.."_s + outside;
     const CommandCall::Result result =
-        call.Run({QStringLiteral("explain"), QStringLiteral("1111111|06:00:00|*|*|*|||PlayPlaylist|%1").arg(name)});
+        call.Run({u"explain"_s, u"1111111|06:00:00|*|*|*|||PlayPlaylist|%1"_s.arg(name)});
     QCOMPARE(result.status, 2);
     QVERIFY(!QFile::exists(outside));
 }
@@ -228,8 +224,8 @@ void tst_Explain::ControlCharactersAreShownAndNotSent()
 {
     const CommandCall call;
     const CommandCall::Result result =
-        call.Run({QStringLiteral("explain"), QStringLiteral("1111111|06:00:00|*|*|*|||PlayMessage|a\x1b[31mb.mp3")});
-    QCOMPARE(result.output, QStringLiteral("Every day at 06:00:00, play the message a\\x1b[31mb.mp3.\n"));
+        call.Run({u"explain"_s, u"1111111|06:00:00|*|*|*|||PlayMessage|a\x1b[31mb.mp3"_s});
+    QCOMPARE(result.output, u"Every day at 06:00:00, play the message a\\x1b[31mb.mp3.\n"_s);
 }
 
 OZNA_CASE(Explain, tst_Explain)

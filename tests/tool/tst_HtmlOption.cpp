@@ -7,6 +7,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -47,15 +49,13 @@ private:
 
 void HtmlOptionTest::initTestCase()
 {
-    m_call.Write(QStringLiteral("week.csv"), "1111111|08:30:00|*|*|*|||Volume|5\n");
+    m_call.Write(u"week.csv"_s, "1111111|08:30:00|*|*|*|||Volume|5\n");
 }
 
 Outcome HtmlOptionTest::Rehearse(const QStringList& options) const
 {
-    const CommandCall::Result result =
-        m_call.Run(QStringList{QStringLiteral("rehearse"), QStringLiteral("week.csv"), QStringLiteral("--from"),
-                               QStringLiteral("2024-05-15"), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")} +
-                   options);
+    const CommandCall::Result result = m_call.Run(
+        QStringList{u"rehearse"_s, u"week.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--tz"_s, u"Europe/Rome"_s} + options);
     return {result.status, result.output.toUtf8(), result.errors.toUtf8()};
 }
 
@@ -67,11 +67,11 @@ QByteArray HtmlOptionTest::Content(const QString& name) const
 
 void HtmlOptionTest::ThePageOfAWeekIsWritten()
 {
-    const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("page.html")});
+    const Outcome outcome = Rehearse({u"--html"_s, u"page.html"_s});
     QCOMPARE(outcome.error, QByteArray());
     QCOMPARE(outcome.output, QByteArray());
     QCOMPARE(outcome.status, CLEAN);
-    const QByteArray page = Content(QStringLiteral("page.html"));
+    const QByteArray page = Content(u"page.html"_s);
     QVERIFY(page.startsWith("<!DOCTYPE html>"));
     QVERIFY(page.endsWith("</html>\n"));
     QCOMPARE(page.count("data-event=\""), 7);
@@ -81,8 +81,7 @@ void HtmlOptionTest::ThePageOfAWeekIsWritten()
 
 void HtmlOptionTest::DaysMayBeTold()
 {
-    const Outcome outcome =
-        Rehearse({QStringLiteral("--html"), QStringLiteral("-"), QStringLiteral("--days"), QStringLiteral("9")});
+    const Outcome outcome = Rehearse({u"--html"_s, u"-"_s, u"--days"_s, u"9"_s});
     QCOMPARE(outcome.status, CLEAN);
     QCOMPARE(outcome.output.count("data-event=\""), 9);
     QVERIFY(outcome.output.contains("href=\"#week-2\""));
@@ -90,36 +89,36 @@ void HtmlOptionTest::DaysMayBeTold()
 
 void HtmlOptionTest::ADashIsStandardOutput()
 {
-    const QByteArray output = Rehearse({QStringLiteral("--html"), QStringLiteral("-")}).output;
-    QCOMPARE(Rehearse({QStringLiteral("--html"), QStringLiteral("same.html")}).status, CLEAN);
-    QCOMPARE(output, Content(QStringLiteral("same.html")));
-    QVERIFY(!QDir(m_call.Folder()).exists(QStringLiteral("-")));
+    const QByteArray output = Rehearse({u"--html"_s, u"-"_s}).output;
+    QCOMPARE(Rehearse({u"--html"_s, u"same.html"_s}).status, CLEAN);
+    QCOMPARE(output, Content(u"same.html"_s));
+    QVERIFY(!QDir(m_call.Folder()).exists(u"-"_s));
 }
 
 void HtmlOptionTest::APageThatCannotBeWrittenIsTold()
 {
-    const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("nowhere/page.html")});
+    const Outcome outcome = Rehearse({u"--html"_s, u"nowhere/page.html"_s});
     QCOMPARE(outcome.status, FAILED);
     QVERIFY2(outcome.error.startsWith("ozna-schedule: nowhere/page.html: "), outcome.error.constData());
 }
 
 void HtmlOptionTest::WhatStoodThereIsReplacedWhole()
 {
-    const QString name = QStringLiteral("old.html");
+    const QString name = u"old.html"_s;
     QFile file(m_call.Folder() + u'/' + name);
     QVERIFY(file.open(QIODevice::WriteOnly));
     QVERIFY(file.write(QByteArray(1 << 20, 'x')) > 0);
     file.close();
-    QCOMPARE(Rehearse({QStringLiteral("--html"), name}).status, CLEAN);
+    QCOMPARE(Rehearse({u"--html"_s, name}).status, CLEAN);
     QVERIFY(Content(name).endsWith("</html>\n"));
-    QCOMPARE(QDir(m_call.Folder()).entryList({QStringLiteral("old.html*")}), QStringList{name});
+    QCOMPARE(QDir(m_call.Folder()).entryList({u"old.html*"_s}), QStringList{name});
 }
 
 void HtmlOptionTest::WhatIsNoPageIsLeftAlone()
 {
-    const QString pipe = m_call.Folder() + QStringLiteral("/pipe");
+    const QString pipe = m_call.Folder() + u"/pipe"_s;
     QCOMPARE(::mkfifo(qPrintable(pipe), S_IRUSR | S_IWUSR), 0);
-    Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("pipe")});
+    Outcome outcome = Rehearse({u"--html"_s, u"pipe"_s});
     QCOMPARE(outcome.error, QByteArray("ozna-schedule: --html: pipe is not a file\n"));
     QCOMPARE(outcome.status, FAILED);
     struct stat status
@@ -128,33 +127,32 @@ void HtmlOptionTest::WhatIsNoPageIsLeftAlone()
     QCOMPARE(::stat(qPrintable(pipe), &status), 0);
     QVERIFY(S_ISFIFO(status.st_mode));
 
-    const QByteArray schedule = Content(QStringLiteral("week.csv"));
-    outcome =
-        Rehearse({QStringLiteral("--html"), QStringLiteral("../%1/week.csv").arg(QDir(m_call.Folder()).dirName())});
+    const QByteArray schedule = Content(u"week.csv"_s);
+    outcome = Rehearse({u"--html"_s, u"../%1/week.csv"_s.arg(QDir(m_call.Folder()).dirName())});
     QVERIFY2(outcome.error.endsWith("/week.csv is the schedule itself\n"), outcome.error.constData());
     QCOMPARE(outcome.status, FAILED);
-    QCOMPARE(Content(QStringLiteral("week.csv")), schedule);
+    QCOMPARE(Content(u"week.csv"_s), schedule);
 }
 
 void HtmlOptionTest::OneFormAtATime_data()
 {
     QTest::addColumn<QString>("other");
-    QTest::newRow("json") << QStringLiteral("--json");
-    QTest::newRow("csv") << QStringLiteral("--csv");
+    QTest::newRow("json") << u"--json"_s;
+    QTest::newRow("csv") << u"--csv"_s;
 }
 
 void HtmlOptionTest::OneFormAtATime()
 {
     QFETCH(const QString, other);
-    const Outcome outcome = Rehearse({QStringLiteral("--html"), QStringLiteral("none.html"), other});
+    const Outcome outcome = Rehearse({u"--html"_s, u"none.html"_s, other});
     QCOMPARE(outcome.status, FAILED);
     QVERIFY(outcome.error.contains("exclude each other"));
-    QVERIFY(!QDir(m_call.Folder()).exists(QStringLiteral("none.html")));
+    QVERIFY(!QDir(m_call.Folder()).exists(u"none.html"_s));
 }
 
 void HtmlOptionTest::TheHelpFitsAScreen()
 {
-    const QList<QByteArray> lines = Rehearse({QStringLiteral("--help")}).output.split('\n');
+    const QList<QByteArray> lines = Rehearse({u"--help"_s}).output.split('\n');
     QVERIFY2(lines.size() > 10 && lines.size() <= 24, qPrintable(QString::number(lines.size())));
     for (const QByteArray& line : lines)
         QVERIFY2(line.size() <= 80, line.constData());

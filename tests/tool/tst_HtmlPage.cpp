@@ -10,6 +10,8 @@
 
 #include <memory>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -104,7 +106,7 @@ void HtmlPageTest::EveryEventIsThereWithItsDetails()
     QCOMPARE(m_browser->Console(), QStringList());
     QStringList shown = expected;
     // No terminal's control character reaches the page.
-    shown.replaceInStrings(QStringLiteral("\x1b"), QStringLiteral("\\x1b"));
+    shown.replaceInStrings(u"\x1b"_s, u"\\x1b"_s);
     QCOMPARE(TextDiff(shown, found, "events"), QByteArray());
 }
 
@@ -112,20 +114,20 @@ void HtmlPageTest::AnErrorOnTheConsoleIsSeen()
 {
     m_browser->Open(WithScript(PageTest(WEEK, 1).Page(), "throw new Error('deliberate');"));
     QCOMPARE(m_browser->Console().size(), 1);
-    QVERIFY2(m_browser->Console()[0].contains(QLatin1String("deliberate")), qPrintable(m_browser->Console()[0]));
+    QVERIFY2(m_browser->Console()[0].contains("deliberate"_L1), qPrintable(m_browser->Console()[0]));
 }
 
 void HtmlPageTest::ThePageLoadsNothing()
 {
     const QByteArray page = PageTest(WEEK, 1).Page();
-    static const QRegularExpression LOADING(QStringLiteral(
-        "<(link|img|iframe|object|embed|base|form|audio|video)\\b|\\ssrc=|\\shref=\"[^#]|url\\(|@import|@font-face|"
-        "\\bfetch\\(|XMLHttpRequest|WebSocket|\\bimport\\b|sendBeacon"));
+    static const QRegularExpression LOADING(
+        u"<(link|img|iframe|object|embed|base|form|audio|video)\\b|\\ssrc=|\\shref=\"[^#]|url\\(|@import|@font-face|"
+        "\\bfetch\\(|XMLHttpRequest|WebSocket|\\bimport\\b|sendBeacon"_s);
     const QRegularExpressionMatch match = LOADING.match(QString::fromUtf8(page));
     QVERIFY2(!match.hasMatch(), qPrintable(match.captured()));
     QVERIFY(page.contains("content=\"default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'\""));
     m_browser->Open(page);
-    QCOMPARE(m_browser->Run(PageScripts::LOADED), QStringLiteral("0"));
+    QCOMPARE(m_browser->Run(PageScripts::LOADED), u"0"_s);
 }
 
 void HtmlPageTest::WhatWouldBeLoadedIsRefused()
@@ -133,8 +135,7 @@ void HtmlPageTest::WhatWouldBeLoadedIsRefused()
     m_browser->Open(
         WithScript(PageTest(WEEK, 1).Page(), "document.body.append(Object.assign(new Image(), { src: 'page.png' }));"));
     QCOMPARE(m_browser->Console().size(), 1);
-    QVERIFY2(m_browser->Console()[0].contains(QLatin1String("Content Security Policy")),
-             qPrintable(m_browser->Console()[0]));
+    QVERIFY2(m_browser->Console()[0].contains("Content Security Policy"_L1), qPrintable(m_browser->Console()[0]));
 }
 
 void HtmlPageTest::TextOfTheScheduleIsNoMarkup()
@@ -156,12 +157,12 @@ void HtmlPageTest::DetailsFollowFocusKeysAndPointer()
                         "1111111|10:00:00|*|*|*|||PlayPlaylist|two & <three>\n",
                         2, "2024-03-29T07:00");
     m_browser->Open(test.Page());
-    const QString radio = QStringLiteral("Fri 29 March, 08:00:00: Radio 98.5 MHz");
-    const QString playlist = QStringLiteral("Fri 29 March, 10:00:00: Playlist two & <three>");
-    const QString tomorrow = QString(playlist).replace(QLatin1String("Fri 29"), QLatin1String("Sat 30"));
-    const QString nothing = QStringLiteral("nothing");
+    const QString radio = u"Fri 29 March, 08:00:00: Radio 98.5 MHz"_s;
+    const QString playlist = u"Fri 29 March, 10:00:00: Playlist two & <three>"_s;
+    const QString tomorrow = QString(playlist).replace("Fri 29"_L1, "Sat 30"_L1);
+    const QString nothing = u"nothing"_s;
     const QList<QPair<const char*, QString>> steps{
-        {"Tab", radio},           {"Tab", QStringLiteral("Fri 29 March, 09:00:00: Volume 1.0")},
+        {"Tab", radio},           {"Tab", u"Fri 29 March, 09:00:00: Volume 1.0"_s},
         {"ArrowUp", radio},       {"ArrowUp", radio},
         {"ArrowLeft", radio},     {"End", playlist},
         {"ArrowRight", tomorrow}, {"ArrowLeft", playlist},
@@ -177,7 +178,7 @@ void HtmlPageTest::DetailsFollowFocusKeysAndPointer()
     }
     QCOMPARE(m_browser->Run(PageScripts::POINT), QString());
     QCOMPARE(m_browser->Run(PageScripts::SHOWN), playlist);
-    QCOMPARE(m_browser->Run(PageScripts::REACHED), QStringLiteral("7 entries, 0 bad"));
+    QCOMPARE(m_browser->Run(PageScripts::REACHED), u"7 entries, 0 bad"_s);
     QCOMPARE(m_browser->Console(), QStringList());
 }
 
@@ -195,7 +196,7 @@ void HtmlPageTest::TextIsToldFromItsBackground()
     QFETCH(const Browser::Look, look);
     const QByteArray page = PageTest(WEEK, 3, "2024-03-29T09:05").Page();
     m_browser->Open(page, look);
-    QCOMPARE(m_browser->Run(PageScripts::CONTRASTS), QStringLiteral("many looked at, none bad"));
+    QCOMPARE(m_browser->Run(PageScripts::CONTRASTS), u"many looked at, none bad"_s);
     QCOMPARE(m_browser->Console(), QStringList());
 }
 
@@ -204,7 +205,7 @@ void HtmlPageTest::PaperHasEveryEventAndNothingToOperate()
     const PageTest test(WEEK, 8);
     m_browser->Open(test.Page(), Browser::Look::PAPER);
     const qsizetype events = test.Events().size();
-    QCOMPARE(m_browser->Run(PageScripts::PRINTED), QStringLiteral("%1 events, %1 details, 0 others").arg(events));
+    QCOMPARE(m_browser->Run(PageScripts::PRINTED), u"%1 events, %1 details, 0 others"_s.arg(events));
 }
 
 void HtmlPageTest::EntriesOfTheSameSecondDoNotCoverOneAnother_data()
@@ -222,7 +223,7 @@ void HtmlPageTest::EntriesOfTheSameSecondDoNotCoverOneAnother()
         lines += "1111111|23:59:50|*|*|*|||Volume|1\n1111111|08:00:00|*|*|*|||Volume|2\n";
     const QByteArray page = PageTest(lines, 2).Page();
     m_browser->Open(page, look);
-    QCOMPARE(m_browser->Run(PageScripts::OVERLAPS), QStringLiteral("120 entries, 0 covered"));
+    QCOMPARE(m_browser->Run(PageScripts::OVERLAPS), u"120 entries, 0 covered"_s);
     QCOMPARE(m_browser->Console(), QStringList());
 }
 
@@ -230,7 +231,7 @@ void HtmlPageTest::TenThousandEventsAreShown()
 {
     QByteArray lines;
     for (int i = 0; i * MANY_DAYS < MANY; ++i)
-        lines += "1111111|" + QTime(6, 0).addSecs(i * 60).toString(QStringLiteral("HH:mm:ss")).toLatin1() +
+        lines += "1111111|" + QTime(6, 0).addSecs(i * 60).toString(u"HH:mm:ss"_s).toLatin1() +
                  "|*|*|*|||PlayMessage|message " + QByteArray::number(i) + ".mp3,50\n";
     const PageTest test(lines, MANY_DAYS, "2024-03-29");
     const QStringList expected = test.Events();

@@ -4,6 +4,8 @@
 #include <QDateTime>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // The next starts as a timetable, whole.
 class tst_Next final : public QObject
 {
@@ -81,11 +83,10 @@ void tst_Next::TheNextStartsComeInOrder()
     QFETCH(const int, count);
     QFETCH(const QString, table);
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), schedule);
-    call.Write(QStringLiteral("night"), "first.mp3;60\nsecond.mp3;60\n");
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"), from, QStringLiteral("-n"),
-                  QString::number(count), QStringLiteral("--tz"), QStringLiteral("Europe/Rome")});
+    call.Write(u"s.csv"_s, schedule);
+    call.Write(u"night"_s, "first.mp3;60\nsecond.mp3;60\n");
+    const CommandCall::Result result = call.Run(
+        {u"next"_s, u"s.csv"_s, u"--from"_s, from, u"-n"_s, QString::number(count), u"--tz"_s, u"Europe/Rome"_s});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output, table);
     QCOMPARE(result.status, 0);
@@ -94,9 +95,8 @@ void tst_Next::TheNextStartsComeInOrder()
 void tst_Next::TenStartsAreShownUnlessTold()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), "1111111|06:00:00|*|*|*|||Volume|5\n");
-    const CommandCall::Result result = call.Run(
-        {QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"), QStringLiteral("2024-05-15")});
+    call.Write(u"s.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\n");
+    const CommandCall::Result result = call.Run({u"next"_s, u"s.csv"_s, u"--from"_s, u"2024-05-15"_s});
     QCOMPARE(result.output.count(u'\n'), 10);
 }
 
@@ -104,41 +104,35 @@ void tst_Next::ItBeginsNowUnlessTold()
 {
     const CommandCall call;
     const QDateTime due = QDateTime::currentDateTimeUtc().addSecs(7200);
-    call.Write(QStringLiteral("s.csv"),
-               "1111111|" + due.toString(QStringLiteral("HH:mm:ss")).toLatin1() + "|*|*|*|||Volume|5\n");
-    const CommandCall::Result result = call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("-n"),
-                                                 QStringLiteral("1"), QStringLiteral("--tz"), QStringLiteral("UTC")});
-    const QString moment = QLocale::c().toString(due, QStringLiteral("ddd yyyy-MM-dd HH:mm:ss"));
-    QVERIFY2(result.output.startsWith(moment + QStringLiteral("  in 2 h ")) ||
-                 result.output.startsWith(moment + QStringLiteral("  in 1 h 59 min ")),
+    call.Write(u"s.csv"_s, "1111111|" + due.toString(u"HH:mm:ss"_s).toLatin1() + "|*|*|*|||Volume|5\n");
+    const CommandCall::Result result = call.Run({u"next"_s, u"s.csv"_s, u"-n"_s, u"1"_s, u"--tz"_s, u"UTC"_s});
+    const QString moment = QLocale::c().toString(due, u"ddd yyyy-MM-dd HH:mm:ss"_s);
+    QVERIFY2(result.output.startsWith(moment + u"  in 2 h "_s) ||
+                 result.output.startsWith(moment + u"  in 1 h 59 min "_s),
              qPrintable(result.output));
 }
 
 void tst_Next::ARejectedLineIsToldAndGivesStatus2()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), "1111111|06:00:00|*|*|*|||Volume|5\nnonsense\n");
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("--from"),
-                  QStringLiteral("2024-05-15"), QStringLiteral("-n"), QStringLiteral("1")});
+    call.Write(u"s.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\nnonsense\n");
+    const CommandCall::Result result = call.Run({u"next"_s, u"s.csv"_s, u"--from"_s, u"2024-05-15"_s, u"-n"_s, u"1"_s});
     QCOMPARE(result.errors,
-             QStringLiteral("s.csv:2: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
-                            "line out\n"));
+             u"s.csv:2: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
+             "line out\n"_s);
     QCOMPARE(result.output.count(u'\n'), 1);
     QCOMPARE(result.status, 2);
 
-    call.Write(QStringLiteral("a%2%3.csv"), "nonsense\n");
-    QVERIFY(call.Run({QStringLiteral("next"), QStringLiteral("a%2%3.csv")})
-                .errors.startsWith(QLatin1String("a%2%3.csv:1: error: Wrong action fields ")));
+    call.Write(u"a%2%3.csv"_s, "nonsense\n");
+    QVERIFY(call.Run({u"next"_s, u"a%2%3.csv"_s}).errors.startsWith("a%2%3.csv:1: error: Wrong action fields "_L1));
 }
 
 void tst_Next::ANumberThatIsNoneIsRefused()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("s.csv"), "");
-    const CommandCall::Result result =
-        call.Run({QStringLiteral("next"), QStringLiteral("s.csv"), QStringLiteral("-n"), QStringLiteral("0")});
-    QCOMPARE(result.errors, QStringLiteral("ozna-schedule: -n: a number from 1 to 10000 is expected, not \"0\"\n"));
+    call.Write(u"s.csv"_s, "");
+    const CommandCall::Result result = call.Run({u"next"_s, u"s.csv"_s, u"-n"_s, u"0"_s});
+    QCOMPARE(result.errors, u"ozna-schedule: -n: a number from 1 to 10000 is expected, not \"0\"\n"_s);
     QCOMPARE(result.status, 3);
 }
 

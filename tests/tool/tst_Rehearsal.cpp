@@ -15,6 +15,8 @@
 #include <numeric>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -27,8 +29,7 @@ QStringList Requests(const Rehearsal& rehearsal)
     for (const Event& event : rehearsal.Events())
     {
         for (const Request& request : event.requests)
-            texts.append(
-                QStringLiteral("%1 line %2: %3").arg(request.moment_ms).arg(event.lineNumber).arg(request.Text()));
+            texts.append(u"%1 line %2: %3"_s.arg(request.moment_ms).arg(event.lineNumber).arg(request.Text()));
     }
     return texts;
 }
@@ -41,8 +42,7 @@ QStringList Starts(const Rehearsal& rehearsal)
     {
         if (event.kind != EventKind::MISSED)
             texts.append(
-                QStringLiteral("%1 line %2: kind %3, due %4, delay %5, forced %6, repeated %7, %8 to %9 by %10")
-                    .arg(event.moment_ms)
+                u"%1 line %2: kind %3, due %4, delay %5, forced %6, repeated %7, %8 to %9 by %10"_s.arg(event.moment_ms)
                     .arg(event.lineNumber)
                     .arg(static_cast<int>(event.kind))
                     .arg(event.due_ms)
@@ -63,7 +63,7 @@ QStringList Missed(const Rehearsal& rehearsal)
     for (const Event& event : rehearsal.Events())
     {
         if (event.kind == EventKind::MISSED)
-            texts.append(QStringLiteral("%1 line %2: %3").arg(event.due_ms).arg(event.lineNumber).arg(event.reason));
+            texts.append(u"%1 line %2: %3"_s.arg(event.due_ms).arg(event.lineNumber).arg(event.reason));
     }
     return texts;
 }
@@ -79,7 +79,7 @@ QStringList WronglyMissed(const Rehearsal& rehearsal)
                    event.due_ms == missed.due_ms;
         });
         if (missed.kind == EventKind::MISSED && isStarted)
-            texts.append(QStringLiteral("%1 line %2").arg(missed.due_ms).arg(missed.lineNumber));
+            texts.append(u"%1 line %2"_s.arg(missed.due_ms).arg(missed.lineNumber));
     }
     return texts;
 }
@@ -87,7 +87,7 @@ QStringList WronglyMissed(const Rehearsal& rehearsal)
 // How many starts the records of missed ones tell, those that are counted together included.
 qsizetype Counted(const QStringList& records)
 {
-    static const QRegularExpression OTHERS(QStringLiteral("^MISSED actions: ([0-9]+) others"));
+    static const QRegularExpression OTHERS(u"^MISSED actions: ([0-9]+) others"_s);
     return std::accumulate(records.begin(), records.end(), qsizetype{0}, [](qsizetype count, const QString& record) {
         const QString others = OTHERS.match(record).captured(1);
         return count + (others.isEmpty() ? 1 : others.toInt());
@@ -99,9 +99,9 @@ qsizetype Counted(const QStringList& records)
 qsizetype Behind(const QStringList& records, QTime end)
 {
     constexpr int DECIDING_S = 30;
-    static const QRegularExpression DUE(QStringLiteral(" due at (?:[-0-9]+ )?([:0-9]+): "));
+    static const QRegularExpression DUE(u" due at (?:[-0-9]+ )?([:0-9]+): "_s);
     const auto isBefore = [end](const QString& record) {
-        const int after_s = end.secsTo(QTime::fromString(DUE.match(record).captured(1), QStringLiteral("HH:mm:ss")));
+        const int after_s = end.secsTo(QTime::fromString(DUE.match(record).captured(1), u"HH:mm:ss"_s));
         return after_s < 0 || after_s > DECIDING_S;
     };
     return std::distance(records.rbegin(), std::ranges::find_if(records.rbegin(), records.rend(), isBefore));
@@ -128,17 +128,16 @@ struct RandomPlan
             plan.disturbances.push_back({std::max<qint64>(after_ms, 0), step_ms});
         }
         std::ranges::sort(plan.disturbances, {}, &Rehearsal::Disturbance::after_ms);
-        static const QStringList PEERS{QStringLiteral("soundmanager"), QStringLiteral("lightmanager"),
-                                       QStringLiteral("photomanager"), QStringLiteral("networkmanager")};
+        static const QStringList PEERS{u"soundmanager"_s, u"lightmanager"_s, u"photomanager"_s, u"networkmanager"_s};
         if (below(2) == 0)
             plan.silentPeers.append(PEERS[below(PEERS.size())]);
     }
 
     [[nodiscard]] QByteArray Text() const
     {
-        QString text = QStringLiteral("from %1, silent: %2").arg(plan.start_ms).arg(plan.silentPeers.join(u' '));
+        QString text = u"from %1, silent: %2"_s.arg(plan.start_ms).arg(plan.silentPeers.join(u' '));
         for (const Rehearsal::Disturbance& disturbance : plan.disturbances)
-            text += QStringLiteral("\nafter %1: %2").arg(disturbance.after_ms).arg(disturbance.step_ms);
+            text += u"\nafter %1: %2"_s.arg(disturbance.after_ms).arg(disturbance.step_ms);
         return text.toUtf8();
     }
 
@@ -245,7 +244,7 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
     QStringList logged;
     for (const DaemonRecord& record : log.Take())
     {
-        if (record.text.startsWith(QLatin1String("MISSED action")))
+        if (record.text.startsWith("MISSED action"_L1))
             logged.append(record.text);
     }
     const QByteArray difference = TextDiff(expected, missed, "missed start");
@@ -254,7 +253,7 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
     QVERIFY(difference.isEmpty());
     QCOMPARE(Counted(logged) - Behind(logged, slow.End()), expected.size());
     for (const QString& text : expected)
-        ++m_causes[text.section(QLatin1String(": "), 1)];
+        ++m_causes[text.section(": "_L1, 1)];
 }
 
 void RehearsalTest::OneMayEndItInTheMiddleOfADay()

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // `ozna-schedule rehearse` as its users run it: each folder of tests/data/rehearse has a schedule, the arguments, and
 // what comes of it, to the letter.
 class RehearseTest final : public QObject
@@ -37,7 +39,7 @@ constexpr int STATUS_ERRORS = 2;
 constexpr int STATUS_FAILED = 3;
 
 const QString DATA = QStringLiteral(OZNA_SOURCES "/tests/data/rehearse");
-const QString SCHEDULE = QStringLiteral("schedule.csv");
+const QString SCHEDULE = u"schedule.csv"_s;
 
 QByteArray Content(const QDir& folder, const char* name)
 {
@@ -55,7 +57,7 @@ QByteArray Difference(const QByteArray& expected, const QByteArray& found, const
 
 RehearseTest::Outcome RehearseTest::Run(const QString& folder, const QStringList& arguments)
 {
-    const CommandCall::Result result = CommandCall(folder).Run(QStringList{QStringLiteral("rehearse")} + arguments);
+    const CommandCall::Result result = CommandCall(folder).Run(QStringList{u"rehearse"_s} + arguments);
     return {result.output.toUtf8(), result.errors.toUtf8(), result.status};
 }
 
@@ -84,19 +86,18 @@ void RehearseTest::ARehearsalIsShownAsExpected()
 void RehearseTest::ANameWithAPercentSignIsShownAsItStands()
 {
     const CommandCall call;
-    call.Write(QStringLiteral("a%1.csv"), "nonsense\n1111111|08:00:00|*|*|*|||PlayPlaylist|p%1\n");
-    call.Write(QStringLiteral("p%1"), "first.mp3;60\nsecond.mp3;60\nthird.mp3;60\n");
+    call.Write(u"a%1.csv"_s, "nonsense\n1111111|08:00:00|*|*|*|||PlayPlaylist|p%1\n");
+    call.Write(u"p%1"_s, "first.mp3;60\nsecond.mp3;60\nthird.mp3;60\n");
     const CommandCall::Result result =
-        call.Run({QStringLiteral("rehearse"), QStringLiteral("a%1.csv"), QStringLiteral("--tz"), QStringLiteral("UTC"),
-                  QStringLiteral("--start-at"), QStringLiteral("2024-05-15T08:01")});
-    QVERIFY2(result.errors.startsWith(QStringLiteral("a%1.csv:1: error: ")), qPrintable(result.errors));
-    QVERIFY2(result.output.contains(QStringLiteral("p%1 from track 3 ")), qPrintable(result.output));
+        call.Run({u"rehearse"_s, u"a%1.csv"_s, u"--tz"_s, u"UTC"_s, u"--start-at"_s, u"2024-05-15T08:01"_s});
+    QVERIFY2(result.errors.startsWith(u"a%1.csv:1: error: "_s), qPrintable(result.errors));
+    QVERIFY2(result.output.contains(u"p%1 from track 3 "_s), qPrintable(result.output));
     QCOMPARE(result.status, STATUS_ERRORS);
 }
 
 void RehearseTest::AFileThatIsMissingIsNamed()
 {
-    const Outcome outcome = Run(QDir::rootPath(), {QStringLiteral("no/such.csv")});
+    const Outcome outcome = Run(QDir::rootPath(), {u"no/such.csv"_s});
     QCOMPARE(outcome.errors, QByteArray("ozna-schedule: no/such.csv: No such file or directory\n"));
     QCOMPARE(outcome.output, QByteArray());
     QCOMPARE(outcome.status, STATUS_FAILED);
@@ -113,7 +114,7 @@ void RehearseTest::AMomentThatIsNoneIsNamed_data()
 void RehearseTest::AMomentThatIsNoneIsNamed()
 {
     QFETCH(const QString, moment);
-    const Outcome outcome = Run(DATA + QStringLiteral("/risk"), {SCHEDULE, QStringLiteral("--from"), moment});
+    const Outcome outcome = Run(DATA + u"/risk"_s, {SCHEDULE, u"--from"_s, moment});
     QCOMPARE(outcome.errors, QByteArray("ozna-schedule: --from: a moment like 2024-05-15 or 2024-05-15T08:30:00 is "
                                         "expected, not \"") +
                                  moment.toUtf8() + "\"\n");

@@ -10,6 +10,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 // What becomes of a command that is ended before its end: by Ctrl-C and other signals, or by its reader. And the bar
 // that shows how far it is.
 class tst_ToolEnds final : public QObject
@@ -35,13 +37,8 @@ namespace
 const QString TOOL = QStringLiteral(OZNA_TOOL);
 const QByteArray BAR = QByteArrayLiteral("\r[");
 const QByteArray BAR_GONE = QByteArrayLiteral("\r\x1b[K");
-const QStringList LONG_REHEARSAL{TOOL,
-                                 QStringLiteral("rehearse"),
-                                 QStringLiteral("long.csv"),
-                                 QStringLiteral("--start-at"),
-                                 QStringLiteral("2024-05-15"),
-                                 QStringLiteral("--days"),
-                                 QStringLiteral("36600")};
+const QStringList LONG_REHEARSAL{TOOL,        u"rehearse"_s, u"long.csv"_s, u"--start-at"_s, u"2024-05-15"_s,
+                                 u"--days"_s, u"36600"_s};
 constexpr int DEADLINE_MS = 40000;
 constexpr int BAR_MS = 2000; // after which a bar shows for sure
 constexpr int LONG_LINES = 500;
@@ -49,11 +46,10 @@ constexpr int LONG_LINES = 500;
 // Whether the process has a handler for the signal: without one it would just be killed.
 bool Catches(qint64 process, int signal)
 {
-    QFile status(QStringLiteral("/proc/%1/status").arg(process));
+    QFile status(u"/proc/%1/status"_s.arg(process));
     if (!status.open(QIODevice::ReadOnly))
         return false;
-    static const QRegularExpression CAUGHT(QStringLiteral("^SigCgt:\\s*([0-9a-f]+)$"),
-                                           QRegularExpression::MultilineOption);
+    static const QRegularExpression CAUGHT(u"^SigCgt:\\s*([0-9a-f]+)$"_s, QRegularExpression::MultilineOption);
     const QString mask = CAUGHT.match(QString::fromLatin1(status.readAll())).captured(1);
     return (mask.toULongLong(nullptr, 16) >> (signal - 1) & 1U) != 0;
 }
@@ -64,28 +60,26 @@ void tst_ToolEnds::WriteLongSchedule() const
 {
     QByteArray schedule;
     for (int i = 0; i < LONG_LINES; ++i)
-        schedule += QStringLiteral("1111111|%1:%2:30|*|*|*|||Volume|%3\n")
-                        .arg(i % 24, 2, 10, QLatin1Char('0'))
-                        .arg(i % 60, 2, 10, QLatin1Char('0'))
+        schedule += u"1111111|%1:%2:30|*|*|*|||Volume|%3\n"_s.arg(i % 24, 2, 10, '0'_L1)
+                        .arg(i % 60, 2, 10, '0'_L1)
                         .arg(i)
                         .toLatin1();
-    m_call.Write(QStringLiteral("long.csv"), schedule);
+    m_call.Write(u"long.csv"_s, schedule);
 }
 
 void tst_ToolEnds::AReaderThatEndsEarlyLeavesNothingBehind()
 {
     // Far more than a pipe holds.
-    m_call.Write(QStringLiteral("wrong.csv"), QByteArray("nonsense\n").repeated(10000));
-    QVERIFY(QDir(m_call.Folder()).mkpath(QStringLiteral("temporary")));
-    const QString command = QStringLiteral("{ TMPDIR=temporary %1 check wrong.csv; echo $? >status; } | head -n 1");
-    const CommandCall::Result result =
-        m_call.RunProgram(QStringLiteral("sh"), {QStringLiteral("-c"), command.arg(TOOL)});
-    QVERIFY2(result.output.startsWith(QLatin1String("wrong.csv:1: error: ")), qPrintable(result.output));
+    m_call.Write(u"wrong.csv"_s, QByteArray("nonsense\n").repeated(10000));
+    QVERIFY(QDir(m_call.Folder()).mkpath(u"temporary"_s));
+    const QString command = u"{ TMPDIR=temporary %1 check wrong.csv; echo $? >status; } | head -n 1"_s;
+    const CommandCall::Result result = m_call.RunProgram(u"sh"_s, {u"-c"_s, command.arg(TOOL)});
+    QVERIFY2(result.output.startsWith("wrong.csv:1: error: "_L1), qPrintable(result.output));
     QCOMPARE(result.errors, QString());
-    QFile status(m_call.Folder() + QStringLiteral("/status"));
+    QFile status(m_call.Folder() + u"/status"_s);
     QVERIFY(status.open(QIODevice::ReadOnly));
     QCOMPARE(status.readAll().trimmed(), QByteArray("2"));
-    QVERIFY(QDir(m_call.Folder() + QStringLiteral("/temporary")).isEmpty());
+    QVERIFY(QDir(m_call.Folder() + u"/temporary"_s).isEmpty());
 }
 
 void tst_ToolEnds::ASignalLeavesNothingBehind_data()
@@ -102,7 +96,7 @@ void tst_ToolEnds::ASignalLeavesNothingBehind()
     const QTemporaryDir temporary;
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("TMPDIR"), temporary.path());
+    environment.insert(u"TMPDIR"_s, temporary.path());
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(m_call.Folder());
     process.start(LONG_REHEARSAL.first(), LONG_REHEARSAL.mid(1));
@@ -122,8 +116,7 @@ void tst_ToolEnds::OnATerminalABarShowsAndCtrlCEndsIt()
     WriteLongSchedule();
     QProcess process;
     process.setWorkingDirectory(m_call.Folder());
-    process.start(QStringLiteral("script"),
-                  {QStringLiteral("-qec"), LONG_REHEARSAL.join(u' '), QStringLiteral("/dev/null")});
+    process.start(u"script"_s, {u"-qec"_s, LONG_REHEARSAL.join(u' '), u"/dev/null"_s});
     QByteArray output;
     QTRY_VERIFY_WITH_TIMEOUT((output += process.readAllStandardOutput()).contains(BAR), DEADLINE_MS);
     process.write("\x03");

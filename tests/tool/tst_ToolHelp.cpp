@@ -5,6 +5,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
+using namespace Qt::StringLiterals;
+
 // What all commands have in common: help, refusals, colours.
 class tst_ToolHelp final : public QObject
 {
@@ -27,8 +29,8 @@ namespace
 {
 
 const QString TOOL = QStringLiteral(OZNA_TOOL);
-const QString HELP = QStringLiteral("--help");
-const QString ESCAPE = QStringLiteral("\x1b[");
+const QString HELP = u"--help"_s;
+const QString ESCAPE = u"\x1b["_s;
 constexpr int HEIGHT = 24;
 constexpr int WIDTH = 80;
 
@@ -36,22 +38,22 @@ constexpr int WIDTH = 80;
 
 CommandCall::Result tst_ToolHelp::RunOnTerminal(const QString& command) const
 {
-    return m_call.RunProgram(QStringLiteral("script"), {QStringLiteral("-qec"), command, QStringLiteral("/dev/null")});
+    return m_call.RunProgram(u"script"_s, {u"-qec"_s, command, u"/dev/null"_s});
 }
 
 void tst_ToolHelp::EveryHelpFitsATerminal()
 {
     const QStringList commands = ToolHelp::Commands(m_call);
     QVERIFY(commands.size() >= 5);
-    QList<QStringList> calls{{HELP}, {QStringLiteral("-h")}};
+    QList<QStringList> calls{{HELP}, {u"-h"_s}};
     for (const QString& command : commands)
-        calls.append({{command, HELP}, {command, QStringLiteral("-h")}});
+        calls.append({{command, HELP}, {command, u"-h"_s}});
     for (const QStringList& arguments : calls)
     {
         const CommandCall::Result result = m_call.Run(arguments);
         const QString told = arguments.join(u' ');
         QVERIFY2(result.status == 0 && result.errors.isEmpty(), qPrintable(told));
-        QVERIFY2(result.output.startsWith(QLatin1String("Usage: ozna-schedule ")), qPrintable(told));
+        QVERIFY2(result.output.startsWith("Usage: ozna-schedule "_L1), qPrintable(told));
         const QStringList lines = result.output.split(u'\n');
         QVERIFY2(lines.size() - 1 <= HEIGHT, qPrintable(told));
         for (const QString& line : lines)
@@ -61,11 +63,10 @@ void tst_ToolHelp::EveryHelpFitsATerminal()
 
 void tst_ToolHelp::TheVersionIsTold()
 {
-    const CommandCall::Result result = m_call.Run({QStringLiteral("--version")});
+    const CommandCall::Result result = m_call.Run({u"--version"_s});
     QCOMPARE(result.status, 0);
-    QVERIFY2(
-        QRegularExpression(QStringLiteral("^ozna-schedule \\d+\\.\\d+\\.\\d+\\n$")).match(result.output).hasMatch(),
-        qPrintable(result.output));
+    QVERIFY2(QRegularExpression(u"^ozna-schedule \\d+\\.\\d+\\.\\d+\\n$"_s).match(result.output).hasMatch(),
+             qPrintable(result.output));
 }
 
 void tst_ToolHelp::WhatIsUnknownIsRefused_data()
@@ -75,7 +76,7 @@ void tst_ToolHelp::WhatIsUnknownIsRefused_data()
 
     const auto row = [](const char* arguments, const char* message) {
         QTest::newRow(arguments) << QString::fromLatin1(arguments).split(u' ', Qt::SkipEmptyParts)
-                                 << QStringLiteral("ozna-schedule: %1\n").arg(QLatin1String(message));
+                                 << u"ozna-schedule: %1\n"_s.arg(QLatin1String(message));
     };
     row("", "a command is missing\nsee ozna-schedule --help");
     row("play s.csv", "no command \"play\"\nsee ozna-schedule --help");
@@ -101,7 +102,7 @@ void tst_ToolHelp::WhatIsUnknownIsRefused()
 {
     QFETCH(const QStringList, arguments);
     QFETCH(const QString, message);
-    m_call.Write(QStringLiteral("s.csv"), "");
+    m_call.Write(u"s.csv"_s, "");
     const CommandCall::Result result = m_call.Run(arguments);
     QCOMPARE(result.errors, message);
     QCOMPARE(result.output, QString());
@@ -110,15 +111,15 @@ void tst_ToolHelp::WhatIsUnknownIsRefused()
 
 void tst_ToolHelp::ColoursAreForTerminalsAlone()
 {
-    m_call.Write(QStringLiteral("s.csv"), "1111111|08:30:00|*|*|*|||Volume|5\n");
-    const QString rehearse = TOOL + QStringLiteral(" rehearse s.csv --from 2024-05-15");
-    QVERIFY(RunOnTerminal(QStringLiteral("env -u NO_COLOR TERM=xterm ") + rehearse).output.contains(ESCAPE));
-    QVERIFY(!RunOnTerminal(QStringLiteral("env NO_COLOR=1 TERM=xterm ") + rehearse).output.contains(ESCAPE));
-    QVERIFY(!RunOnTerminal(QStringLiteral("env -u NO_COLOR TERM=dumb ") + rehearse).output.contains(ESCAPE));
-    const QString piped = QStringLiteral("env -u NO_COLOR TERM=xterm %1 | cat").arg(rehearse);
+    m_call.Write(u"s.csv"_s, "1111111|08:30:00|*|*|*|||Volume|5\n");
+    const QString rehearse = TOOL + u" rehearse s.csv --from 2024-05-15"_s;
+    QVERIFY(RunOnTerminal(u"env -u NO_COLOR TERM=xterm "_s + rehearse).output.contains(ESCAPE));
+    QVERIFY(!RunOnTerminal(u"env NO_COLOR=1 TERM=xterm "_s + rehearse).output.contains(ESCAPE));
+    QVERIFY(!RunOnTerminal(u"env -u NO_COLOR TERM=dumb "_s + rehearse).output.contains(ESCAPE));
+    const QString piped = u"env -u NO_COLOR TERM=xterm %1 | cat"_s.arg(rehearse);
     const CommandCall::Result result = RunOnTerminal(piped);
     QVERIFY(!result.output.contains(ESCAPE));
-    QVERIFY2(result.output.contains(QLatin1String("SetMasterVolume(5.0)")), qPrintable(result.output));
+    QVERIFY2(result.output.contains("SetMasterVolume(5.0)"_L1), qPrintable(result.output));
 }
 
 OZNA_CASE(ToolHelp, tst_ToolHelp)

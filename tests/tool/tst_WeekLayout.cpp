@@ -9,6 +9,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -17,7 +19,7 @@ const QTime MIDNIGHT(0, 0);
 
 qint64 At(const char* text)
 {
-    return Moment::Parse_ms(QStringLiteral("moment"), QLatin1String(text));
+    return Moment::Parse_ms(u"moment"_s, QLatin1String(text));
 }
 
 Event Playing(const char* begin, const char* end)
@@ -40,8 +42,7 @@ QString Parts(const std::vector<WeekLayout::Week>& weeks)
         for (const WeekLayout::Day& day : week.days)
         {
             for (const WeekLayout::Bar& bar : day.bars)
-                texts.append(QStringLiteral("%1: %2%3-%4%5")
-                                 .arg(day.date.day())
+                texts.append(u"%1: %2%3-%4%5"_s.arg(day.date.day())
                                  .arg(QLatin1String(bar.isBegun ? "<" : ""))
                                  .arg(bar.begin_s / 60)
                                  .arg(bar.end_s / 60)

@@ -4,6 +4,8 @@
 
 #include <csignal>
 
+using namespace Qt::StringLiterals;
+
 void BusTest::WriteFile(const QString& path, const QByteArray& content)
 {
     QFile file(path);
@@ -14,15 +16,14 @@ void BusTest::WriteFile(const QString& path, const QByteArray& content)
 void BusTest::init()
 {
     m_data.emplace();
-    if (!QDir(m_data->path()).mkdir(QStringLiteral("schedule")) ||
-        !QDir(m_data->path()).mkdir(QStringLiteral("playlists")))
+    if (!QDir(m_data->path()).mkdir(u"schedule"_s) || !QDir(m_data->path()).mkdir(u"playlists"_s))
         qFatal("cannot make the data folder");
     m_bus.emplace();
     StartDevice();
     m_time.emplace();
     m_time->Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 49), Qt::UTC));
     m_client.emplace(m_bus->Connection());
-    UseDaemon(QStringLiteral("ozna-scheduler-local"));
+    UseDaemon(u"ozna-scheduler-local"_s);
     m_time->Apply(m_daemon->Environment());
 }
 
@@ -41,9 +42,9 @@ std::unique_ptr<DaemonProcess> BusTest::UseDaemon(const QString& program)
 {
     std::unique_ptr<DaemonProcess> earlier = std::exchange(m_daemon, std::make_unique<DaemonProcess>(program));
     QProcessEnvironment& environment = m_daemon->Environment();
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus->Address());
-    environment.insert(QStringLiteral("OZNA_DATA_DIR"), m_data->path());
-    environment.insert(QStringLiteral("OZNA_CONFIG_FILE"), DataPath(QStringLiteral("ozna.ini")));
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus->Address());
+    environment.insert(u"OZNA_DATA_DIR"_s, m_data->path());
+    environment.insert(u"OZNA_CONFIG_FILE"_s, DataPath(u"ozna.ini"_s));
     return earlier;
 }
 
@@ -64,18 +65,18 @@ QString BusTest::DataPath(const QString& name) const
 
 void BusTest::WriteSchedule(const QByteArray& content, const QString& name) const
 {
-    WriteFile(DataPath(QStringLiteral("schedule/") + name), content);
+    WriteFile(DataPath(u"schedule/"_s + name), content);
 }
 
 void BusTest::WritePlaylist(const QByteArray& content, const QString& name) const
 {
-    WriteFile(DataPath(QStringLiteral("playlists/") + name), content);
+    WriteFile(DataPath(u"playlists/"_s + name), content);
 }
 
 void BusTest::StopDevice()
 {
     m_device.reset();
-    if (!m_bus->WaitForService(QStringLiteral("com.kestrelix.ozna.simulator"), false))
+    if (!m_bus->WaitForService(u"com.kestrelix.ozna.simulator"_s, false))
         qFatal("the simulator is still on the bus");
 }
 
@@ -89,7 +90,7 @@ void BusTest::StartDevice()
 bool BusTest::StartDaemon()
 {
     m_daemon->Start();
-    return m_daemon->WaitForLog(QStringLiteral("4 [Scheduler.cpp] Schedule started"));
+    return m_daemon->WaitForLog(u"4 [Scheduler.cpp] Schedule started"_s);
 }
 
 int BusTest::StopDaemon()

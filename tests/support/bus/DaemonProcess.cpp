@@ -13,20 +13,22 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 QString Shown(const QByteArray& record)
 {
     static const QRegularExpression form(
-        QStringLiteral("\\A([0-9]) (\\S+) \\[([A-Za-z]+(?:/[A-Za-z]+)*\\.cpp):[1-9][0-9]*\\] (.*)\\z"));
+        u"\\A([0-9]) (\\S+) \\[([A-Za-z]+(?:/[A-Za-z]+)*\\.cpp):[1-9][0-9]*\\] (.*)\\z"_s);
     const QString line = QString::fromUtf8(record);
     const QRegularExpressionMatch match = form.match(line);
     if (!match.hasMatch())
         return line;
-    QString shown = QStringLiteral("%1 [%2] %3").arg(match.captured(1), match.captured(3), match.captured(4));
-    if (match.captured(2) != QStringLiteral("/com/kestrelix/ozna/scheduler/schedulerobj"))
-        shown += QStringLiteral(" (from %1)").arg(match.captured(2));
+    QString shown = u"%1 [%2] %3"_s.arg(match.captured(1), match.captured(3), match.captured(4));
+    if (match.captured(2) != u"/com/kestrelix/ozna/scheduler/schedulerobj"_s)
+        shown += u" (from %1)"_s.arg(match.captured(2));
     return shown;
 }
 
@@ -45,13 +47,13 @@ QStringList UpTo(const QStringList& lines, unsigned int maxLevel)
 
 DaemonProcess::DaemonProcess(const QString& program)
     : m_environment(QProcessEnvironment::systemEnvironment())
-    , m_logFile(m_folder.filePath(QStringLiteral("stderr")))
+    , m_logFile(m_folder.filePath(u"stderr"_s))
 {
     m_process.setStandardErrorFile(m_logFile.fileName());
     m_process.setStandardOutputFile(OutputFile());
     m_process.setProgram(QStringLiteral(OZNA_BUILD_DIR "/") + program);
-    m_environment.insert(QStringLiteral("OZNA_LOG_LEVEL"), QStringLiteral("9"));
-    m_environment.insert(QStringLiteral("TZ"), QStringLiteral("UTC"));
+    m_environment.insert(u"OZNA_LOG_LEVEL"_s, u"9"_s);
+    m_environment.insert(u"TZ"_s, u"UTC"_s);
 }
 
 DaemonProcess::~DaemonProcess()
@@ -109,7 +111,7 @@ void DaemonProcess::Signal(int signal) const
 bool DaemonProcess::WaitUntilHalted() const
 {
     return WaitUntil([this] {
-        QFile file(QStringLiteral("/proc/%1/stat").arg(Pid()));
+        QFile file(u"/proc/%1/stat"_s.arg(Pid()));
         // The state follows the name, which is in parentheses.
         return file.open(QIODevice::ReadOnly) && file.readAll().contains(") T ");
     });
@@ -118,7 +120,7 @@ bool DaemonProcess::WaitUntilHalted() const
 QString DaemonProcess::Opened(int descriptor) const
 {
     std::array<char, 100> target{};
-    const QByteArray link = QStringLiteral("/proc/%1/fd/%2").arg(Pid()).arg(descriptor).toLatin1();
+    const QByteArray link = u"/proc/%1/fd/%2"_s.arg(Pid()).arg(descriptor).toLatin1();
     const ssize_t size = ::readlink(link.constData(), target.data(), target.size());
     return QString::fromLocal8Bit(target.data(), std::max<ssize_t>(size, 0));
 }
@@ -163,7 +165,7 @@ QByteArray DaemonProcess::Output() const
 
 QString DaemonProcess::OutputFile() const
 {
-    return m_folder.filePath(QStringLiteral("stdout"));
+    return m_folder.filePath(u"stdout"_s);
 }
 
 void DaemonProcess::Read()

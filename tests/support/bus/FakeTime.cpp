@@ -2,8 +2,10 @@
 
 #include <atomic>
 
+using namespace Qt::StringLiterals;
+
 FakeTime::FakeTime()
-    : m_file(m_folder.filePath(QStringLiteral("offset")))
+    : m_file(m_folder.filePath(u"offset"_s))
 {
     if (m_file.open(QIODevice::ReadWrite) && m_file.resize(sizeof(*m_offset_ms)))
         m_offset_ms = reinterpret_cast<qint64*>(m_file.map(0, sizeof(*m_offset_ms)));
@@ -23,6 +25,6 @@ QDateTime FakeTime::Now() const
 
 void FakeTime::Apply(QProcessEnvironment& environment) const
 {
-    environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(OZNA_SHIFTED_CLOCK));
-    environment.insert(QStringLiteral("OZNA_CLOCK_OFFSET_FILE"), m_file.fileName());
+    environment.insert(u"LD_PRELOAD"_s, QStringLiteral(OZNA_SHIFTED_CLOCK));
+    environment.insert(u"OZNA_CLOCK_OFFSET_FILE"_s, m_file.fileName());
 }

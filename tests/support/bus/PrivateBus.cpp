@@ -8,13 +8,15 @@
 
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 PrivateBus::PrivateBus()
     : m_connection(QString())
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--print-address=1"),
-                                                    QStringLiteral("--config-file=" OZNA_BUS_CONFIG),
-                                                    QStringLiteral("--address=unix:path=%1/bus").arg(m_folder.path())});
+    m_process.start(u"dbus-daemon"_s,
+                    {u"--nofork"_s, u"--print-address=1"_s, QStringLiteral("--config-file=" OZNA_BUS_CONFIG),
+                     u"--address=unix:path=%1/bus"_s.arg(m_folder.path())});
     const bool printed = WaitUntil([this] {
         m_process.waitForReadyRead(WAIT_SLICE_MS);
         return m_process.canReadLine();

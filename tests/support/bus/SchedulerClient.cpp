@@ -2,9 +2,11 @@
 
 #include "Wait.h"
 
-const QString SchedulerClient::SERVICE = QStringLiteral("com.kestrelix.ozna.scheduler");
-const QString SchedulerClient::PATH = QStringLiteral("/com/kestrelix/ozna/scheduler/schedulerobj");
-const QString SchedulerClient::INTERFACE = QStringLiteral("com.kestrelix.ozna.schedulerinterface");
+using namespace Qt::StringLiterals;
+
+const QString SchedulerClient::SERVICE = u"com.kestrelix.ozna.scheduler"_s;
+const QString SchedulerClient::PATH = u"/com/kestrelix/ozna/scheduler/schedulerobj"_s;
+const QString SchedulerClient::INTERFACE = u"com.kestrelix.ozna.schedulerinterface"_s;
 
 namespace
 {
@@ -14,7 +16,7 @@ QString Joined(const QVariantList& values)
     QStringList texts;
     for (const QVariant& value : values)
         texts.append(value.toString());
-    return texts.join(QLatin1Char(','));
+    return texts.join(u',');
 }
 
 } // namespace
@@ -22,10 +24,9 @@ QString Joined(const QVariantList& values)
 SchedulerClient::SchedulerClient(QDBusConnection bus)
     : m_bus(std::move(bus))
 {
-    if (!m_bus.connect(SERVICE, PATH, INTERFACE, QStringLiteral("SchedulingEnabled"), this,
+    if (!m_bus.connect(SERVICE, PATH, INTERFACE, u"SchedulingEnabled"_s, this,
                        SLOT(OnSchedulingEnabled(bool, QString))) ||
-        !m_bus.connect(SERVICE, PATH, INTERFACE, QStringLiteral("ExpectedPddAction"), this,
-                       SLOT(OnExpectedPddAction(uint, bool))))
+        !m_bus.connect(SERVICE, PATH, INTERFACE, u"ExpectedPddAction"_s, this, SLOT(OnExpectedPddAction(uint, bool))))
         qFatal("cannot listen to the daemon's signals");
 }
 
@@ -56,10 +57,10 @@ QStringList SchedulerClient::WaitForSignals(qsizetype count)
 
 void SchedulerClient::OnSchedulingEnabled(bool enabled, const QString& filename)
 {
-    m_signals.append(QStringLiteral("SchedulingEnabled(%1)").arg(Joined({enabled, filename})));
+    m_signals.append(u"SchedulingEnabled(%1)"_s.arg(Joined({enabled, filename})));
 }
 
 void SchedulerClient::OnExpectedPddAction(uint actionId, bool enable)
 {
-    m_signals.append(QStringLiteral("ExpectedPddAction(%1)").arg(Joined({actionId, enable})));
+    m_signals.append(u"ExpectedPddAction(%1)"_s.arg(Joined({actionId, enable})));
 }

@@ -5,20 +5,22 @@
 #include <QDBusArgument>
 #include <QDBusMessage>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
-const QString PATH = QStringLiteral("/com/kestrelix/ozna/simulator/controlobj");
-const QString CONTROL_INTERFACE = QStringLiteral("com.kestrelix.ozna.simulatorinterface");
+const QString PATH = u"/com/kestrelix/ozna/simulator/controlobj"_s;
+const QString CONTROL_INTERFACE = u"com.kestrelix.ozna.simulatorinterface"_s;
 
 QString InterfaceName(const QByteArray& peer)
 {
-    return QStringLiteral("com.kestrelix.ozna.%1interface").arg(QString::fromLatin1(peer));
+    return u"com.kestrelix.ozna.%1interface"_s.arg(QString::fromLatin1(peer));
 }
 
 QString PeerName(const QString& interface)
 {
-    return interface.section(QLatin1Char('.'), -1).chopped(static_cast<qsizetype>(strlen("interface")));
+    return interface.section(u'.', -1).chopped(static_cast<qsizetype>(strlen("interface")));
 }
 
 QByteArray PeerOf(const char* member)
@@ -39,13 +41,11 @@ QString ShownValue(const QVariant& value)
 
 QString ShownCall(const QVariantMap& call)
 {
-    const QString signature = call.value(QStringLiteral("signature")).toString();
-    QString shown = QStringLiteral("%1.%2 %3")
-                        .arg(PeerName(call.value(QStringLiteral("interface")).toString()),
-                             call.value(QStringLiteral("method")).toString(),
-                             signature.isEmpty() ? QStringLiteral("-") : signature);
-    for (const QVariant& value : qdbus_cast<QVariantList>(call.value(QStringLiteral("arguments"))))
-        shown += QLatin1Char(' ') + ShownValue(value);
+    const QString signature = call.value(u"signature"_s).toString();
+    QString shown = u"%1.%2 %3"_s.arg(PeerName(call.value(u"interface"_s).toString()),
+                                      call.value(u"method"_s).toString(), signature.isEmpty() ? u"-"_s : signature);
+    for (const QVariant& value : qdbus_cast<QVariantList>(call.value(u"arguments"_s)))
+        shown += u' ' + ShownValue(value);
     return shown;
 }
 
@@ -67,10 +67,10 @@ SimulatorProcess::~SimulatorProcess()
 void SimulatorProcess::Start(const QStringList& arguments)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_bus.Address());
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.Address());
     m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"),
-                    arguments + QStringList{QStringLiteral("--control"), m_control});
+                    arguments + QStringList{u"--control"_s, m_control});
     if (!m_bus.WaitForService(m_control))
         qFatal("the simulator does not come up: %s", qPrintable(m_process.errorString()));
 }
@@ -109,8 +109,7 @@ void SimulatorProcess::AnswerValues(const char* method, const QVariantList& valu
 
 void SimulatorProcess::AnswerError(const char* method, const char* message, int times) const
 {
-    SetAnswer(method, "error", {QStringLiteral("com.kestrelix.ozna.Error.Failed"), QString::fromUtf8(message)}, 0,
-              times);
+    SetAnswer(method, "error", {u"com.kestrelix.ozna.Error.Failed"_s, QString::fromUtf8(message)}, 0, times);
 }
 
 void SimulatorProcess::AnswerNever(const char* method, int times) const
@@ -205,7 +204,7 @@ QList<qint64> SimulatorProcess::CallTimes() const
 {
     QList<qint64> times;
     for (const QVariantMap& call : CallRecords())
-        times.append(call.value(QStringLiteral("time_ms")).toLongLong());
+        times.append(call.value(u"time_ms"_s).toLongLong());
     return times;
 }
 
