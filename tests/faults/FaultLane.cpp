@@ -1,11 +1,13 @@
 #include "FaultLane.h"
 
+#include "FaultScript.h"
 #include "Lines.h"
-#include "TextDiff.h"
 #include "Wait.h"
 
 #include <csignal>
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -19,63 +21,28 @@ constexpr const char* LINE_BEGIN = "1111111|08:30:00|*|*|*|||";
 constexpr const char* NEXT_LINE = "1111111|08:30:05|*|*|*|||19|1,1\n";
 
 constexpr int STRANGERS = 3;
-constexpr int HELD_BACK_MS = 500; // an answer, while signals come
-constexpr int WARNING_LEVEL = 2;
 constexpr int STARTS_A_DAY = 2;
-
-const QString PHOTO_SEEN = QStringLiteral("9 [tasks/Photo.cpp] >>> Photo taken");
 
 QByteArray Schedule(const Request& request)
 {
     return LINE_BEGIN + request.Schedule().toLatin1() + '\n' + NEXT_LINE;
 }
 
-bool IsTaskLine(const QString& line)
-{
-    return line.contains(QStringLiteral("[tasks/")) || line.contains(QStringLiteral("[Task.cpp]"));
-}
-
-// The records of the levels that the matrix states, without those of a schedule that is loaded again.
-QStringList Relevant(const QStringList& lines)
-{
-    const qsizetype cleaned = lines.indexOf(Lines::CLEANED.first());
-    QStringList shown;
-    for (qsizetype i = 0; i < lines.size(); ++i)
-    {
-        const int level = lines[i].front().digitValue();
-        const bool isLoading = cleaned >= 0 && i > cleaned && level > WARNING_LEVEL;
-        if (level <= SHOWN_LEVEL && !isLoading)
-            shown.append(lines[i]);
-    }
-    return shown;
-}
-
 } // namespace
 
 FaultLane::FaultLane(const Request& request)
     : m_request(request)
-    , m_peer(request.Peer().toLatin1())
     , m_signal(FindSignal(request))
     , m_rig(Schedule(request))
+    , m_log(m_request, m_rig.Daemon())
     , m_report(request)
 {
 }
 
 void FaultLane::Start()
 {
-    if (!m_rig.Start())
-        Complain(QStringLiteral("the daemon does not start"));
+    m_log.Need(m_rig.Start(), "the daemon does not start");
     static_cast<void>(m_rig.Daemon().Take());
-}
-
-bool FaultLane::IsIdle() const
-{
-    return m_fault && m_fault->isSignal && !m_signal;
-}
-
-QByteArray FaultLane::Method() const
-{
-    return m_request.Method().toLatin1();
 }
 
 void FaultLane::Prepare(const Fault* fault, const QDate& day)
@@ -92,50 +59,10 @@ void FaultLane::Prepare(const Fault* fault, const QDate& day)
     static_cast<void>(m_rig.Client().TakeSignals());
     m_rig.Device().Forget();
     m_rig.Second().Forget();
-    Script();
-    static_cast<void>(TakeLog());
+    if (fault)
+        FaultScript::Prepare(*fault, m_request, m_signal, m_rig);
+    m_log.BeginDay(fault);
     m_rig.SetTime(day, TIME_TO_FIND);
-}
-
-void FaultLane::Script()
-{
-    if (!m_fault)
-        return;
-    const QByteArray method = Method();
-    SimulatorProcess& device = m_rig.Device();
-    switch (m_fault->kind)
-    {
-    case FaultKind::ABSENT:
-        if (m_request.Row().trigger == Trigger::START)
-            LosePeer();
-        break;
-    case FaultKind::BUS_ERROR: device.AnswerError(method, m_fault->error, 1); break;
-    case FaultKind::REFUSED: device.AnswerStatus(method, REFUSAL, 0, 1); break;
-    case FaultKind::WRONG_TYPE: device.AnswerValues(method, {QStringLiteral("ok")}, 0, 1); break;
-    case FaultKind::NO_VALUES: device.AnswerValues(method, {}, 0, 1); break;
-    case FaultKind::EXTRA_VALUES: device.AnswerValues(method, {0, REFUSAL, QStringLiteral("more")}, 0, 1); break;
-    case FaultKind::EMPTY_STRUCTURE: device.AnswerBroken(method); break;
-    case FaultKind::EXIT: device.AnswerByExit(method); break;
-    case FaultKind::TAKEN_OVER:
-        m_rig.Second().StandBy(m_peer.constData());
-        device.AnswerAndLeave(method, 0);
-        break;
-    case FaultKind::DIES:
-    case FaultKind::RESTARTS: break;
-    case FaultKind::ENDS: device.AnswerThenEmit(method, m_signal->name, m_signal->values); break;
-    case FaultKind::FLOOD:
-    case FaultKind::WRONG_SIGNALS:
-    case FaultKind::STRANGER:
-        if (m_request.Row().trigger == Trigger::DELETION)
-            device.AnswerStatus(method, 0, HELD_BACK_MS, 1);
-        break;
-    case FaultKind::LATE: device.AnswerLate(method, REFUSAL); break;
-    }
-}
-
-bool FaultLane::SendsSignals() const
-{
-    return m_fault && m_fault->isSignal && !IsFault(FaultKind::ENDS);
 }
 
 bool FaultLane::IsDeviceLost() const
@@ -144,23 +71,12 @@ bool FaultLane::IsDeviceLost() const
            IsFault(FaultKind::RESTARTS);
 }
 
-// Where another request comes first, the peer goes away with its answer.
-void FaultLane::LosePeer()
-{
-    const QList<Request> before = m_request.Before();
-    if (m_request.Row().trigger == Trigger::START && !before.isEmpty())
-        m_rig.Device().AnswerAndLeave(before.first().Method().toLatin1(), 0);
-    else
-        m_rig.Device().SetPresent(m_peer.constData(), false);
-}
-
 void FaultLane::Begin()
 {
     if (IsIdle())
         return;
     // That it is found tells, too, that nothing of the day before is still running.
-    if (!WaitForLog(m_expected->schedulerLines.first()))
-        Complain(QStringLiteral("not found again"));
+    m_log.Need(m_rig.Daemon().WaitForLog(m_expected->schedulerLines.first()), "not found again");
     m_rig.SetTime(m_day, TIME);
 }
 
@@ -168,16 +84,15 @@ void FaultLane::Provoke()
 {
     if (IsIdle())
         return;
-    if (!WaitForLog(QStringLiteral("4 [Scheduler.cpp] READY action found: ") + m_request.Type()))
-        Complain(QStringLiteral("not started"));
+    m_log.Need(m_rig.Daemon().WaitForLog(u"4 [Scheduler.cpp] READY action found: "_s + m_request.Type()),
+               "not started");
     if (m_request.Row().trigger == Trigger::PHOTO)
         TakePhotos();
     else if (m_request.Row().trigger == Trigger::DELETION)
         Delete();
     else if (SendsSignals())
     {
-        if (!m_rig.WaitForLoop())
-            Complain(QStringLiteral("the loop does not go on"));
+        WaitForLoop();
         SendFaultySignals();
     }
     if (IsFault(FaultKind::DIES) || IsFault(FaultKind::RESTARTS))
@@ -186,9 +101,8 @@ void FaultLane::Provoke()
 
 void FaultLane::LoseDevice()
 {
-    if (!m_rig.WaitForLoop())
-        Complain(QStringLiteral("the loop does not go on"));
-    Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
+    WaitForLoop();
+    m_log.Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
     if (IsFault(FaultKind::RESTARTS))
         m_rig.ReplaceDevice();
     else
@@ -197,8 +111,7 @@ void FaultLane::LoseDevice()
 
 void FaultLane::TakePhotos()
 {
-    if (!m_rig.WaitForLoop())
-        Complain(QStringLiteral("the loop does not go on"));
+    WaitForLoop();
     if (SendsSignals())
         SendFaultySignals();
     if (IsFault(FaultKind::FLOOD))
@@ -211,7 +124,7 @@ void FaultLane::TakePhotos()
     m_rig.Device().Emit(m_signal->name, m_signal->values, static_cast<int>(sent));
     if (!IsFault(FaultKind::ABSENT))
         return;
-    LosePeer();
+    FaultScript::LosePeer(m_request, m_rig);
     m_rig.Daemon().Signal(SIGCONT);
 }
 
@@ -225,8 +138,7 @@ void FaultLane::SendFaultySignals()
         const QDBusPendingCall flood = m_rig.Device().EmitMeanwhile(m_signal->name, m_signal->values, FLOOD_SIZE);
         if (isNextDue)
             RunNext();
-        if (!WaitUntil([&] { return flood.isFinished(); }) || flood.isError())
-            Complain(QStringLiteral("no flood"));
+        m_log.Need(WaitUntil([&] { return flood.isFinished(); }) && !flood.isError(), "no flood");
     }
     else if (IsFault(FaultKind::STRANGER))
         m_rig.Second().Emit(m_signal->name, m_signal->values, STRANGERS);
@@ -242,25 +154,22 @@ void FaultLane::Delete()
 {
     RunNext();
     if (IsFault(FaultKind::ABSENT))
-        LosePeer();
+        FaultScript::LosePeer(m_request, m_rig);
     const QDBusPendingCall reload = m_rig.Bus().Connection().asyncCall(QDBusMessage::createMethodCall(
-        SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE, QStringLiteral("Reload")));
+        SchedulerClient::SERVICE, SchedulerClient::PATH, SchedulerClient::INTERFACE, u"Reload"_s));
     if (SendsSignals())
     {
-        if (!m_rig.Device().WaitForCalls(m_expected->calls.size()))
-            Complain(QStringLiteral("no stop is asked for"));
+        m_log.Need(m_rig.Device().WaitForCalls(m_expected->calls.size()), "no stop is asked for");
         SendFaultySignals();
     }
-    if (!WaitUntil([&] { return reload.isFinished(); }) || reload.isError())
-        Complain(QStringLiteral("the schedule is not loaded again"));
+    m_log.Need(WaitUntil([&] { return reload.isFinished(); }) && !reload.isError(), "the schedule is not loaded again");
 }
 
 void FaultLane::RunNext()
 {
     m_rig.AdvanceTo(m_day, NEXT_TIME);
     // In time, or never: the daemon lets an action be late for two seconds.
-    if (!WaitForLog(Expectation::NEXT_DONE))
-        Complain(QStringLiteral("the next action does not run"));
+    m_log.Need(m_rig.Daemon().WaitForLog(Expectation::NEXT_DONE), "the next action does not run");
 }
 
 void FaultLane::Finish()
@@ -270,36 +179,24 @@ void FaultLane::Finish()
         m_report.AddIdle(*m_fault);
         return;
     }
-    if (!m_rig.WaitForLoop())
-        Complain(QStringLiteral("the loop does not go on"));
+    WaitForLoop();
     if (!m_expected->isNextMissed && m_request.Row().trigger != Trigger::DELETION && !IsFault(FaultKind::FLOOD))
         RunNext();
-    if (!m_rig.WaitForLoop())
-        Complain(QStringLiteral("the loop does not go on"));
+    WaitForLoop();
     Judge();
 }
 
 void FaultLane::Judge()
 {
-    const QStringList lines = TakeLog();
-    QStringList schedulerLines = Relevant(lines);
-    QStringList taskLines;
-    std::ranges::copy_if(schedulerLines, std::back_inserter(taskLines), IsTaskLine);
-    schedulerLines.removeIf(IsTaskLine);
-    Compare("the scheduler's records", schedulerLines, m_expected->schedulerLines);
-    Compare("the task's records", taskLines, m_expected->taskLines);
-    const qsizetype photos = lines.count(PHOTO_SEEN);
-    if (photos != m_expected->photos)
-        Complain(QStringLiteral("%1 photos seen instead of %2").arg(photos).arg(m_expected->photos));
+    const QStringList taskLines = m_log.CompareDay(*m_expected);
     if (m_expected->isNextMissed)
-        Compare("the signals of the action that is missed", m_rig.Client().TakeSignals(), {});
+        m_log.Compare("the signals of the action that is missed", m_rig.Client().TakeSignals(), {});
     else
-        Compare("the next action's signals", m_rig.Client().WaitForSignals(1),
-                {QStringLiteral("ExpectedPddAction(1,true)")});
+        m_log.Compare("the next action's signals", m_rig.Client().WaitForSignals(1), {u"ExpectedPddAction(1,true)"_s});
     // A device that is gone cannot tell.
     if (!IsDeviceLost())
-        Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
-    Compare("the successor's calls", m_rig.Second().Calls(), m_expected->successorCalls);
+        m_log.Compare("the calls", m_rig.Device().Calls(), m_expected->calls);
+    m_log.Compare("the successor's calls", m_rig.Second().Calls(), m_expected->successorCalls);
     m_isNextWatched = m_expected->isNextMissed;
     m_waits += m_isNextWatched ? 1 : 0;
     if (m_fault)
@@ -313,12 +210,12 @@ void FaultLane::Settle()
     if (IsDeviceLost() && !IsFault(FaultKind::RESTARTS))
         m_rig.ReplaceDevice();
     else if (IsFault(FaultKind::ABSENT))
-        m_rig.Device().SetPresent(m_peer.constData(), true);
+        m_rig.Device().SetPresent(m_request.Peer().toLatin1(), true);
     EndWhatWaits();
     if (!IsFault(FaultKind::TAKEN_OVER))
         return;
-    m_rig.Second().SetPresent(m_peer.constData(), false);
-    m_rig.Device().SetPresent(m_peer.constData(), true);
+    m_rig.Second().SetPresent(m_request.Peer().toLatin1(), false);
+    m_rig.Device().SetPresent(m_request.Peer().toLatin1(), true);
 }
 
 void FaultLane::EndWhatWaits()
@@ -328,69 +225,24 @@ void FaultLane::EndWhatWaits()
     // What the first process still signals is a stranger's.
     if (IsFault(FaultKind::TAKEN_OVER))
         m_rig.Device().Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
-    if (!m_rig.WaitForLoop())
-        Complain(QStringLiteral("the loop does not go on"));
-    const QStringList lines = TakeLog();
-    Compare("the records afterwards", Relevant(lines), {});
-    if (lines.contains(PHOTO_SEEN))
-        Complain(QStringLiteral("a stranger's photo is seen"));
+    WaitForLoop();
+    m_log.CompareWaiting();
     SimulatorProcess& owner = IsFault(FaultKind::TAKEN_OVER) ? m_rig.Second() : m_rig.Device();
     owner.Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
-    if (!m_rig.WaitForLoop())
-        Complain(QStringLiteral("the loop does not go on"));
-    Compare("the records of the end", Relevant(TakeLog()), m_expected->endLines);
-}
-
-// The records since the last call, but those of missed starts: which pass tells them is the timers' business.
-QStringList FaultLane::TakeLog()
-{
-    QStringList lines = m_rig.Daemon().Take();
-    const auto isMissed = [](const QString& line) { return line.contains(QStringLiteral("] MISSED action: ")); };
-    std::ranges::copy_if(lines, std::back_inserter(m_missed), isMissed);
-    lines.removeIf(isMissed);
-    return lines;
-}
-
-// Each start that passed has its word, and no other has.
-void FaultLane::JudgeMissed()
-{
-    const QString waited = QStringLiteral("the loop waited for com.kestrelix.ozna.");
-    QStringList causes;
-    for (const QString& line : m_missed)
-        causes.append(line.contains(waited) ? waited : line.section(QStringLiteral(": "), -1));
-    QStringList expected(m_waits, waited);
-    expected += QStringList(m_skippedStarts, QStringLiteral("the clock was put forward"));
-    causes.sort();
-    expected.sort();
-    Compare("the missed starts", causes, expected);
+    WaitForLoop();
+    m_log.CompareEnd(m_expected->endLines);
 }
 
 void FaultLane::End(int number)
 {
-    static_cast<void>(TakeLog());
-    JudgeMissed();
+    m_log.CompareMissed(m_waits, m_skippedStarts);
     m_rig.Daemon().Signal(SIGTERM);
-    if (m_rig.Daemon().WaitForExit() != 0)
-        Complain(QStringLiteral("the daemon does not end with 0"));
-    Compare("the last records", m_rig.Daemon().Take(static_cast<unsigned int>(SHOWN_LEVEL)), Lines::Ended());
+    m_log.Need(m_rig.Daemon().WaitForExit() == 0, "the daemon does not end with 0");
+    m_log.Compare("the last records", m_rig.Daemon().Take(static_cast<unsigned int>(SHOWN_LEVEL)), Lines::Ended());
     m_report.Write(number);
 }
 
-bool FaultLane::WaitForLog(const QString& line)
+void FaultLane::WaitForLoop()
 {
-    return m_rig.Daemon().WaitForLog(line);
-}
-
-void FaultLane::Compare(const char* what, const QStringList& found, const QStringList& expected)
-{
-    const QByteArray difference = TextDiff(expected, found, "line");
-    if (!difference.isEmpty())
-        Complain(QStringLiteral("%1: %2").arg(QLatin1String(what), QString::fromUtf8(difference)));
-}
-
-void FaultLane::Complain(const QString& what)
-{
-    m_complaints.append(
-        QStringLiteral("%1, %2: %3")
-            .arg(QLatin1String(m_request.Row().id), QLatin1String(m_fault ? m_fault->id : "plain"), what));
+    m_log.Need(m_rig.WaitForLoop(), "the loop does not go on");
 }

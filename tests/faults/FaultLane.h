@@ -3,6 +3,7 @@
 #include "Expectation.h"
 #include "FaultReport.h"
 #include "FaultRig.h"
+#include "LaneLog.h"
 #include "PeerSignal.h"
 
 #include <QDBusPendingCall>
@@ -28,41 +29,33 @@ public:
     // Ends the daemon, and writes the report.
     void End(int number);
 
-    [[nodiscard]] const QStringList& Complaints() const { return m_complaints; }
+    [[nodiscard]] const QStringList& Complaints() const { return m_log.Complaints(); }
 
 private:
     [[nodiscard]] bool IsFault(FaultKind kind) const { return m_fault && m_fault->kind == kind; }
-    [[nodiscard]] bool IsIdle() const; // a day of signals for a request whose peer has none that the daemon knows
-    [[nodiscard]] QByteArray Method() const;
-    void Script();
-    void LosePeer();
+    // A day of signals for a request whose peer has none that the daemon knows.
+    [[nodiscard]] bool IsIdle() const { return m_fault && m_fault->isSignal && !m_signal; }
     void LoseDevice(); // where that is the fault
-    [[nodiscard]] bool SendsSignals() const;
+    [[nodiscard]] bool SendsSignals() const { return m_fault && m_fault->isSignal && !IsFault(FaultKind::ENDS); }
     [[nodiscard]] bool IsDeviceLost() const; // on that day, before the calls are compared
     void TakePhotos();
     void SendFaultySignals();
     void Delete();
     void RunNext();
     void Judge();
-    [[nodiscard]] QStringList TakeLog();
-    void JudgeMissed();
     void EndWhatWaits();
-    void Compare(const char* what, const QStringList& found, const QStringList& expected);
-    void Complain(const QString& what);
-    [[nodiscard]] bool WaitForLog(const QString& line);
+    void WaitForLoop();
 
     const Request m_request;
-    const QByteArray m_peer;
     const PeerSignal* const m_signal;
     FaultRig m_rig;
+    LaneLog m_log;
     FaultReport m_report;
     const Fault* m_fault = nullptr;
     QDate m_day;
     std::optional<Expectation> m_expected;
     bool m_isNextWatched = false;
-    QStringList m_missed;       // the records of starts that have passed
     int m_waits = 0;            // how many starts passed while the loop waited for the peer
     qint64 m_idleStarts = 0;    // of idle days that are not over
     qint64 m_skippedStarts = 0; // how many the clock was put forward over, on idle days
-    QStringList m_complaints;
 };

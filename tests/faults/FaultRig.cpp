@@ -24,14 +24,6 @@ void Write(const QString& path, const QByteArray& content)
         qFatal("cannot write %s: %s", qPrintable(path), qPrintable(file.errorString()));
 }
 
-QStringList NoPeers()
-{
-    QStringList arguments{u"--quiet"_s};
-    for (const char* peer : {"config", "update", "sound", "photo", "light", "freq", "gps", "network"})
-        arguments += {u"--absent"_s, u"com.kestrelix.ozna.%1interface"_s.arg(QLatin1String(peer))};
-    return arguments;
-}
-
 } // namespace
 
 FaultRig::FaultRig(const QByteArray& schedule)
@@ -44,7 +36,7 @@ FaultRig::FaultRig(const QByteArray& schedule)
     Write(m_data.filePath(u"ozna.ini"_s), CONFIGURATION);
     ReplaceDevice();
     m_second.emplace(m_bus, u"com.kestrelix.ozna.simulator2"_s);
-    m_second->Start(NoPeers());
+    m_second->StartWithoutPeers();
     QProcessEnvironment& environment = m_daemon.Environment();
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.Address());
     environment.insert(u"OZNA_DATA_DIR"_s, m_data.path());

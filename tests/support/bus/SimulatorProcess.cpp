@@ -97,6 +97,14 @@ void SimulatorProcess::SetAnswer(const char* method, const char* kind, const QVa
                           QVariant::fromValue(values), delay_ms, times});
 }
 
+void SimulatorProcess::StartWithoutPeers()
+{
+    QStringList arguments{u"--quiet"_s};
+    for (const char* peer : PEERS)
+        arguments += {u"--absent"_s, u"com.kestrelix.ozna.%1interface"_s.arg(QLatin1String(peer))};
+    Start(arguments);
+}
+
 void SimulatorProcess::AnswerStatus(const char* method, int status, int delay_ms, int times) const
 {
     SetAnswer(method, "reply", {status}, delay_ms, times);

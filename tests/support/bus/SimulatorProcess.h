@@ -7,10 +7,15 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <array>
+
 // The simulated device, a process of its own, steered over its control interface.
 class SimulatorProcess final
 {
 public:
+    // All peers, as they are named below.
+    static constexpr std::array PEERS{"config", "update", "sound", "photo", "light", "freq", "gps", "network"};
+
     // Ends the process with the object. bus outlives this object. control: the service name under which it is steered;
     // a second simulator on a bus needs another.
     explicit SimulatorProcess(const PrivateBus& bus, QString control = QStringLiteral("com.kestrelix.ozna.simulator"));
@@ -21,6 +26,9 @@ public:
 
     // Returns when all peers are there.
     void Start(const QStringList& arguments = {QStringLiteral("--quiet")});
+
+    // As Start, but no peer is there: each waits for SetPresent or StandBy.
+    void StartWithoutPeers();
 
     // Answers of a method, given as "interface.method" with the interface's last word before "interface":
     // "sound.PlayFile". times: for how many calls; 0: for all that follow.
@@ -58,8 +66,7 @@ public:
     [[nodiscard]] QDBusPendingCall EmitMeanwhile(const char* signal, const QVariantList& values, int times) const;
 
     // The calls since the last Forget: "sound.PlayFile ss gong.mp3 08:30:00", values separated by blanks, and the
-    // signature
-    // "-" where there are no values.
+    // signature "-" where there are no values.
     [[nodiscard]] QStringList Calls() const;
 
     // When each of those calls came, in milliseconds since 1970 of the real clock.
