@@ -13,26 +13,23 @@ using namespace Qt::StringLiterals;
 
 const QString TasksOnBusTest::SECOND = u"com.kestrelix.ozna.simulator2"_s;
 
-std::unique_ptr<Task> TasksOnBusTest::MakeTask(const QString& kind)
+std::unique_ptr<Task> TasksOnBusTest::MakeTask(QByteArrayView kind)
 {
     const QString time = u"08:30:00"_s;
     const QString noVolume = u"-1"_s;
-    if (kind == u"message"_s)
+    if (kind == "message")
         return std::make_unique<PlayMessage>(time, u"gong.mp3"_s, noVolume);
-    if (kind == u"playlist"_s)
+    if (kind == "playlist")
         return std::make_unique<PlayPlaylist>(time, u"day"_s, noVolume, u"morning"_s);
-    if (kind == u"stream"_s)
+    if (kind == "stream")
         return std::make_unique<PlayStream>(u"8554/live"_s, noVolume);
-    return std::make_unique<Photo>(kind == u"photo"_s ? QString() : u"10,3"_s);
+    return std::make_unique<Photo>(kind == "photo" ? QString() : u"10,3"_s);
 }
 
 SimulatorProcess& TasksOnBusTest::StartSecond()
 {
-    QStringList arguments{u"--quiet"_s};
-    for (const char* peer : {"config", "update", "sound", "photo", "light", "freq", "gps", "network"})
-        arguments += {u"--absent"_s, u"com.kestrelix.ozna.%1interface"_s.arg(QLatin1String(peer))};
     m_second.emplace(*m_bus, SECOND);
-    m_second->Start(arguments);
+    m_second->StartWithoutPeers();
     return *m_second;
 }
 

@@ -22,8 +22,8 @@ protected:
 
     SimulatorProcess& Device() { return *m_device; }
 
-    // A message, a playlist or a stream; a photo; a series of photos.
-    [[nodiscard]] static std::unique_ptr<Task> MakeTask(const QString& kind);
+    // kind: the name of one of PLAY_KINDS.
+    [[nodiscard]] static std::unique_ptr<Task> MakeTask(QByteArrayView kind);
 
     // A second simulated device; owns none of the peers' names at first.
     SimulatorProcess& StartSecond();

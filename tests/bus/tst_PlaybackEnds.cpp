@@ -1,4 +1,6 @@
 #include "LogRecorder.h"
+#include "PlayKinds.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TasksOnBusTest.h"
 
@@ -8,6 +10,27 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+constexpr int ROUNDS = 100;
+constexpr std::array GAPS_MS{0, 1, 2, 5, 20};
+
+struct Order
+{
+    const char* name;
+    const PlayKind& kind;
+    bool isFirst; // the signal
+};
+
+constexpr std::array ORDERS{
+    Order{"message-before", PLAYBACKS[0], true},  Order{"message-behind", PLAYBACKS[0], false},
+    Order{"playlist-before", PLAYBACKS[1], true}, Order{"playlist-behind", PLAYBACKS[1], false},
+    Order{"stream-before", PLAYBACKS[2], true},   Order{"stream-behind", PLAYBACKS[2], false},
+};
+
+} // namespace
+
 // Signals of an end right before and right behind the answer to a request: the one behind it ends the playback, the one
 // before it is that of another.
 class PlaybackEnds : public TasksOnBusTest
@@ -15,90 +38,45 @@ class PlaybackEnds : public TasksOnBusTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void OnlyAnEndBehindTheAnswerCounts_data();
+    void OnlyAnEndBehindTheAnswerCounts_data() { AddRows(ORDERS); }
     void OnlyAnEndBehindTheAnswerCounts();
 
 public Q_SLOTS:
     void OnSignal(const QDBusMessage& /*message*/) { ++m_signals; }
 
 private:
-    [[nodiscard]] bool IsRight(const QString& kind, bool isFirst, int gap_ms);
+    [[nodiscard]] bool IsRight(const Order& order, int gap_ms);
 
     int m_signals = 0;
 };
 
-namespace
+bool PlaybackEnds::IsRight(const Order& order, int gap_ms)
 {
-
-constexpr int ROUNDS = 100;
-constexpr std::array GAPS_MS{0, 1, 2, 5, 20};
-
-struct Playback
-{
-    const char* kind;
-    const char* method;
-    const char* end;
-};
-
-constexpr std::array PLAYBACKS{
-    Playback{"message", "sound.PlayFile", "sound.PlayFileCompleted"},
-    Playback{"playlist", "sound.PlayPlaylist", "sound.PlayPlaylistCompleted"},
-    Playback{"stream", "sound.PlayStream", "sound.StreamEnabled"},
-};
-
-const Playback& Find(const QString& kind)
-{
-    return *std::ranges::find_if(PLAYBACKS, [&](const Playback& row) { return kind == QLatin1String(row.kind); });
-}
-
-QVariantList EndOf(const Playback& playback, bool isOther)
-{
-    if (qstrcmp(playback.kind, "stream") == 0)
-        return {false};
-    return {isOther ? u"other"_s : u"day"_s};
-}
-
-} // namespace
-
-bool PlaybackEnds::IsRight(const QString& kind, bool isFirst, int gap_ms)
-{
-    const Playback& playback = Find(kind);
-    if (isFirst)
-        Device().EmitThenAnswer(playback.method, playback.end, EndOf(playback, true), gap_ms);
+    const PeerSignal end = order.kind.End();
+    if (order.isFirst)
+        Device().EmitThenAnswer(order.kind.Method(), end.name, end.values, gap_ms);
     else
-        Device().AnswerThenEmit(playback.method, playback.end, EndOf(playback, false), gap_ms);
+        Device().AnswerThenEmit(order.kind.Method(), end.name, end.values, gap_ms);
     m_signals = 0;
-    const std::unique_ptr<Task> task = MakeTask(kind);
+    const std::unique_ptr<Task> task = MakeTask(order.kind.name);
     // The test's own connection tells that the signal has been sent.
     if (!task->Run() || !WaitUntil([this] { return m_signals > 0; }))
         qFatal("nothing is played");
     HandleAll();
-    const bool isRight = task->IsRunning() == isFirst;
+    const bool isRight = task->IsRunning() == order.isFirst;
     // It is still heard later.
-    if (isRight && isFirst)
+    if (isRight && order.isFirst)
     {
-        Device().Emit(playback.end, EndOf(playback, false));
+        Device().Emit(end.name, end.values);
         HandleAll();
     }
     return isRight && !task->m_running;
 }
 
-void PlaybackEnds::OnlyAnEndBehindTheAnswerCounts_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("isFirst");
-    for (const Playback& playback : PLAYBACKS)
-    {
-        QTest::addRow("%s-before", playback.kind) << QString::fromLatin1(playback.kind) << true;
-        QTest::addRow("%s-behind", playback.kind) << QString::fromLatin1(playback.kind) << false;
-    }
-}
-
 void PlaybackEnds::OnlyAnEndBehindTheAnswerCounts()
 {
-    QFETCH(QString, kind);
-    QFETCH(bool, isFirst);
-    const QString signal = QString::fromLatin1(Find(kind).end).section(u'.', 1);
+    const Order& order = Row<Order>();
+    const QString signal = QString::fromLatin1(order.kind.End().name).section(u'.', 1);
     QVERIFY(Bus().Connection().connect({}, u"/com/kestrelix/ozna/soundmanager/soundobj"_s,
                                        u"com.kestrelix.ozna.soundinterface"_s, signal, this,
                                        SLOT(OnSignal(QDBusMessage))));
@@ -107,7 +85,7 @@ void PlaybackEnds::OnlyAnEndBehindTheAnswerCounts()
     {
         int count = 0;
         for (int round = 0; round < ROUNDS; ++round)
-            count += IsRight(kind, isFirst, gap_ms) ? 0 : 1;
+            count += IsRight(order, gap_ms) ? 0 : 1;
         if (count > 0)
             wrong.append(u"%1 ms: %2 of %3 wrong"_s.arg(gap_ms).arg(count).arg(ROUNDS));
     }
