@@ -15,7 +15,7 @@ namespace
 struct Kept
 {
     unsigned int least = 0;
-    QList<DaemonRecord> records;
+    QStringList records;
 };
 
 Kept& TheKept()
@@ -41,7 +41,7 @@ void LogInterface::EmitLogString(unsigned int level, const char* text, const cha
     if (level > std::min<unsigned int>(m_maxLevel, TheKept().least))
         return;
     const QString record = QString::fromUtf8(text);
-    TheKept().records.append({static_cast<LogLevel>(level), record.mid(record.indexOf("] "_L1) + 2).trimmed()});
+    TheKept().records.append(record.mid(record.indexOf("] "_L1) + 2).trimmed());
 }
 
 DaemonLog::DaemonLog(LogLevel least)
@@ -57,7 +57,7 @@ DaemonLog::~DaemonLog()
     _logInterface = nullptr;
 }
 
-QList<DaemonRecord> DaemonLog::Take()
+QStringList DaemonLog::Take()
 {
     return std::exchange(TheKept().records, {});
 }

@@ -2,15 +2,7 @@
 
 #include "Log.h"
 
-#include <QList>
-#include <QString>
-
-// One record that the daemon's code logged, without its "[file:line] ".
-struct DaemonRecord
-{
-    LogLevel level;
-    QString text;
-};
+#include <QStringList>
 
 // The log client of a process that links the tool: what the daemon's code logs is kept for the one that lives, and goes
 // nowhere while none does. Only one may live.
@@ -24,6 +16,6 @@ public:
     DaemonLog(const DaemonLog&) = delete;
     DaemonLog& operator=(const DaemonLog&) = delete;
 
-    // The records since the last call, in order.
-    [[nodiscard]] QList<DaemonRecord> Take();
+    // The texts of the records since the last call, in order, without their "[file:line] ".
+    [[nodiscard]] QStringList Take();
 };

@@ -1,4 +1,5 @@
 #include "CheckRun.h"
+#include "CommandCall.h"
 #include "OrdinaryUser.h"
 #include "Suite.h"
 #include "TextDiff.h"
@@ -31,38 +32,30 @@ class CheckCommandTest : public QObject
     Q_OBJECT
 private Q_SLOTS:
     void TheCorpusHasTheFindingsThatItShould();
-    void TheStatusTellsTheWorst_data();
     void TheStatusTellsTheWorst();
     void AFileThatCannotBeReadFails();
-    void AFolderFails();
-    void AnUnknownZoneFails();
+    void WhatItIsNotGivenRightFails();
     void JsonHasTheSameFindings();
     void NothingThatATerminalObeysIsShown();
-    void AnyEndOfLineAndAByteOrderMarkAreFine_data();
     void AnyEndOfLineAndAByteOrderMarkAreFine();
     void CarriageReturnsAloneMakeOneLine();
     void RejectedLinesAreNotComparedWithEachOther();
     void ATenthFieldIsNamedWhereItTakesTheParameters();
     void TodayMovesWhatIsOver();
-    void ASpotDateMayBeDueInAnotherMonth_data();
     void ASpotDateMayBeDueInAnotherMonth();
     void AThousandLinesTakeNoTime();
     void OfManyLinesThatAreHeldUpTheFirstAreNamed();
 
 private:
     // Writes a schedule, and gives its path.
-    QString Write(const QByteArray& content, const char* name = "schedule.csv");
+    [[nodiscard]] QString Write(const QByteArray& content) const
+    {
+        m_call.Write(u"schedule.csv"_s, content);
+        return m_call.Folder() + u"/schedule.csv"_s;
+    }
 
-    QTemporaryDir m_folder;
+    CommandCall m_call;
 };
-
-QString CheckCommandTest::Write(const QByteArray& content, const char* name)
-{
-    QFile file(m_folder.filePath(QString::fromLatin1(name)));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("%s", qPrintable(file.errorString()));
-    return file.fileName();
-}
 
 void CheckCommandTest::TheCorpusHasTheFindingsThatItShould()
 {
@@ -78,35 +71,28 @@ void CheckCommandTest::TheCorpusHasTheFindingsThatItShould()
     QCOMPARE(run.status, ERRORS);
 }
 
-void CheckCommandTest::TheStatusTellsTheWorst_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::addColumn<bool>("strict");
-    QTest::addColumn<int>("status");
-    QTest::newRow("clean") << GOOD << false << CLEAN;
-    QTest::newRow("clean, strict") << GOOD << true << CLEAN;
-    QTest::newRow("empty, strict") << QByteArray() << true << CLEAN;
-    QTest::newRow("warnings") << GOOD + WARNED << false << CLEAN;
-    QTest::newRow("warnings, strict") << GOOD + WARNED << true << WARNINGS;
-    QTest::newRow("errors") << GOOD + REJECTED << false << ERRORS;
-    QTest::newRow("both, strict") << WARNED + REJECTED << true << ERRORS;
-}
-
 void CheckCommandTest::TheStatusTellsTheWorst()
 {
-    QFETCH(const QByteArray, content);
-    QFETCH(const bool, strict);
-    QStringList arguments{Write(content)};
-    if (strict)
-        arguments.append(u"--strict"_s);
-    QTEST(CheckRun(arguments).status, "status");
-    QTEST(CheckRun(arguments + QStringList(u"--json"_s)).status, "status");
+    struct Run
+    {
+        QByteArray content;
+        bool strict;
+        int status;
+    };
+    for (const Run& run : {Run{GOOD, false, CLEAN}, Run{GOOD, true, CLEAN}, Run{{}, true, CLEAN},
+                           Run{GOOD + WARNED, false, CLEAN}, Run{GOOD + WARNED, true, WARNINGS},
+                           Run{GOOD + REJECTED, false, ERRORS}, Run{WARNED + REJECTED, true, ERRORS}})
+    {
+        const QStringList arguments = QStringList{Write(run.content)} + QStringList(run.strict ? 1 : 0, u"--strict"_s);
+        QCOMPARE(CheckRun(arguments).status, run.status);
+        QCOMPARE(CheckRun(arguments + QStringList(u"--json"_s)).status, run.status);
+    }
 }
 
 void CheckCommandTest::AFileThatCannotBeReadFails()
 {
     const OrdinaryUser user;
-    const CheckRun missing({m_folder.filePath(u"missing.csv"_s)});
+    const CheckRun missing({m_call.Folder() + u"/missing.csv"_s});
     QCOMPARE(missing.status, FAILED);
     QVERIFY(missing.errors.contains("missing.csv: "));
     QCOMPARE(missing.output, QByteArray());
@@ -120,21 +106,17 @@ void CheckCommandTest::AFileThatCannotBeReadFails()
     QVERIFY(unreadable.errors.contains("closed.csv: "));
 }
 
-void CheckCommandTest::AFolderFails()
+void CheckCommandTest::WhatItIsNotGivenRightFails()
 {
-    QCOMPARE(CheckRun({m_folder.path()}).status, FAILED);
-    QCOMPARE(CheckRun({Write(GOOD), u"--playlists"_s, m_folder.filePath(u"none"_s)}).status, FAILED);
+    QCOMPARE(CheckRun({m_call.Folder()}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), u"--playlists"_s, m_call.Folder() + u"/none"_s}).status, FAILED);
     QCOMPARE(CheckRun({}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), u"--tz"_s, u"Europe/Atlantis"_s}).status, FAILED);
+    QCOMPARE(CheckRun({Write(GOOD), u"--today"_s, u"15.5.2024"_s}).status, FAILED);
     // The system shows a process's memory as a regular file, and has nothing at its start.
     const CheckRun unread({u"/proc/self/mem"_s});
     QCOMPARE(unread.status, FAILED);
     QVERIFY2(unread.errors.contains("/proc/self/mem: Input/output error"), unread.errors.constData());
-}
-
-void CheckCommandTest::AnUnknownZoneFails()
-{
-    QCOMPARE(CheckRun({Write(GOOD), u"--tz"_s, u"Europe/Atlantis"_s}).status, FAILED);
-    QCOMPARE(CheckRun({Write(GOOD), u"--today"_s, u"15.5.2024"_s}).status, FAILED);
 }
 
 void CheckCommandTest::JsonHasTheSameFindings()
@@ -170,22 +152,17 @@ void CheckCommandTest::NothingThatATerminalObeysIsShown()
         QVERIFY2(byte == '\n' || static_cast<unsigned char>(byte) >= ' ', run.output.constData());
 }
 
-void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("line feed") << GOOD + WARNED;
-    QTest::newRow("both") << QByteArray(GOOD + WARNED).replace("\n", "\r\n");
-    QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + GOOD + WARNED;
-}
-
 void CheckCommandTest::AnyEndOfLineAndAByteOrderMarkAreFine()
 {
-    QFETCH(const QByteArray, content);
-    const QStringList lines = CheckRun({Write(content)}).Lines();
-    QCOMPARE(lines.size(), 2);
-    QVERIFY2(lines[0].contains(u"schedule.csv:2: warning: start time: "_s), qPrintable(lines[0]));
-    QVERIFY2(lines[0].endsWith(u" [time-form]"_s), qPrintable(lines[0]));
-    QCOMPARE(lines[1], u"2 lines, 0 errors, 1 warning"_s);
+    const QByteArray feeds = GOOD + WARNED;
+    for (const QByteArray& content : {feeds, QByteArray(feeds).replace("\n", "\r\n"), "\xef\xbb\xbf" + feeds})
+    {
+        const QStringList lines = CheckRun({Write(content)}).Lines();
+        QCOMPARE(lines.size(), 2);
+        QVERIFY2(lines[0].contains(u"schedule.csv:2: warning: start time: "_s), qPrintable(lines[0]));
+        QVERIFY2(lines[0].endsWith(u" [time-form]"_s), qPrintable(lines[0]));
+        QCOMPARE(lines[1], u"2 lines, 0 errors, 1 warning"_s);
+    }
 }
 
 void CheckCommandTest::CarriageReturnsAloneMakeOneLine()
@@ -219,42 +196,40 @@ void CheckCommandTest::TodayMovesWhatIsOver()
     QCOMPARE(CheckRun({file, today, u"2024-05-16"_s}).Lines().size(), 2);
 }
 
-void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth_data()
-{
-    QTest::addColumn<QString>("zone");
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<QString>("due");
-    QTest::newRow("behind UTC") << "America/Los_Angeles" << QByteArray("0000000|20:00:00|1|7|*|||StopMessage\n")
-                                << "2024-06-30";
-    QTest::newRow("ahead of UTC") << "Europe/Rome" << QByteArray("0000000|00:30:00|31|7|*|||StopMessage\n")
-                                  << "2024-08-01";
-    // It is looked for before that second, when it is still the day before in UTC.
-    QTest::newRow("at midnight in UTC") << "Europe/Rome" << QByteArray("0000000|02:00:00|31|7|*|||StopMessage\n")
-                                        << "2024-08-01";
-}
-
 void CheckCommandTest::ASpotDateMayBeDueInAnotherMonth()
 {
-    QFETCH(const QString, zone);
-    QFETCH(const QByteArray, line);
-    QFETCH(const QString, due);
-    const QStringList lines = CheckRun({Write(line), u"--tz"_s, zone, u"--today"_s, u"2024-05-15"_s}).Lines();
-    // It is due, if on another local date.
-    QCOMPARE(lines.size(), 2);
-    QVERIFY2(lines[0].contains(u"it is due on %1, local date"_s.arg(due)), qPrintable(lines[0]));
-    QVERIFY2(lines[0].endsWith(u" [utc-date]"_s), qPrintable(lines[0]));
+    struct SpotDate
+    {
+        const char* zone;
+        const char* line;
+        const char* due;
+    };
+    // The last one is looked for before that second, when it is still the day before in UTC.
+    for (const SpotDate& date :
+         {SpotDate{"America/Los_Angeles", "0000000|20:00:00|1|7|*|||StopMessage\n", "2024-06-30"},
+          SpotDate{"Europe/Rome", "0000000|00:30:00|31|7|*|||StopMessage\n", "2024-08-01"},
+          SpotDate{"Europe/Rome", "0000000|02:00:00|31|7|*|||StopMessage\n", "2024-08-01"}})
+    {
+        const CheckRun run({Write(date.line), u"--tz"_s, QLatin1String(date.zone), u"--today"_s, u"2024-05-15"_s});
+        // It is due, if on another local date.
+        QCOMPARE(run.Lines().size(), 2);
+        const QString line = run.Lines().first();
+        QVERIFY2(line.contains(u"it is due on %1, local date"_s.arg(QLatin1String(date.due))), qPrintable(line));
+        QVERIFY2(line.endsWith(u" [utc-date]"_s), qPrintable(line));
+    }
 }
 
 void CheckCommandTest::AThousandLinesTakeNoTime()
 {
     QByteArray content;
     for (int line = 0; line < 1000; ++line)
-        content += u"1111100|%1:%2:%3|%4|*|*|||Volume|%5\n"_s.arg(line / 60 + 4, 2, 10, '0'_L1)
-                       .arg(line % 60, 2, 10, '0'_L1)
-                       .arg(line % 50 + 5, 2, 10, '0'_L1)
+    {
+        const QTime time = QTime(4, 0).addSecs(line * 60 + line % 50 + 5);
+        content += u"1111100|%1|%2|*|*|||Volume|%3\n"_s.arg(time.toString(u"HH:mm:ss"_s))
                        .arg(line % 28 + 1)
                        .arg(line % 100)
                        .toLatin1();
+    }
     const QString file = Write(content);
     QElapsedTimer since;
     since.start();
@@ -266,10 +241,8 @@ void CheckCommandTest::AThousandLinesTakeNoTime()
 
 void CheckCommandTest::OfManyLinesThatAreHeldUpTheFirstAreNamed()
 {
-    QByteArray content = "1111100|08:00:00|*|*|*|||Light|5\n";
-    for (int line = 0; line < 13; ++line)
-        content += QByteArrayLiteral("1111100|08:00:00|*|*|*|||Volume|") + QByteArray::number(line) + '\n';
-    const QStringList lines = CheckRun({Write(content)}).Lines();
+    const QByteArray volumes = QByteArray("1111100|08:00:00|*|*|*|||Volume|1\n").repeated(13);
+    const QStringList lines = CheckRun({Write("1111100|08:00:00|*|*|*|||Light|5\n" + volumes)}).Lines();
     QVERIFY2(lines[0].contains(u"hold up lines 2, 3, 4, 5, 6, 7, 8, 9, 10, 11 and 3 more; "_s), qPrintable(lines[0]));
 }
 

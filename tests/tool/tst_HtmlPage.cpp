@@ -1,6 +1,7 @@
 #include "Browser.h"
 #include "PageScripts.h"
 #include "PageTest.h"
+#include "Rows.h"
 #include "Suite.h"
 #include "TextDiff.h"
 
@@ -44,6 +45,29 @@ QByteArray WithScript(QByteArray page, const QByteArray& script)
     return page.replace(BODY_END, "<script>" + script + "</script>" + BODY_END);
 }
 
+struct Span
+{
+    const char* name;
+    int days;
+    const char* start;
+    QByteArrayList marks;
+};
+
+const QList<Span> SPANS{
+    {"running for long", 3, "", {"missed", "playing"}},
+    {"loaded in the morning", 8, "2024-03-29T09:13", {"forced", "late", "missed", "skipped"}},
+};
+
+struct Looking
+{
+    const char* name;
+    Browser::Look look;
+};
+
+constexpr std::array LOOKS{Looking{"light", Browser::Look::WIDE}, Looking{"dark", Browser::Look::DARK},
+                           Looking{"phone", Browser::Look::PHONE}, Looking{"paper", Browser::Look::PAPER}};
+constexpr std::array WIDTHS{Looking{"wide", Browser::Look::WIDE}, Looking{"phone", Browser::Look::PHONE}};
+
 } // namespace
 
 class HtmlPageTest final : public QObject
@@ -52,17 +76,17 @@ class HtmlPageTest final : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void EveryEventIsThereWithItsDetails_data();
+    void EveryEventIsThereWithItsDetails_data() { AddRows(SPANS); }
     void EveryEventIsThereWithItsDetails();
     void AnErrorOnTheConsoleIsSeen();
     void ThePageLoadsNothing();
     void WhatWouldBeLoadedIsRefused();
     void TextOfTheScheduleIsNoMarkup();
     void DetailsFollowFocusKeysAndPointer();
-    void TextIsToldFromItsBackground_data();
+    void TextIsToldFromItsBackground_data() { AddRows(LOOKS); }
     void TextIsToldFromItsBackground();
     void PaperHasEveryEventAndNothingToOperate();
-    void EntriesOfTheSameSecondDoNotCoverOneAnother_data();
+    void EntriesOfTheSameSecondDoNotCoverOneAnother_data() { AddRows(WIDTHS); }
     void EntriesOfTheSameSecondDoNotCoverOneAnother();
     void TenThousandEventsAreShown();
 
@@ -81,21 +105,9 @@ void HtmlPageTest::cleanupTestCase()
     m_browser.reset();
 }
 
-void HtmlPageTest::EveryEventIsThereWithItsDetails_data()
-{
-    QTest::addColumn<int>("days");
-    QTest::addColumn<QByteArray>("start");
-    QTest::addColumn<QByteArrayList>("marks");
-    QTest::newRow("running for long") << 3 << QByteArray() << QByteArrayList{"missed", "playing"};
-    QTest::newRow("loaded in the morning")
-        << 8 << QByteArray("2024-03-29T09:13") << QByteArrayList{"forced", "late", "missed", "skipped"};
-}
-
 void HtmlPageTest::EveryEventIsThereWithItsDetails()
 {
-    QFETCH(const int, days);
-    QFETCH(const QByteArray, start);
-    QFETCH(const QByteArrayList, marks);
+    const auto& [name, days, start, marks] = Row<Span>();
     const PageTest test(WEEK, days, start);
     const QStringList expected = test.Events();
     for (const QByteArray& mark : marks)
@@ -182,18 +194,9 @@ void HtmlPageTest::DetailsFollowFocusKeysAndPointer()
     QCOMPARE(m_browser->Console(), QStringList());
 }
 
-void HtmlPageTest::TextIsToldFromItsBackground_data()
-{
-    QTest::addColumn<Browser::Look>("look");
-    QTest::newRow("light") << Browser::Look::WIDE;
-    QTest::newRow("dark") << Browser::Look::DARK;
-    QTest::newRow("phone") << Browser::Look::PHONE;
-    QTest::newRow("paper") << Browser::Look::PAPER;
-}
-
 void HtmlPageTest::TextIsToldFromItsBackground()
 {
-    QFETCH(const Browser::Look, look);
+    const Browser::Look look = Row<Looking>().look;
     const QByteArray page = PageTest(WEEK, 3, "2024-03-29T09:05").Page();
     m_browser->Open(page, look);
     QCOMPARE(m_browser->Run(PageScripts::CONTRASTS), u"many looked at, none bad"_s);
@@ -208,16 +211,9 @@ void HtmlPageTest::PaperHasEveryEventAndNothingToOperate()
     QCOMPARE(m_browser->Run(PageScripts::PRINTED), u"%1 events, %1 details, 0 others"_s.arg(events));
 }
 
-void HtmlPageTest::EntriesOfTheSameSecondDoNotCoverOneAnother_data()
-{
-    QTest::addColumn<Browser::Look>("look");
-    QTest::newRow("wide") << Browser::Look::WIDE;
-    QTest::newRow("phone") << Browser::Look::PHONE;
-}
-
 void HtmlPageTest::EntriesOfTheSameSecondDoNotCoverOneAnother()
 {
-    QFETCH(const Browser::Look, look);
+    const Browser::Look look = Row<Looking>().look;
     QByteArray lines;
     for (int i = 0; i < 30; ++i)
         lines += "1111111|23:59:50|*|*|*|||Volume|1\n1111111|08:00:00|*|*|*|||Volume|2\n";
