@@ -42,11 +42,6 @@ QList<Request> Sent(const Request& request, Outcome outcome)
     return request.IsFollowed(outcome) ? QList<Request>{request, request.Followed()} : QList<Request>{request};
 }
 
-bool IsTaskLine(const QString& line)
-{
-    return line.contains(u"[tasks/"_s);
-}
-
 } // namespace
 
 bool EveryKind::StartSchedule()
@@ -56,19 +51,11 @@ bool EveryKind::StartSchedule()
         schedule += LINE_BEGIN + request.Schedule().toLatin1() + '\n';
     WriteSchedule(schedule);
     WritePlaylist("first.mp3;60\n", u"day"_s);
-    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 54), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 54});
     if (!StartDaemon())
         return false;
     return Daemon().Take(2) ==
            QStringList{u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '600'. Using 456."_s};
-}
-
-QStringList EveryKind::TakeTaskLines(unsigned int maxLevel)
-{
-    QStringList lines = Daemon().Take(maxLevel);
-    lines.removeIf([](const QString& line) { return !IsTaskLine(line); });
-    return lines;
 }
 
 bool EveryKind::WaitForTheLast()

@@ -17,9 +17,6 @@ protected:
     // Writes the schedule, its playlist and the configuration, and starts the daemon.
     [[nodiscard]] bool StartSchedule();
 
-    // The records up to that level of a pass that starts everything: those of the tasks themselves.
-    [[nodiscard]] QStringList TakeTaskLines(unsigned int maxLevel);
-
     // Waits until the last action of the schedule has been started, whatever came of it.
     [[nodiscard]] bool WaitForTheLast();
 

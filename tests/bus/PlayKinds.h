@@ -5,6 +5,12 @@
 
 #include <array>
 
+// The line of a schedule that asks for it every day at 08:30:00.
+inline QByteArray Due(const Request& request)
+{
+    return "1111111|08:30:00|*|*|*|||" + request.Schedule().toUtf8() + '\n';
+}
+
 // What plays or works until a signal of its peer ends it.
 struct PlayKind
 {

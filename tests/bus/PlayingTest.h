@@ -19,27 +19,16 @@ protected:
     // Has the actions deleted in that way, one of WAYS, and waits until they are.
     void DeleteActions(const QString& by);
 
-    // A row for each way.
-    static void AddWays();
+    // A row for each way, and one for SIGINT, the other signal that ends the daemon.
+    static void AddWays(bool withInterrupt = false);
 
-    inline static const QStringList RUNNING{
-        QStringLiteral("4 [tasks/PlayMessage.cpp] Scheduled Message gong.mp3 running: stop it"),
-        QStringLiteral("4 [tasks/PlayPlaylist.cpp] Scheduled Playlist day running: stop it (from "
-                       "/com/kestrelix/ozna/updatemanager/updateobj)"),
-        QStringLiteral("4 [tasks/PlayStream.cpp] Scheduled Stream rtsp://10.0.0.5:8554/live running: stop it")};
-
-    inline static const QStringList NOT_STOPPED{
-        QStringLiteral("2 [tasks/PlayMessage.cpp] Impossible to stop scheduled file"),
-        QStringLiteral("2 [tasks/PlayPlaylist.cpp] Impossible to stop scheduled playlist"),
-        QStringLiteral("2 [tasks/PlayStream.cpp] Impossible to stop scheduled stream")};
-
-    inline static const QStringList STOPS{QStringLiteral("sound.StopPlay ss file "),
-                                          QStringLiteral("sound.StopPlay ss playlist morning"),
-                                          QStringLiteral("sound.StopPlay ss stream ")};
-
-    inline static const QStringList REQUESTS{QStringLiteral("sound.PlayFile ss gong.mp3 08:30:00"),
-                                             QStringLiteral("sound.PlayPlaylist ssusb day morning 1 08:30:00 false"),
-                                             QStringLiteral("sound.PlayStream su rtsp://10.0.0.5:8554/live 0")};
+    // Of all three, in this order: the requests that start them and that stop them, the records of a stop that is
+    // accepted and that is refused, and those of an end together with the peer.
+    static const QStringList REQUESTS;
+    static const QStringList STOPS;
+    static const QStringList STOPPED_ALL;
+    static const QStringList STOPPED_NONE;
+    static const QStringList GONE;
 
     inline static const QStringList WAYS{QStringLiteral("disabling"), QStringLiteral("reload"),
                                          QStringLiteral("file update"), QStringLiteral("another file"),

@@ -44,8 +44,7 @@ qint64 BusLost::Lose_ms()
 void BusLost::WhileIdle()
 {
     WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\n");
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     const qint64 ended_ms = Lose_ms();
     QVERIFY2(ended_ms >= 0 && ended_ms < SOON_MS, qPrintable(QString::number(ended_ms)));
     COMPARE_LINES(Daemon().Take(4), QStringList{LOST} + Ended());
@@ -71,7 +70,7 @@ void BusLost::InTheMiddleOfABlockingCall()
     QFETCH(QStringList, errors);
     Device().AnswerNever(method.constData());
     WriteSchedule("1111111|08:30:00|*|*|*|||" + task + '\n');
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 56), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 56});
     QVERIFY(StartDaemon());
     QVERIFY(WaitUntil([&] {
         const QStringList calls = Device().Calls();
@@ -89,7 +88,7 @@ void BusLost::InTheMiddleOfABlockingCall()
 void BusLost::WithAMessageThatPlays()
 {
     WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().WaitForLog(
         u"9 [tasks/PlayMessage.cpp] TASK START@TIME REQUESTED | PlayMessage: gong.mp3|08:30:00|-1"_s));

@@ -23,13 +23,6 @@ namespace
 
 const QString VOLUME = u"sound.SetMasterVolume d 1"_s;
 
-QDateTime At(const QDate& date, int hour, int minute, int second)
-{
-    return {date, QTime(hour, minute, second), Qt::UTC};
-}
-
-const QDate MONDAY(2024, 1, 15);
-
 } // namespace
 
 bool ClockJumps::WaitForPasses()
@@ -47,11 +40,11 @@ void ClockJumps::ADeviceWithoutAClockBeginsIn1970()
 {
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1000000|08:30:00|*|*|*|||Volume|2\n"
                   "1111111|08:30:00|*|*|*||19991231|Volume|3\n");
-    Time().Set(At(QDate(1970, 1, 1), 0, 0, 10));
+    Time().Set(QDate(1970, 1, 1), {0, 0, 10});
     QVERIFY(StartDaemon());
     QVERIFY(WaitForPasses());
     COMPARE_LINES(Device().Calls(), {});
-    Time().Set(At(MONDAY, 8, 29, 52));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(Device().WaitForCalls(2));
     QVERIFY(WaitForPasses());
     COMPARE_LINES(Device().Calls(), {VOLUME, u"sound.SetMasterVolume d 2"_s});
@@ -61,21 +54,21 @@ void ClockJumps::BackAndForthOverAStart()
 {
     WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", u"day"_s);
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|09:00:00|*|*|*|||PlayPlaylist|day\n");
-    Time().Set(At(MONDAY, 8, 29, 52));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(1));
-    Time().Set(At(MONDAY, 8, 29, 52));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME});
     // Found early, and then over it.
-    Time().Set(At(MONDAY, 8, 29, 49));
+    Time().Set(MONDAY, {8, 29, 49});
     QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] READY action found: 5 (Volume)"_s));
     static_cast<void>(Daemon().Take());
     QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
-    Time().Set(At(MONDAY, 8, 40, 0));
+    Time().Set(MONDAY, {8, 40, 0});
     QVERIFY(WaitForPasses());
     COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME});
-    Time().Set(At(MONDAY, 9, 0, 10));
+    Time().Set(MONDAY, {9, 0, 10});
     QVERIFY(Device().WaitForCalls(3));
     COMPARE_LINES(Device().Calls(), {VOLUME, VOLUME, u"sound.PlayPlaylist ssusb day  2 09:00:00 false"_s});
     QVERIFY(Daemon().Take(2).join(u'\n').contains(u"IsDelayed but still valid"_s));
@@ -84,10 +77,10 @@ void ClockJumps::BackAndForthOverAStart()
 void ClockJumps::FromBefore2038ToAfter()
 {
     WriteSchedule("0100000|03:14:15|*|*|*|20380119|20380119|Volume|1\n");
-    Time().Set(At(QDate(2038, 1, 19), 3, 14, 5));
+    Time().Set(QDate(2038, 1, 19), {3, 14, 5});
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(1));
-    Time().Set(At(QDate(2038, 1, 26), 3, 14, 7));
+    Time().Set(QDate(2038, 1, 26), {3, 14, 7});
     QVERIFY(WaitForPasses());
     COMPARE_LINES(Device().Calls(), {VOLUME});
 }

@@ -99,7 +99,7 @@ qint64 Crowd::Late_ms(int second, const QDateTime& start)
 void Crowd::ActionsComeInTimeWhileACrowdCalls()
 {
     const int rounds = IsLong() ? LONG_ROUNDS : SHORT_ROUNDS;
-    const QDateTime start(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC);
+    const QDateTime start = At(MONDAY, {8, 30});
     QByteArray schedule;
     QList<int> seconds;
     for (int round = 0; round < rounds; ++round)
@@ -180,7 +180,7 @@ void Crowd::AClientThatNeverReadsHarmsNobody()
     timer.start();
     QCOMPARE(Client().Call("SetScheduleFile", {u"due.csv"_s}), u"0"_s);
     const qint64 answered_ms = timer.elapsed();
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
+    Time().Set(MONDAY, {8, 30});
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {u"sound.SetMasterVolume d 10"_s});
     long after_kB = 0;

@@ -53,16 +53,6 @@ const QByteArray SCHEDULE = "# The shop in the high street; opening hours 8 to 1
                             "1111100|18:00:00|*|*|*|||Lan|0\n"
                             "1111100|18:30:00|*|*|*|||RecordMic|10\n";
 
-QDateTime Monday(int hour, int minute, int second = 0)
-{
-    return {QDate(2024, 1, 15), QTime(hour, minute, second), Qt::UTC};
-}
-
-QDateTime Tuesday(int hour, int minute)
-{
-    return Monday(hour, minute).addDays(1);
-}
-
 } // namespace
 
 // Sets the clock to shortly before due, and waits until what is expected has come and that second is over. All that the
@@ -91,51 +81,51 @@ void Day::SendsWhatIsDueAndNothingElse()
 {
     WriteSchedule(SCHEDULE);
     WritePlaylist("# what plays in the morning\nfirst.mp3;60\nsecond.mp3;30\n", u"morning"_s);
-    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
-    Time().Set(Monday(5, 59));
+    Time().Set(MONDAY, {5, 59});
     QVERIFY(StartDaemon());
     COMPARE_LINES(Daemon().Take(2),
                   {u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '456'. Using 456."_s,
                    u"1 [Action.cpp] Unknown task (3)"_s, u"2 [Scheduler.cpp] Action ignored"_s});
 
-    STEP(Monday(6, 0), {u"gps.SetEnabled b true"_s});
-    STEP(Monday(6, 30), {u"network.EnableLan bsss true   "_s});
-    STEP(Monday(7, 0), {u"freq.SetFreq i 456"_s, u"light.SetIntensity u 80"_s, u"light.Switch b true"_s,
-                        u"sound.SetAmplifiers y 3"_s, u"sound.SetMasterVolume d 60"_s});
-    STEP(Monday(7, 30), {u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d 98.5"_s});
-    STEP(Monday(8, 30), {u"sound.SetPlayerVolume sd file 70"_s, u"sound.PlayFile ss gong.mp3 08:30:00"_s});
+    STEP(At(MONDAY, {6, 0}), {u"gps.SetEnabled b true"_s});
+    STEP(At(MONDAY, {6, 30}), {u"network.EnableLan bsss true   "_s});
+    STEP(At(MONDAY, {7, 0}), {u"freq.SetFreq i 456"_s, u"light.SetIntensity u 80"_s, u"light.Switch b true"_s,
+                              u"sound.SetAmplifiers y 3"_s, u"sound.SetMasterVolume d 60"_s});
+    STEP(At(MONDAY, {7, 30}), {u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d 98.5"_s});
+    STEP(At(MONDAY, {8, 30}), {u"sound.SetPlayerVolume sd file 70"_s, u"sound.PlayFile ss gong.mp3 08:30:00"_s});
     Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
-    STEP(Monday(8, 45), {});
-    STEP(Monday(8, 50), {});
-    STEP(Monday(9, 0), {u"sound.StopPlay ss radiofm "_s});
-    STEP(Monday(10, 0),
+    STEP(At(MONDAY, {8, 45}), {});
+    STEP(At(MONDAY, {8, 50}), {});
+    STEP(At(MONDAY, {9, 0}), {u"sound.StopPlay ss radiofm "_s});
+    STEP(At(MONDAY, {10, 0}),
          {u"sound.SetPlayerVolume sd playlist 50"_s, u"sound.PlayPlaylist ssusb morning p1 1 10:00:00 false"_s});
-    STEP(Monday(10, 0, 40), {u"sound.StopPlay ss playlist p1"_s});
+    STEP(At(MONDAY, {10, 0, 40}), {u"sound.StopPlay ss playlist p1"_s});
     Device().Emit("sound.PlayPlaylistCompleted", {u"morning"_s});
-    STEP(Monday(11, 0), {});
+    STEP(At(MONDAY, {11, 0}), {});
     COMPARE_LINES(Client().WaitForSignals(1), {u"ExpectedPddAction(1,true)"_s});
-    STEP(Monday(12, 0), {u"sound.PlayAux -"_s});
-    STEP(Monday(12, 30), {u"sound.StopPlay ss aux "_s});
-    STEP(Monday(13, 0),
+    STEP(At(MONDAY, {12, 0}), {u"sound.PlayAux -"_s});
+    STEP(At(MONDAY, {12, 30}), {u"sound.StopPlay ss aux "_s});
+    STEP(At(MONDAY, {13, 0}),
          {u"sound.SetPlayerVolume sd stream 30"_s, u"sound.PlayStream su rtsp://10.0.0.5:8554/live 0"_s});
-    STEP(Monday(13, 30), {u"sound.StopPlay ss stream "_s});
+    STEP(At(MONDAY, {13, 30}), {u"sound.StopPlay ss stream "_s});
     Device().Emit("sound.StreamEnabled", {false});
-    STEP(Monday(14, 0), {u"photo.EnableCamera b true"_s});
-    STEP(Monday(14, 1), {u"photo.TakePhotoStream i 5"_s});
+    STEP(At(MONDAY, {14, 0}), {u"photo.EnableCamera b true"_s});
+    STEP(At(MONDAY, {14, 1}), {u"photo.TakePhotoStream i 5"_s});
     Device().Emit("photo.PhotoTaken", {0, u"/photos/1.jpg"_s}, 2);
     m_expected += u"photo.StopPhotoStream -"_s;
-    STEP(Monday(15, 0), {u"sound.StopPlay ss file "_s});
-    STEP(Monday(16, 0), {u"sound.PlayFile ss anniversary.mp3 16:00:00"_s});
+    STEP(At(MONDAY, {15, 0}), {u"sound.StopPlay ss file "_s});
+    STEP(At(MONDAY, {16, 0}), {u"sound.PlayFile ss anniversary.mp3 16:00:00"_s});
     Device().Emit("sound.PlayFileCompleted", {u"anniversary.mp3"_s});
-    STEP(Monday(16, 30), {});
-    STEP(Monday(18, 0), {u"light.Switch b false"_s, u"network.DisableLan -"_s});
-    STEP(Monday(18, 30), {});
+    STEP(At(MONDAY, {16, 30}), {});
+    STEP(At(MONDAY, {18, 0}), {u"light.Switch b false"_s, u"network.DisableLan -"_s});
+    STEP(At(MONDAY, {18, 30}), {});
 
     // The next day begins anew, but for what belongs to one date.
-    STEP(Tuesday(8, 30), {u"sound.SetPlayerVolume sd file 70"_s, u"sound.PlayFile ss gong.mp3 08:30:00"_s});
+    STEP(At(MONDAY.addDays(1), {8, 30}),
+         {u"sound.SetPlayerVolume sd file 70"_s, u"sound.PlayFile ss gong.mp3 08:30:00"_s});
     Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
-    STEP(Tuesday(16, 0), {});
-    STEP(Tuesday(16, 30), {u"sound.PlayFile ss a-day-late.mp3 16:30:00"_s});
+    STEP(At(MONDAY.addDays(1), {16, 0}), {});
+    STEP(At(MONDAY.addDays(1), {16, 30}), {u"sound.PlayFile ss a-day-late.mp3 16:30:00"_s});
     Device().Emit("sound.PlayFileCompleted", {u"a-day-late.mp3"_s});
     // A message that has not been heard to end would be stopped.
     QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: a-day-late.mp3"_s));

@@ -130,7 +130,7 @@ void FileChanges::APlaylistThatChangesIsReadOn()
         u"2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
         "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)"_s.arg(DataPath(u"playlists/day"_s));
     COMPARE_LINES(Daemon().Take(2), kind == u"cut"_s ? QStringList{cut} : QStringList());
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 58), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 58});
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {u"sound.PlayPlaylist ssusb day  1 08:30:04 false"_s});
 }
@@ -142,7 +142,7 @@ void FileChanges::AFullDiskBehindTheLogStopsNothing()
     Daemon().Start();
     QVERIFY(Bus().WaitForService(SchedulerClient::SERVICE));
     QCOMPARE(Client().Call("Reload"), u"0"_s);
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
+    Time().Set(MONDAY, {8, 30});
     QVERIFY(Device().WaitForCalls(3));
     COMPARE_LINES(Device().Calls(),
                   {u"sound.SetMasterVolume d 10"_s, u"light.SetIntensity u 5"_s, u"light.Switch b true"_s});

@@ -51,7 +51,7 @@ void Forced::TheLatestStateIsBroughtAbout()
     QFETCH(QStringList, found);
     QFETCH(QStringList, calls);
     WriteSchedule(schedule);
-    Time().Set(QDateTime(QDate(2024, 1, 15), start, Qt::UTC));
+    Time().Set(MONDAY, start);
     QVERIFY(StartDaemon());
     COMPARE_LINES(Daemon().Take().filter(u"[Scheduler.cpp] Found "_s), found);
     // Two far passes: what was to be forced has been, and what was not would have been seen.

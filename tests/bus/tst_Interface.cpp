@@ -54,8 +54,7 @@ void Interface::IsDescribedByItsIntrospection()
 
 void Interface::EnablingWhatIsEnabledReloadsNothing()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     QCOMPARE(Client().Call("SetEnabled", {true}), u"0"_s);
     COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(true,schedule.csv)"_s});
     COMPARE_LINES(Daemon().Take(5), WAS_ENABLED);
@@ -64,8 +63,7 @@ void Interface::EnablingWhatIsEnabledReloadsNothing()
 void Interface::DisablingAndEnablingAgain()
 {
     WriteSchedule(ONE_LINE);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
     COMPARE_LINES(Client().WaitForSignals(1), {u"SchedulingEnabled(false,schedule.csv)"_s});
     QCOMPARE(Client().Call("IsEnabled"), u"0,false,schedule.csv"_s);
@@ -92,8 +90,7 @@ void Interface::DisablingTwiceTellsTheBusTwice()
 void Interface::AnotherScheduleFileIsLoadedBeforeTheReply()
 {
     WriteSchedule(ONE_LINE + ONE_LINE, u"other.csv"_s);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     QCOMPARE(Client().Call("SetScheduleFile", {u"other.csv"_s}), u"0"_s);
     COMPARE_LINES(Daemon().Take(4), QStringList{u"4 [Scheduler.cpp] Schedule file set to other.csv"_s} + RESTARTING +
                                         STOPPED + Load(u"other.csv"_s, 2));
@@ -120,8 +117,7 @@ void Interface::AnotherScheduleFileWhileDisabledIsUsedAtTheNextEnable()
 
 void Interface::ReloadReadsTheFileAgain()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     WriteSchedule(ONE_LINE);
     QCOMPARE(Client().Call("Reload"), u"0"_s);
     COMPARE_LINES(Daemon().Take(4), RESTARTING + STOPPED + Load(u"schedule.csv"_s, 1));
@@ -181,8 +177,7 @@ void Interface::AMalformedCallChangesNothing()
     QFETCH(QByteArray, method);
     QFETCH(QVariantList, arguments);
     QFETCH(QString, error);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     QCOMPARE(Client().CallAt(path, interface, method.constData(), arguments), error);
     QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     COMPARE_LINES(Daemon().Take(5), QStringList());
@@ -209,8 +204,7 @@ void Interface::AStrangeScheduleFileNameIsKeptAsItIs()
     QFETCH(QString, name);
     QFETCH(QString, shown);
     QFETCH(QStringList, reason);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     QCOMPARE(Client().Call("SetScheduleFile", {name}), u"0"_s);
     COMPARE_LINES(Daemon().Take(4), QStringList{u"4 [Scheduler.cpp] Schedule file set to %1"_s.arg(shown)} +
                                         RESTARTING + STOPPED + Loading(DataPath(u"schedule/"_s) + shown) + NOT_FOUND +

@@ -1,117 +1,133 @@
-#include "MessageTest.h"
+#include "BusTest.h"
+#include "Lines.h"
+#include "PlayKinds.h"
 #include "Suite.h"
+
+#include <limits>
 
 using namespace Lines;
 using namespace Qt::StringLiterals;
 
-// A message from its line to the sound manager and back.
-class Message : public MessageTest
+// A message from its line to the sound manager and back. The clock stands at 08:29:49 when the daemon starts: the first
+// far pass, three seconds later, finds what is due at 08:30:00 early.
+class Message : public BusTest
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void IsRequestedAheadOfItsTimeAndOnce();
-    void OnlyAVolumeThatIsGivenIsSet_data();
-    void OnlyAVolumeThatIsGivenIsSet();
-    void WhateverTheVolumeRequestBringsTheMessageIsRequested_data();
-    void WhateverTheVolumeRequestBringsTheMessageIsRequested();
+    void AnAnswerOfAnotherTypeIsConverted();
+    void ACompletionBeforeTheReplyIsAnothers();
     void AStopMessageStopsAtItsSecond();
-    void AStopMessageThatIsRefusedIsLogged();
 };
 
 namespace
 {
-const QString COMPLETED = u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3"_s;
-}
+
+constexpr const char* PLAY_FILE = "sound.PlayFile";
+constexpr const char* PLAY_FILE_COMPLETED = "sound.PlayFileCompleted";
+
+const PlayKind& MESSAGE = PLAY_KINDS[0];
+
+} // namespace
 
 void Message::IsRequestedAheadOfItsTimeAndOnce()
 {
-    WriteSchedule(MessageLine("gong.mp3,70"));
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    const Request volume = Request::Find("SetPlayerVolume(file)", "gong.mp3,70");
+    const Request play = volume.Followed();
+    const QString requested = Shown(play.Records(Outcome::ACCEPTED), 9).last();
+    WriteSchedule(Due(volume));
+    QVERIFY(StartAndTakeLog());
     QVERIFY(Device().WaitForCalls(2));
-    const QTime requested = Time().Now().time();
-    QVERIFY2(requested >= QTime(8, 29, 52) && requested < QTime(8, 30), qPrintable(requested.toString()));
-    COMPARE_LINES(Device().Calls(), {u"sound.SetPlayerVolume sd file 70"_s, PLAY});
-    QVERIFY(Daemon().WaitForLog(Requested(70)));
-    COMPARE_LINES(Daemon().Take().mid(6),
-                  QStringList{u"5 [Action.cpp] Task PlayMessage IsEarly: active in <12 seconds"_s} + EARLY +
-                      QStringList{u"5 [Action.cpp] Task PlayMessage IsReady (in time)"_s} + READY_MESSAGE +
-                      QStringList{u"5 [Action.cpp] Action 'PlayMessage' delay: 0 s (0=no-delay)"_s,
-                                  u"9 [Action.cpp] Task PlayMessage is starting !"_s, Requested(70)});
+    const QTime asked = Time().Now().time();
+    QVERIFY2(asked >= QTime(8, 29, 52) && asked < QTime(8, 30), qPrintable(asked.toString()));
+    COMPARE_LINES(Device().Calls(), {volume.Call(), play.Call()});
+    QVERIFY(Daemon().WaitForLog(requested));
+    COMPARE_LINES(Daemon().Take().mid(6), {u"5 [Action.cpp] Task PlayMessage IsEarly: active in <12 seconds"_s,
+                                           u"4 [Scheduler.cpp] EARLY action found: 1 (PlayMessage)"_s,
+                                           u"5 [Action.cpp] Task PlayMessage IsReady (in time)"_s,
+                                           u"4 [Scheduler.cpp] READY action found: 1 (PlayMessage)"_s,
+                                           u"5 [Action.cpp] Action 'PlayMessage' delay: 0 s (0=no-delay)"_s,
+                                           u"9 [Action.cpp] Task PlayMessage is starting !"_s, requested});
 
     // Past its time and after its end, until the next far pass has looked at it, nothing more is sent.
     Device().Emit(PLAY_FILE_COMPLETED, {u"gong.mp3"_s});
-    QVERIFY(Daemon().WaitForLog(COMPLETED));
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30, 3), Qt::UTC));
+    QVERIFY(Daemon().WaitForLog(play.Ended().first()));
+    Time().Set(MONDAY, {8, 30, 3});
     static_cast<void>(Daemon().Take());
     QVERIFY(Daemon().WaitForLog(u"9 [Scheduler.cpp] > FarActions:     1"_s));
     COMPARE_LINES(Daemon().Take(5), QStringList());
     QCOMPARE(Device().Calls().size(), 2);
 }
 
-void Message::OnlyAVolumeThatIsGivenIsSet_data()
+// As many messages as there are answers.
+void Message::AnAnswerOfAnotherTypeIsConverted()
 {
-    QTest::addColumn<QByteArray>("parameters");
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QStringList>("warnings");
-    const QString volume = u"sound.SetPlayerVolume sd file "_s;
-    QTest::newRow("none") << QByteArray("gong.mp3") << QStringList{PLAY} << QStringList();
-    QTest::newRow("zero is set") << QByteArray("gong.mp3,0") << QStringList{volume + u'0', PLAY} << QStringList();
-    QTest::newRow("a negative one is not") << QByteArray("gong.mp3,-1") << QStringList{PLAY} << QStringList();
-    QTest::newRow("a word is not") << QByteArray("gong.mp3,loud") << QStringList{PLAY}
-                                   << QStringList{u"2 [tasks/PlayMessage.cpp] Invalid volume=loud, not used"_s};
-    QTest::newRow("a large one is sent unchanged")
-        << QByteArray("gong.mp3,1000000") << QStringList{volume + u"1e+06"_s, PLAY} << QStringList();
+    constexpr int SMALLEST = std::numeric_limits<int>::min();
+    struct Answer
+    {
+        QVariantList values;
+        int status;
+    };
+    const QList<Answer> answers{
+        {{3}, 3},
+        {{-1}, -1},
+        {{SMALLEST}, SMALLEST},
+        {{}, 0},
+        {{u"ok"_s}, 0},
+        {{u"7"_s}, 7},
+        {{7U}, 7},
+        {{true}, 1},
+        {{false}, 0},
+        {{QStringList{u"7"_s}}, 0},
+        {{QVariantMap{{u"status"_s, 7}}}, 0},
+        {{7, u"more"_s, 1.5}, 7},
+        {{0, 7}, 0},
+        {{1e300}, std::numeric_limits<int>::max()},
+    };
+    QStringList expected;
+    for (const Answer& answer : answers)
+    {
+        Device().AnswerValues(PLAY_FILE, answer.values, 0, 1);
+        const Outcome outcome = answer.status == 0 ? Outcome::ACCEPTED : Outcome::REFUSED;
+        expected += Shown(Answered(MESSAGE.Start().Records(outcome), {}, answer.status), 9);
+    }
+    WriteSchedule(Due(MESSAGE.Start()).repeated(answers.size()));
+    // One pass finds all of them early, and none again.
+    Time().Set(MONDAY, {8, 29, 54});
+    QVERIFY(StartAndTakeLog());
+    QVERIFY(Device().WaitForCalls(answers.size()));
+    // The daemon answers a call only when the request before it has been answered.
+    QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
+    COMPARE_LINES(TakeTaskLines(), expected);
 }
 
-void Message::OnlyAVolumeThatIsGivenIsSet()
+void Message::ACompletionBeforeTheReplyIsAnothers()
 {
-    QFETCH(QByteArray, parameters);
-    QFETCH(QStringList, calls);
-    QFETCH(QStringList, warnings);
-    WriteSchedule(MessageLine(parameters.constData()));
+    Device().AnswerStatus(PLAY_FILE, 0, 1000, 1);
+    WriteSchedule(Due(MESSAGE.Start()));
     QVERIFY(StartDaemon());
-    COMPARE_LINES(Daemon().Take(2), warnings);
-    QVERIFY(Device().WaitForCalls(calls.size()));
-    COMPARE_LINES(Device().Calls(), calls);
-}
-
-void Message::WhateverTheVolumeRequestBringsTheMessageIsRequested_data()
-{
-    QTest::addColumn<QString>("answer");
-    QTest::newRow("refused") << u"status"_s;
-    QTest::newRow("failed on the bus") << u"error"_s;
-    QTest::newRow("never answered") << u"never"_s;
-}
-
-void Message::WhateverTheVolumeRequestBringsTheMessageIsRequested()
-{
-    QFETCH(QString, answer);
-    if (answer == u"status"_s)
-        Device().AnswerStatus("sound.SetPlayerVolume", 4);
-    else if (answer == u"error"_s)
-        Device().AnswerError("sound.SetPlayerVolume", "no such volume");
-    else
-        Device().AnswerNever("sound.SetPlayerVolume");
-    WriteSchedule(MessageLine("gong.mp3,70"));
-    QVERIFY(StartDaemon());
-    QVERIFY(Device().WaitForCalls(2));
-    QCOMPARE(Device().Calls().last(), PLAY);
-    QVERIFY(Daemon().WaitForLog(Requested(70)));
+    QVERIFY(Device().WaitForCalls(1));
+    static_cast<void>(Daemon().Take());
+    Device().Emit(PLAY_FILE_COMPLETED, {u"gong.mp3"_s});
+    QVERIFY(Daemon().WaitForLog(Shown(MESSAGE.Start().Records(Outcome::ACCEPTED), 9).last()));
+    // The message goes on, and is stopped with its action.
+    QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(4), Ended(Shown(MESSAGE.Stop().Records(Outcome::ACCEPTED), 4)));
+    COMPARE_LINES(Device().Calls(), {MESSAGE.Start().Call(), MESSAGE.Stop().Call()});
 }
 
 void Message::AStopMessageStopsAtItsSecond()
 {
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
-    WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
-    const QString requested = u"9 [tasks/StopMessage.cpp] TASK REQUESTED | StopPlay(file)"_s;
+    const Request stop = Request::Find("StopPlay(file)", nullptr);
+    const QString requested = Shown(stop.Records(Outcome::ACCEPTED), 9).last();
+    Time().Set(MONDAY, {8, 29, 52});
+    WriteSchedule(Due(stop));
+    QVERIFY(StartAndTakeLog());
     QVERIFY(Daemon().WaitForLog(requested));
     const QTime now = Time().Now().time();
     QVERIFY2(now >= QTime(8, 30) && now < QTime(8, 30, 1), qPrintable(now.toString(Qt::ISODateWithMs)));
-    COMPARE_LINES(Device().Calls(), {STOP});
+    COMPARE_LINES(Device().Calls(), {stop.Call()});
     QStringList lines = Daemon().Take();
     lines.removeIf([](const QString& line) {
         return line.contains(u"Actions:  "_s) || line.contains(u"-----"_s) || line.contains(u"Checking"_s) ||
@@ -123,17 +139,6 @@ void Message::AStopMessageStopsAtItsSecond()
                           u"4 [Scheduler.cpp] READY action found: 14 (StopMessage)"_s,
                           u"5 [Action.cpp] Action 'StopMessage' delay: 0 s (0=no-delay)"_s,
                           u"9 [Action.cpp] Task StopMessage is starting !"_s, requested});
-}
-
-void Message::AStopMessageThatIsRefusedIsLogged()
-{
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
-    Device().AnswerStatus(STOP_PLAY, 5);
-    WriteSchedule("1111111|08:30:00|*|*|*|||StopMessage\n");
-    QVERIFY(StartDaemon());
-    const QString error = u"1 [tasks/StopMessage.cpp] StopPlay(file) error: 5"_s;
-    QVERIFY(Daemon().WaitForLog(error));
-    COMPARE_LINES(Daemon().Take(2), {error});
 }
 
 OZNA_CASE(Message, Message)

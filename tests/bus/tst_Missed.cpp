@@ -30,13 +30,7 @@ private:
 namespace
 {
 
-const QDate MONDAY(2024, 1, 15);
 const QString VOLUME_EARLY = u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s;
-
-QDateTime At(const QDate& date, const QTime& time)
-{
-    return {date, time, Qt::UTC};
-}
 
 QString Record(const char* task, int line, const char* due, const char* cause)
 {
@@ -75,7 +69,7 @@ void Missed::AReloadThatStopsAMessage()
     WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(1));
-    Time().Set(At(MONDAY, QTime(8, 29, 58)));
+    Time().Set(MONDAY, {8, 29, 58});
     QCOMPARE(Client().Call("Reload"), u"0"_s);
     Expect({Record("1 (PlayMessage)", 1, "08:30:00", "the schedule was loaded less than 3 s before")});
     COMPARE_LINES(Device().Calls(), {u"sound.PlayFile ss gong.mp3 08:30:00"_s, u"sound.StopPlay ss file "_s});
@@ -87,7 +81,7 @@ void Missed::TheClockIsPutForward()
                   "0111111|08:40:00|*|*|*|||Volume|3\n");
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().WaitForLog(VOLUME_EARLY));
-    Time().Set(At(MONDAY, QTime(9, 0)));
+    Time().Set(MONDAY, {9, 0});
     Expect({Record("5 (Volume)", 1, "08:30:00", "the clock was put forward"),
             Record("5 (Volume)", 2, "08:40:00", "the clock was put forward")});
     COMPARE_LINES(Device().Calls(), {});
@@ -98,7 +92,7 @@ void Missed::TheClockIsPutForwardOverMany()
     WriteSchedule("1111111|08:00:00|*|*|*|||Volume|1\n1111111|09:00:00|*|*|*|||Volume|2\n");
     QVERIFY(StartDaemon());
     QVERIFY(WaitForPasses(1));
-    Time().Set(At(MONDAY.addDays(20), QTime(8, 29)));
+    Time().Set(MONDAY.addDays(20), {8, 29});
     QStringList missed;
     for (int day = 11; day <= 20; ++day)
     {
@@ -119,7 +113,7 @@ void Missed::TheProcessIsStopped()
     QVERIFY(StartDaemon());
     QVERIFY(Daemon().WaitForLog(VOLUME_EARLY));
     Daemon().Signal(SIGSTOP);
-    QVERIFY(WaitUntil([this] { return Time().Now() > At(MONDAY, QTime(8, 30, 3)); }));
+    QVERIFY(WaitUntil([this] { return Time().Now() > At(MONDAY, {8, 30, 3}); }));
     Daemon().Signal(SIGCONT);
     Expect({Record("5 (Volume)", 1, "08:29:59", "the process stood still")});
     COMPARE_LINES(Device().Calls(), {});
@@ -141,7 +135,7 @@ void Missed::AMessageStillPlays()
     WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(1));
-    Time().Set(At(MONDAY.addDays(1), QTime(8, 29, 55)));
+    Time().Set(MONDAY.addDays(1), {8, 29, 55});
     Expect({Record("1 (PlayMessage)", 1, "08:30:00", "it still plays or works from its last start")});
     QCOMPARE(Device().Calls().size(), 1);
 }
@@ -149,7 +143,7 @@ void Missed::AMessageStillPlays()
 void Missed::MidnightCannotStart()
 {
     WriteSchedule("1111111|00:00:00|*|*|*|||Volume|1\n");
-    Time().Set(At(MONDAY, QTime(23, 59, 50)));
+    Time().Set(MONDAY, {23, 59, 50});
     QVERIFY(StartDaemon());
     Expect({Record("5 (Volume)", 1, "00:00:00", "its time cannot start: the daemon looks ahead within one day only")});
     COMPARE_LINES(Device().Calls(), {});

@@ -40,7 +40,7 @@ constexpr int SETTLED = 3; // days after which nothing new is called
 constexpr int BEFORE_S = 10;
 constexpr qint64 GROWTH_BYTES = 512 * 1024;
 
-QDateTime At(const QDate& date, const QTime& time)
+QDateTime LocalAt(const QDate& date, const QTime& time)
 {
     static const QTimeZone zone(ZONE);
     return {date, time, zone};
@@ -63,7 +63,7 @@ Month::Use Month::DaemonUse() const
 
 void Month::Morning(const QDate& date, const ExpectedRequests& expected)
 {
-    const QDateTime due = At(date, DUE);
+    const QDateTime due = LocalAt(date, DUE);
     QStringList requests = expected.Between(due.addSecs(-60).toMSecsSinceEpoch(), due.addSecs(60).toMSecsSinceEpoch());
     const QStringList announced = requests.filter(u"scheduler."_s);
     for (const QString& text : announced)
@@ -96,9 +96,10 @@ void Month::EveryRequestComesOnceAndUseStaysTheSame()
     const QDir source(QStringLiteral(OZNA_MONTH_DATA));
     QVERIFY(QFile::copy(source.filePath(u"schedule.csv"_s), DataPath(u"schedule/schedule.csv"_s)));
     QVERIFY(QFile::copy(source.filePath(u"morning"_s), DataPath(u"playlists/morning"_s)));
+    QVERIFY(QFile::remove(DataPath(u"ozna.ini"_s)));
     QVERIFY(QFile::copy(source.filePath(u"ozna.ini"_s), DataPath(u"ozna.ini"_s)));
     // Every schedule is loaded before the first start of its day: nothing is late, or in force already.
-    const QDateTime begin = At(FIRST, QTime(6, 0));
+    const QDateTime begin = LocalAt(FIRST, QTime(6, 0));
     const ExpectedRequests expected(QString::fromLatin1(ZONE), source.path(), FIRST.toString(Qt::ISODate),
                                     FIRST.addDays(DAYS - 1).toString(Qt::ISODate), {begin.toMSecsSinceEpoch()});
     Daemon().Environment().insert(u"TZ"_s, QString::fromLatin1(ZONE));
@@ -111,7 +112,7 @@ void Month::EveryRequestComesOnceAndUseStaysTheSame()
         const QDate date = FIRST.addDays(day);
         if (day % RELOADED_EVERY == RELOADED_EVERY - 1)
         {
-            Time().Set(At(date, QTime(6, 0)));
+            Time().Set(LocalAt(date, QTime(6, 0)));
             QCOMPARE(Client().Call("Reload"), u"0"_s);
         }
         Morning(date, expected);

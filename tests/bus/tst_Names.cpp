@@ -83,8 +83,7 @@ void Names::AVeryLongNameIsKept()
 
 void Names::ALongNameOfControlCharactersIsOneLineInTheLog()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     const QByteArray unit = "1 /forged [main.cpp:1] gone\n\x1b[2J\x1b]0;title\t%s%n\r";
     const QString name = QString::fromLatin1(unit.repeated(MEGABYTE / unit.size()));
     QCOMPARE(Client().Call("SetScheduleFile", {name}), u"0"_s);
@@ -114,7 +113,7 @@ void Names::LongCallsThatWaitForASlowPeerAreAnswered()
     constexpr int CALLS = 34;
     Device().AnswerStatus("light.Switch", 0, 2000, 1);
     WriteSchedule("1111111|08:30:00|*|*|*|||Light|0\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 56), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 56});
     QVERIFY(StartDaemon());
     const long before_kB = MemoryKilobytes(DaemonPid(), "VmRSS");
     QVERIFY(Device().WaitForCalls(1));

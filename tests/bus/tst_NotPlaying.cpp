@@ -10,20 +10,15 @@ class NotPlaying : public PlayingTest
     Q_OBJECT
 
 private Q_SLOTS:
-    void WhatHasNotBegunIsNotStopped_data();
+    void WhatHasNotBegunIsNotStopped_data() { AddWays(); }
     void WhatHasNotBegunIsNotStopped();
-    void WhatHasCompletedIsNotStopped_data();
+    void WhatHasCompletedIsNotStopped_data() { AddWays(); }
     void WhatHasCompletedIsNotStopped();
     void WhatIsBeingRequestedIsStoppedOnceItPlays_data();
     void WhatIsBeingRequestedIsStoppedOnceItPlays();
-    void WhatIsNotMarkedAsRunningIsNotStopped_data();
+    void WhatIsNotMarkedAsRunningIsNotStopped_data() { AddWays(); }
     void WhatIsNotMarkedAsRunningIsNotStopped();
 };
-
-void NotPlaying::WhatHasNotBegunIsNotStopped_data()
-{
-    AddWays();
-}
 
 void NotPlaying::WhatHasNotBegunIsNotStopped()
 {
@@ -39,11 +34,6 @@ void NotPlaying::WhatHasNotBegunIsNotStopped()
     QVERIFY(Daemon().Take().contains(Loaded(6).first()));
     DeleteActions(by);
     COMPARE_LINES(Device().Calls(), QStringList());
-}
-
-void NotPlaying::WhatHasCompletedIsNotStopped_data()
-{
-    AddWays();
 }
 
 void NotPlaying::WhatHasCompletedIsNotStopped()
@@ -88,22 +78,16 @@ void NotPlaying::WhatIsBeingRequestedIsStoppedOnceItPlays()
     QFETCH(QString, by);
     Device().AnswerStatus(method.constData(), 0, ANSWER_MS, 1);
     WritePlaylist("first.mp3;60\n", u"day"_s);
-    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     WriteSchedule("1111111|08:30:00|*|*|*|||" + task + '\n');
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
     QVERIFY(WaitUntil([&] { return Device().Calls().filter(QString::fromLatin1(method) + u' ').size() == 1; }));
     const QStringList requests = Device().Calls();
     COMPARE_LINES(Daemon().Take(2), QStringList());
     // Before the radio's time, so that it is not forced when it is loaded again.
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 0), Qt::UTC));
+    Time().Set(MONDAY, {8, 0});
     DeleteActions(by);
     COMPARE_LINES(Device().Calls(), requests + stops);
-}
-
-void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped_data()
-{
-    AddWays();
 }
 
 void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped()
@@ -115,12 +99,12 @@ void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped()
                   "1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n");
     const QStringList requests{u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d 98.5"_s, u"sound.PlayAux -"_s,
                                u"photo.TakePhoto -"_s, u"photo.TakePhotoStream i 10"_s};
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
     QVERIFY(Device().WaitForCalls(requests.size()));
     QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     // Before the radio's time, so that it is not forced when it is loaded again.
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 0), Qt::UTC));
+    Time().Set(MONDAY, {8, 0});
     static_cast<void>(Daemon().Take());
     DeleteActions(by);
     COMPARE_LINES(Device().Calls(), requests);

@@ -42,7 +42,7 @@ QString Total(int count)
 bool Photos::StartAt(const QByteArray& schedule, int calls)
 {
     WriteSchedule(schedule);
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 52});
     return StartDaemon() && Device().WaitForCalls(calls) && Client().Call("IsEnabled") == u"0,true,schedule.csv"_s &&
            Daemon().Take(2).isEmpty();
 }
@@ -59,9 +59,7 @@ void Photos::ASeriesEndsWithItsLastPhoto()
     QVERIFY(Daemon().WaitForLog(COMPLETED));
     TakePhotos(1);
     QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 4; }));
-    QStringList lines = Daemon().Take();
-    lines.removeIf([](const QString& line) { return !line.contains(u"[tasks/"_s); });
-    COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), COMPLETED, TAKEN});
+    COMPARE_LINES(TakeTaskLines(), {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), COMPLETED, TAKEN});
     COMPARE_LINES(Device().Calls(), {u"photo.TakePhotoStream i 10"_s, u"photo.StopPhotoStream -"_s});
 }
 
@@ -70,7 +68,7 @@ void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
     QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto\n", 1));
     TakePhotos(1);
     QVERIFY(Daemon().WaitForLog(TAKEN));
-    Time().Set(QDateTime(QDate(2024, 1, 16), QTime(8, 29, 52), Qt::UTC));
+    Time().Set(MONDAY.addDays(1), {8, 29, 52});
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {u"photo.TakePhoto -"_s, u"photo.TakePhoto -"_s});
 }
@@ -80,10 +78,10 @@ void Photos::WhatIsStillUnderWayIsNotAskedForAgain()
     QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:00|*|*|*|||RecordPhoto\n", 2));
     for (int day = 16; day <= 18; ++day)
     {
-        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 29, 52), Qt::UTC));
+        Time().Set(QDate(2024, 1, day), {8, 29, 52});
         static_cast<void>(Daemon().Take());
         QVERIFY(Daemon().WaitForLog(u"9 [Scheduler.cpp] Checking far actions"_s));
-        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 40), Qt::UTC));
+        Time().Set(QDate(2024, 1, day), {8, 40});
         QVERIFY(Daemon().WaitForLog(StillRuns("4 (RecordPhoto)", 2)));
         COMPARE_LINES(Daemon().Take(4),
                       (QStringList{StillRuns("4 (RecordPhoto)", 1), StillRuns("4 (RecordPhoto)", 2)}));
@@ -99,11 +97,9 @@ void Photos::EveryTaskSeesEveryPhoto()
     TakePhotos(2);
     QVERIFY(Daemon().WaitForLog(u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "_s));
     QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 6; }));
-    QStringList lines = Daemon().Take();
-    lines.removeIf([](const QString& line) { return !line.contains(u"[tasks/"_s); });
     // Each photo reaches the tasks in the order in which they were created.
-    COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(1), TAKEN, TAKEN, Total(2), TAKEN, Total(2),
-                          u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "_s, TAKEN});
+    COMPARE_LINES(TakeTaskLines(), {TAKEN, Total(1), TAKEN, Total(1), TAKEN, TAKEN, Total(2), TAKEN, Total(2),
+                                    u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "_s, TAKEN});
 }
 
 void Photos::ASeriesWhoseStopFailsAsksAgain()
@@ -113,11 +109,10 @@ void Photos::ASeriesWhoseStopFailsAsksAgain()
     QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
     TakePhotos(5);
     QVERIFY(Daemon().WaitForLog(COMPLETED));
-    QStringList lines = Daemon().Take();
-    lines.removeIf([](const QString& line) { return !line.contains(u"[tasks/"_s); });
-    COMPARE_LINES(lines, {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3),
-                          u"1 [tasks/Photo.cpp] StopPhotoStream error: 4"_s, TAKEN, Total(4),
-                          u"4 [tasks/Photo.cpp] StopPhotoStream request error: busy"_s, TAKEN, Total(5), COMPLETED});
+    COMPARE_LINES(TakeTaskLines(),
+                  {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), u"1 [tasks/Photo.cpp] StopPhotoStream error: 4"_s,
+                   TAKEN, Total(4), u"4 [tasks/Photo.cpp] StopPhotoStream request error: busy"_s, TAKEN, Total(5),
+                   COMPLETED});
 }
 
 void Photos::AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts()
@@ -151,7 +146,7 @@ void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
     const int count = IsSanitized() ? SANITIZED_FLOOD : GREAT_FLOOD;
     const QDBusPendingCall flood = Device().EmitMeanwhile("photo.PhotoTaken", {0, u"/photos/1.jpg"_s}, count);
     QVERIFY(Daemon().WaitForLog(REFUSED));
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30, 4), Qt::UTC));
+    Time().Set(MONDAY, {8, 30, 4});
     // In time, or never: an action may be late for two seconds.
     QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"_s));
     QVERIFY(WaitUntil([&] { return flood.isFinished(); }));

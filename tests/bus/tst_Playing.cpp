@@ -1,4 +1,6 @@
+#include "PlayKinds.h"
 #include "PlayingTest.h"
+#include "Rows.h"
 #include "Suite.h"
 
 using namespace Lines;
@@ -13,30 +15,33 @@ class Playing : public PlayingTest
 private Q_SLOTS:
     void EndsWithTheSignalOfItsKind();
     void AStreamThatIsEnabledGoesOn();
-    void IsStoppedOnceWithItsActions_data();
+    void IsStoppedOnceWithItsActions_data() { AddWays(true); }
     void IsStoppedOnceWithItsActions();
-    void IsStoppedInBoundedTimeWhenTheSchedulerEnds_data();
+    void IsStoppedInBoundedTimeWhenTheSchedulerEnds_data() { AddRows(Bounds()); }
     void IsStoppedInBoundedTimeWhenTheSchedulerEnds();
     void WhatWasRefusedIsNotStopped();
     void WhatStillPlaysIsNotAskedForAgain();
+
+private:
+    // How the peer answers when it is to stop what plays.
+    struct Bound
+    {
+        const char* name;
+        QStringList lines;
+        int atLeast_ms;
+        int atMost_ms;
+    };
+    static const QList<Bound>& Bounds();
 };
 
-namespace
+const QList<Playing::Bound>& Playing::Bounds()
 {
-
-QStringList Alternated(const QStringList& first, const QStringList& second)
-{
-    QStringList lines;
-    for (qsizetype i = 0; i < first.size(); ++i)
-        lines << first[i] << second[i];
-    return lines;
+    static const QList<Bound> bounds{{"accepted", STOPPED_ALL, 0, 10000},
+                                     {"refused", STOPPED_NONE, 0, 10000},
+                                     {"gone", STOPPED_NONE, 0, 10000},
+                                     {"never answered", STOPPED_NONE, 2800, 8000}};
+    return bounds;
 }
-
-const QStringList GONE{u"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayMessage: gong.mp3"_s,
-                       u"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayPlaylist: day"_s,
-                       u"2 [Task.cpp] TASK ENDED WITH ITS PEER | PlayStream: rtsp://10.0.0.5:8554/live"_s};
-
-} // namespace
 
 void Playing::EndsWithTheSignalOfItsKind()
 {
@@ -48,7 +53,11 @@ void Playing::EndsWithTheSignalOfItsKind()
     QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayStream.cpp] TASK COMPLETED | PlayStream: rtsp://10.0.0.5:8554/live"_s));
     Device().Emit("sound.PlayFileCompleted", {u"another.mp3"_s});
     QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: another.mp3"_s));
+    static_cast<void>(Daemon().Take());
+    // Nobody waits any more.
+    Device().Emit("sound.PlayFileCompleted", {u"gong.mp3"_s});
     QCOMPARE(StopDaemon(), 0);
+    COMPARE_LINES(Daemon().Take(4), Ended());
     COMPARE_LINES(Device().Calls(), REQUESTS);
 }
 
@@ -61,12 +70,7 @@ void Playing::AStreamThatIsEnabledGoesOn()
     QVERIFY(Daemon().WaitForLog(u"4 [tasks/PlayMessage.cpp] TASK COMPLETED | PlayMessage: gong.mp3"_s));
     static_cast<void>(Daemon().Take());
     QCOMPARE(StopDaemon(), 0);
-    COMPARE_LINES(Daemon().Take(4), Ended(RUNNING.mid(1)));
-}
-
-void Playing::IsStoppedOnceWithItsActions_data()
-{
-    AddWays();
+    COMPARE_LINES(Daemon().Take(4), Ended(STOPPED_ALL.mid(1)));
 }
 
 void Playing::IsStoppedOnceWithItsActions()
@@ -76,35 +80,19 @@ void Playing::IsStoppedOnceWithItsActions()
     Device().Forget();
     DeleteActions(by);
     COMPARE_LINES(Device().Calls(), STOPS);
-    QStringList lines = Daemon().Take(4);
-    lines.removeIf([](const QString& line) { return !line.contains(u"running: stop it"_s); });
-    COMPARE_LINES(lines, RUNNING);
-}
-
-void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds_data()
-{
-    QTest::addColumn<QString>("answer");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<int>("atLeast_ms");
-    QTest::addColumn<int>("atMost_ms");
-    QTest::newRow("accepted") << u"accepted"_s << RUNNING << 0 << 10000;
-    QTest::newRow("refused") << u"refused"_s << Alternated(RUNNING, NOT_STOPPED) << 0 << 10000;
-    QTest::newRow("gone") << u"gone"_s << Alternated(RUNNING, NOT_STOPPED) << 0 << 10000;
-    QTest::newRow("never answered") << u"never"_s << Alternated(RUNNING, NOT_STOPPED) << 2800 << 8000;
+    COMPARE_LINES(Daemon().Take(4).filter(u"running: stop it"_s), STOPPED_ALL);
 }
 
 void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds()
 {
-    QFETCH(QString, answer);
-    QFETCH(QStringList, lines);
-    QFETCH(int, atLeast_ms);
-    QFETCH(int, atMost_ms);
-    if (answer == u"refused"_s)
+    const auto& [answer, lines, atLeast_ms, atMost_ms] = Row<Bound>();
+    const bool isGone = qstrcmp(answer, "gone") == 0;
+    if (qstrcmp(answer, "refused") == 0)
         Device().AnswerStatus("sound.StopPlay", 2);
-    else if (answer == u"never"_s)
+    else if (qstrcmp(answer, "never answered") == 0)
         Device().AnswerNever("sound.StopPlay");
     QVERIFY(StartPlaying());
-    if (answer == u"gone"_s)
+    if (isGone)
     {
         Device().SetPresent("sound", false);
         QVERIFY(Daemon().WaitForLog(GONE.last()));
@@ -115,24 +103,22 @@ void Playing::IsStoppedInBoundedTimeWhenTheSchedulerEnds()
     const qint64 took_ms = QDateTime::currentMSecsSinceEpoch() - asked_ms;
     QVERIFY2(took_ms >= atLeast_ms && took_ms < atMost_ms, qPrintable(QString::number(took_ms)));
     COMPARE_LINES(Daemon().Take(4), Ended(lines));
-    COMPARE_LINES(Device().Calls(), answer == u"gone"_s ? REQUESTS : REQUESTS + STOPS);
+    COMPARE_LINES(Device().Calls(), isGone ? REQUESTS : REQUESTS + STOPS);
 }
 
 void Playing::WhatWasRefusedIsNotStopped()
 {
-    for (const char* method : {"sound.PlayFile", "sound.PlayPlaylist", "sound.PlayStream"})
-        Device().AnswerStatus(method, 9);
-    WritePlaylist("first.mp3;60\n", u"day"_s);
-    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
-    WriteSchedule("1111111|08:30:00|*|*|*|||PlayStream|8554/live\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
+    const Request stream = PLAYBACKS[2].Start();
+    Device().AnswerStatus("sound.PlayStream", 9);
+    WriteSchedule(Due(stream));
+    Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
-    const QString refused = u"1 [tasks/PlayStream.cpp] PlayStream error: 9"_s;
+    const QString refused = Shown(Answered(stream.Records(Outcome::REFUSED), {}, 9), 2).first();
     QVERIFY(Daemon().WaitForLog(refused));
     COMPARE_LINES(Daemon().Take(2), {refused});
     QCOMPARE(StopDaemon(), 0);
     COMPARE_LINES(Daemon().Take(4), Ended());
-    COMPARE_LINES(Device().Calls(), {u"sound.PlayStream su rtsp://10.0.0.5:8554/live 0"_s});
+    COMPARE_LINES(Device().Calls(), {stream.Call()});
 }
 
 // Three days, on each of which what has not told its end would be due.
@@ -142,10 +128,10 @@ void Playing::WhatStillPlaysIsNotAskedForAgain()
     QVERIFY(StartPlaying());
     for (int day = 16; day <= 18; ++day)
     {
-        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 29, 52), Qt::UTC));
+        Time().Set(QDate(2024, 1, day), {8, 29, 52});
         static_cast<void>(Daemon().Take());
         QVERIFY(Daemon().WaitForLog(farPass));
-        Time().Set(QDateTime(QDate(2024, 1, day), QTime(8, 40), Qt::UTC));
+        Time().Set(QDate(2024, 1, day), {8, 40});
         QVERIFY(Daemon().WaitForLog(StillRuns("16 (PlayStream)", 3)));
         COMPARE_LINES(Daemon().Take(4), (QStringList{StillRuns("1 (PlayMessage)", 1), StillRuns("2 (PlayPlaylist)", 2),
                                                      StillRuns("16 (PlayStream)", 3)}));

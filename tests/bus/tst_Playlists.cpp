@@ -60,7 +60,7 @@ bool Playlists::StartDue(const QList<QByteArray>& names)
     WriteSchedule(schedule + "1111111|08:30:04|*|*|*|||Volume|10\n");
     if (!StartDaemon())
         return false;
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 59), Qt::UTC));
+    Time().Set(MONDAY, {8, 29, 59});
     return true;
 }
 
@@ -162,11 +162,11 @@ void Playlists::ATimeThatIsNoneIsLateFromMidnightOn()
     const QTime later = loaded.addSecs(10);
     WriteSchedule("1111111|" + start.toLatin1() + "|*|*|*|||PlayPlaylist|day\n1111111|" +
                   later.toString(u"HH:mm:ss"_s).toLatin1() + "|*|*|*|||Volume|10\n");
-    Time().Set(QDateTime(QDate(2024, 1, 15), loaded, Qt::UTC));
+    Time().Set(MONDAY, loaded);
     QVERIFY(StartDaemon());
     // The pass that finds this has looked at the playlist before.
     QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
-    Time().Set(QDateTime(QDate(2024, 1, 15), later, Qt::UTC));
+    Time().Set(MONDAY, later);
     QVERIFY(Device().WaitForCalls(joined ? 2 : 1));
     QStringList calls{u"sound.SetMasterVolume d 10"_s};
     if (joined)

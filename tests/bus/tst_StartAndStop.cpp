@@ -104,8 +104,7 @@ void StartAndStop::IgnoresOtherSignals()
 
 void StartAndStop::EndsOnceForManySignals()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     for (int i = 0; i < 20; ++i)
         Daemon().Signal(i % 2 == 0 ? SIGTERM : SIGINT);
     QCOMPARE(Daemon().WaitForExit(), 0);
@@ -144,8 +143,7 @@ void StartAndStop::WithoutABusOnlyStandardOutputTells()
 
 void StartAndStop::EndsWhenTheBusIsLost()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     Bus().Kill();
     QCOMPARE(Daemon().WaitForExit(), EXIT_FAILED);
     COMPARE_LINES(Daemon().Take(5), QStringList{u"1 [main.cpp] DBUS: Session bus connection lost"_s} + Ended());

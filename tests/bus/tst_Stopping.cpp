@@ -57,7 +57,7 @@ void Stopping::StartAndRun(const QByteArray& schedule)
     QVERIFY(StartDaemon());
     const auto due = schedule.count('\n');
     QVERIFY(WaitUntil([&] { return Daemon().Log().filter(QRegularExpression(EARLY)).size() == due; }));
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
+    Time().Set(MONDAY, {8, 30});
 }
 
 // What was logged after the last action was found early.
@@ -127,7 +127,6 @@ void Stopping::NoSecondCallIsMadeAfterASignal()
     QFETCH(QString, call);
     QFETCH(QStringList, lines);
     WritePlaylist("song.mp3;600\n", u"day"_s);
-    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     Device().AnswerStatus(method.constData(), 0, SLOW_MS);
     StartAndRun(AT_ONE_SECOND + task + '\n');
     QVERIFY(Device().WaitForCalls(1));
@@ -221,8 +220,7 @@ void Stopping::ReloadsThatWaitAreLeft()
     constexpr qint64 LONGEST_MS = 3000;
     WriteSchedule((AT_ONE_SECOND + "StopMessage\n").repeated(LINES));
     Daemon().Environment().insert(u"OZNA_LOG_LEVEL"_s, u"4"_s);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     const QDBusMessage call = QDBusMessage::createMethodCall(SchedulerClient::SERVICE, SchedulerClient::PATH,
                                                              SchedulerClient::INTERFACE, u"Reload"_s);
     QList<QDBusPendingCall> calls;

@@ -32,6 +32,7 @@ void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut_data()
     const auto row = [](const char* name, const char* id, const char* parameters) {
         QTest::newRow(name) << Request::Find(id, parameters);
     };
+    row("message", "PlayFile", "gong.mp3");
     row("volume", "SetMasterVolume", "50");
     row("playlist", "PlayPlaylist", "day");
     row("radio", "PlayRadioFm", "98.5");
@@ -65,9 +66,8 @@ void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut()
     WritePlaylist("first.mp3;60\n", u"day"_s);
     WriteSchedule("1111111|08:30:00|*|*|*|||" + request.Schedule().toLatin1() + '\n');
     Device().AnswerNever(method.constData(), 1);
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 52), Qt::UTC));
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    Time().Set(MONDAY, {8, 29, 52});
+    QVERIFY(StartAndTakeLog());
     QVERIFY(WaitUntil([&] { return IsAsked(method); }));
     const qint64 asked_ms = Device().CallTimes().last();
     QVERIFY(WaitUntil([&] { return Daemon().Log().contains(outcome); }, timeout_ms + WAIT_MS));

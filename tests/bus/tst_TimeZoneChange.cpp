@@ -19,11 +19,6 @@ const QByteArray OUR_PATH = "zone-of-device"; // the library looks for it in TZD
 const QString FIRST = u"sound.SetMasterVolume d 1"_s;
 const QString SECOND = u"sound.SetMasterVolume d 2"_s;
 
-QDateTime Monday(int hour, int minute, int second)
-{
-    return {QDate(2024, 1, 15), QTime(hour, minute, second), Qt::UTC};
-}
-
 } // namespace
 
 // The device's time zone is changed while the daemon runs: /etc/localtime, a link or a file, is replaced. That path is
@@ -60,7 +55,7 @@ void TimeZoneChange::UseCopiedLibrary()
     Daemon().Environment().insert(u"TZDIR"_s, DataPath(FOLDER));
     Daemon().Environment().insert(u"LD_LIBRARY_PATH"_s, DataPath(FOLDER));
     WriteSchedule("1111111|08:30:00|*|*|*|||Volume|1\n1111111|09:30:00|*|*|*|||Volume|2\n");
-    Time().Set(Monday(6, 0, 0));
+    Time().Set(MONDAY, {6, 0, 0});
 }
 
 // Replaces the file at once, as the programs do that set a time zone.
@@ -97,17 +92,17 @@ void TimeZoneChange::AReplacedZoneIsFollowed()
     PutZone(u"Europe/London"_s, asLink);
     Daemon().Environment().remove(u"TZ"_s);
     QVERIFY(StartDaemon());
-    QVERIFY(Reach(Monday(8, 30, 0)));
+    QVERIFY(Reach(At(MONDAY, {8, 30, 0})));
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {FIRST});
 
     PutZone(u"Europe/Rome"_s, asLink);
-    QVERIFY(Reach(Monday(8, 30, 0)));
+    QVERIFY(Reach(At(MONDAY, {8, 30, 0})));
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {FIRST, SECOND});
     // The same moment of the day there, as a time of a third zone.
     PutZone(u"Asia/Kathmandu"_s, asLink);
-    QVERIFY(Reach(Monday(3, 45, 0)));
+    QVERIFY(Reach(At(MONDAY, {3, 45, 0})));
     QVERIFY(Device().WaitForCalls(3));
     COMPARE_LINES(Device().Calls(), {FIRST, SECOND, SECOND});
 }
@@ -118,10 +113,10 @@ void TimeZoneChange::AZoneOfTheEnvironmentStays()
     PutZone(u"Europe/Rome"_s, true);
     Daemon().Environment().insert(u"TZ"_s, u":"_s + ZonePath());
     QVERIFY(StartDaemon());
-    QVERIFY(Reach(Monday(7, 30, 0)));
+    QVERIFY(Reach(At(MONDAY, {7, 30, 0})));
     QVERIFY(Device().WaitForCalls(1));
     PutZone(u"UTC"_s, true);
-    QVERIFY(Reach(Monday(7, 30, 0)));
+    QVERIFY(Reach(At(MONDAY, {7, 30, 0})));
     QVERIFY(Device().WaitForCalls(2));
     COMPARE_LINES(Device().Calls(), {FIRST, FIRST});
 }

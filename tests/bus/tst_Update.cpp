@@ -40,8 +40,7 @@ constexpr int ANNOUNCEMENTS = 500;
 
 void Update::AnInstalledScheduleIsLoaded()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     WriteSchedule(ONE_LINE);
     Device().Emit(FILES_UPDATED, {0, 2});
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
@@ -89,8 +88,7 @@ void Update::OtherAnnouncementsAreIgnored()
 {
     QFETCH(QByteArray, signal);
     QFETCH(QVariantList, values);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     Device().Emit(signal.constData(), values);
     // What is heard in the end shows that the announcement before it has been heard, too.
     Device().Emit(FILES_UPDATED, {0, 2});
@@ -101,8 +99,7 @@ void Update::OtherAnnouncementsAreIgnored()
 
 void Update::AStrangersAnnouncementIsIgnored()
 {
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     QDBusMessage signal = QDBusMessage::createSignal(u"/com/kestrelix/ozna/updatemanager/updateobj"_s,
                                                      u"com.kestrelix.ozna.updateinterface"_s, u"FilesUpdated"_s);
     signal.setArguments({0, 2});
@@ -114,8 +111,7 @@ void Update::AStrangersAnnouncementIsIgnored()
 void Update::AnUpdateManagerThatComesLaterIsHeard()
 {
     Device().SetPresent("update", false);
-    QVERIFY(StartDaemon());
-    static_cast<void>(Daemon().Take());
+    QVERIFY(StartAndTakeLog());
     Device().SetPresent("update", true);
     // The daemon hears of the new owner on its own way.
     QVERIFY(WaitUntil([this] {
@@ -148,7 +144,7 @@ void Update::AnnouncementsThatWaitCostOneLoad()
     StartWithLongSchedule();
     QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] EARLY action found: 5 (Volume)"_s));
     Device().AnswerStatus("sound.SetMasterVolume", 0, BLOCKED_MS, 1);
-    Time().Set(QDateTime(QDate(2024, 1, 15), QTime(8, 30), Qt::UTC));
+    Time().Set(MONDAY, {8, 30});
     QVERIFY(Device().WaitForCalls(1));
     Device().Emit(FILES_UPDATED, {0, 2}, ANNOUNCEMENTS);
     const qsizetype loads = LoadsAfterAnnouncements();

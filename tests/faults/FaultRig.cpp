@@ -75,7 +75,7 @@ bool FaultRig::WaitForLoop()
 
 void FaultRig::SetTime(const QDate& day, const QTime& time)
 {
-    m_time.Set(QDateTime(day, time, Qt::UTC));
+    m_time.Set(day, time);
 }
 
 void FaultRig::AdvanceTo(const QDate& day, const QTime& time)

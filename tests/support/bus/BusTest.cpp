@@ -18,10 +18,11 @@ void BusTest::init()
     m_data.emplace();
     if (!QDir(m_data->path()).mkdir(u"schedule"_s) || !QDir(m_data->path()).mkdir(u"playlists"_s))
         qFatal("cannot make the data folder");
+    WriteFile(DataPath(u"ozna.ini"_s), "[GENERAL]\nServerIp=10.0.0.5\n");
     m_bus.emplace();
     StartDevice();
     m_time.emplace();
-    m_time->Set(QDateTime(QDate(2024, 1, 15), QTime(8, 29, 49), Qt::UTC));
+    m_time->Set(MONDAY, {8, 29, 49});
     m_client.emplace(m_bus->Connection());
     UseDaemon(u"ozna-scheduler-local"_s);
     m_time->Apply(m_daemon->Environment());
@@ -91,6 +92,18 @@ bool BusTest::StartDaemon()
 {
     m_daemon->Start();
     return m_daemon->WaitForLog(u"4 [Scheduler.cpp] Schedule started"_s);
+}
+
+bool BusTest::StartAndTakeLog()
+{
+    const bool isStarted = StartDaemon();
+    static_cast<void>(m_daemon->Take());
+    return isStarted;
+}
+
+QStringList BusTest::TakeTaskLines(unsigned int maxLevel)
+{
+    return m_daemon->Take(maxLevel).filter(u"[tasks/"_s);
 }
 
 int BusTest::StopDaemon()

@@ -15,7 +15,8 @@
 #include <optional>
 
 // What a test of the whole process stands on: each test function, and each row, gets a private bus, a simulated device,
-// a data folder and a daemon that is not started yet, whose clock stands at 2024-01-15 08:29:49 UTC, a Monday.
+// a data folder with a configuration, and a daemon that is not started yet, whose clock stands at 2024-01-15 08:29:49
+// UTC, a Monday.
 // A test fails at its end when the daemon has written an error or a warning that it did not take.
 class BusTest : public QObject
 {
@@ -23,11 +24,14 @@ class BusTest : public QObject
 protected:
     static constexpr int EXIT_FAILED = 255; // how a shell shows -1
 
+    inline static const QDate MONDAY{2024, 1, 15};
+
     PrivateBus& Bus() { return *m_bus; }
     SimulatorProcess& Device() { return *m_device; }
     DaemonProcess& Daemon() { return *m_daemon; }
     SchedulerClient& Client() { return *m_client; }
     FakeTime& Time() { return *m_time; }
+    [[nodiscard]] static QDateTime At(const QDate& day, const QTime& time) { return {day, time, Qt::UTC}; }
 
     // Puts another program in the daemon's place, with the same environment but on the real clock. The one
     // that was there before.
@@ -52,6 +56,12 @@ protected:
 
     // Starts the daemon and waits until its schedule runs.
     [[nodiscard]] bool StartDaemon();
+
+    // The same, and takes what has been logged so far.
+    [[nodiscard]] bool StartAndTakeLog();
+
+    // Takes the records up to that level, and gives back those of tasks.
+    [[nodiscard]] QStringList TakeTaskLines(unsigned int maxLevel = 9);
 
     // Ends the daemon with SIGTERM; its exit status.
     [[nodiscard]] int StopDaemon();

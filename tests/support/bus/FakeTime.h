@@ -15,6 +15,9 @@ public:
     // Sets the calendar time, also of a process that runs already.
     void Set(const QDateTime& now);
 
+    // The same, in UTC.
+    void Set(const QDate& day, const QTime& time) { Set(QDateTime(day, time, Qt::UTC)); }
+
     // The calendar time that the process sees at this moment.
     [[nodiscard]] QDateTime Now() const;
 
