@@ -16,6 +16,14 @@ public:
         int status = -1; // 128 and the signal where one has ended it
         QString output;
         QString errors;
+
+        [[nodiscard]] bool operator==(const Result& other) const = default;
+
+        // What a comparison that fails shows.
+        friend char* toString(const Result& result)
+        {
+            return qstrdup(qPrintable(QString::number(result.status) + u'\n' + result.output + u'\n' + result.errors));
+        }
     };
 
     // In a new folder, gone with the object. Throws std::runtime_error when there is none to be had.
@@ -31,6 +39,9 @@ public:
 
     // Runs the tool with arguments until it ends. Throws std::runtime_error when it does not start or does not end.
     [[nodiscard]] Result Run(const QStringList& arguments, const QByteArray& input = {}) const;
+
+    // arguments: separated by blanks.
+    [[nodiscard]] Result Run(const char* arguments) const { return Run(QString::fromUtf8(arguments).split(u' ')); }
 
     // Another program, in the same way.
     [[nodiscard]] Result RunProgram(const QString& program, const QStringList& arguments,

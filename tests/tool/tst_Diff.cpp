@@ -77,11 +77,8 @@ void tst_Diff::OnlyStartsCount()
     const CommandCall call;
     call.Write(u"old.csv"_s, before);
     call.Write(u"new.csv"_s, after);
-    const CommandCall::Result result =
-        call.Run({u"diff"_s, u"old.csv"_s, u"new.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--tz"_s, u"Europe/Rome"_s});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.output, changes);
-    QCOMPARE(result.status, changes.isEmpty() ? 0 : 1);
+    QCOMPARE(call.Run("diff old.csv new.csv --from 2024-05-15 --tz Europe/Rome"),
+             (CommandCall::Result{changes.isEmpty() ? 0 : 1, changes, {}}));
 }
 
 void tst_Diff::ARejectedLineOfTheNewFileGivesStatus2()
@@ -89,11 +86,12 @@ void tst_Diff::ARejectedLineOfTheNewFileGivesStatus2()
     const CommandCall call;
     call.Write(u"old.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\n");
     call.Write(u"new.csv"_s, "1111111|06:00:00|*|*|*|||volume|5\n");
-    const CommandCall::Result result = call.Run({u"diff"_s, u"old.csv"_s, u"new.csv"_s});
-    QCOMPARE(result.errors, u"new.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s);
-    QCOMPARE(result.output, u"- 06:00:00              set the master volume to 5                    every day  (line "
-                            "1)\n"_s);
-    QCOMPARE(result.status, 2);
+    QCOMPARE(
+        call.Run("diff old.csv new.csv"),
+        (CommandCall::Result{2,
+                             u"- 06:00:00              set the master volume to 5                    every day  (line "
+                             "1)\n"_s,
+                             u"new.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s}));
 }
 
 void tst_Diff::ARejectedLineOfTheOldFileIsOnlyTold()
@@ -101,10 +99,8 @@ void tst_Diff::ARejectedLineOfTheOldFileIsOnlyTold()
     const CommandCall call;
     call.Write(u"old.csv"_s, "1111111|06:00:00|*|*|*|||volume|5\n");
     call.Write(u"new.csv"_s, "");
-    const CommandCall::Result result = call.Run({u"diff"_s, u"old.csv"_s, u"new.csv"_s});
-    QCOMPARE(result.errors, u"old.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.status, 0);
+    QCOMPARE(call.Run("diff old.csv new.csv"),
+             (CommandCall::Result{0, {}, u"old.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s}));
 }
 
 void tst_Diff::PlaylistsAreThoseBesideEachFile()

@@ -148,25 +148,24 @@ void tst_Explain::ALineIsSaidInWords()
 void tst_Explain::ARejectedLineTellsTheDaemonsReason()
 {
     const CommandCall call;
-    const CommandCall::Result result = call.Run(
-        {u"explain"_s, u"1111111|06:00:00|*|*|*|||light|1"_s, u"a|b"_s, u"1111111|06:00:00|*|*|*|||Volume|5"_s});
-    QCOMPARE(result.errors, u"line 1: error: Unknown task (99): the daemon leaves the line out\n"
-                            "line 2: error: Wrong action fields (2 found, at least 8 expected): the daemon leaves the "
-                            "line out\n"_s);
-    QCOMPARE(result.output, u"Every day at 06:00:00, set the master volume to 5.\n"_s);
-    QCOMPARE(result.status, 2);
+    QCOMPARE(
+        call.Run("explain 1111111|06:00:00|*|*|*|||light|1 a|b 1111111|06:00:00|*|*|*|||Volume|5"),
+        (CommandCall::Result{2, u"Every day at 06:00:00, set the master volume to 5.\n"_s,
+                             u"line 1: error: Unknown task (99): the daemon leaves the line out\n"
+                             "line 2: error: Wrong action fields (2 found, at least 8 expected): the daemon leaves the "
+                             "line out\n"_s}));
 }
 
 void tst_Explain::LinesComeFromStandardInput()
 {
     const CommandCall call;
-    const CommandCall::Result result = call.Run(
-        {u"explain"_s, u"-"_s}, "# spring\n1111111|06:00:00|*|*|*|||Volume|5\r\n1111111|06:00:00|*|*|*|||StopStream");
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.output, u"A comment, which the daemon skips: a \"#\" stands before its last character.\n"
-                            "Every day at 06:00:00, set the master volume to 5.\n"
-                            "Every day at 06:00:00, stop the stream that is playing.\n"_s);
-    QCOMPARE(result.status, 0);
+    QCOMPARE(call.Run({u"explain"_s, u"-"_s},
+                      "# spring\n1111111|06:00:00|*|*|*|||Volume|5\r\n1111111|06:00:00|*|*|*|||StopStream"),
+             (CommandCall::Result{0,
+                                  u"A comment, which the daemon skips: a \"#\" stands before its last character.\n"
+                                  "Every day at 06:00:00, set the master volume to 5.\n"
+                                  "Every day at 06:00:00, stop the stream that is playing.\n"_s,
+                                  {}}));
 }
 
 void tst_Explain::StandardInputIsReadAsAFileIs_data()
@@ -192,7 +191,7 @@ void tst_Explain::AKnownPlaylistTellsItsTracks()
     const CommandCall call;
     call.Write(u"lists/morning"_s, "intro.mp3;60\nnews today.mp3;30\n");
     const CommandCall::Result result =
-        call.Run({u"explain"_s, u"--playlists"_s, u"lists"_s, u"1111111|06:00:00|*|*|*|||PlayPlaylist|morning"_s});
+        call.Run("explain --playlists lists 1111111|06:00:00|*|*|*|||PlayPlaylist|morning");
     QCOMPARE(result.output, u"Every day at 06:00:00, play the playlist morning (2 tracks).\n"_s);
     QCOMPARE(result.status, 0);
 }
@@ -201,12 +200,11 @@ void tst_Explain::AMissingPlaylistIsRejectedWhereTheFolderIsKnown()
 {
     const CommandCall call;
     call.Write(u"lists/morning"_s, "intro.mp3;60\n");
-    const CommandCall::Result result =
-        call.Run({u"explain"_s, u"--playlists"_s, u"lists"_s, u"1111111|06:00:00|*|*|*|||PlayPlaylist|evening"_s});
-    QCOMPARE(result.errors, u"line 1: error: Playlist file open failed (path=lists/evening); TASK "
-                            "CREATION FAILED: the daemon leaves the line out\n"_s);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.status, 2);
+    QCOMPARE(call.Run("explain --playlists lists 1111111|06:00:00|*|*|*|||PlayPlaylist|evening"),
+             (CommandCall::Result{2,
+                                  {},
+                                  u"line 1: error: Playlist file open failed (path=lists/evening); TASK "
+                                  "CREATION FAILED: the daemon leaves the line out\n"_s}));
 }
 
 void tst_Explain::ANameThatLeadsOutOfTheFolderMakesNoFile()
@@ -223,8 +221,7 @@ void tst_Explain::ANameThatLeadsOutOfTheFolderMakesNoFile()
 void tst_Explain::ControlCharactersAreShownAndNotSent()
 {
     const CommandCall call;
-    const CommandCall::Result result =
-        call.Run({u"explain"_s, u"1111111|06:00:00|*|*|*|||PlayMessage|a\x1b[31mb.mp3"_s});
+    const CommandCall::Result result = call.Run("explain 1111111|06:00:00|*|*|*|||PlayMessage|a\x1b[31mb.mp3");
     QCOMPARE(result.output, u"Every day at 06:00:00, play the message a\\x1b[31mb.mp3.\n"_s);
 }
 

@@ -88,8 +88,7 @@ void RehearseTest::ANameWithAPercentSignIsShownAsItStands()
     const CommandCall call;
     call.Write(u"a%1.csv"_s, "nonsense\n1111111|08:00:00|*|*|*|||PlayPlaylist|p%1\n");
     call.Write(u"p%1"_s, "first.mp3;60\nsecond.mp3;60\nthird.mp3;60\n");
-    const CommandCall::Result result =
-        call.Run({u"rehearse"_s, u"a%1.csv"_s, u"--tz"_s, u"UTC"_s, u"--start-at"_s, u"2024-05-15T08:01"_s});
+    const CommandCall::Result result = call.Run("rehearse a%1.csv --tz UTC --start-at 2024-05-15T08:01");
     QVERIFY2(result.errors.startsWith(u"a%1.csv:1: error: "_s), qPrintable(result.errors));
     QVERIFY2(result.output.contains(u"p%1 from track 3 "_s), qPrintable(result.output));
     QCOMPARE(result.status, STATUS_ERRORS);
