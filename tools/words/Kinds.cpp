@@ -1,5 +1,6 @@
 #include "Kinds.h"
 
+#include "Subjects.h"
 #include "TaskTable.h"
 #include "peers/SoundManager.h"
 #include "tasks/Photo.h"
@@ -10,31 +11,11 @@
 namespace
 {
 
-using Requests = QList<Request>;
+using namespace Subjects;
 
 // Where the arguments stand.
 constexpr int NAME = 0;
 constexpr int VOLUME = 1;
-constexpr int PLAYLIST_TRACK = 2;
-constexpr int STOP_IDENTIFIER = 1;
-
-const Request* Find(const Requests& requests, const char* method)
-{
-    const auto found = std::ranges::find_if(
-        requests, [method](const Request& request) { return request.method == QLatin1String(method); });
-    return found != requests.end() ? &*found : nullptr;
-}
-
-// The argument of the last request, the one that matters where there are several; invalid where there is none.
-QVariant Argument(const Requests& requests, int place = NAME)
-{
-    return requests.isEmpty() ? QVariant() : requests.last().arguments.value(place);
-}
-
-QString OnOrOff(bool on)
-{
-    return on ? QStringLiteral("on") : QStringLiteral("off");
-}
 
 QString WithVolume(const QString& text, const Requests& requests)
 {
@@ -58,7 +39,7 @@ QString Message(const Task& /*task*/, const Requests& requests)
 QString Playlist(const Task& task, const Requests& requests)
 {
     QString text = QStringLiteral("play the playlist ") + Argument(requests).toString();
-    const uint track = Argument(requests, PLAYLIST_TRACK).toUInt();
+    const uint track = Track(requests);
     if (track > 1)
         text += QStringLiteral(" from track %1").arg(track);
     text = WithVolume(text, requests);
@@ -143,50 +124,6 @@ QString PddAction(const Task& /*task*/, const Requests& requests)
     const auto action = static_cast<PDD_ACTION>(Argument(requests).toUInt());
     return QStringLiteral("announce that the PDD action %1 is expected %2")
         .arg(QLatin1String(PddActionName(action)), OnOrOff(Argument(requests, 1).toBool()));
-}
-
-// What is set: on or off, or the numbers themselves.
-QString Value(const Requests& requests)
-{
-    if (requests.isEmpty() || requests.first().arguments.isEmpty())
-        return {};
-    const QVariant& first = requests.first().arguments[0];
-    return first.typeId() == QMetaType::Bool ? OnOrOff(first.toBool())
-                                             : requests.first().ArgumentTexts().join(QStringLiteral(", "));
-}
-
-// What is played.
-QString Source(const Requests& requests)
-{
-    return Argument(requests).toString();
-}
-
-QString PlaylistAndTrack(const Requests& requests)
-{
-    const uint track = Argument(requests, PLAYLIST_TRACK).toUInt();
-    return track > 1 ? QStringLiteral("%1 from track %2").arg(Source(requests), QString::number(track))
-                     : Source(requests);
-}
-
-QString RadioFrequency(const Requests& requests)
-{
-    const Request* const tuning = Find(requests, SoundManager::RADIO_FM_SET_FREQUENCY);
-    return tuning != nullptr ? tuning->ArgumentTexts().value(0) + QStringLiteral(" MHz") : QString();
-}
-
-QString LanSwitch(const Requests& requests)
-{
-    return requests.isEmpty() ? QString() : OnOrOff(!requests.first().arguments.isEmpty());
-}
-
-QString AuxiliarySwitch(const Requests& requests)
-{
-    return requests.isEmpty() ? QString() : OnOrOff(Find(requests, SoundManager::PLAY_AUX) != nullptr);
-}
-
-QString StoppedIdentifier(const Requests& requests)
-{
-    return Argument(requests, STOP_IDENTIFIER).toString();
 }
 
 using enum ParameterRole;
