@@ -1,5 +1,6 @@
 #include "LineReading.h"
 
+#include "KindReading.h"
 #include "Reading.h"
 
 #include <algorithm>
@@ -17,33 +18,15 @@ constexpr int UNKNOWN = 99;
 // Monday to Sunday.
 constexpr std::array DAYS{2U, 4U, 8U, 16U, 32U, 64U, 1U};
 
-// By the number of the type.
-struct Kind
-{
-    const char* name; // null: by number only
-    int fewest;       // parameters; negative: no task of this kind can be made
-    int most;
-};
-
-constexpr int MANY = 1 << 30;
-constexpr std::array KINDS{
-    Kind{"Light", 1, MANY},       Kind{"PlayMessage", 1, MANY},  Kind{"PlayPlaylist", 1, MANY},
-    Kind{"RecordMic", -1, MANY},  Kind{"RecordPhoto", 0, MANY},  Kind{"Volume", 1, MANY},
-    Kind{"PlayRadioFm", 1, MANY}, Kind{"RecordVideo", -1, MANY}, Kind{"Amplifiers", 1, MANY},
-    Kind{"SetCpuFreq", 1, MANY},  Kind{"Camera", 1, MANY},       Kind{"Gps", 1, MANY},
-    Kind{"Lan", 1, MANY},         Kind{"StopPlaylist", 0, MANY}, Kind{"StopMessage", 0, MANY},
-    Kind{"StopRadioFm", 0, MANY}, Kind{"PlayStream", 1, MANY},   Kind{"StopStream", 0, MANY},
-    Kind{"enableAux", 1, 1},      Kind{nullptr, 2, 2},
-};
-
 int TypeOf(const QString& name)
 {
     const std::optional<int> number = Reading::Number(name);
     if (number)
         return *number;
-    const auto* kind = std::ranges::find_if(
-        KINDS, [&name](const Kind& each) { return each.name != nullptr && name == QLatin1String(each.name); });
-    return kind == KINDS.end() ? UNKNOWN : static_cast<int>(kind - KINDS.begin());
+    const auto kinds = KindReading::All();
+    const auto kind = std::ranges::find_if(
+        kinds, [&name](const KindReading& each) { return each.name != nullptr && name == QLatin1String(each.name); });
+    return kind == kinds.end() ? UNKNOWN : static_cast<int>(kind - kinds.begin());
 }
 
 int Spot(const QString& field, int first, int last)
@@ -87,9 +70,9 @@ LineReading::LineReading(const QString& line)
 
 bool LineReading::IsAction() const
 {
-    if (!hasFields || !hasStart || type < 0 || type >= static_cast<int>(KINDS.size()))
+    if (!hasFields || !hasStart || type < 0 || type >= static_cast<int>(KindReading::All().size()))
         return false;
-    const Kind& kind = KINDS[static_cast<size_t>(type)];
+    const KindReading& kind = KindReading::All()[static_cast<size_t>(type)];
     return kind.fewest >= 0 && parameters.size() >= kind.fewest && parameters.size() <= kind.most;
 }
 

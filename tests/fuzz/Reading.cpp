@@ -47,6 +47,11 @@ std::optional<int> Reading::Number(const QString& text)
     return static_cast<int>(value);
 }
 
+int Reading::NumberAt(const QStringList& texts, int index, int fallback)
+{
+    return Number(texts.value(index)).value_or(fallback);
+}
+
 QDate Reading::Date(const QString& text)
 {
     constexpr qsizetype LENGTH = 8;

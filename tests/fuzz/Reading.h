@@ -16,6 +16,9 @@ QStringList Tokens(const QString& line, char separator);
 // text as a decimal number that an int holds.
 std::optional<int> Number(const QString& text);
 
+// The number at that place of a list, or fallback where there is none.
+int NumberAt(const QStringList& texts, int index, int fallback);
+
 // text as yyyyMMdd; invalid for everything else.
 QDate Date(const QString& text);
 

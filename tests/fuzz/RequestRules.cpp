@@ -1,6 +1,7 @@
 #include "RequestRules.h"
 
 #include "Findings.h"
+#include "KindReading.h"
 
 #include <QDBusMetaType>
 #include <QTime>
@@ -109,14 +110,6 @@ constexpr std::array RULES{
     Rule{"networkmanager", "DisableLan", "", LIBRARY_DEFAULT_MS, AnyValues},
 };
 
-// By the number of the type.
-constexpr std::array PEERS{"lightmanager",   "soundmanager", "soundmanager", "",
-                           "photomanager",   "soundmanager", "soundmanager", "",
-                           "soundmanager",   "freqmanager",  "photomanager", "gpsmanager",
-                           "networkmanager", "soundmanager", "soundmanager", "soundmanager",
-                           "soundmanager",   "soundmanager", "soundmanager", ""};
-static_assert(PEERS.size() == TASK_REQUEST_PDD_ACTION + 1);
-
 QByteArray SignatureOf(const QVariantList& arguments)
 {
     QByteArray signature;
@@ -152,5 +145,5 @@ void RequestRules::Check(const PeerRequest& request)
 
 QString RequestRules::PeerOf(TaskType type)
 {
-    return QLatin1String(PEERS[static_cast<size_t>(type)]);
+    return QLatin1String(KindReading::All()[static_cast<size_t>(type)].peer);
 }
