@@ -27,7 +27,7 @@ QString SimulatorTest::Interface(const QString& peer)
 QString SimulatorTest::ObjectPath(const QString& peer)
 {
     const auto* const row =
-        std::ranges::find_if(PEERS, [&peer](const Peer& known) { return peer == QLatin1String(known.name); });
+        std::ranges::find_if(PEER_NAMES, [&peer](const PeerName& known) { return peer == QLatin1String(known.name); });
     return u"/com/kestrelix/ozna/%1manager/%2"_s.arg(peer, QLatin1String(row->object));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PeerNames.h"
 #include "PrivateBus.h"
 #include "Wait.h"
 
@@ -7,7 +8,6 @@
 #include <QProcess>
 #include <QTest>
 
-#include <array>
 #include <memory>
 
 // What a test of the simulated device stands on: each test function, and each row, gets a private bus.
@@ -15,18 +15,6 @@ class SimulatorTest : public QObject
 {
     Q_OBJECT
 protected:
-    struct Peer
-    {
-        const char* name;
-        const char* object;
-    };
-
-    // As the device has them.
-    static constexpr std::array PEERS{
-        Peer{"config", "configobj"}, Peer{"update", "updateobj"}, Peer{"sound", "soundobj"}, Peer{"photo", "photoobj"},
-        Peer{"light", "lightobj"},   Peer{"freq", "freqobj"},     Peer{"gps", "gpsobj"},     Peer{"network", "netobj"},
-    };
-
     // Of a peer: "sound".
     [[nodiscard]] static QString Service(const QString& peer);
     [[nodiscard]] static QString Interface(const QString& peer);

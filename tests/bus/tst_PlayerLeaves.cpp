@@ -1,4 +1,5 @@
 #include "LogRecorder.h"
+#include "PeerNames.h"
 #include "PlayKinds.h"
 #include "Rows.h"
 #include "Scheduler.h"
@@ -159,7 +160,7 @@ void PlayerLeaves::AnEarlierOwnerEndsNothing()
 void PlayerLeaves::AnotherPeerEndsNothing()
 {
     auto task = Start();
-    for (const char* peer : SimulatorProcess::PEERS)
+    for (const auto& [peer, object] : PEER_NAMES)
         Device().SetPresent(peer, Kind().Peer() == peer);
     ExpectEnd(false);
     QVERIFY(task->IsRunning());

@@ -27,7 +27,7 @@ private Q_SLOTS:
 void Simulator::AllPeersAreThereWithTheControlName()
 {
     Start();
-    for (const Peer& peer : PEERS)
+    for (const PeerName& peer : PEER_NAMES)
     {
         const QString name = QString::fromLatin1(peer.name);
         QVERIFY2(Bus().Connection().interface()->isServiceRegistered(Service(name)), peer.name);

@@ -71,7 +71,7 @@ void SimulatorFaults::StartSecond()
 {
     EndSecond();
     QStringList arguments{u"--quiet"_s, u"--control"_s, SECOND};
-    for (const Peer& peer : PEERS)
+    for (const PeerName& peer : PEER_NAMES)
         arguments += {u"--absent"_s, Interface(QString::fromLatin1(peer.name))};
     m_second = Launch(arguments);
     QVERIFY(Bus().WaitForService(SECOND));

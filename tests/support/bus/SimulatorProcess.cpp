@@ -1,5 +1,6 @@
 #include "SimulatorProcess.h"
 
+#include "PeerNames.h"
 #include "Wait.h"
 
 #include <QDBusArgument>
@@ -100,7 +101,7 @@ void SimulatorProcess::SetAnswer(const char* method, const char* kind, const QVa
 void SimulatorProcess::StartWithoutPeers()
 {
     QStringList arguments{u"--quiet"_s};
-    for (const char* peer : PEERS)
+    for (const auto& [peer, object] : PEER_NAMES)
         arguments += {u"--absent"_s, u"com.kestrelix.ozna.%1interface"_s.arg(QLatin1String(peer))};
     Start(arguments);
 }

@@ -7,15 +7,10 @@
 #include <QStringList>
 #include <QVariantList>
 
-#include <array>
-
 // The simulated device, a process of its own, steered over its control interface.
 class SimulatorProcess final
 {
 public:
-    // All peers, as they are named below.
-    static constexpr std::array PEERS{"config", "update", "sound", "photo", "light", "freq", "gps", "network"};
-
     // Ends the process with the object. bus outlives this object. control: the service name under which it is steered;
     // a second simulator on a bus needs another.
     explicit SimulatorProcess(const PrivateBus& bus, QString control = QStringLiteral("com.kestrelix.ozna.simulator"));
