@@ -1,5 +1,7 @@
 #include "EveryKind.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -9,31 +11,35 @@ const QByteArray LINE_BEGIN = "1111111|08:30:00|*|*|*|||";
 constexpr int PLAY_PLAYLIST = 2; // the kind's number
 const QString NOT_DELAYED = u"5 [tasks/PlayPlaylist.cpp] PlayPlaylist NOT delayed: will start from track 1"_s;
 
-// The first request of each line, in the order of the schedule. The first two are asked for ahead of their time.
+// What is asked for ahead of its time comes first: one of each, as the end of one would be the other's too.
+QList<Request> Ahead()
+{
+    return {Request::Find("PlayFile", "gong.mp3"), Request::Find("SetPlayerVolume(playlist)", "day,30,morning")};
+}
+
+bool IsAhead(int kind)
+{
+    const QList<Request> ahead = Ahead();
+    return std::ranges::any_of(ahead, [kind](const Request& request) { return request.Row().kind == kind; });
+}
+
+// The request with which each line begins, in the order of the schedule: all that the start of a task brings. The last
+// line stops a message again.
 const QList<Request>& Requests()
 {
-    static const QList<Request> requests{Request::Find("PlayFile", "gong.mp3"),
-                                         Request::Find("SetPlayerVolume(playlist)", "day,30,morning"),
-                                         Request::Find("SetIntensity", "50"),
-                                         Request::Find("SetAmplifiers", "300"),
-                                         Request::Find("SetMasterVolume", "-5"),
-                                         Request::Find("EnableCamera", "1"),
-                                         Request::Find("SetFreq", "600"),
-                                         Request::Find("SetEnabled(GPS)", "1"),
-                                         Request::Find("EnableLan", "1"),
-                                         Request::Find("DisableLan", "0"),
-                                         Request::Find("TakePhoto", nullptr),
-                                         Request::Find("TakePhotoStream", "10,3"),
-                                         Request::Find("StopPlay(file)", nullptr),
-                                         Request::Find("StopPlay(playlist)", "day"),
-                                         Request::Find("StopPlay(stream)", nullptr),
-                                         Request::Find("StopPlay(radiofm)", nullptr),
-                                         Request::Find("SetPlayerVolume(stream)", "8554/live,40"),
-                                         Request::Find("PlayRadioFm", "98.5"),
-                                         Request::Find("StopPlay(radiofm), PlayRadioFm 0", "0"),
-                                         Request::Find("PlayAux", "1"),
-                                         Request::Find("StopPlay(aux)", "0"),
-                                         Request::Find("StopPlay(file)", nullptr)};
+    static const QList<Request> requests = [] {
+        QList<Request> all = Ahead();
+        for (const Request& request : Request::First())
+        {
+            if (request.Row().trigger == Trigger::START && request.Row().first == nullptr &&
+                !IsAhead(request.Row().kind))
+                all.append(request);
+        }
+        // Numbers that do not go out as they are written, or as most are.
+        all += {Request::Find("SetAmplifiers", "300"), Request::Find("SetMasterVolume", "-5")};
+        all.append(Request::Find("StopPlay(file)", nullptr));
+        return all;
+    }();
     return requests;
 }
 
@@ -54,8 +60,16 @@ bool EveryKind::StartSchedule()
     Time().Set(MONDAY, {8, 29, 54});
     if (!StartDaemon())
         return false;
+    // The one kind that warns of every parameter.
     return Daemon().Take(2) ==
-           QStringList{u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '600'. Using 456."_s};
+           QStringList{u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '456'. Using 456."_s};
+}
+
+QStringList EveryKind::TakeTaskLines(unsigned int maxLevel)
+{
+    QStringList lines = Daemon().Take(maxLevel);
+    lines.removeIf([](const QString& line) { return !IsTaskLine(line); });
+    return lines;
 }
 
 bool EveryKind::WaitForTheLast()

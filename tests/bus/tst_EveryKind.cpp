@@ -1,5 +1,6 @@
 #include "BusMessages.h"
 #include "EveryKind.h"
+#include "PeerNames.h"
 #include "Suite.h"
 
 using namespace Lines;
@@ -61,7 +62,7 @@ void EveryKindAndAnswer::IsLoggedWhenItFailsOnTheBus()
 
 void EveryKindAndAnswer::IsLoggedWhenThePeersAreAbsent()
 {
-    for (const char* peer : {"sound", "photo", "freq", "gps", "network", "light"})
+    for (const auto& [peer, object] : PEER_NAMES)
         Device().SetPresent(peer, false);
     QVERIFY(StartSchedule());
     QVERIFY(WaitForTheLast());
@@ -104,7 +105,8 @@ void EveryKindAndAnswer::LightThatCannotBeSwitchedIsLogged()
     Device().AnswerStatus("light.Switch", REFUSAL);
     QVERIFY(StartSchedule());
     QVERIFY(WaitForTheLast());
-    COMPARE_LINES(TakeTaskLines(1), Refused(Request::Find("SetIntensity", "50").Followed()));
+    COMPARE_LINES(TakeTaskLines(1),
+                  Refused(Request::Find("SetIntensity", "50").Followed()) + Refused(Request::Find("Switch", "0")));
     COMPARE_LINES(Device().Calls(), Calls(Outcome::ACCEPTED));
 }
 

@@ -1,5 +1,7 @@
 #include "RandomSchedule.h"
 
+#include "KindTable.h"
+
 #include <QDateTime>
 #include <QFile>
 
@@ -79,6 +81,11 @@ constexpr const char* TAME_TASKS[] = {
     "19|1,1",
 };
 
+QByteArray TaskOf(const KindRow& kind)
+{
+    return (*kind.name ? QByteArray(kind.name) : QByteArray::number(kind.number)) + "|1";
+}
+
 } // namespace
 
 RandomSchedule::RandomSchedule(std::uint32_t seed, int lines, Manner manner)
@@ -95,6 +102,9 @@ RandomSchedule::RandomSchedule(std::uint32_t seed, int lines, Manner manner)
     const int count = m_manner == TAME ? lines : 1 + Below(lines);
     for (int i = 0; i < count; ++i)
         m_text += Line() + '\n';
+    // Each kind has its turn, a new one too.
+    if (m_manner == WILD)
+        m_text += "1111111|12:00:00|*|*|*|||" + TaskOf(AllKinds()[seed % AllKinds().size()]) + '\n';
     Write(SCHEDULE, m_text);
 }
 

@@ -96,7 +96,7 @@ void CheckKindsTest::EveryTaskHasRolesForTheParametersThatItNeeds()
         QVERIFY2(static_cast<int>(Kinds::Of(kind->type).Roles().size()) <= kind->maxParameters, kind->logName);
         ++kinds;
     }
-    QCOMPARE(kinds, static_cast<int>(TASK_REQUEST_PDD_ACTION) + 1);
+    QCOMPARE(kinds, static_cast<int>(TaskTable::SIZE));
 }
 
 void CheckKindsTest::BadLinesAreFound_data()

@@ -65,7 +65,8 @@ void TaskTest::AScheduleNameGivesAType_data()
     row(u""_s, 99);
     row(u"-"_s, 99);
     // A number is taken as it stands, known or not.
-    for (int type = 0; type <= 20; ++type)
+    const auto kinds = static_cast<int>(AllKinds().size());
+    for (int type = 0; type <= kinds; ++type)
         row(QString::number(type), type);
     row(u"42"_s, 42);
     row(u"98"_s, 98);
@@ -101,7 +102,7 @@ void TaskTest::ATypeGivesALogName_data()
     };
     for (const KindRow& kind : AllKinds())
         row(kind.number, kind.logName);
-    row(20, "unknown");
+    row(static_cast<int>(AllKinds().size()), "unknown");
     row(98, "unknown");
     row(99, "unknown");
     row(100, "unknown");
@@ -119,6 +120,7 @@ void TaskTest::ATypeGivesALogName()
 
 void TaskTest::TheTableTakesParametersByTheirNumber()
 {
+    QCOMPARE(AllKinds().size(), TaskTable::SIZE);
     for (const KindRow& row : AllKinds())
     {
         const TaskKind* const kind = TaskTable::Find(static_cast<TaskType>(row.number));

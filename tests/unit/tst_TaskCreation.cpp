@@ -1,11 +1,12 @@
 #include "Action.h"
 #include "ActionLine.h"
 #include "KindTable.h"
-#include "ParameterTable.h"
 #include "PlaylistLines.h"
 #include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +25,11 @@ const KindRow& KindOf(const QString& task)
             return kind;
     }
     return FindKind(name.toInt());
+}
+
+QString Filled(const char* with, const QByteArray& value)
+{
+    return QString::fromLatin1(with).replace(u"{1}"_s, QString::fromUtf8(value));
 }
 
 } // namespace
@@ -50,14 +56,11 @@ void TaskCreationTest::AParameterIsRead_data()
     for (const Reading& reading : AllReadings())
     {
         const auto add = [&](const QByteArray& text, const char* shown, bool isRead) {
-            const auto filled = [](const char* with, const QByteArray& value) {
-                return QString::fromLatin1(with).replace(u"{1}"_s, QString::fromUtf8(value));
-            };
-            const QString task = filled(reading.task, text);
-            const QString warning = isRead ? QString() : filled(reading.warning, text);
+            const QString task = Filled(reading.task, text);
+            const QString warning = isRead ? QString() : Filled(reading.warning, text);
             rows.append({task.toUtf8(),
                          task,
-                         filled(reading.created, shown),
+                         Filled(reading.created, shown),
                          {},
                          warning.isEmpty() ? QStringList() : QStringList{warning}});
         };
@@ -73,21 +76,22 @@ void TaskCreationTest::AParameterIsRead_data()
 void TaskCreationTest::AKindTakesItsFirstParameter_data()
 {
     QList<Made::Entry> rows;
-    const auto add = [&rows](int number, const QString& created, const QStringList& warnings = {}) {
-        for (const QString& kind : {QString::fromLatin1(FindKind(number).name), QString::number(number)})
+    for (const Reading& reading : AllReadings())
+    {
+        const QString name = QString::fromLatin1(reading.task).section(u'|', 0, 0);
+        const KindRow& kind = KindOf(name);
+        if (name + u"|{1}," != QLatin1StringView(reading.task) || kind.most != -1)
+            continue;
+        const auto& read = reading.texts->read;
+        const auto one = std::ranges::find_if(read, [](const auto& text) { return text.first == "1"_ba; });
+        const QString created = Filled(reading.created, one != read.end() ? one->second : reading.fallback);
+        const QStringList warnings = one != read.end() ? QStringList() : QStringList{Filled(reading.warning, "1")};
+        for (const QString& written : {name, QString::number(kind.number)})
         {
             for (const QString& parameters : {u"|1"_s, u"|1,2"_s, u"|1,2,3"_s, u"|1,2,3,4"_s, u"| 1 "_s, u"|1,"_s})
-                rows.append({(kind + parameters).toUtf8(), kind + parameters, created, {}, warnings});
+                rows.append({(written + parameters).toUtf8(), written + parameters, created, {}, warnings});
         }
-    };
-    add(0, u"Light: 1"_s);
-    add(5, u"Volume: 1"_s);
-    add(6, u"PlayRadioFm: 1.00"_s);
-    add(8, u"Amplifiers: 1"_s);
-    add(9, u"CpuFreq: 456"_s, {u"Can't parse Cpu frequency from parameters: '1'. Using 456."_s});
-    add(10, u"Camera: 1"_s);
-    add(11, u"Gps: 1"_s);
-    add(12, u"Lan: 1"_s);
+    }
     Made::Add(rows);
 }
 
