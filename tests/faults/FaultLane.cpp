@@ -222,7 +222,7 @@ void FaultLane::EndWhatWaits()
 {
     if (m_expected->signalsToEnd == 0)
         return;
-    // What the first process still signals is a stranger's.
+    // The first process has lost the name: the daemon ignores its signals.
     if (IsFault(FaultKind::TAKEN_OVER))
         m_rig.Device().Emit(m_signal->name, m_signal->values, m_expected->signalsToEnd);
     WaitForLoop();

@@ -72,7 +72,7 @@ inline constexpr std::array FAULTS{
           PeerAfter::GONE, '-', false},
     Fault{FaultKind::TAKEN_OVER, "taken over",
           "another process takes its name over in the middle of the call, then the first one answers with status 0; "
-          "what the first one signals afterwards is a stranger's",
+          "the daemon ignores what the first one signals after that",
           Outcome::ACCEPTED, "", PeerAfter::ELSEWHERE, '+', false},
     Fault{FaultKind::DIES, "dies", "its process ends after its answer, status 0, and leaves the name to nobody",
           Outcome::ACCEPTED, "", PeerAfter::HERE, '?', false},
