@@ -1,4 +1,5 @@
 #include "Action.h"
+#include "KindTable.h"
 #include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -136,12 +137,13 @@ void ActionLinesTest::ALineLogsItsSummaryAndCreatesItsTask()
 
 void ActionLinesTest::ARejectedLineLogsItsSummaryAndTheReason_data()
 {
+    const QByteArray next = QByteArray::number(static_cast<int>(AllKinds().size()));
     Rows<QByteArray, QByteArray, QByteArray, QByteArray>::Add({
         {"a kind that nothing serves", "RecordMic", "RecordMic (type=3)", "", "Unknown task (3)"},
         {"such a kind by number", "7|x", "7 (type=7)", "x", "Unknown task (7)"},
         {"a number without a task", "42|a,b", "42 (type=42)", "a,b", "Unknown task (42)"},
         {"the number of the unknown", "99", "99 (type=99)", "", "Unknown task (99)"},
-        {"the first number without a name", "20", "20 (type=20)", "", "Unknown task (20)"},
+        {"the first number without a kind", next, next + " (type=" + next + ")", "", "Unknown task (" + next + ")"},
         {"a negative number", "-1", "-1 (type=-1)", "", "Unknown task (-1)"},
         {"the greatest number", "2147483647", "2147483647 (type=2147483647)", "", "Unknown task (2147483647)"},
         {"a name that is none", "Sing", "Sing (type=99)", "", "Unknown task (99)"},
