@@ -143,12 +143,17 @@ bool Action::IsAhead() const
     return AHEAD.Has(SecondsToStart());
 }
 
-std::optional<int> Action::StartSecond() const
+std::int64_t Action::SecondsAfterMidnight() const
 {
     constexpr std::int64_t MINUTE_S = 60;
     constexpr std::int64_t HOUR_S = 3600;
+    return m_hour * HOUR_S + m_minute * MINUTE_S + m_second;
+}
+
+std::optional<int> Action::StartSecond() const
+{
     constexpr std::int64_t DAY_S = 86400;
-    const std::int64_t second = m_hour * HOUR_S + m_minute * MINUTE_S + m_second;
+    const std::int64_t second = SecondsAfterMidnight();
     return second >= 0 && second < DAY_S ? std::optional(static_cast<int>(second)) : std::nullopt;
 }
 

@@ -34,7 +34,10 @@ public:
     // Starting within the next seconds.
     bool IsAhead() const;
 
-    // The second of the day at which it starts, with parts out of range carried over; none if it is on another day.
+    // Its start in seconds after midnight, with parts out of range carried over; negative before that midnight.
+    std::int64_t SecondsAfterMidnight() const;
+
+    // The same as a second of the day; none if it is on another day.
     std::optional<int> StartSecond() const;
 
     // Whether the task may be started late at all: a playlist that has not been played to its end.
@@ -88,7 +91,12 @@ public:
     QTime m_startTime; // invalid when the three are out of range
     std::unique_ptr<Task> m_task;
     int m_delay = 0;       // by how many seconds the start is late, from IsReady for the Start that follows
-    bool m_forced = false; // to be started at once; cleared by Start
+    bool m_forced = false; // to be started at once; set right after the load, cleared by Start
+
+    // Set by the list that it is in: whether that is the list of the actions that are watched closely, and its place
+    // there, which grows towards the end.
+    bool m_isWatched = false;
+    std::uint32_t m_place = 0;
 
     // The last start that was answered, as MissedStarts counts them.
     std::int64_t m_answeredDue_s = NO_START;

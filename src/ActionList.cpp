@@ -1,10 +1,12 @@
 #include "ActionList.h"
 
-#include <algorithm>
+#include <iterator>
+#include <limits>
 
 void ActionList::Append(std::unique_ptr<Action> action)
 {
     m_entries.push_back(std::move(action));
+    Place(std::prev(m_entries.end()));
 }
 
 void ActionList::Clear()
@@ -15,7 +17,24 @@ void ActionList::Clear()
 void ActionList::MoveTo(ActionList& target, const Noted& noted)
 {
     for (const auto& entry : noted)
+    {
         target.m_entries.splice(target.m_entries.end(), m_entries, entry);
+        target.Place(entry);
+    }
+}
+
+// The entry is the last.
+void ActionList::Place(Entries::iterator entry)
+{
+    Action& action = **entry;
+    action.m_isWatched = m_isWatched;
+    action.m_place = entry == m_entries.begin() ? 0 : (*std::prev(entry))->m_place + 1;
+    if (action.m_place != std::numeric_limits<std::uint32_t>::max())
+        return;
+    // Thousands of millions of returns: the places begin anew.
+    std::uint32_t place = 0;
+    for (const auto& each : m_entries)
+        each->m_place = place++;
 }
 
 Action* ActionList::FindLatestStarted(TaskType type, QTime now) const
@@ -29,15 +48,4 @@ Action* ActionList::FindLatestStarted(TaskType type, QTime now) const
             latest = action.get();
     }
     return latest;
-}
-
-const Action* ActionList::FindPlaylistStop(const Action& play, QTime soon) const
-{
-    const auto stop = std::ranges::find_if(m_entries, [&](const auto& action) {
-        const Task& task = *action->m_task;
-        return task.m_type == TASK_STOP_PLAYLIST && !task.m_identifier.isEmpty() &&
-               task.m_identifier == play.m_task->m_identifier && play.m_startTime < action->m_startTime &&
-               soon > action->m_startTime;
-    });
-    return stop != m_entries.end() ? stop->get() : nullptr;
 }

@@ -7,13 +7,19 @@
 #include <vector>
 
 // An ordered list that owns its actions. An action is in one list only; moving it to another does not change its
-// address.
+// address, and an iterator to it stays valid.
 class ActionList final
 {
 public:
     using Entries = std::list<std::unique_ptr<Action>>;
     // Entries noted during a visit, to be moved after it: a list never changes while it is being visited.
     using Noted = std::vector<Entries::iterator>;
+
+    // isWatched: of the actions in it, which they are told.
+    explicit ActionList(bool isWatched = false)
+        : m_isWatched(isWatched)
+    {
+    }
 
     Entries::iterator begin() { return m_entries.begin(); }
     Entries::iterator end() { return m_entries.end(); }
@@ -33,10 +39,9 @@ public:
     // last; the first of several with one start time. Null when there is none.
     [[nodiscard]] Action* FindLatestStarted(TaskType type, QTime now) const;
 
-    // The first stop of the playlist that play starts, by a non-empty identifier equal to the letter, whose start time
-    // is after that of play and before soon. Null when there is none.
-    [[nodiscard]] const Action* FindPlaylistStop(const Action& play, QTime soon) const;
-
 private:
+    void Place(Entries::iterator entry);
+
+    const bool m_isWatched;
     Entries m_entries;
 };

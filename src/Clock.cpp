@@ -1,6 +1,7 @@
 #include "Clock.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 namespace
@@ -15,6 +16,10 @@ static_assert(sizeof(std::time_t) == 8, "calendar time must carry past 2038");
 // Two readings that are further apart than this were interrupted, and say nothing of one moment.
 constexpr std::int64_t ONE_MOMENT_MS = 20;
 constexpr int MOST_READINGS = 5;
+
+// More than a day before and after: how far a time of today can be away. No zone changes its clocks there and back in
+// half of that.
+constexpr std::array<std::time_t, 4> STEADY_SPAN_S{-26 * 3600, -13 * 3600, 13 * 3600, 26 * 3600};
 
 const QDate FIRST_DATE(1970, 1, 1);
 
@@ -106,6 +111,22 @@ Clock::Reading Clock::Read()
     const std::int64_t days = FIRST_DATE.daysTo(DateOf(parts));
     const int second = (parts.tm_hour * 60 + parts.tm_min) * 60 + std::min(parts.tm_sec, 59);
     return {(days * DAY_S + second) * MS_PER_S + Milliseconds(calendar_ms), calendar_ms, uptime_ms};
+}
+
+bool Clock::IsSteady(const Reading& now)
+{
+    const std::time_t moment = WholeSeconds(now.calendar_ms);
+    const std::tm parts = Local(moment);
+    for (const std::time_t away_s : STEADY_SPAN_S)
+    {
+        std::tm other{};
+        const std::time_t then = moment + away_s;
+        // Of the same zone: what Local would look up again.
+        ::localtime_r(&then, &other);
+        if (other.tm_gmtoff != parts.tm_gmtoff || other.tm_isdst != parts.tm_isdst)
+            return false;
+    }
+    return true;
 }
 
 std::time_t Clock::Now()

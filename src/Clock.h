@@ -31,6 +31,10 @@ public:
     static Reading Read();
     static std::int64_t Uptime_ms();
 
+    // Whether the clock on the wall just runs on for more than a day around that moment: neither the offset to UTC nor
+    // daylight saving changes. SecondsTo is a plain difference of times of day then.
+    static bool IsSteady(const Reading& now);
+
     // The current calendar time, in seconds.
     static std::time_t Now();
 

@@ -4,7 +4,6 @@
 #include "starts/MissedCause.h"
 
 #include <algorithm>
-#include <unordered_set>
 
 namespace
 {
@@ -17,9 +16,8 @@ const QString TIME_FORMAT = QStringLiteral("HH:mm:ss");
 
 } // namespace
 
-void MissedStarts::Load(const ActionList& actions, const Clock::Reading& since)
+void MissedStarts::Load(const Clock::Reading& since)
 {
-    m_index.Build(actions);
     m_last = Clock::Read();
     m_loaded_ms = m_last->local_ms;
     m_seen_s = StartIndex::MomentOf(since);
@@ -36,13 +34,13 @@ void MissedStarts::Answer(Action& action, bool isLate)
     action.m_answeredDue_s = isLate ? StartIndex::Latest(*second, now_s) : StartIndex::Latest(0, now_s) + *second;
 }
 
-std::vector<MissedStart> MissedStarts::Look(const ActionList& watched)
+std::vector<MissedStart> MissedStarts::Look(const Clock::Reading& now)
 {
     if (!m_last)
         return {};
-    const Passage passage{*m_last, Clock::Read()};
+    const Passage passage{*m_last, now};
     LookAt(passage);
-    Settle(watched, passage.to);
+    Settle(passage.to);
     NoteBusy(StartIndex::MomentOf(passage.to));
     m_last = passage.to;
 
@@ -82,7 +80,7 @@ void MissedStarts::OpenPassed(const Passage& passage)
 {
     const auto first = static_cast<std::ptrdiff_t>(m_open.size());
     const bool areAll =
-        m_index.Backwards(m_seen_s, StartIndex::MomentOf(passage.to), [&](Action& action, std::int64_t due_s) {
+        m_starts.Backwards(m_seen_s, StartIndex::MomentOf(passage.to), [&](Action& action, std::int64_t due_s) {
             if (action.m_answeredDue_s != due_s && action.IsDueOn(StartIndex::DateOf(due_s)))
                 m_open.push_back({&action, due_s, passage.from, action.m_task->IsRunning() || IsBusy(action, due_s)});
         });
@@ -96,18 +94,13 @@ void MissedStarts::DropComing(std::int64_t now_s)
     std::erase_if(m_open, [now_s](const PassedStart& start) { return start.due_s > now_s; });
 }
 
-void MissedStarts::Settle(const ActionList& watched, const Clock::Reading& now)
+void MissedStarts::Settle(const Clock::Reading& now)
 {
-    if (m_open.empty())
-        return;
-    std::unordered_set<const Action*> watchedActions;
-    for (const auto& action : watched)
-        watchedActions.insert(action.get());
     const std::int64_t now_s = StartIndex::MomentOf(now);
     std::erase_if(m_open, [&](const PassedStart& start) {
         if (start.IsAnswered())
             return true;
-        if (start.CanBeAnswered(now_s, watchedActions.contains(start.action)))
+        if (start.CanBeAnswered(now_s, start.action->m_isWatched))
             return false;
         Add(start, MissedCause::Of(start, now, m_loaded_ms));
         return true;
@@ -117,30 +110,31 @@ void MissedStarts::Settle(const ActionList& watched, const Clock::Reading& now)
 void MissedStarts::NoteBusy(std::int64_t now_s)
 {
     m_busy.clear();
-    m_index.Backwards(now_s, now_s + LOOK_S, [&](Action& action, std::int64_t due_s) {
+    m_starts.Backwards(now_s, now_s + LOOK_S, [&](Action& action, std::int64_t due_s) {
         if (action.m_task->IsRunning())
             m_busy.emplace_back(&action, due_s);
     });
+    std::ranges::sort(m_busy);
 }
 
-void MissedStarts::Stop(const ActionList& watched)
+void MissedStarts::Stop()
 {
-    Close(watched, Clock::Read(), false);
+    Close(Clock::Read(), false);
 }
 
-Clock::Reading MissedStarts::Restart(const ActionList& watched)
+Clock::Reading MissedStarts::Restart()
 {
     const Clock::Reading now = Clock::Read();
-    Close(watched, now, true);
+    Close(now, true);
     return now;
 }
 
-void MissedStarts::Close(const ActionList& watched, const Clock::Reading& now, bool isRestart)
+void MissedStarts::Close(const Clock::Reading& now, bool isRestart)
 {
     if (!m_last)
         return;
     LookAt({*m_last, now});
-    Settle(watched, now);
+    Settle(now);
     for (const PassedStart& start : m_open)
     {
         if (isRestart && !start.ComesAfterLoad(StartIndex::MomentOf(now)))
@@ -148,13 +142,12 @@ void MissedStarts::Close(const ActionList& watched, const Clock::Reading& now, b
     }
     m_open.clear();
     m_busy.clear();
-    m_index.Clear();
     m_last.reset();
 }
 
 bool MissedStarts::IsBusy(const Action& action, std::int64_t due_s) const
 {
-    return std::ranges::find(m_busy, std::pair<const Action*, std::int64_t>(&action, due_s)) != m_busy.end();
+    return std::ranges::binary_search(m_busy, std::pair<const Action*, std::int64_t>(&action, due_s));
 }
 
 void MissedStarts::Add(const PassedStart& start, const QString& cause)

@@ -18,41 +18,46 @@
 class MissedStarts final
 {
 public:
+    // starts: of the schedule that is loaded; outlives this.
+    explicit MissedStarts(const StartIndex& starts)
+        : m_starts(starts)
+    {
+    }
+
     // The schedule has been loaded. Starts that were due up to since are not counted.
-    void Load(const ActionList& actions, const Clock::Reading& since);
+    void Load(const Clock::Reading& since);
 
     // The schedule and its actions are about to be deleted: stop looking at them.
-    void Stop(const ActionList& watched);
+    void Stop();
 
     // The same before an immediate reload, which prevents starts that would still have come: they count as missed.
     // Returns the moment up to which starts were counted.
-    Clock::Reading Restart(const ActionList& watched);
+    Clock::Reading Restart();
 
     // The action is answered now. isLate: after its time.
     static void Answer(Action& action, bool isLate);
 
-    // A far pass begins. watched: the actions in the early list, which may still be started. Returns the missed starts,
-    // in order of time, and logs them at level 2: the latest with a record each, the number of the others in one
-    // record.
-    std::vector<MissedStart> Look(const ActionList& watched);
+    // A far pass begins at that moment. Returns the missed starts, in order of time, and logs them at level 2: the
+    // latest with a record each, the number of the others in one record. What is watched closely may still be started.
+    std::vector<MissedStart> Look(const Clock::Reading& now);
 
 private:
     void LookAt(const Passage& passage);
     void Tell() const;
     void OpenPassed(const Passage& passage);
     void DropComing(std::int64_t now_s);
-    void Settle(const ActionList& watched, const Clock::Reading& now);
+    void Settle(const Clock::Reading& now);
     void NoteBusy(std::int64_t now_s);
-    void Close(const ActionList& watched, const Clock::Reading& now, bool isRestart);
+    void Close(const Clock::Reading& now, bool isRestart);
     [[nodiscard]] bool IsBusy(const Action& action, std::int64_t due_s) const;
     void Add(const PassedStart& start, const QString& cause);
 
-    StartIndex m_index;
+    const StartIndex& m_starts;
     std::optional<Clock::Reading> m_last; // look, or load; none while nothing is loaded
     std::int64_t m_loaded_ms = 0;         // by the clock on the wall
     std::int64_t m_seen_s = 0;            // up to here all starts were looked at
     std::vector<PassedStart> m_open;
-    std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is still under way
+    std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is under way; sorted
     std::vector<MissedStart> m_missed;                          // not told yet
     bool m_areAll = true; // false: there were older ones, too many to be looked at
 };

@@ -61,7 +61,8 @@ void Scheduler::Begin(const Clock::Reading& since)
     if (StopRequest::IsMade())
         return;
     FindReadyActions();
-    m_missed.Load(m_farActions, since);
+    m_index.Build(m_farActions);
+    m_missed.Load(since);
     m_timers.Start();
     OZNA_LOG(LEVEL_NORMAL, "Schedule started");
 }
@@ -84,7 +85,7 @@ void Scheduler::Stop()
     OZNA_LOG(LEVEL_NORMAL, "Stopping schedule...");
     m_updates.Uncover();
     m_timers.Stop();
-    m_missed.Stop(m_earlyActions);
+    m_missed.Stop();
     OZNA_LOG(LEVEL_NORMAL, "Schedule stopped");
     CleanUp();
 }
@@ -93,6 +94,7 @@ void Scheduler::CleanUp()
 {
     OZNA_LOG(LEVEL_NORMAL, "Cleaning up schedule...");
     const LastCalls lastCalls;
+    m_index.Clear();
     m_farActions.Clear();
     m_earlyActions.Clear();
     // What a long schedule took goes back to the device, which has other uses for it.
@@ -143,7 +145,7 @@ int Scheduler::Reload()
     if (!m_enabled || StopRequest::IsMade())
         return STATUS_OK;
     OZNA_LOG(LEVEL_NORMAL, "Restarting Schedule...");
-    const Clock::Reading now = m_missed.Restart(m_earlyActions);
+    const Clock::Reading now = m_missed.Restart();
     Stop();
     Begin(now);
     return STATUS_OK;
@@ -178,26 +180,28 @@ void Scheduler::CheckFarActions()
     OZNA_LOG(LEVEL_TRACE, "> TOTAL ACTIONS:  %d", m_farActions.Size() + m_earlyActions.Size());
     OZNA_LOG(LEVEL_TRACE, "----------------------------");
 
-    for (const MissedStart& start : m_missed.Look(m_earlyActions))
+    const Clock::Reading now = Clock::Read();
+    for (const MissedStart& start : m_missed.Look(now))
         Q_EMIT Missed(start);
 
     ActionList::Noted early;
-    for (auto action = m_farActions.begin(); action != m_farActions.end(); ++action)
+    for (const auto& entry : m_index.m_candidates.At(now, m_farActions))
     {
-        if (!(*action)->IsEarly())
+        Action& action = **entry;
+        if (!action.IsEarly())
             continue;
-        Task& task = *(*action)->m_task;
-        if (IsVirtuallyStopped(**action))
+        Task& task = *action.m_task;
+        if (IsVirtuallyStopped(action))
         {
             OZNA_LOG(LEVEL_WARNING, "VIRTUALLY STOPPED action found: %d (%s, %s), SKIPPED and marked COMPLETED",
                      task.m_type, qPrintable(task.GetName()), qPrintable(task.m_identifier));
             task.SetCompleted(true);
-            MissedStarts::Answer(**action, !(*action)->IsAhead());
-            Q_EMIT Found(**action, ActionFinding::SKIPPED);
+            MissedStarts::Answer(action, !action.IsAhead());
+            Q_EMIT Found(action, ActionFinding::SKIPPED);
             continue;
         }
         OZNA_LOG(LEVEL_NORMAL, "EARLY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
-        early.push_back(action);
+        early.push_back(entry);
     }
     m_farActions.MoveTo(m_earlyActions, early);
 }
@@ -207,7 +211,7 @@ bool Scheduler::IsVirtuallyStopped(const Action& play) const
     if (play.m_task->m_type != TASK_PLAY_PLAYLIST)
         return false;
     const QTime soon = Clock::TimeOfDay().addSecs(STOPPED_SOON_S);
-    const Action* const stop = m_farActions.FindPlaylistStop(play, soon);
+    const Action* const stop = m_index.m_stops.FirstOf(play, soon);
     if (stop == nullptr)
         return false;
     OZNA_LOG(LEVEL_WARNING, "TASK_STOP_PLAYLIST: %s | NOW+10s: %s",

@@ -6,6 +6,7 @@
 #include "Task.h"
 #include "peers/PeerProxies.h"
 #include "peers/WaitingUpdates.h"
+#include "starts/ScheduleIndex.h"
 
 #include <QObject>
 #include <QString>
@@ -48,7 +49,8 @@ public:
     // Stops the timers and deletes all actions; a task that is playing stops its source.
     void Stop();
 
-    // Every action is in one of the two.
+    // The actions by their start times. Every action is in one of the two lists.
+    const StartIndex& Starts() const { return m_index.m_starts; }
     const ActionList& FarActions() const { return m_farActions; }
     const ActionList& EarlyActions() const { return m_earlyActions; }
 
@@ -99,9 +101,10 @@ private:
 
     QString m_scheduleFile;
     bool m_enabled = false;
-    ActionList m_farActions;   // every loaded action that is not in the other list
-    ActionList m_earlyActions; // found early, watched closely
-    MissedStarts m_missed;
+    ActionList m_farActions;         // every loaded action that is not in the other list
+    ActionList m_earlyActions{true}; // found early, watched closely
+    ScheduleIndex m_index;           // of the actions of both lists
+    MissedStarts m_missed{m_index.m_starts};
     PassTimers m_timers;
     WaitingUpdates m_updates;
 };

@@ -29,6 +29,11 @@ unsigned int Task::GetDelayable_s() const
     return std::numeric_limits<unsigned int>::max();
 }
 
+unsigned int Task::GetMostDelayable_s() const
+{
+    return std::numeric_limits<unsigned int>::max();
+}
+
 void Task::PrepareDelayed(unsigned int delay_s)
 {
     Q_UNUSED(delay_s)

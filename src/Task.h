@@ -42,6 +42,9 @@ public:
     // By how many seconds the task may be started after its time; 0: never late.
     virtual unsigned int GetDelayable_s() const;
 
+    // The most that GetDelayable_s answers for as long as the task lives: after that time nobody asks it.
+    virtual unsigned int GetMostDelayable_s() const;
+
     // Called just before Run with the seconds by which the start is late; 0 when it is in time.
     virtual void PrepareDelayed(unsigned int delay_s);
 

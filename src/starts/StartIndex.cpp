@@ -1,6 +1,7 @@
 #include "StartIndex.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace
 {
@@ -15,22 +16,24 @@ std::int64_t DayOf(std::int64_t moment_s)
     return moment_s % StartIndex::DAY_S < 0 ? day - 1 : day;
 }
 
-int SecondOf(std::int64_t moment_s)
-{
-    return static_cast<int>(moment_s - DayOf(moment_s) * StartIndex::DAY_S);
-}
-
 } // namespace
 
-void StartIndex::Build(const ActionList& actions)
+void StartIndex::Build(ActionList& actions)
 {
     m_starts.clear();
-    for (const auto& action : actions)
+    m_starts.reserve(static_cast<size_t>(actions.Size()));
+    for (auto entry = actions.begin(); entry != actions.end(); ++entry)
     {
-        if (const std::optional<int> second = action->StartSecond())
-            m_starts.push_back({*second, action.get()});
+        const auto second = std::clamp<std::int64_t>((*entry)->SecondsAfterMidnight(), std::numeric_limits<int>::min(),
+                                                     std::numeric_limits<int>::max());
+        m_starts.push_back({static_cast<int>(second), entry});
     }
     std::ranges::stable_sort(m_starts, {}, &Start::second);
+}
+
+StartIndex::Starts::const_iterator StartIndex::FirstAfter(std::int64_t second) const
+{
+    return std::ranges::upper_bound(m_starts, second, {}, &Start::second);
 }
 
 bool StartIndex::Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& visit) const
@@ -40,18 +43,24 @@ bool StartIndex::Backwards(std::int64_t from_s, std::int64_t to_s, const Visit& 
     {
         if (left <= 0)
             return false;
-        const int last = day == DayOf(to_s) ? SecondOf(to_s) : static_cast<int>(DAY_S);
-        const int before = day == DayOf(from_s) ? SecondOf(from_s) : -1;
-        const auto begin = std::ranges::upper_bound(m_starts, before, {}, &Start::second);
-        const auto end = std::ranges::upper_bound(m_starts, last, {}, &Start::second);
+        const std::int64_t last = day == DayOf(to_s) ? SecondOf(to_s) : DAY_S - 1;
+        const std::int64_t before = day == DayOf(from_s) ? SecondOf(from_s) : -1;
+        const auto begin = FirstAfter(before);
+        const auto end = std::max(begin, FirstAfter(last));
         left -= 1 + (end - begin);
         for (auto start = end; start > begin;)
         {
             --start;
-            visit(*start->action, day * DAY_S + start->second);
+            visit(**start->entry, day * DAY_S + start->second);
         }
     }
     return true;
+}
+
+void StartIndex::Within(std::int64_t first_s, std::int64_t last_s, const EntryVisit& visit) const
+{
+    for (auto start = FirstAfter(first_s - 1); start != m_starts.end() && start->second <= last_s; ++start)
+        visit(start->entry);
 }
 
 // Rounds down, also before 1970.
@@ -64,6 +73,11 @@ std::int64_t StartIndex::Latest(int second, std::int64_t now_s)
 {
     const std::int64_t today_s = DayOf(now_s) * DAY_S + second;
     return today_s > now_s ? today_s - DAY_S : today_s;
+}
+
+int StartIndex::SecondOf(std::int64_t moment_s)
+{
+    return static_cast<int>(moment_s - DayOf(moment_s) * DAY_S);
 }
 
 QDate StartIndex::DateOf(std::int64_t moment_s)

@@ -25,6 +25,11 @@ unsigned int PlayMessage::GetDelayable_s() const
     return 0;
 }
 
+unsigned int PlayMessage::GetMostDelayable_s() const
+{
+    return 0;
+}
+
 bool PlayMessage::Run()
 {
     BeginRequest();

@@ -17,6 +17,7 @@ public:
     ~PlayMessage() override;
 
     unsigned int GetDelayable_s() const override;
+    unsigned int GetMostDelayable_s() const override;
     bool Run() override;
 
 Q_SIGNALS:

@@ -49,6 +49,12 @@ unsigned int PlayPlaylist::GetDelayable_s() const
     return m_delayable_s;
 }
 
+// The file is read once.
+unsigned int PlayPlaylist::GetMostDelayable_s() const
+{
+    return m_delayable_s;
+}
+
 void PlayPlaylist::SetCompleted(bool completed)
 {
     m_completed = completed;

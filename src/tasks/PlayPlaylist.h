@@ -24,6 +24,7 @@ public:
 
     // The start of the last track: later than that there is nothing left to join.
     unsigned int GetDelayable_s() const override;
+    unsigned int GetMostDelayable_s() const override;
 
     // Chooses the first track to play: the one after the track that would be playing after delay_s seconds, as a track
     // is never entered midway. Counts from the first track each time.

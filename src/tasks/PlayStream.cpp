@@ -34,6 +34,11 @@ unsigned int PlayStream::GetDelayable_s() const
     return 0;
 }
 
+unsigned int PlayStream::GetMostDelayable_s() const
+{
+    return 0;
+}
+
 bool PlayStream::SetUp()
 {
     Configuration configuration(Log::ORIGIN);

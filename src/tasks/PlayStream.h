@@ -14,6 +14,7 @@ public:
     ~PlayStream() override;
 
     unsigned int GetDelayable_s() const override;
+    unsigned int GetMostDelayable_s() const override;
     bool Run() override;
 
 Q_SIGNALS:

@@ -10,4 +10,5 @@ public:
     ~PunctualTask() override;
 
     unsigned int GetDelayable_s() const final;
+    unsigned int GetMostDelayable_s() const final;
 };
