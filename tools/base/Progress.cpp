@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <csignal>
+#include <utility>
 
 namespace
 {
@@ -12,6 +13,10 @@ namespace
 constexpr qint64 PATIENCE_MS = 1000;
 constexpr int WIDTH = 40;
 constexpr int WHOLE = 100; // per cent
+
+constexpr int NOTHING = -1;
+
+int m_shown = NOTHING; // per cent
 
 volatile std::sig_atomic_t m_interrupted = 0;
 
@@ -38,7 +43,12 @@ Progress::Progress()
 
 Progress::~Progress()
 {
-    if (m_shown >= 0)
+    Hide();
+}
+
+void Progress::Hide()
+{
+    if (std::exchange(m_shown, NOTHING) != NOTHING)
         Terminal::PrintError(QStringLiteral("\r\x1b[K"));
 }
 

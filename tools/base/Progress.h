@@ -18,10 +18,12 @@ public:
     // Shows the part that is done, from 0 to 1. False when the user has asked for an end.
     [[nodiscard]] bool Show(double part);
 
+    // Takes the bar away until it is shown next: text follows.
+    static void Hide();
+
     // Whether the user has asked for an end.
     [[nodiscard]] static bool IsInterrupted();
 
 private:
     QElapsedTimer m_since;
-    int m_shown = -1; // per cent
 };

@@ -58,7 +58,7 @@ qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms, std::opti
 }
 
 RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                           qint64 until_ms, const IsEnough& isEnough)
+                           qint64 until_ms, const RehearsalFollowers& followers)
     : m_result{file, from_ms, until_ms}
 {
     const Workspace workspace(file, line.Value(PLAYLISTS));
@@ -66,15 +66,18 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     static_cast<void>(TellRejected(file, m_result.lines));
     const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
     Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
+    rehearsal.SetNoted(followers.noted);
+    if (followers.take)
+        rehearsal.SetTake(followers.take);
     Progress progress;
     qint64 reached_ms = from_ms;
     bool hasEnough = false;
     m_isWhole = rehearsal.Run([&](double part) {
         reached_ms = begin_ms + static_cast<qint64>(part * static_cast<double>(until_ms - begin_ms));
-        hasEnough = isEnough && isEnough(rehearsal.Events(), reached_ms);
+        hasEnough = followers.isEnough && followers.isEnough(reached_ms);
         return !hasEnough && progress.Show(part);
     });
-    m_result.events = rehearsal.Events();
+    m_result.events = rehearsal.TakeEvents();
     if (!m_isWhole)
         m_result.end_ms = std::max(reached_ms, from_ms);
     m_isWhole = m_isWhole || hasEnough;

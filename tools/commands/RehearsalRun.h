@@ -1,11 +1,25 @@
 #pragma once
 
 #include "base/CommandLine.h"
+#include "engine/EventLog.h"
 #include "engine/RehearsalResult.h"
 
 #include <functional>
 #include <optional>
 #include <vector>
+
+// What follows a rehearsal; each may be empty.
+struct RehearsalFollowers
+{
+    // Called for each event as it comes about, also before the span of interest: see EventLog.
+    EventLog::Noted noted = {};
+
+    // Takes the events instead of the result, as soon as nothing can change them any more.
+    EventQueue::Take take = {};
+
+    // Called now and then: whether what has been noted is enough. All events before reached_ms have been.
+    std::function<bool(qint64 reached_ms)> isEnough = {};
+};
 
 // A rehearsal as the commands that have one ask for it: their common options, its span, and its result.
 class RehearsalRun final
@@ -23,14 +37,11 @@ public:
     // Sets the time zone that line asks for, if any.
     static void SetTimeZone(const CommandLine& line);
 
-    // Called now and then: whether the events so far are enough. All those before reached_ms are there.
-    using IsEnough = std::function<bool(const std::vector<Event>& events, qint64 reached_ms)>;
-
     // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
-    // span of interest, which ends earlier where isEnough says so. Shows progress. Rejected lines are told on standard
-    // error, with file and line. Throws ToolError when file cannot be read.
+    // span of interest, which ends earlier where a follower says so. Shows progress. Rejected lines are told on
+    // standard error, with file and line. Throws ToolError when file cannot be read.
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                 qint64 until_ms, const IsEnough& isEnough = {});
+                 qint64 until_ms, const RehearsalFollowers& followers = {});
 
     // The span that line asks for, by default from the beginning of today. days: replaces the option's default
     // number. Throws ToolError on a text that is not a moment.

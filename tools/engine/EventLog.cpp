@@ -6,7 +6,7 @@
 #include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -24,22 +24,8 @@ qint64 FloorToSecond(qint64 moment_ms)
 
 EventLog::EventLog(const qint64& now_ms)
     : m_now_ms(now_ms)
-    , m_start_ms(now_ms)
     , m_device(m_events)
 {
-}
-
-// The latest event from since_ms on for which that holds; null when there is none.
-template <typename Predicate> const Event* EventLog::Latest(qint64 since_ms, Predicate predicate) const
-{
-    for (auto event = m_events.crbegin(); event != m_events.crend(); ++event)
-    {
-        if (event->moment_ms < since_ms)
-            return nullptr;
-        if (predicate(*event))
-            return &*event;
-    }
-    return nullptr;
 }
 
 void EventLog::OnFound(const Action& action, ActionFinding finding)
@@ -49,20 +35,35 @@ void EventLog::OnFound(const Action& action, ActionFinding finding)
         Event event = NewEvent(action, EventKind::START);
         MarkStart(event, action);
         m_running = &action;
-        m_event = m_events.size();
-        m_events.push_back(std::move(event));
+        if (event.type == TASK_RECORD_PHOTO)
+            m_series = {event.lineNumber, event.type, event.taskName};
+        m_event = Append(std::move(event));
         return;
     }
     Event event = NewEvent(action, finding == ActionFinding::LOST ? EventKind::LOST : EventKind::SKIPPED);
     // Every far pass finds it again until its time.
-    if (Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& earlier) {
-            return earlier.kind == event.kind && earlier.lineNumber == event.lineNumber &&
-                   earlier.due_ms == event.due_ms;
-        }) != nullptr)
+    const std::optional<Outcome> earlier = Latest(event);
+    if (earlier && earlier->due_ms == event.due_ms)
         return;
     event.reason = finding == ActionFinding::LOST ? QStringLiteral("found too late to be prepared")
                                                   : QStringLiteral("its StopPlaylist follows too soon");
-    m_events.push_back(std::move(event));
+    static_cast<void>(Append(std::move(event)));
+}
+
+size_t EventLog::Append(Event event)
+{
+    m_latest[{event.kind, event.lineNumber}] = {event.moment_ms, event.due_ms, event.isForced};
+    if (m_noted)
+        m_noted(event);
+    return m_events.Append(std::move(event));
+}
+
+// The latest event of that kind and line; none where it is older than a date can be long.
+std::optional<EventLog::Outcome> EventLog::Latest(const Event& event) const
+{
+    const auto latest = m_latest.find({event.kind, event.lineNumber});
+    const bool isNew = latest != m_latest.end() && latest->second.moment_ms >= m_now_ms - DAY_AND_HOUR_MS;
+    return isNew ? std::optional(latest->second) : std::nullopt;
 }
 
 void EventLog::OnMissed(const MissedStart& start)
@@ -89,7 +90,9 @@ void EventLog::OnMissed(const MissedStart& start)
     event.lineNumber = start.lineNumber;
     event.type = start.type;
     event.taskName = start.taskName;
-    m_missed.push_back(std::move(event));
+    if (m_noted)
+        m_noted(event);
+    m_events.AppendMissed(std::move(event));
 }
 
 Event EventLog::NewEvent(const Action& action, EventKind kind) const
@@ -111,11 +114,9 @@ void EventLog::MarkStart(Event& event, const Action& action) const
 {
     event.isForced = action.m_forced;
     event.delay_s = action.m_forced ? Clock::SecondsSince(action.m_startTime) : action.m_delay;
-    const QDate date = Moment::LocalDate(event.due_ms);
-    const Event* const earlier = Latest(m_now_ms - DAY_AND_HOUR_MS, [&](const Event& other) {
-        return other.kind == EventKind::START && other.lineNumber == event.lineNumber;
-    });
-    event.isRepeated = earlier != nullptr && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == date;
+    const std::optional<Outcome> earlier = Latest(event);
+    event.isRepeated =
+        earlier && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == Moment::LocalDate(event.due_ms);
     if (event.isForced)
         event.reason = QStringLiteral("in force since %1 when the schedule is loaded")
                            .arg(StartTime::ForLateness(action).toString(QStringLiteral("HH:mm:ss")));
@@ -136,17 +137,10 @@ void EventLog::Receive(Request request)
         event.moment_ms = m_now_ms;
         event.due_ms = m_now_ms;
         // Only a series of photos asks for something by itself: that it ends. It may have run for days.
-        const Event* const series = Latest(m_start_ms, [](const Event& other) {
-            return other.kind == EventKind::START && other.type == TASK_RECORD_PHOTO;
-        });
-        if (series != nullptr)
-        {
-            event.lineNumber = series->lineNumber;
-            event.type = series->type;
-            event.taskName = series->taskName;
-        }
-        m_event = m_events.size();
-        m_events.push_back(std::move(event));
+        event.lineNumber = m_series.lineNumber;
+        event.type = m_series.type;
+        event.taskName = m_series.taskName;
+        m_event = Append(std::move(event));
     }
     static const std::vector<PlaylistItem> NO_TRACKS;
     const auto* playlist = m_running != nullptr ? qobject_cast<const PlayPlaylist*>(m_running->m_task.get()) : nullptr;
@@ -166,12 +160,13 @@ void EventLog::PlayDevice()
     EndPass();
 }
 
-void EventLog::Finish(qint64 from_ms, qint64 until_ms)
+void EventLog::Release(const EventQueue::Take& take)
 {
-    m_events.insert(m_events.end(), m_missed.begin(), m_missed.end());
-    std::erase_if(m_events, [=](const Event& event) {
-        const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > from_ms);
-        return (event.moment_ms < from_ms && !stillPlays) || event.moment_ms >= until_ms;
-    });
-    std::ranges::stable_sort(m_events, {}, &Event::moment_ms);
+    const auto isHeld = [this](size_t event) { return event == m_event || m_device.IsPlaying(event); };
+    m_events.Release(m_now_ms - EventQueue::LATEST_MS, isHeld, take);
+}
+
+void EventLog::Finish(const EventQueue::Take& take)
+{
+    m_events.Finish(take);
 }

@@ -1,10 +1,13 @@
 #pragma once
 
-#include "Event.h"
+#include "EventQueue.h"
 #include "Scheduler.h"
 #include "VirtualDevice.h"
 
-#include <vector>
+#include <functional>
+#include <map>
+#include <optional>
+#include <utility>
 
 // Turns what the passes of a rehearsal find, and the requests to its peers, into events; passes the requests on to the
 // virtual device.
@@ -13,6 +16,11 @@ class EventLog final
 public:
     // now_ms: the rehearsal's clock, at its start; outlives the log.
     explicit EventLog(const qint64& now_ms);
+
+    // Called for each event as it comes about, a missed one when that is known: its requests, and the end of what it
+    // plays, are still to come.
+    using Noted = std::function<void(const Event& event)>;
+    void SetNoted(Noted noted) { m_noted = std::move(noted); }
 
     EventLog(const EventLog&) = delete;
     EventLog& operator=(const EventLog&) = delete;
@@ -34,24 +42,42 @@ public:
     // When the next one is due; the greatest number when none is.
     [[nodiscard]] qint64 NextSignal_ms() const { return m_device.Next_ms(); }
 
-    // Drops events that end before from_ms or come from until_ms on, and sorts the others. No request may follow.
-    void Finish(qint64 from_ms, qint64 until_ms);
+    // Has those taken that nothing can change any more, and before which none can come: the clock is not put back.
+    void Release(const EventQueue::Take& take);
 
-    [[nodiscard]] std::vector<Event>& Events() { return m_events; }
-    [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
+    // Has all others taken. No request may follow.
+    void Finish(const EventQueue::Take& take);
 
 private:
     static constexpr size_t NONE = static_cast<size_t>(-1);
 
+    // One event of a line.
+    struct Outcome
+    {
+        qint64 moment_ms;
+        qint64 due_ms;
+        bool isForced;
+    };
+
+    // Whose task has asked for the latest series of photos.
+    struct Series
+    {
+        int lineNumber = 0;
+        TaskType type = TASK_UNKNOWN;
+        QString taskName = {};
+    };
+
     [[nodiscard]] Event NewEvent(const Action& action, EventKind kind) const;
     void MarkStart(Event& event, const Action& action) const;
-    template <typename Predicate> const Event* Latest(qint64 since_ms, Predicate predicate) const;
+    [[nodiscard]] std::optional<Outcome> Latest(const Event& event) const;
+    [[nodiscard]] size_t Append(Event event);
 
     const qint64& m_now_ms;
-    const qint64 m_start_ms;
-    std::vector<Event> m_events;
-    std::vector<Event> m_missed; // apart from the others, as they come later than their moments
+    EventQueue m_events;
     VirtualDevice m_device;
+    Noted m_noted;
+    std::map<std::pair<EventKind, int>, Outcome> m_latest; // of each kind, but missed ones, and each line
+    Series m_series;
     const Action* m_running = nullptr; // whose task is run
     size_t m_event = NONE;             // to which requests belong
 };

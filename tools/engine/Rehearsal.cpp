@@ -1,6 +1,5 @@
 #include "Rehearsal.h"
 
-#include "Risks.h"
 #include "Scheduler.h"
 #include "base/Moment.h"
 #include "base/ToolError.h"
@@ -38,6 +37,7 @@ Rehearsal::Rehearsal(const Workspace& workspace, const Plan& plan)
     , m_plan(plan)
     , m_clock(plan.start_ms)
     , m_log(m_clock.Now_ms())
+    , m_take([this](Event&& event) { m_events.push_back(std::move(event)); })
 {
     PeerCall::SetTransport([this](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
         return Answer(Request::Sent(m_clock.Now_ms(), *proxy, method, arguments));
@@ -75,11 +75,26 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     if (isWhole)
         Decide(scheduler);
     disconnect(&scheduler, nullptr, this, nullptr);
-    m_log.Finish(m_plan.from_ms, End_ms());
-    Risks::Mark(m_log.Events());
+    m_log.Finish([this](Event&& event) { Take(std::move(event)); });
     // What still plays is stopped with the schedule: no part of what was asked for.
     PeerCall::SetTransport([](QDBusAbstractInterface*, const QString&, const QVariantList&) { return PeerReply(0); });
     return isWhole;
+}
+
+// The calendar may be stepped back as long as there are disturbances: what comes then may be sorted before all others.
+void Rehearsal::Release()
+{
+    if (m_plan.disturbances.empty())
+        m_log.Release([this](Event&& event) { Take(std::move(event)); });
+}
+
+void Rehearsal::Take(Event&& event)
+{
+    const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > m_plan.from_ms);
+    if ((event.moment_ms < m_plan.from_ms && !stillPlays) || event.moment_ms >= End_ms())
+        return;
+    m_risks.Mark(event);
+    m_take(std::move(event));
 }
 
 qint64 Rehearsal::End_ms() const
@@ -147,6 +162,7 @@ bool Rehearsal::RunStretches(Scheduler& scheduler, const std::function<bool(doub
     m_watches.Load(scheduler);
     while (m_clock.Now_ms() < End_ms())
     {
+        Release();
         if (!goOn(DonePart()))
             return false;
         Stretch stretch = Stretch::From(m_clock.Now_ms());
@@ -168,8 +184,12 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
     const qint64 passes = m_farPasses;
     for (int tick = 1;; ++tick)
     {
-        if (tick % TICKS_A_QUESTION == 0 && !goOn(DonePart()))
-            return false;
+        if (tick % TICKS_A_QUESTION == 0)
+        {
+            Release();
+            if (!goOn(DonePart()))
+                return false;
+        }
         m_watches.Sort(scheduler);
         // The first far pass of a stretch sees what the clocks left out before it.
         const bool mustLook = m_farPasses == passes;

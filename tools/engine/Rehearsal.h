@@ -2,6 +2,7 @@
 
 #include "EventLog.h"
 #include "RehearsalClock.h"
+#include "Risks.h"
 #include "Scheduler.h"
 #include "Stretch.h"
 #include "WatchList.h"
@@ -13,6 +14,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
 // Runs the daemon's own engine on a virtual clock, with a device that accepts everything, and notes its requests.
@@ -52,8 +54,16 @@ public:
     // events so far, and returns false. Called once.
     [[nodiscard]] bool Run(const std::function<bool(double)>& goOn = {});
 
-    // In the order of their moments.
-    [[nodiscard]] const std::vector<Event>& Events() const { return m_log.Events(); }
+    // Called for each event as it comes about; its requests, and the end of what it plays, are still to come.
+    void SetNoted(const EventLog::Noted& noted) { m_log.SetNoted(noted); }
+
+    // Takes the events, in the order of their moments, as soon as nothing can change them any more. Unless it is set,
+    // they are kept.
+    void SetTake(const EventQueue::Take& take) { m_take = take; }
+
+    // Those that are kept, in the order of their moments.
+    [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
+    [[nodiscard]] std::vector<Event> TakeEvents() { return std::exchange(m_events, {}); }
 
     // What the clock on the wall shows at the end.
     [[nodiscard]] QTime End() const { return Moment::LocalTime(End_ms()); }
@@ -74,12 +84,17 @@ private:
     void Pass(Scheduler& scheduler);
     void Decide(Scheduler& scheduler);
     void PlayDeviceBefore(qint64 moment_ms);
+    void Release();
+    void Take(Event&& event);
 
     const Workspace::Use m_use;
     const Plan m_plan;
     RehearsalClock m_clock;
     EventLog m_log;
     WatchList m_watches;
+    Risks m_risks;
+    EventQueue::Take m_take;
+    std::vector<Event> m_events;
     size_t m_disturbed = 0; // how many of the disturbances have been
     qint64 m_farPasses = 0;
     qint64 m_earlyPasses = 0;

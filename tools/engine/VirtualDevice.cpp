@@ -56,7 +56,7 @@ void TellEnd(const QString& source)
 
 } // namespace
 
-VirtualDevice::VirtualDevice(std::vector<Event>& events)
+VirtualDevice::VirtualDevice(EventQueue& events)
     : m_events(events)
 {
 }
@@ -188,6 +188,11 @@ void VirtualDevice::Play(qint64 now_ms)
 {
     while (Next_ms() <= now_ms)
         m_signals.extract(m_signals.begin()).mapped()();
+}
+
+bool VirtualDevice::IsPlaying(size_t event) const
+{
+    return std::ranges::any_of(m_playing, [&](const auto& entry) { return entry.second.event == event; });
 }
 
 qint64 VirtualDevice::Next_ms() const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Event.h"
+#include "EventQueue.h"
 #include "text/PlaylistItem.h"
 
 #include <functional>
@@ -16,13 +16,16 @@ public:
     static constexpr int PHOTO_S = 1;    // from the request to the photo
 
     // events: where the playbacks are noted; outlives the device.
-    explicit VirtualDevice(std::vector<Event>& events);
+    explicit VirtualDevice(EventQueue& events);
 
-    // Takes a request that belongs to the event of that index. tracks: of the playlist that is asked for.
+    // Takes a request that belongs to the event of that number. tracks: of the playlist that is asked for.
     void Receive(const Request& request, size_t event, const std::vector<PlaylistItem>& tracks);
 
     // Sends the signals that are due at now_ms or before.
     void Play(qint64 now_ms);
+
+    // Whether something that the event of that number has begun is still heard, or still to come.
+    [[nodiscard]] bool IsPlaying(size_t event) const;
 
     // When the next signal is due; the greatest number when none is.
     [[nodiscard]] qint64 Next_ms() const;
@@ -48,7 +51,7 @@ private:
     void End(int playback, qint64 moment_ms);
     void Later(qint64 moment_ms, Signal signal);
 
-    std::vector<Event>& m_events;
+    EventQueue& m_events;
     std::map<int, Playback> m_playing; // by the order of their requests
     int m_lastPlayback = 0;
     std::multimap<qint64, Signal> m_signals; // by their moments

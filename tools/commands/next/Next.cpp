@@ -7,7 +7,10 @@
 #include "words/EventText.h"
 
 #include <algorithm>
-#include <iterator>
+#include <functional>
+#include <queue>
+#include <utility>
+#include <vector>
 
 namespace
 {
@@ -52,15 +55,35 @@ QString Row(const Event& event, qint64 from_ms)
     return text + u'\n';
 }
 
-std::vector<Event> Starts(const RehearsalResult& run, int count)
+// Counts the starts to come as they come about.
+class Counter final
 {
-    std::vector<Event> starts;
-    std::ranges::copy_if(run.events, std::back_inserter(starts),
-                         [&](const Event& event) { return IsNext(event, run.begin_ms); });
-    std::ranges::stable_sort(starts, {}, &Event::due_ms);
-    starts.resize(std::min(starts.size(), static_cast<size_t>(count)));
-    return starts;
-}
+public:
+    explicit Counter(qint64 from_ms)
+        : m_from_ms(from_ms)
+    {
+    }
+
+    void Note(const Event& event)
+    {
+        if (IsNext(event, m_from_ms))
+            m_dues.push(event.due_ms);
+    }
+
+    // How many of them are due before reached_ms, which never goes back. What is asked for ahead of its time stands
+    // before what comes earlier.
+    [[nodiscard]] int Before(qint64 reached_ms)
+    {
+        for (; !m_dues.empty() && m_dues.top() < reached_ms; m_dues.pop())
+            ++m_count;
+        return m_count;
+    }
+
+private:
+    const qint64 m_from_ms;
+    std::priority_queue<qint64, std::vector<qint64>, std::greater<>> m_dues; // that have not been counted
+    int m_count = 0;
+};
 
 QString FewerText(const RehearsalResult& run, size_t found)
 {
@@ -93,14 +116,17 @@ int Commands::Next(const QStringList& arguments)
     const qint64 from_ms = line.Has(FROM) ? RehearsalRun::From_ms(line) : Moment::Now_ms();
     const qint64 until_ms =
         Moment::FromLocal_ms(Moment::LocalDate(from_ms).addYears(LONGEST_YEARS), Moment::LocalTime(from_ms));
-    const auto hasEnough = [&](const std::vector<Event>& events, qint64 reached_ms) {
-        // What is asked for ahead of its time stands before what comes earlier.
-        return std::ranges::count_if(events, [&](const Event& event) {
-                   return IsNext(event, from_ms) && event.due_ms < reached_ms;
-               }) >= count;
-    };
-    const RehearsalRun run(line, line.Operand(0), std::nullopt, from_ms, until_ms, hasEnough);
-    const std::vector<Event> starts = Starts(run.Result(), count);
+    Counter counter(from_ms);
+    std::vector<Event> starts;
+    const RehearsalRun run(line, line.Operand(0), std::nullopt, from_ms, until_ms,
+                           {[&](const Event& event) { counter.Note(event); },
+                            [&](Event&& event) {
+                                if (IsNext(event, from_ms))
+                                    starts.push_back(std::move(event));
+                            },
+                            [&](qint64 reached_ms) { return counter.Before(reached_ms) >= count; }});
+    std::ranges::stable_sort(starts, {}, &Event::due_ms);
+    starts.resize(std::min(starts.size(), static_cast<size_t>(count)));
     QString text;
     for (const Event& event : starts)
         text += Row(event, from_ms);

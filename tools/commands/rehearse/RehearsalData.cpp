@@ -7,6 +7,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <utility>
+
 namespace
 {
 
@@ -86,36 +88,79 @@ QString CsvRow(const QStringList& values)
     return quoted.join(u',') + QStringLiteral("\r\n");
 }
 
-} // namespace
-
-QString RehearsalText::Json(const RehearsalResult& run)
+QString Document(const QJsonObject& object)
 {
-    QJsonArray events;
-    for (const Event& event : run.events)
-        events.append(Object(event, run.begin_ms));
-    const QJsonObject whole{{QStringLiteral("schedule"), run.file},
-                            {QStringLiteral("from"), Moment::IsoText(run.begin_ms)},
-                            {QStringLiteral("until"), Moment::IsoText(run.end_ms)},
-                            {QStringLiteral("events"), events}};
-    return QString::fromUtf8(QJsonDocument(whole).toJson());
+    return QString::fromUtf8(QJsonDocument(object).toJson());
 }
 
-QString RehearsalText::Csv(const RehearsalResult& run)
+// The library writes a whole document only, with its names in alphabetical order: "events" comes first.
+class RehearsalJson final : public RehearsalText
 {
-    QString text = CsvRow({QStringLiteral("time"), QStringLiteral("line"), QStringLiteral("task"),
-                           QStringLiteral("marks"), QStringLiteral("reason"), QStringLiteral("peer"),
-                           QStringLiteral("method"), QStringLiteral("arguments")});
-    for (const Event& event : run.events)
+public:
+    using RehearsalText::RehearsalText;
+
+    QString Head() override { return QStringLiteral("{\n    \"events\": [\n"); }
+
+    QString Of(const Event& event) override
     {
+        QString text = INDENT + Document(Object(event, m_from_ms)).chopped(1);
+        text.replace(u'\n', u'\n' + INDENT);
+        return std::exchange(m_separator, QStringLiteral(",\n")) + text;
+    }
+
+    QString Foot(const RehearsalResult& run) override
+    {
+        const QString rest = Document({{QStringLiteral("schedule"), run.file},
+                                       {QStringLiteral("from"), Moment::IsoText(run.begin_ms)},
+                                       {QStringLiteral("until"), Moment::IsoText(run.end_ms)}});
+        return (m_separator.isEmpty() ? QString() : QStringLiteral("\n")) + QStringLiteral("    ],\n") +
+               rest.mid(rest.indexOf(u'\n') + 1);
+    }
+
+private:
+    static inline const QString INDENT = QStringLiteral("        ");
+
+    QString m_separator; // none before the first event
+};
+
+class RehearsalCsv final : public RehearsalText
+{
+public:
+    using RehearsalText::RehearsalText;
+
+    QString Head() override
+    {
+        return CsvRow({QStringLiteral("time"), QStringLiteral("line"), QStringLiteral("task"), QStringLiteral("marks"),
+                       QStringLiteral("reason"), QStringLiteral("peer"), QStringLiteral("method"),
+                       QStringLiteral("arguments")});
+    }
+
+    QString Of(const Event& event) override
+    {
+        QString text;
         const auto append = [&](qint64 moment_ms, const QString& peer, const QString& method,
                                 const QString& arguments) {
             text += CsvRow({Moment::IsoText(moment_ms), QString::number(event.lineNumber), event.taskName,
-                            EventText::Mark(event, run.begin_ms), event.reason, peer, method, arguments});
+                            EventText::Mark(event, m_from_ms), event.reason, peer, method, arguments});
         };
         for (const Request& request : event.requests)
             append(request.moment_ms, request.peer, request.method, request.ArgumentTexts().join(QStringLiteral(", ")));
         if (event.requests.isEmpty())
             append(event.moment_ms, NO_VALUE, NO_VALUE, NO_VALUE);
+        return text;
     }
-    return text;
+
+    QString Foot(const RehearsalResult&) override { return {}; }
+};
+
+} // namespace
+
+std::unique_ptr<RehearsalText> RehearsalText::Json(qint64 from_ms)
+{
+    return std::make_unique<RehearsalJson>(from_ms);
+}
+
+std::unique_ptr<RehearsalText> RehearsalText::Csv(qint64 from_ms)
+{
+    return std::make_unique<RehearsalCsv>(from_ms);
 }

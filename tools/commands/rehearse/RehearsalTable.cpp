@@ -86,29 +86,44 @@ QString Counted(qint64 count, const char* thing)
     return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(thing), count == 1 ? QString() : QStringLiteral("s"));
 }
 
+class RehearsalTable final : public RehearsalText
+{
+public:
+    using RehearsalText::RehearsalText;
+
+    QString Of(const Event& event) override
+    {
+        QString text;
+        const QDate today = Moment::LocalDate(event.moment_ms);
+        if (today != m_date)
+        {
+            text = (m_events == 0 ? QString() : QStringLiteral("\n")) +
+                   Terminal::Coloured(Moment::DateText(today), Colour::BOLD) + u'\n';
+            m_date = today;
+        }
+        ++m_events;
+        m_requests += event.requests.size();
+        return text + Row(event, m_from_ms);
+    }
+
+    QString Foot(const RehearsalResult& run) override
+    {
+        return (m_events == 0 ? QString() : QStringLiteral("\n")) +
+               QStringLiteral("%1 %2 to %3 %4: %5, %6\n")
+                   .arg(Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
+                        Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms),
+                        Counted(m_events, "event"), Counted(m_requests, "request"));
+    }
+
+private:
+    QDate m_date; // whose heading has been written
+    qint64 m_events = 0;
+    qint64 m_requests = 0;
+};
+
 } // namespace
 
-QString RehearsalText::Table(const RehearsalResult& run)
+std::unique_ptr<RehearsalText> RehearsalText::Table(qint64 from_ms)
 {
-    QString text;
-    QDate date;
-    qint64 requests = 0;
-    for (const Event& event : run.events)
-    {
-        const QDate today = Moment::LocalDate(event.moment_ms);
-        if (today != date)
-        {
-            date = today;
-            text += (text.isEmpty() ? QString() : QStringLiteral("\n")) +
-                    Terminal::Coloured(Moment::DateText(date), Colour::BOLD) + u'\n';
-        }
-        text += Row(event, run.begin_ms);
-        requests += event.requests.size();
-    }
-    text += (text.isEmpty() ? QString() : QStringLiteral("\n")) +
-            QStringLiteral("%1 %2 to %3 %4: %5, %6\n")
-                .arg(Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
-                     Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms),
-                     Counted(static_cast<qint64>(run.events.size()), "event"), Counted(requests, "request"));
-    return text;
+    return std::make_unique<RehearsalTable>(from_ms);
 }

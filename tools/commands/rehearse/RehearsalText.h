@@ -2,19 +2,40 @@
 
 #include <QString>
 
+#include <memory>
+
+struct Event;
 struct RehearsalResult;
 
-// A rehearsal as text.
-namespace RehearsalText
+// A rehearsal as text, which can be written while it runs: the head, a piece for each event in the order of their
+// moments, and the foot. from_ms: where the span of interest begins.
+class RehearsalText
 {
+public:
+    // For a terminal: a heading for each day, a line for each event, and below it its requests and tracks.
+    [[nodiscard]] static std::unique_ptr<RehearsalText> Table(qint64 from_ms);
 
-// For a terminal: a heading for each day, a line for each event, and below it its requests and tracks.
-[[nodiscard]] QString Table(const RehearsalResult& run);
+    // One object: "schedule", "from", "until", "events". Moments are ISO 8601, in local time with the offset.
+    [[nodiscard]] static std::unique_ptr<RehearsalText> Json(qint64 from_ms);
 
-// One object: "schedule", "from", "until", "events". Moments are ISO 8601, in local time with the offset.
-[[nodiscard]] QString Json(const RehearsalResult& run);
+    // RFC 4180: a row of names, then a row for each request, or for each event that has none.
+    [[nodiscard]] static std::unique_ptr<RehearsalText> Csv(qint64 from_ms);
 
-// RFC 4180: a row of names, then a row for each request, or for each event that has none.
-[[nodiscard]] QString Csv(const RehearsalResult& run);
+    explicit RehearsalText(qint64 from_ms)
+        : m_from_ms(from_ms)
+    {
+    }
+    virtual ~RehearsalText() = default;
 
-} // namespace RehearsalText
+    RehearsalText(const RehearsalText&) = delete;
+    RehearsalText& operator=(const RehearsalText&) = delete;
+
+    [[nodiscard]] virtual QString Head() { return {}; }
+    [[nodiscard]] virtual QString Of(const Event& event) = 0;
+
+    // run: without its events.
+    [[nodiscard]] virtual QString Foot(const RehearsalResult& run) = 0;
+
+protected:
+    const qint64 m_from_ms;
+};

@@ -2,6 +2,7 @@
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
+#include "base/Progress.h"
 #include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/Commands.h"
@@ -12,6 +13,9 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QTimeZone>
+
+#include <memory>
+#include <utility>
 
 namespace
 {
@@ -48,6 +52,51 @@ void WritePage(const RehearsalResult& run, const QString& name)
         throw ToolError(QStringLiteral("%1: %2").arg(name, file.errorString()));
 }
 
+// Writes a rehearsal in large pieces, while it runs.
+class Writer final
+{
+public:
+    explicit Writer(std::unique_ptr<RehearsalText> text)
+        : m_text(std::move(text))
+        , m_waiting(m_text->Head())
+    {
+    }
+
+    void Take(const Event& event)
+    {
+        m_waiting += m_text->Of(event);
+        if (m_waiting.size() >= PIECE)
+            Print();
+    }
+
+    void Finish(const RehearsalResult& run)
+    {
+        m_waiting += m_text->Foot(run);
+        Print();
+    }
+
+private:
+    static constexpr qsizetype PIECE = 65536; // characters
+
+    void Print()
+    {
+        if (Terminal::IsOutputTerminal())
+            Progress::Hide();
+        Terminal::Print(m_waiting);
+        m_waiting.clear();
+    }
+
+    const std::unique_ptr<RehearsalText> m_text;
+    QString m_waiting;
+};
+
+std::unique_ptr<RehearsalText> TextFor(const CommandLine& line, qint64 from_ms)
+{
+    if (line.Has(JSON))
+        return RehearsalText::Json(from_ms);
+    return line.Has(CSV) ? RehearsalText::Csv(from_ms) : RehearsalText::Table(from_ms);
+}
+
 } // namespace
 
 int Commands::Rehearse(const QStringList& arguments)
@@ -80,14 +129,16 @@ int Commands::Rehearse(const QStringList& arguments)
     if (start_ms && *start_ms > from_ms)
         throw ToolError(QStringLiteral("--start-at: comes after --from"));
     const auto days = line.Has(HTML) ? std::optional<int>(WeekLayout::WEEK_DAYS) : std::nullopt;
-    const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, RehearsalRun::Until_ms(line, from_ms, days));
+    const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms, days);
     if (line.Has(HTML))
+    {
+        const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms);
         WritePage(run.Result(), line.Value(HTML));
-    else if (line.Has(JSON))
-        Terminal::Print(RehearsalText::Json(run.Result()));
-    else if (line.Has(CSV))
-        Terminal::Print(RehearsalText::Csv(run.Result()));
-    else
-        Terminal::Print(RehearsalText::Table(run.Result()));
+        return run.Status();
+    }
+    Writer writer(TextFor(line, from_ms));
+    const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms,
+                           {.take = [&](const Event& event) { writer.Take(event); }});
+    writer.Finish(run.Result());
     return run.Status();
 }
