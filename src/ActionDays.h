@@ -23,6 +23,10 @@ public:
     // Whether today is one of the days.
     [[nodiscard]] bool IsDueToday() const;
 
+    // Whether it is due when the wall clock shows that week day, as the C library numbers them, and that date, and UTC
+    // has the other date; only a spot date needs that one.
+    [[nodiscard]] bool IsDue(int weekDay, const QDate& date, const QDate& utcDate) const;
+
     // Whether the entry restricts day, month or year, on which it is due besides its days of the week.
     [[nodiscard]] bool HasSpotDate() const;
 
@@ -42,6 +46,5 @@ protected:
     [[nodiscard]] bool IsDueAt(const QDate& date, QTime time) const;
 
 private:
-    [[nodiscard]] bool IsDue(int weekDay, const QDate& date, const QDate& utcDate) const;
     [[nodiscard]] bool IsValid(const QDate& date) const;
 };

@@ -1,16 +1,19 @@
-#include "DueDays.h"
 #include "Patience.h"
 #include "Rules.h"
+#include "YearDays.h"
+#include "engine/TaskRequests.h"
 
 #include <algorithm>
+#include <compare>
 #include <map>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 using namespace ScheduleFields;
 
 namespace
 {
-
-constexpr int YEAR_DAYS = 366;
 
 // A peer that is this slow need not be broken: the radio is, when it is switched on.
 constexpr int SLOW_S = 20;
@@ -18,11 +21,20 @@ constexpr int SLOW_S = 20;
 // Of the entries that are held up: nobody reads hundreds of numbers.
 constexpr int MOST_NAMED = 10;
 
-struct Place
+using PeerSet = std::uint64_t; // a bit for each
+
+// What is alike in all respects in which entries hold up others, or are held up.
+struct Kind
 {
-    const Entry* entry;
     int start_s; // of the day
-    Patience patience;
+    bool isPrepared;
+    int wait_s;
+    PeerSet peers;
+    size_t days; // their number
+
+    auto operator<=>(const Kind&) const = default;
+
+    [[nodiscard]] int Begin_s() const { return start_s - (isPrepared ? Action::PREPARED_AHEAD_S : 0); }
 };
 
 int Second(const Action& action)
@@ -31,97 +43,117 @@ int Second(const Action& action)
 }
 
 // Whether what starts ahead_s after another entry can come too late if that one takes wait_s.
-bool IsEndangered(const Action& action, int ahead_s, int wait_s)
+bool IsEndangered(bool isPrepared, int ahead_s, int wait_s)
 {
     if (ahead_s == 0)
-        return wait_s >= SLOW_S && !action.IsPrepared();
-    if (action.IsPrepared())
+        return wait_s >= SLOW_S && !isPrepared;
+    if (isPrepared)
         return ahead_s >= Action::PREPARED_AHEAD_S && wait_s > ahead_s;
     // What is watched closely already has a little time left after its start.
     return wait_s > (ahead_s <= Action::EARLY_S ? ahead_s + Action::IN_TIME_S : ahead_s);
 }
 
+// Looks for pairs of kinds instead of entries: a thousand lines may start in one second.
 class Search final
 {
 public:
     Search(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today)
-        : m_today(today)
     {
+        TaskRequests peers(workspace);
+        YearDays days(today);
         for (const Entry& entry : entries)
         {
-            if (entry.GetAction() != nullptr && entry.GetAction()->m_startTime.isValid())
-                m_places.push_back({&entry, Second(*entry.GetAction()), Patience(workspace, entry)});
+            const Action* const action = entry.GetAction();
+            if (action == nullptr || !action->m_startTime.isValid())
+                continue;
+            const Patience patience(peers, entry);
+            m_kinds[{Second(*action), action->IsPrepared(), patience.Longest_s(), SetOf(patience.Peers()),
+                     NumberOf(days.Of(*action))}]
+                .push_back(entry.line.number);
         }
-        std::ranges::stable_sort(m_places, {}, &Place::start_s);
     }
 
-    void Run(Findings& findings)
+    void Run(Findings& findings) const
     {
-        for (const Place& place : m_places)
+        for (const auto& [kind, lines] : m_kinds)
         {
-            const int wait_s = place.patience.Longest_s();
-            const QStringList held = HeldUp(place);
-            if (!held.isEmpty())
-                findings.Add(
-                    {place.entry->line.number, FindingKind::BLOCKING, Entry::FieldName(FIELD_START_TIME),
-                     QStringLiteral("may take up to %1 s, and hold up line%2 %3%4")
-                         .arg(QString::number(wait_s), held.size() > 1 ? QStringLiteral("s") : QString(),
-                              held.mid(0, MOST_NAMED).join(QStringLiteral(", ")),
-                              held.size() > MOST_NAMED ? QStringLiteral(" and %1 more").arg(held.size() - MOST_NAMED)
-                                                       : QString()),
-                     QStringLiteral("keep them %1 s apart").arg(wait_s)});
+            const std::vector<Kinds::const_iterator> held = HeldUp(kind);
+            for (const int line : lines)
+                Tell(kind, line, held, findings);
         }
     }
 
 private:
-    // The numbers of the lines that can come too late because of place.
-    QStringList HeldUp(const Place& place)
+    using Kinds = std::map<Kind, std::vector<int>>; // with the numbers of the lines, in their order
+
+    PeerSet SetOf(const QSet<QString>& peers)
     {
-        const int wait_s = place.patience.Longest_s();
-        const Entry& entry = *place.entry;
-        const int begin_s = place.start_s - (entry.GetAction()->IsPrepared() ? Action::PREPARED_AHEAD_S : 0);
-        QStringList held;
-        for (auto other = std::ranges::lower_bound(m_places, begin_s, {}, &Place::start_s);
-             other != m_places.end() && other->start_s - begin_s < wait_s; ++other)
+        PeerSet set = 0;
+        for (const QString& peer : peers)
+            set |= PeerSet{1} << m_peers.try_emplace(peer, m_peers.size()).first->second;
+        return set;
+    }
+
+    size_t NumberOf(const YearDays::Bits& days)
+    {
+        const auto [place, isNew] = m_numbers.try_emplace(days, m_days.size());
+        if (isNew)
+            m_days.push_back(days);
+        return place->second;
+    }
+
+    // Those that can come too late because of an entry of that kind; of those that start with it, the later lines.
+    [[nodiscard]] std::vector<Kinds::const_iterator> HeldUp(const Kind& kind) const
+    {
+        std::vector<Kinds::const_iterator> held;
+        const int begin_s = kind.Begin_s();
+        for (auto other = m_kinds.lower_bound({begin_s, false, 0, 0, 0});
+             other != m_kinds.end() && other->first.start_s - begin_s < kind.wait_s; ++other)
         {
-            const int ahead_s = other->start_s - begin_s;
-            // In one second the order is that of the file.
-            const bool isLater = ahead_s > 0 || other->entry->line.number > entry.line.number;
-            const bool isLostAnyway = wait_s < SLOW_S && place.patience.SharesAPeerWith(other->patience);
-            if (other->entry != &entry && isLater && !isLostAnyway &&
-                IsEndangered(*other->entry->GetAction(), ahead_s, wait_s) && MeetOnADay(entry, *other->entry))
-                held.append(QString::number(other->entry->line.number));
+            const bool isLostAnyway = kind.wait_s < SLOW_S && (kind.peers & other->first.peers) != 0;
+            if (!isLostAnyway && IsEndangered(other->first.isPrepared, other->first.start_s - begin_s, kind.wait_s) &&
+                (m_days[kind.days] & m_days[other->first.days]).any())
+                held.push_back(other);
         }
         return held;
     }
 
-    bool MeetOnADay(const Entry& one, const Entry& other)
+    void Tell(const Kind& kind, int line, const std::vector<Kinds::const_iterator>& held, Findings& findings) const
     {
-        const std::vector<bool>& days = Days(one);
-        const std::vector<bool>& otherDays = Days(other);
-        for (size_t i = 0; i < days.size(); ++i)
+        qsizetype count = 0;
+        std::vector<std::pair<int, int>> first; // of each kind: when they start, and their lines
+        for (const auto& other : held)
         {
-            if (days[i] && otherDays[i])
-                return true;
+            const std::vector<int>& lines = other->second;
+            // In one second the order is that of the file.
+            const bool isTogether = other->first.start_s == kind.Begin_s();
+            const auto begin = isTogether ? std::ranges::upper_bound(lines, line) : lines.begin();
+            const bool hasItself = !isTogether && other->first == kind;
+            count += lines.end() - begin - (hasItself ? 1 : 0);
+            for (auto number = begin; number != lines.end() && number - begin <= MOST_NAMED; ++number)
+            {
+                if (*number != line)
+                    first.emplace_back(other->first.start_s, *number);
+            }
         }
-        return false;
+        if (count == 0)
+            return;
+        std::ranges::sort(first);
+        QStringList named;
+        for (size_t i = 0; i < std::min<size_t>(first.size(), MOST_NAMED); ++i)
+            named.append(QString::number(first[i].second));
+        findings.Add({line, FindingKind::BLOCKING, Entry::FieldName(FIELD_START_TIME),
+                      QStringLiteral("may take up to %1 s, and hold up line%2 %3%4")
+                          .arg(QString::number(kind.wait_s), count > 1 ? QStringLiteral("s") : QString(),
+                               named.join(QStringLiteral(", ")),
+                               count > MOST_NAMED ? QStringLiteral(" and %1 more").arg(count - MOST_NAMED) : QString()),
+                      QStringLiteral("keep them %1 s apart").arg(kind.wait_s)});
     }
 
-    const std::vector<bool>& Days(const Entry& entry)
-    {
-        const auto [place, isNew] = m_days.try_emplace(&entry);
-        if (isNew)
-        {
-            for (int day = 0; day < YEAR_DAYS; ++day)
-                place->second.push_back(m_dueDays.IsDue(*entry.GetAction(), m_today.addDays(day)));
-        }
-        return place->second;
-    }
-
-    const QDate m_today;
-    DueDays m_dueDays;
-    std::vector<Place> m_places;
-    std::map<const Entry*, std::vector<bool>> m_days;
+    Kinds m_kinds;
+    std::map<QString, size_t> m_peers;
+    std::unordered_map<YearDays::Bits, size_t> m_numbers;
+    std::vector<YearDays::Bits> m_days; // by their numbers
 };
 
 } // namespace

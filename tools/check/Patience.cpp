@@ -2,12 +2,21 @@
 
 #include "base/Moment.h"
 #include "engine/TaskRequests.h"
+#include "text/Rejection.h"
 
-Patience::Patience(const Workspace& workspace, const Entry& entry)
+Patience::Patience(TaskRequests& peers, const Entry& entry)
 {
-    // What was started once is not as it was: the entry keeps its own.
-    const ScheduleLine line = ScheduleLine::Read(workspace, entry.line.text);
-    const QList<Request> requests = TaskRequests::Of(workspace, *line.action);
+    QList<Request> requests;
+    try
+    {
+        // What was started once is not as it was: the entry keeps its own.
+        Action action(entry.line.text);
+        requests = peers.Of(action);
+    }
+    catch (const Rejection&)
+    {
+        return; // its playlist has gone since the line was read
+    }
     m_longest_s = static_cast<int>(Request::Longest_ms(requests) / Moment::MS_PER_S);
     for (const Request& request : requests)
     {

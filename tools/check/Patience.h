@@ -4,21 +4,21 @@
 
 #include <QSet>
 
-class Workspace;
+class TaskRequests;
 
 // How long an entry may block the daemon while it waits for peers.
 class Patience final
 {
 public:
-    // Has the entry's task done once, before peers that accept everything. entry: of that workspace, not a rejected
+    // Has the entry's task done once, before peers that accept everything. entry: of their workspace, not a rejected
     // one.
-    Patience(const Workspace& workspace, const Entry& entry);
+    Patience(TaskRequests& peers, const Entry& entry);
 
     // In seconds.
     [[nodiscard]] int Longest_s() const { return m_longest_s; }
 
-    // Whether both call the same peer: if it does not answer, neither is done, whichever waits.
-    [[nodiscard]] bool SharesAPeerWith(const Patience& other) const { return m_peers.intersects(other.m_peers); }
+    // The peers that it calls. If one does not answer, all who call it are lost, whoever waits.
+    [[nodiscard]] const QSet<QString>& Peers() const { return m_peers; }
 
 private:
     int m_longest_s = 0;
