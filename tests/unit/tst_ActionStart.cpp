@@ -13,7 +13,6 @@ class ActionStartTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void AForcedActionIsEarlyAndReadyAtAnyTime_data();
     void AForcedActionIsEarlyAndReadyAtAnyTime();
     void AForcedActionWaitsForItsDay();
     void AForcedActionIsNotLost();
@@ -48,25 +47,20 @@ void ActionStartTest::End()
     m_action.reset();
 }
 
-void ActionStartTest::AForcedActionIsEarlyAndReadyAtAnyTime_data()
-{
-    QTest::addColumn<QTime>("now");
-    for (const QTime& now : {QTime(0, 0), QTime(3, 0), QTime(11, 59, 55), QTime(12, 0), QTime(12, 0, 3), QTime(23, 59)})
-        QTest::newRow(qPrintable(now.toString())) << now;
-}
-
 void ActionStartTest::AForcedActionIsEarlyAndReadyAtAnyTime()
 {
-    QFETCH(QTime, now);
-    Time().SetLocal(now);
-    m_action->m_forced = true;
-    m_action->m_delay = 5;
-    QVERIFY(m_action->IsEarly());
-    EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsEarly (forced ready)"});
-    QVERIFY(m_action->IsReady());
-    EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsReady (forced ready)"});
-    QVERIFY(m_action->m_forced);
-    QCOMPARE(m_action->m_delay, 0);
+    for (const QTime& now : {QTime(0, 0), QTime(3, 0), QTime(11, 59, 55), QTime(12, 0), QTime(12, 0, 3), QTime(23, 59)})
+    {
+        Time().SetLocal(now);
+        m_action->m_forced = true;
+        m_action->m_delay = 5;
+        QVERIFY(m_action->IsEarly());
+        EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsEarly (forced ready)"});
+        QVERIFY(m_action->IsReady());
+        EXPECT_LOG(9, {"5 [Action.cpp] Task Light IsReady (forced ready)"});
+        QVERIFY(m_action->m_forced);
+        QCOMPARE(m_action->m_delay, 0);
+    }
 }
 
 void ActionStartTest::AForcedActionWaitsForItsDay()

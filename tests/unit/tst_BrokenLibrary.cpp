@@ -13,10 +13,8 @@ class BrokenLibraryTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void AnExceptionWhileLoadingEndsTheLoad_data();
     void AnExceptionWhileLoadingEndsTheLoad();
     void AReadErrorIsLogged();
-    void AnActionThatCannotBeConnectedIsDropped_data();
     void AnActionThatCannotBeConnectedIsDropped();
     void ASchedulerThatCannotBeConnectedIsNone_data();
     void ASchedulerThatCannotBeConnectedIsNone();
@@ -33,30 +31,24 @@ void BrokenLibraryTest::Begin()
     Create();
 }
 
-void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad_data()
-{
-    Rows<int>::Add({
-        {"at the first line", 0},
-        {"at the second line", 1},
-        {"at the last line", 2},
-    });
-}
-
 void BrokenLibraryTest::AnExceptionWhileLoadingEndsTheLoad()
 {
-    const int goodLines = Rows<int>::Current();
-    BrokenFunctions::goodLines = goodLines;
-    Engine().Start();
-    LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
-                                                                 Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
-                                                                 "..."};
-    for (int i = 0; i < goodLines; ++i)
-        lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
-    lines += {"1 [Scheduler.cpp] Unexpected error while loading schedule", "4 [Scheduler.cpp] Finding ready actions...",
-              "4 [Scheduler.cpp] Schedule started"};
-    EXPECT_LOG(4, (lines));
-    // What was read before stays.
-    QCOMPARE(FarList().size(), goodLines);
+    for (const int goodLines : {0, 1, 2})
+    {
+        Begin();
+        BrokenFunctions::goodLines = goodLines;
+        Engine().Start();
+        LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
+                                                                     Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
+                                                                     "..."};
+        for (int i = 0; i < goodLines; ++i)
+            lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
+        lines += {"1 [Scheduler.cpp] Unexpected error while loading schedule",
+                  "4 [Scheduler.cpp] Finding ready actions...", "4 [Scheduler.cpp] Schedule started"};
+        EXPECT_LOG(4, (lines));
+        // What was read before stays.
+        QCOMPARE(FarList().size(), goodLines);
+    }
 }
 
 void BrokenLibraryTest::AReadErrorIsLogged()
@@ -67,33 +59,27 @@ void BrokenLibraryTest::AReadErrorIsLogged()
     QCOMPARE(FarList().size(), 3);
 }
 
-void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped_data()
-{
-    Rows<int>::Add({
-        {"the first", 0},
-        {"the second", 1},
-        {"the last", 2},
-    });
-}
-
 void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
 {
-    const int failing = Rows<int>::Current();
-    BrokenFunctions::goodConnections = failing;
-    Engine().Start();
-    LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
-                                                                 Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
-                                                                 "..."};
-    for (int i = 0; i < 3; ++i)
+    for (const int failing : {0, 1, 2})
     {
-        lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
-        if (i == failing)
-            lines.append("2 [Scheduler.cpp] Action creation failed");
+        Begin();
+        BrokenFunctions::goodConnections = failing;
+        Engine().Start();
+        LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
+                                                                     Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
+                                                                     "..."};
+        for (int i = 0; i < 3; ++i)
+        {
+            lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
+            if (i == failing)
+                lines.append("2 [Scheduler.cpp] Action creation failed");
+        }
+        lines += {"4 [Scheduler.cpp] Schedule loaded (2 tasks)", "4 [Scheduler.cpp] Finding ready actions...",
+                  "4 [Scheduler.cpp] Schedule started"};
+        EXPECT_LOG(4, (lines));
+        QCOMPARE(FarList().size(), 2);
     }
-    lines += {"4 [Scheduler.cpp] Schedule loaded (2 tasks)", "4 [Scheduler.cpp] Finding ready actions...",
-              "4 [Scheduler.cpp] Schedule started"};
-    EXPECT_LOG(4, (lines));
-    QCOMPARE(FarList().size(), 2);
 }
 
 void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone_data()

@@ -2,7 +2,6 @@
 #include "ActionLine.h"
 #include "BrokenFunctions.h"
 #include "PlaylistLines.h"
-#include "Rows.h"
 #include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
@@ -19,7 +18,6 @@ class BrokenTasksTest final : public UnitTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void APhotoWithoutMemoryTakesItsDefaults_data();
     void APhotoWithoutMemoryTakesItsDefaults();
     void APhotoThatCannotSeePhotosIsTold();
     void APddRequestThatCannotBeHeardIsRejected();
@@ -33,23 +31,18 @@ private:
     void End() override { BrokenFunctions::Mend(); }
 };
 
-void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults_data()
-{
-    Rows<QString>::Add({
-        {"a series", u"10,3"_s},
-        {"text", u"x"_s},
-    });
-}
-
 void BrokenTasksTest::APhotoWithoutMemoryTakesItsDefaults()
 {
-    const QString& parameter = Rows<QString>::Current();
-    BrokenFunctions::cannotSplit = true;
-    Photo task(parameter);
-    EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)",
-                   "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"});
-    QVERIFY(task.Run());
-    EXPECT_REQUESTS(Bus(), {u"photo.TakePhoto -"_s});
+    for (const QString& parameter : {u"10,3"_s, u"x"_s})
+    {
+        BrokenFunctions::cannotSplit = true;
+        Photo task(parameter);
+        EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Error parsing parameters: using defaults (interval=0 s, numPhoto=1)",
+                       "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=0 s, numPhoto=1"});
+        QVERIFY(task.Run());
+        EXPECT_REQUESTS(Bus(), {u"photo.TakePhoto -"_s});
+        LogRecorder::Clear();
+    }
 }
 
 void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()

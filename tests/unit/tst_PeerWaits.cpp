@@ -19,7 +19,6 @@ class PeerWaitsTest final : public UnitTest
     Q_OBJECT
 private Q_SLOTS:
     void NobodyWasWaitedForAtFirst();
-    void WaitsThatFollowEachOtherCountAsOne_data();
     void WaitsThatFollowEachOtherCountAsOne();
     void AShortWaitIsNotKept();
     void TheLatestWaitsAreKept();
@@ -41,22 +40,17 @@ void PeerWaitsTest::NobodyWasWaitedForAtFirst()
     QCOMPARE(PeerWaits::Throughout(0, 5000), QString());
 }
 
-void PeerWaitsTest::WaitsThatFollowEachOtherCountAsOne_data()
-{
-    Rows<QString, int, QString>::Add({
-        {"at once", SOUND, 0, SOUND},
-        {"with a short pause", SOUND, 20, SOUND},
-        {"with a pause", SOUND, 21, {}},
-        {"for another peer", PHOTO, 0, {}},
-    });
-}
-
 void PeerWaitsTest::WaitsThatFollowEachOtherCountAsOne()
 {
-    const auto& [next, pause_ms, throughout] = Rows<QString, int, QString>::Current();
-    PeerWaits::Note(SOUND, 0, 600);
-    PeerWaits::Note(next, 600 + pause_ms, 1300);
-    QCOMPARE(PeerWaits::Throughout(0, 1300), throughout);
+    // At once, with a short pause, with a longer one, and for another peer.
+    for (const auto& [next, pause_ms, throughout] :
+         {std::tuple(SOUND, 0, SOUND), {SOUND, 20, SOUND}, {SOUND, 21, QString()}, {PHOTO, 0, QString()}})
+    {
+        PeerWaits::Clear();
+        PeerWaits::Note(SOUND, 0, 600);
+        PeerWaits::Note(next, 600 + pause_ms, 1300);
+        QCOMPARE(PeerWaits::Throughout(0, 1300), throughout);
+    }
 }
 
 void PeerWaitsTest::AShortWaitIsNotKept()

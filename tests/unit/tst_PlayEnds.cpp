@@ -1,3 +1,4 @@
+#include "PeerAnswers.h"
 #include "RequestTest.h"
 #include "Rows.h"
 #include "Scheduler.h"
@@ -34,7 +35,7 @@ const QList<Player> PLAYERS{
 
 } // namespace
 
-// The end of what plays, and of its task.
+// What plays, from its request to its end and that of its task.
 class PlayEndsTest final : public RequestTest
 {
     Q_OBJECT
@@ -48,6 +49,9 @@ private Q_SLOTS:
     void OneEndIsThatOfEveryRunningTask();
     void AMessageDeletedByItsOwnEndIsFine();
     void WithoutATimeNoneIsAskedFor();
+    void APlaylistThatFailsCountsAsPlayed_data() { PeerAnswers::AddRows(); }
+    void APlaylistThatFailsCountsAsPlayed();
+    void APlaylistRunsWhileItAsks();
 };
 
 void PlayEndsTest::AnyEndOfItsKindCompletesIt_data()
@@ -182,6 +186,31 @@ void PlayEndsTest::WithoutATimeNoneIsAskedFor()
                    "4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist...",
                    "4 [tasks/PlayPlaylist.cpp] TASK START@TIME REQUESTED | PlayPlaylist: day|1||-1"});
     EXPECT_REQUESTS(Bus(), {u"sound.PlayFile ss gong.mp3 "_s, u"sound.PlayPlaylist ssusb day id 1  false"_s});
+}
+
+void PlayEndsTest::APlaylistThatFailsCountsAsPlayed()
+{
+    QFETCH(PeerAnswer, answer);
+    Bus().Answer("PlayPlaylist", [&answer](const PeerRequest&) { return answer.reply; });
+    const std::unique_ptr<Task> task = Make(Request::Find("PlayPlaylist", "day"));
+    QCOMPARE(task->Run(), answer.IsAccepted());
+    // It is not tried again late.
+    QCOMPARE(qobject_cast<const PlayPlaylist*>(task.get())->IsCompleted(), !answer.IsAccepted());
+    LogRecorder::Clear();
+}
+
+void PlayEndsTest::APlaylistRunsWhileItAsks()
+{
+    PlayPlaylist task(u"08:30:00"_s, u"day"_s, u"70"_s, u"id"_s);
+    task.SetCompleted(true);
+    QStringList states;
+    for (const char* const method : {"SetPlayerVolume", "PlayPlaylist"})
+        Bus().Answer(method, [&](const PeerRequest& request) {
+            states.append(u"%1 %2 %3"_s.arg(request.method).arg(task.IsRunning()).arg(task.IsCompleted()));
+            return PeerReply(0);
+        });
+    QVERIFY(task.Run());
+    QCOMPARE(states, (QStringList{u"SetPlayerVolume 1 0"_s, u"PlayPlaylist 1 0"_s}));
 }
 
 OZNA_CASE(PlayEnds, PlayEndsTest)

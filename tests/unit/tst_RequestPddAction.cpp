@@ -13,60 +13,45 @@ class RequestPddActionTest final : public SchedulerTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void ASupportedActionIsAnnounced_data();
     void ASupportedActionIsAnnounced();
-    void AnUnsupportedActionIsNotAnnounced_data();
     void AnUnsupportedActionIsNotAnnounced();
     void AnActionCarriesTheSignalOn();
     void TheSchedulerCarriesTheSignalOn_data();
     void TheSchedulerCarriesTheSignalOn();
 };
 
-void RequestPddActionTest::ASupportedActionIsAnnounced_data()
-{
-    Rows<QString, bool>::Add({
-        {"on", u"1"_s, true},
-        {"off", u"0"_s, false},
-        {"2 is off", u"2"_s, false},
-        {"text is off", u"yes"_s, false},
-    });
-}
-
 void RequestPddActionTest::ASupportedActionIsAnnounced()
 {
-    const auto& [enable, on] = Rows<QString, bool>::Current();
-    RequestPddAction task(u"1"_s, enable);
-    LogRecorder::Clear();
-    const QSignalSpy announced(&task, &RequestPddAction::PddAction);
-    for (int day = 1; day <= 2; ++day)
+    for (const auto& [enable, on] : {std::pair(u"1"_s, true), {u"0"_s, false}, {u"2"_s, false}, {u"yes"_s, false}})
     {
-        QVERIFY(task.Run());
-        QCOMPARE(announced.size(), day);
-        QCOMPARE(announced.last()[0].value<PDD_ACTION>(), STREAM_MIC);
-        QCOMPARE(announced.last()[1], QVariant(on));
-        QCOMPARE(task.IsRunning(), false);
+        RequestPddAction task(u"1"_s, enable);
+        LogRecorder::Clear();
+        const QSignalSpy announced(&task, &RequestPddAction::PddAction);
+        for (int day = 1; day <= 2; ++day)
+        {
+            QVERIFY(task.Run());
+            QCOMPARE(announced.size(), day);
+            QCOMPARE(announced.last()[0].value<PDD_ACTION>(), STREAM_MIC);
+            QCOMPARE(announced.last()[1], QVariant(on));
+            QCOMPARE(task.IsRunning(), false);
+        }
+        EXPECT_LOG(9, {});
+        EXPECT_REQUESTS(Bus(), {});
     }
-    EXPECT_LOG(9, {});
-    EXPECT_REQUESTS(Bus(), {});
-}
-
-void RequestPddActionTest::AnUnsupportedActionIsNotAnnounced_data()
-{
-    QTest::addColumn<QString>("action");
-    for (const QString& action : {u"0"_s, u"2"_s, u"-1"_s, u"mic"_s})
-        QTest::newRow(qPrintable(action)) << action;
 }
 
 void RequestPddActionTest::AnUnsupportedActionIsNotAnnounced()
 {
-    QFETCH(QString, action);
-    RequestPddAction task(action, u"1"_s);
-    LogRecorder::Clear();
-    const QSignalSpy announced(&task, &RequestPddAction::PddAction);
-    QVERIFY(task.Run());
-    EXPECT_LOG(9, {"2 [tasks/RequestPddAction.cpp] Unsupported action '0'"});
-    QCOMPARE(announced.size(), 0);
-    EXPECT_REQUESTS(Bus(), {});
+    for (const QString& action : {u"0"_s, u"2"_s, u"-1"_s, u"mic"_s})
+    {
+        RequestPddAction task(action, u"1"_s);
+        LogRecorder::Clear();
+        const QSignalSpy announced(&task, &RequestPddAction::PddAction);
+        QVERIFY(task.Run());
+        EXPECT_LOG(9, {"2 [tasks/RequestPddAction.cpp] Unsupported action '0'"});
+        QCOMPARE(announced.size(), 0);
+        EXPECT_REQUESTS(Bus(), {});
+    }
 }
 
 void RequestPddActionTest::AnActionCarriesTheSignalOn()

@@ -1,6 +1,9 @@
 #include "PeerAnswers.h"
 #include "RequestTest.h"
+#include "Scheduler.h"
 #include "Suite.h"
+
+#include <SoundManagerProxy.h>
 
 using namespace Qt::StringLiterals;
 
@@ -24,6 +27,8 @@ private Q_SLOTS:
     void AStartIsJudgedAndLogged();
     void ARequestThatFollowsIsJudgedAndLogged_data() { PeerAnswers::AddRows(); }
     void ARequestThatFollowsIsJudgedAndLogged();
+    void AnyEarlierTimeoutComesBack_data() { PeerAnswers::AddRows(); }
+    void AnyEarlierTimeoutComesBack();
     void ADeletionIsJudgedAndLogged_data() { AddRows(Trigger::DELETION); }
     void ADeletionIsJudgedAndLogged();
 
@@ -115,6 +120,30 @@ void RequestsTest::ARequestThatFollowsIsJudgedAndLogged()
         Bus().Clear();
         LogRecorder::Clear();
     }
+}
+
+void RequestsTest::AnyEarlierTimeoutComesBack()
+{
+    QFETCH(PeerAnswer, answer);
+    for (const Request& request : Request::First())
+    {
+        if (request.Row().trigger != Trigger::START || request.Peer() != "sound"_L1)
+            continue;
+        Bus().Answer(request.Method().section(u'.', 1).toLatin1().constData(),
+                     [&](const PeerRequest&) { return answer.reply; });
+        for (const int earlier_ms : {-1, 1, 25000})
+        {
+            const std::unique_ptr<Task> task = Make(request);
+            Scheduler::m_soundManProxy->setTimeout(earlier_ms);
+            Bus().Clear();
+            static_cast<void>(task->Run());
+            QCOMPARE(Scheduler::m_soundManProxy->timeout(), earlier_ms);
+            // One of the request's own holds whatever the proxy had.
+            if (request.Row().timeout_ms != SOUND_TIMEOUT_MS)
+                QCOMPARE(Bus().Requests().value(0).timeout_ms, request.Row().timeout_ms);
+        }
+    }
+    LogRecorder::Clear();
 }
 
 void RequestsTest::ADeletionIsJudgedAndLogged()

@@ -1,12 +1,9 @@
 #include "PeerAnswers.h"
 #include "Rows.h"
-#include "Scheduler.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "tasks/EnableAux.h"
 #include "tasks/PlayRadioFm.h"
-
-#include <SoundManagerProxy.h>
 
 using namespace Qt::StringLiterals;
 
@@ -17,16 +14,12 @@ class SourcesTest final : public UnitTest
 private Q_SLOTS:
     void TuningIsJudgedByItsStatusAlone_data() { PeerAnswers::AddRows(); }
     void TuningIsJudgedByItsStatusAlone();
-    void AnyEarlierTimeoutComesBack_data() { PeerAnswers::AddRows(); }
-    void AnyEarlierTimeoutComesBack();
     void ASourceIsSwitchedOffWithARunningTask_data() { PeerAnswers::AddRows(); }
     void ASourceIsSwitchedOffWithARunningTask();
     void OtherTasksLeaveTheSourceAlone_data();
     void OtherTasksLeaveTheSourceAlone();
 
 private:
-    void End() override { Scheduler::m_soundManProxy->setTimeout(SOUND_TIMEOUT_MS); }
-
     static std::unique_ptr<Task> Make(bool isRadio, const QString& parameter);
 };
 
@@ -47,20 +40,6 @@ void SourcesTest::TuningIsJudgedByItsStatusAlone()
     const Request request = Request::Find("RadioFmSetFrequency", "98.5");
     QCOMPARE(Bus().Requests().value(0).Shown(), request.Call());
     EXPECT_LOG(9, (ToLines(answer.Filled(request.Records(answer.TakenAs(Judged::STATUS))))));
-}
-
-void SourcesTest::AnyEarlierTimeoutComesBack()
-{
-    QFETCH(PeerAnswer, answer);
-    Bus().Answer("PlayRadioFm", [&answer](const PeerRequest&) { return answer.reply; });
-    PlayRadioFm task(u"98.5"_s);
-    for (const int earlier_ms : {-1, 1, 25000})
-    {
-        Scheduler::m_soundManProxy->setTimeout(earlier_ms);
-        QCOMPARE(task.Run(), answer.IsAccepted());
-        QCOMPARE(Scheduler::m_soundManProxy->timeout(), earlier_ms);
-    }
-    LogRecorder::Clear();
 }
 
 void SourcesTest::ASourceIsSwitchedOffWithARunningTask()
