@@ -43,7 +43,7 @@ bool PlayingTest::StartSchedule()
 
 bool PlayingTest::StartPlaying()
 {
-    if (!StartSchedule() || !Device().WaitForCalls(REQUESTS.size()))
+    if (!StartSchedule() || !RunDue(REQUESTS.size()) || !Device().WaitForCalls(REQUESTS.size()))
         return false;
     const bool answered = Client().Call("IsEnabled") == u"0,true,schedule.csv"_s && Daemon().Take(2).isEmpty();
     // Nothing of this is due any more, so that what is loaded again is not asked for again.

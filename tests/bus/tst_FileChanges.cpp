@@ -1,5 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
+#include "Rows.h"
 #include "Suite.h"
 
 #include <csignal>
@@ -7,23 +8,6 @@
 
 using namespace Lines;
 using namespace Qt::StringLiterals;
-
-// What happens to a file while the daemon reads it, and to the log while the daemon writes it.
-class FileChanges : public BusTest
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void AScheduleThatChangesIsReadOn_data();
-    void AScheduleThatChangesIsReadOn();
-    void APlaylistThatChangesIsReadOn_data();
-    void APlaylistThatChangesIsReadOn();
-    void AFullDiskBehindTheLogStopsNothing();
-
-private:
-    void StartHalted();
-    void Change(const QString& kind, const QString& path, const QByteArray& line) const;
-};
 
 namespace
 {
@@ -39,17 +23,33 @@ const QStringList CUT_LINE{
     u"2 [Scheduler.cpp] Schedule file may be cut: line 10001 has no line end"_s,
 };
 
-void AddKinds()
+struct FileChange
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<int>("count");
-    QTest::newRow("replaced") << u"replaced"_s << LINES;
-    QTest::newRow("removed") << u"removed"_s << LINES;
-    QTest::newRow("cut in the middle of a line") << u"cut"_s << CUT;
-    QTest::newRow("grown") << u"grown"_s << LINES + MORE;
-}
+    const char* name;
+    int count; // of lines that are read then
+};
+
+constexpr std::array CHANGES{FileChange{"replaced", LINES}, FileChange{"removed", LINES},
+                             FileChange{"cut in the middle of a line", CUT}, FileChange{"grown", LINES + MORE}};
 
 } // namespace
+
+// What happens to a file while the daemon reads it, and to the log while the daemon writes it.
+class FileChanges : public BusTest
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void AScheduleThatChangesIsReadOn_data() { AddRows(CHANGES); }
+    void AScheduleThatChangesIsReadOn();
+    void APlaylistThatChangesIsReadOn_data() { AddRows(CHANGES); }
+    void APlaylistThatChangesIsReadOn();
+    void AFullDiskBehindTheLogStopsNothing();
+
+private:
+    void StartHalted();
+    void Change(QByteArrayView kind, const QString& path, const QByteArray& line) const;
+};
 
 // The daemon, linked so that it halts in the middle of its first file.
 void FileChanges::StartHalted()
@@ -62,16 +62,16 @@ void FileChanges::StartHalted()
     QVERIFY(Daemon().WaitUntilHalted());
 }
 
-void FileChanges::Change(const QString& kind, const QString& path, const QByteArray& line) const
+void FileChanges::Change(QByteArrayView kind, const QString& path, const QByteArray& line) const
 {
-    if (kind == u"replaced"_s)
+    if (kind == "replaced")
     {
         WriteFile(DataPath(u"new"_s), line);
         QCOMPARE(::rename(qPrintable(DataPath(u"new"_s)), qPrintable(path)), 0);
     }
-    else if (kind == u"removed"_s)
+    else if (kind == "removed")
         QVERIFY(QFile::remove(path));
-    else if (kind == u"cut"_s)
+    else if (kind.startsWith("cut"))
         QCOMPARE(::truncate(qPrintable(path), CUT * line.size() + 8), 0);
     else
     {
@@ -81,24 +81,18 @@ void FileChanges::Change(const QString& kind, const QString& path, const QByteAr
     }
 }
 
-void FileChanges::AScheduleThatChangesIsReadOn_data()
-{
-    AddKinds();
-}
-
 void FileChanges::AScheduleThatChangesIsReadOn()
 {
-    QFETCH(QString, kind);
-    QFETCH(int, count);
+    const auto& [name, count] = Row<FileChange>();
     const QString path = DataPath(u"schedule/schedule.csv"_s);
     WriteSchedule(ONE_LINE.repeated(LINES));
     StartHalted();
-    Change(kind, path, ONE_LINE);
+    Change(name, path, ONE_LINE);
     Daemon().Signal(SIGCONT);
 
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
     QVERIFY(Daemon().Log().contains(Loaded(count).first()));
-    COMPARE_LINES(Daemon().Take(2), kind == u"cut"_s ? CUT_LINE : QStringList());
+    COMPARE_LINES(Daemon().Take(2), count == CUT ? CUT_LINE : QStringList());
 
     // The file that stands there now is read next.
     WriteSchedule(ONE_LINE, u"new.csv"_s);
@@ -107,19 +101,13 @@ void FileChanges::AScheduleThatChangesIsReadOn()
     QVERIFY(Daemon().Take().contains(Loaded(1).first()));
 }
 
-void FileChanges::APlaylistThatChangesIsReadOn_data()
-{
-    AddKinds();
-}
-
 void FileChanges::APlaylistThatChangesIsReadOn()
 {
-    QFETCH(QString, kind);
-    QFETCH(int, count);
+    const auto& [name, count] = Row<FileChange>();
     WriteSchedule("1111111|08:30:04|*|*|*|||PlayPlaylist|day\n");
     WritePlaylist(TRACK.repeated(LINES), u"day"_s);
     StartHalted();
-    Change(kind, DataPath(u"playlists/day"_s), TRACK);
+    Change(name, DataPath(u"playlists/day"_s), TRACK);
     Daemon().Signal(SIGCONT);
 
     QVERIFY(Daemon().WaitForLog(STARTED.last()));
@@ -129,7 +117,7 @@ void FileChanges::APlaylistThatChangesIsReadOn()
     const QString cut =
         u"2 [tasks/PlayPlaylist.cpp] Playlist file may be cut: line 10001 has no line end "
         "(path=%1) (from /com/kestrelix/ozna/soundmanager/soundobj)"_s.arg(DataPath(u"playlists/day"_s));
-    COMPARE_LINES(Daemon().Take(2), kind == u"cut"_s ? QStringList{cut} : QStringList());
+    COMPARE_LINES(Daemon().Take(2), count == CUT ? QStringList{cut} : QStringList());
     Time().Set(MONDAY, {8, 29, 58});
     QVERIFY(Device().WaitForCalls(1));
     COMPARE_LINES(Device().Calls(), {u"sound.PlayPlaylist ssusb day  1 08:30:04 false"_s});

@@ -55,7 +55,7 @@ void Forced::TheLatestStateIsBroughtAbout()
     QVERIFY(StartDaemon());
     COMPARE_LINES(Daemon().Take().filter(u"[Scheduler.cpp] Found "_s), found);
     // Two far passes: what was to be forced has been, and what was not would have been seen.
-    QVERIFY(WaitUntil([this] { return Daemon().Log().count(u"9 [Scheduler.cpp] Checking far actions"_s) >= 2; }));
+    QVERIFY(WaitForPasses(2));
     QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     COMPARE_LINES(Device().Calls(), calls);
 }

@@ -1,3 +1,4 @@
+#include "PlayKinds.h"
 #include "PlayingTest.h"
 #include "Suite.h"
 
@@ -51,37 +52,36 @@ void NotPlaying::WhatHasCompletedIsNotStopped()
 
 void NotPlaying::WhatIsBeingRequestedIsStoppedOnceItPlays_data()
 {
-    QTest::addColumn<QByteArray>("task");
-    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<Request>("request");
     QTest::addColumn<QStringList>("stops");
     QTest::addColumn<QString>("by");
-    const auto row = [](const char* task, const char* method, const QStringList& stops, const QString& by) {
-        QTest::addRow("%s, %s", method, qPrintable(by)) << QByteArray(task) << QByteArray(method) << stops << by;
+    const auto row = [](const char* id, const char* parameters, const QStringList& stops, const QString& by) {
+        QTest::addRow("%s, %s", id, qPrintable(by)) << Request::Find(id, parameters) << stops << by;
     };
     for (const QString& by : WAYS)
-        row("PlayStream|8554/live", "sound.PlayStream", {STOPS[2]}, by);
-    row("PlayMessage|gong.mp3", "sound.PlayFile", {STOPS[0]}, WAYS[1]);
-    row("PlayPlaylist|day,-1,morning", "sound.PlayPlaylist", {STOPS[1]}, WAYS[1]);
-    row("PlayRadioFm|98.5", "sound.RadioFmSetFrequency", {}, WAYS[1]);
-    row("enableAux|1", "sound.PlayAux", {}, WAYS[1]);
-    row("RecordPhoto", "photo.TakePhoto", {}, WAYS[1]);
-    row("RecordPhoto|10,3", "photo.TakePhotoStream", {}, WAYS[1]);
+        row("PlayStream", "8554/live", {STOPS[2]}, by);
+    row("PlayFile", "gong.mp3", {STOPS[0]}, WAYS[1]);
+    row("PlayPlaylist", "day,-1,morning", {STOPS[1]}, WAYS[1]);
+    row("RadioFmSetFrequency", "98.5", {}, WAYS[1]);
+    row("PlayAux", "1", {}, WAYS[1]);
+    row("TakePhoto", nullptr, {}, WAYS[1]);
+    row("TakePhotoStream", "10,3", {}, WAYS[1]);
 }
 
 // The daemon waits for the answer to its request while it is told to drop its actions.
 void NotPlaying::WhatIsBeingRequestedIsStoppedOnceItPlays()
 {
     constexpr int ANSWER_MS = 1000;
-    QFETCH(QByteArray, task);
-    QFETCH(QByteArray, method);
+    QFETCH(Request, request);
     QFETCH(QStringList, stops);
     QFETCH(QString, by);
-    Device().AnswerStatus(method.constData(), 0, ANSWER_MS, 1);
+    Device().AnswerStatus(request.Method().toLatin1(), 0, ANSWER_MS, 1);
     WritePlaylist("first.mp3;60\n", u"day"_s);
-    WriteSchedule("1111111|08:30:00|*|*|*|||" + task + '\n');
+    WriteSchedule(Due(request));
     Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
-    QVERIFY(WaitUntil([&] { return Device().Calls().filter(QString::fromLatin1(method) + u' ').size() == 1; }));
+    QVERIFY(RunDue(1));
+    QVERIFY(WaitUntil([&] { return Device().Calls().contains(request.Call()); }));
     const QStringList requests = Device().Calls();
     COMPARE_LINES(Daemon().Take(2), QStringList());
     // Before the radio's time, so that it is not forced when it is loaded again.
@@ -101,6 +101,7 @@ void NotPlaying::WhatIsNotMarkedAsRunningIsNotStopped()
                                u"photo.TakePhoto -"_s, u"photo.TakePhotoStream i 10"_s};
     Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
+    QVERIFY(RunDue(4));
     QVERIFY(Device().WaitForCalls(requests.size()));
     QCOMPARE(Client().Call("IsEnabled"), u"0,true,schedule.csv"_s);
     // Before the radio's time, so that it is not forced when it is loaded again.

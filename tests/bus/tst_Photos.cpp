@@ -43,8 +43,8 @@ bool Photos::StartAt(const QByteArray& schedule, int calls)
 {
     WriteSchedule(schedule);
     Time().Set(MONDAY, {8, 29, 52});
-    return StartDaemon() && Device().WaitForCalls(calls) && Client().Call("IsEnabled") == u"0,true,schedule.csv"_s &&
-           Daemon().Take(2).isEmpty();
+    return StartDaemon() && RunDue(schedule.count("|08:30:00|")) && Device().WaitForCalls(calls) &&
+           Client().Call("IsEnabled") == u"0,true,schedule.csv"_s && Daemon().Take(2).isEmpty();
 }
 
 void Photos::TakePhotos(int count)

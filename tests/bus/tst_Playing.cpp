@@ -113,6 +113,7 @@ void Playing::WhatWasRefusedIsNotStopped()
     WriteSchedule(Due(stream));
     Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartDaemon());
+    QVERIFY(RunDue(1));
     const QString refused = Shown(Answered(stream.Records(Outcome::REFUSED), {}, 9), 2).first();
     QVERIFY(Daemon().WaitForLog(refused));
     COMPARE_LINES(Daemon().Take(2), {refused});

@@ -20,7 +20,12 @@ class Rehearsed : public BusTest
 {
     Q_OBJECT
 private Q_SLOTS:
-    void TheProcessAsksForTheSame_data();
+    void TheProcessAsksForTheSame_data()
+    {
+        QTest::addColumn<int>("seed");
+        for (int seed = 1; seed <= OZNA_REAL_SEEDS; ++seed)
+            QTest::addRow("%d", seed) << seed;
+    }
     void TheProcessAsksForTheSame();
 
 private:
@@ -43,7 +48,6 @@ private:
     void Tell(const Step& step);
 
     [[nodiscard]] qsizetype Count(const char* text);
-    [[nodiscard]] bool WaitForPass();
 
     qsizetype m_requests = 0;
 };
@@ -56,7 +60,6 @@ constexpr const char* ZONE = "Europe/Rome";
 constexpr qint64 AHEAD_MS = 10'000;
 constexpr qint64 FIRST_PASS_MS = Scheduler::FAR_INTERVAL_MS + Scheduler::EARLY_INTERVAL_MS;
 constexpr const char* EARLY = "EARLY action found";
-constexpr const char* FAR_PASS = "Checking far actions";
 
 // Both changes of the clocks, and a time before which a playlist of the night may have begun.
 constexpr const char* BEGINS[] = {"2024-03-30T05:17:03", "2024-10-26T05:17:03", "2024-05-15T13:00:00",
@@ -67,11 +70,6 @@ const QString PDD_PEER = u"scheduler"_s;
 qint64 BeginOf(int seed)
 {
     return Moment::Parse_ms({}, QString::fromLatin1(BEGINS[static_cast<size_t>(seed) % std::size(BEGINS)]));
-}
-
-bool IsOwn(const Request& request)
-{
-    return request.peer == PDD_PEER;
 }
 
 // As the simulated device shows a call.
@@ -139,12 +137,6 @@ qsizetype Rehearsed::Count(const char* text)
     return Daemon().Log().filter(QLatin1String(text)).size();
 }
 
-bool Rehearsed::WaitForPass()
-{
-    const qsizetype before = Count(FAR_PASS);
-    return WaitUntil([&] { return Count(FAR_PASS) > before; });
-}
-
 void Rehearsed::Expect(const QList<const Event*>& events)
 {
     QStringList calls;
@@ -153,7 +145,7 @@ void Rehearsed::Expect(const QList<const Event*>& events)
     {
         for (const Request& request : event->requests)
         {
-            if (IsOwn(request))
+            if (request.peer == PDD_PEER)
                 ++announced;
             else
                 calls.append(Shown(request));
@@ -180,7 +172,7 @@ void Rehearsed::FollowStart(const Rehearsal& rehearsal, qint64 begin_ms)
         if (event.kind == EventKind::START && event.moment_ms <= begin_ms + FIRST_PASS_MS)
             events.append(&event);
     }
-    QVERIFY(WaitForPass());
+    QVERIFY(WaitForPasses());
     Expect(events);
 }
 
@@ -191,7 +183,7 @@ void Rehearsed::Follow(qint64 moment_ms, const Step& step)
     {
         const qsizetype before = Count(EARLY);
         Time().Set(QDateTime::fromMSecsSinceEpoch(moment_ms - AHEAD_MS));
-        QVERIFY(WaitForPass());
+        QVERIFY(WaitForPasses());
         QVERIFY(WaitUntil([&] { return Count(EARLY) >= before + step.starts.size(); }));
         QCOMPARE(Count(EARLY), before + step.starts.size());
         Time().Set(QDateTime::fromMSecsSinceEpoch(moment_ms));
@@ -220,13 +212,6 @@ void Rehearsed::Tell(const Step& step)
         if (event->type == TASK_RECORD_PHOTO)
             Device().Emit("photo.PhotoTaken", {0, QString()});
     }
-}
-
-void Rehearsed::TheProcessAsksForTheSame_data()
-{
-    QTest::addColumn<int>("seed");
-    for (int seed = 1; seed <= OZNA_REAL_SEEDS; ++seed)
-        QTest::addRow("%d", seed) << seed;
 }
 
 void Rehearsed::TheProcessAsksForTheSame()

@@ -1,6 +1,6 @@
 #include "BusTest.h"
 #include "Lines.h"
-#include "RequestTable.h"
+#include "PlayKinds.h"
 #include "Suite.h"
 
 #include <QDBusPendingCall>
@@ -43,9 +43,9 @@ const QByteArray AT_ONE_SECOND = "1111111|08:30:00|*|*|*|||";
 
 const QString EARLY = u"4 .Scheduler.cpp. EARLY action found"_s;
 
-QString Ready(const char* task)
+QString Ready(const QString& task)
 {
-    return u"4 [Scheduler.cpp] READY action found: %1"_s.arg(QLatin1String(task));
+    return u"4 [Scheduler.cpp] READY action found: "_s + task;
 }
 
 } // namespace
@@ -55,9 +55,7 @@ void Stopping::StartAndRun(const QByteArray& schedule)
 {
     WriteSchedule(schedule);
     QVERIFY(StartDaemon());
-    const auto due = schedule.count('\n');
-    QVERIFY(WaitUntil([&] { return Daemon().Log().filter(QRegularExpression(EARLY)).size() == due; }));
-    Time().Set(MONDAY, {8, 30});
+    QVERIFY(RunDue(schedule.count('\n')));
 }
 
 // What was logged after the last action was found early.
@@ -86,53 +84,36 @@ void Stopping::NoActionIsStartedAfterASignal()
     QVERIFY2(end_ms < SOUND_TIMEOUT_MS + GRACE_MS, qPrintable(QString::number(end_ms)));
     COMPARE_LINES(Device().Calls(), {u"sound.PlayFile ss gong.mp3 08:30:00"_s});
     QStringList lines = Daemon().Take(4);
-    lines = lines.mid(lines.indexOf(Ready("1 (PlayMessage)")));
+    lines = lines.mid(lines.indexOf(Ready(u"1 (PlayMessage)"_s)));
     // A far pass may come between the time-out and the end, and finds the messages once more.
     lines.removeIf([](const QString& line) { return line.contains(QRegularExpression(EARLY)); });
     QVERIFY(lines.value(1).startsWith(u"1 [tasks/PlayMessage.cpp] PlayFile request error: Did not"_s));
     lines.removeAt(1);
-    COMPARE_LINES(lines, QStringList{Ready("1 (PlayMessage)")} + Ended());
+    COMPARE_LINES(lines, QStringList{Ready(u"1 (PlayMessage)"_s)} + Ended());
 }
 
 void Stopping::NoSecondCallIsMadeAfterASignal_data()
 {
-    QTest::addColumn<QByteArray>("task");
-    QTest::addColumn<QByteArray>("method");
-    QTest::addColumn<QString>("call");
-    QTest::addColumn<QStringList>("lines"); // after READY
-    const QString reason = u"The scheduler is stopping"_s;
-    QTest::newRow("message") << QByteArray("PlayMessage|gong.mp3,70") << QByteArray("sound.SetPlayerVolume")
-                             << u"sound.SetPlayerVolume sd file 70"_s
-                             << QStringList{Ready("1 (PlayMessage)"),
-                                            u"1 [tasks/PlayMessage.cpp] PlayFile request error: "_s + reason};
-    QTest::newRow("playlist") << QByteArray("PlayPlaylist|day,70,id") << QByteArray("sound.SetPlayerVolume")
-                              << u"sound.SetPlayerVolume sd playlist 70"_s
-                              << QStringList{Ready("2 (PlayPlaylist)"),
-                                             u"4 [tasks/PlayPlaylist.cpp] Requesting PlayPlaylist..."_s,
-                                             u"1 [tasks/PlayPlaylist.cpp] PlayPlaylist request error: "_s + reason};
-    QTest::newRow("stream") << QByteArray("PlayStream|/one,70") << QByteArray("sound.SetPlayerVolume")
-                            << u"sound.SetPlayerVolume sd stream 70"_s
-                            << QStringList{Ready("16 (PlayStream)"),
-                                           u"1 [tasks/PlayStream.cpp] PlayStream request error: "_s + reason};
-    QTest::newRow("light") << QByteArray("Light|5") << QByteArray("light.SetIntensity") << u"light.SetIntensity u 5"_s
-                           << QStringList{Ready("0 (Light)"), u"1 [tasks/Light.cpp] Switch(1) request error"_s};
-    QTest::newRow("radio") << QByteArray("PlayRadioFm|98.5") << QByteArray("sound.PlayRadioFm")
-                           << u"sound.PlayRadioFm -"_s << QStringList{Ready("6 (PlayRadioFm)")};
+    QTest::addColumn<Request>("request");
+    QTest::newRow("message") << Request::Find("SetPlayerVolume(file)", "gong.mp3,70");
+    QTest::newRow("playlist") << Request::Find("SetPlayerVolume(playlist)", "day,70,morning");
+    QTest::newRow("stream") << Request::Find("SetPlayerVolume(stream)", "8554/live,70");
+    QTest::newRow("light") << Request::Find("SetIntensity", "50");
+    QTest::newRow("radio") << Request::Find("PlayRadioFm", "98.5");
 }
 
 void Stopping::NoSecondCallIsMadeAfterASignal()
 {
-    QFETCH(QByteArray, task);
-    QFETCH(QByteArray, method);
-    QFETCH(QString, call);
-    QFETCH(QStringList, lines);
+    QFETCH(Request, request);
     WritePlaylist("song.mp3;600\n", u"day"_s);
-    Device().AnswerStatus(method.constData(), 0, SLOW_MS);
-    StartAndRun(AT_ONE_SECOND + task + '\n');
+    const QStringList failed =
+        Answered(request.Followed().Records(Outcome::BUS_ERROR), u"The scheduler is stopping"_s, 0);
+    Device().AnswerStatus(request.Method().toLatin1(), 0, SLOW_MS);
+    StartAndRun(Due(request));
     QVERIFY(Device().WaitForCalls(1));
     const qint64 end_ms = TimeToEnd_ms();
     QVERIFY2(end_ms < SLOW_MS + GRACE_MS, qPrintable(QString::number(end_ms)));
-    COMPARE_LINES(Device().Calls(), {call});
+    COMPARE_LINES(Device().Calls(), {request.Call()});
     // Nothing is said to have been asked for that was not.
     const QStringList all = TakeSinceEarly(9);
     QVERIFY(all.filter(u"SetFrequency: "_s).isEmpty());
@@ -142,7 +123,7 @@ void Stopping::NoSecondCallIsMadeAfterASignal()
         if (line.at(0) <= u'4')
             found.append(line);
     }
-    COMPARE_LINES(found, lines + Ended());
+    COMPARE_LINES(found, QStringList{Ready(request.Type())} + Shown(failed, 4) + Ended());
 }
 
 void Stopping::PhotosThatWaitAskForNoFurtherStop()

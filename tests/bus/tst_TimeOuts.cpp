@@ -68,6 +68,7 @@ void TimeOuts::APeerThatNeverAnswersCostsItsTimeOut()
     Device().AnswerNever(method.constData(), 1);
     Time().Set(MONDAY, {8, 29, 52});
     QVERIFY(StartAndTakeLog());
+    QVERIFY(RunDue(1));
     QVERIFY(WaitUntil([&] { return IsAsked(method); }));
     const qint64 asked_ms = Device().CallTimes().last();
     QVERIFY(WaitUntil([&] { return Daemon().Log().contains(outcome); }, timeout_ms + WAIT_MS));

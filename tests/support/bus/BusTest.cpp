@@ -101,6 +101,21 @@ bool BusTest::StartAndTakeLog()
     return isStarted;
 }
 
+bool BusTest::WaitForPasses(int count)
+{
+    const auto passes = [this] { return m_daemon->Log().count(u"9 [Scheduler.cpp] Checking far actions"_s); };
+    const qsizetype before = passes();
+    return WaitUntil([&] { return passes() >= before + count; });
+}
+
+bool BusTest::RunDue(qsizetype actions)
+{
+    const QString early = u"4 [Scheduler.cpp] EARLY action found: "_s;
+    const bool isFound = WaitUntil([&] { return m_daemon->Log().filter(early).size() >= actions; });
+    m_time->Set(MONDAY, {8, 30});
+    return isFound;
+}
+
 QStringList BusTest::TakeTaskLines(unsigned int maxLevel)
 {
     return m_daemon->Take(maxLevel).filter(u"[tasks/"_s);

@@ -60,6 +60,12 @@ protected:
     // The same, and takes what has been logged so far.
     [[nodiscard]] bool StartAndTakeLog();
 
+    // Waits until the far timer has fired that many times more.
+    [[nodiscard]] bool WaitForPasses(int count = 1);
+
+    // Waits until that many actions have been found early, and puts the clock to 08:30:00, when they are due.
+    [[nodiscard]] bool RunDue(qsizetype actions);
+
     // Takes the records up to that level, and gives back those of tasks.
     [[nodiscard]] QStringList TakeTaskLines(unsigned int maxLevel = 9);
 
