@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerReply.h"
@@ -111,40 +112,34 @@ void MarshalledReplyTest::End()
 
 void MarshalledReplyTest::AValueThatTravelledGivesItsStatus_data()
 {
-    QTest::addColumn<QVariantList>("answer");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<int>("status");
-    const auto row = [](const char* name, const QVariantList& answer, const char* signature, int status) {
-        QTest::newRow(name) << answer << QString::fromLatin1(signature) << status;
-    };
-    row("an int", {5}, "i", 5);
-    row("an unsigned int", {6U}, "u", 6);
-    row("a double", {7.0}, "d", 7);
-    row("a double that no int holds", {1e300}, "d", INT_MAX);
-    row("a bool", {true}, "b", 1);
-    row("a number as text", {u"12"_s}, "s", 12);
-    row("a byte", {QVariant::fromValue(uchar(8))}, "y", 8);
-    row("no value", {}, "", 0);
-    row("a structure that begins with an int", {QVariant::fromValue(Structure(5, u"x"_s))}, "(is)", 0);
-    row("an array of ints", {QVariant::fromValue(Array({5, 6}))}, "ai", 0);
-    row("an empty array", {QVariant::fromValue(Array({}))}, "ai", 0);
-    row("a map", {QVariant::fromValue(Map({{u"a"_s, 5}}))}, "a{si}", 0);
-    row("a structure before an int", {QVariant::fromValue(Structure(5, u"x"_s)), 9}, "(is)i", 0);
-    row("a wrapped structure", {QVariant::fromValue(QDBusVariant(QVariant::fromValue(Structure(5, u"x"_s))))}, "v", 0);
+    Rows<QVariantList, QByteArray, int>::Add({
+        {"an int", {5}, "i", 5},
+        {"an unsigned int", {6U}, "u", 6},
+        {"a double", {7.0}, "d", 7},
+        {"a double that no int holds", {1e300}, "d", INT_MAX},
+        {"a bool", {true}, "b", 1},
+        {"a number as text", {u"12"_s}, "s", 12},
+        {"a byte", {QVariant::fromValue(uchar(8))}, "y", 8},
+        {"no value", {}, "", 0},
+        {"a structure that begins with an int", {QVariant::fromValue(Structure(5, u"x"_s))}, "(is)", 0},
+        {"an array of ints", {QVariant::fromValue(Array({5, 6}))}, "ai", 0},
+        {"an empty array", {QVariant::fromValue(Array({}))}, "ai", 0},
+        {"a map", {QVariant::fromValue(Map({{u"a"_s, 5}}))}, "a{si}", 0},
+        {"a structure before an int", {QVariant::fromValue(Structure(5, u"x"_s)), 9}, "(is)i", 0},
+        {"a wrapped structure", {QVariant::fromValue(QDBusVariant(QVariant::fromValue(Structure(5, u"x"_s))))}, "v", 0},
+    });
 }
 
 void MarshalledReplyTest::AValueThatTravelledGivesItsStatus()
 {
-    QFETCH(QVariantList, answer);
-    QFETCH(QString, signature);
-    QFETCH(int, status);
+    const auto& [answer, signature, status] = Rows<QVariantList, QByteArray, int>::Current();
     m_answerer.m_answer = answer;
     const QDBusMessage request = QDBusMessage::createMethodCall(QString(), u"/object"_s, u"a.b"_s, u"Ask"_s);
     const QDBusPendingCall call = QDBusConnection(QLatin1String(CONNECTION)).asyncCall(request);
     QTRY_VERIFY(call.isFinished());
     const QDBusMessage message = call.reply();
     QCOMPARE(message.type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(message.signature(), signature);
+    QCOMPARE(message.signature().toLatin1(), signature);
     const PeerReply reply(message);
     QVERIFY(!reply.IsBusError());
     QCOMPARE(reply.Status(), status);

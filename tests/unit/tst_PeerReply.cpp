@@ -1,3 +1,4 @@
+#include "Rows.h"
 #include "Suite.h"
 #include "UnitTest.h"
 #include "peers/PeerReply.h"
@@ -40,59 +41,55 @@ private Q_SLOTS:
 
 void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt_data()
 {
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<int>("status");
-    const auto row = [](const char* name, const QVariant& value, int status) {
-        QTest::newRow(name) << QVariant::fromValue(value) << status;
-    };
     constexpr int GREATEST = std::numeric_limits<int>::max();
     constexpr int LEAST = std::numeric_limits<int>::min();
-    row("int 0 is accepted", 0, 0);
-    row("int 5", 5, 5);
-    row("int -3", -3, -3);
-    row("the greatest int", GREATEST, GREATEST);
-    row("the least int", LEAST, LEAST);
-    row("unsigned int", 7U, 7);
-    row("a byte", QVariant::fromValue(uchar(200)), 200);
-    row("a short", QVariant::fromValue(short(-2)), -2);
-    row("an unsigned short", QVariant::fromValue(ushort(65535)), 65535);
-    row("a long long", qlonglong(12), 12);
-    row("an unsigned long long", qulonglong(13), 13);
-    row("a long long that no int holds", (Q_INT64_C(1) << 33) + 5, INT_MAX);
-    row("an unsigned long long that no int holds", (Q_UINT64_C(1) << 33) + 5, INT_MAX);
-    row("an unsigned int that no int holds", 4294967295U, INT_MAX);
-    row("true counts as 1", true, 1);
-    row("false counts as 0", false, 0);
-    row("a whole double", 3.0, 3);
-    row("a negative double", -3.0, -3);
-    row("a double nearer to 1 than to 0", 0.6, 1);
-    row("a half", 0.5, 1);
-    row("a double nearer to 0 than to 1", 0.4, 0);
-    row("a double nearer to -1 than to 0", -0.6, -1);
-    row("a negative half", -0.5, -1);
-    row("a double nearer to 0 than to -1", -0.4, 0);
-    row("a double that no int holds", 1e300, INT_MAX);
-    row("a negative double that no int holds", -1e300, INT_MIN);
-    row("a double just beyond the ints", 2147483648.0, INT_MAX);
-    row("an infinite double", std::numeric_limits<double>::infinity(), INT_MAX);
-    row("a double that is no number", std::numeric_limits<double>::quiet_NaN(), 0);
-    row("a number as text", u"12"_s, 12);
-    row("a negative number as text", u"-12"_s, -12);
-    row("a text", u"failed"_s, 0);
-    row("an empty text", u""_s, 0);
-    row("a number as text that no int holds", u"99999999999"_s, INT_MAX);
-    row("a list of texts", QStringList{u"5"_s, u"6"_s}, 0);
-    row("bytes that are no number", QByteArray("\x05\x06"), 0);
-    row("an object path", QVariant::fromValue(QDBusObjectPath(u"/a"_s)), 0);
-    row("a wrapped value", QVariant::fromValue(QDBusVariant(5)), 0);
-    row("a marshalled value that holds nothing", QVariant::fromValue(QDBusArgument()), 0);
-    row("nothing", QVariant(), 0);
+    Rows<QVariant, int>::Add({
+        {"int 0 is accepted", 0, 0},
+        {"int 5", 5, 5},
+        {"int -3", -3, -3},
+        {"the greatest int", GREATEST, GREATEST},
+        {"the least int", LEAST, LEAST},
+        {"unsigned int", 7U, 7},
+        {"a byte", QVariant::fromValue(uchar(200)), 200},
+        {"a short", QVariant::fromValue(short(-2)), -2},
+        {"an unsigned short", QVariant::fromValue(ushort(65535)), 65535},
+        {"a long long", qlonglong(12), 12},
+        {"an unsigned long long", qulonglong(13), 13},
+        {"a long long that no int holds", (Q_INT64_C(1) << 33) + 5, INT_MAX},
+        {"an unsigned long long that no int holds", (Q_UINT64_C(1) << 33) + 5, INT_MAX},
+        {"an unsigned int that no int holds", 4294967295U, INT_MAX},
+        {"true counts as 1", true, 1},
+        {"false counts as 0", false, 0},
+        {"a whole double", 3.0, 3},
+        {"a negative double", -3.0, -3},
+        {"a double nearer to 1 than to 0", 0.6, 1},
+        {"a half", 0.5, 1},
+        {"a double nearer to 0 than to 1", 0.4, 0},
+        {"a double nearer to -1 than to 0", -0.6, -1},
+        {"a negative half", -0.5, -1},
+        {"a double nearer to 0 than to -1", -0.4, 0},
+        {"a double that no int holds", 1e300, INT_MAX},
+        {"a negative double that no int holds", -1e300, INT_MIN},
+        {"a double just beyond the ints", 2147483648.0, INT_MAX},
+        {"an infinite double", std::numeric_limits<double>::infinity(), INT_MAX},
+        {"a double that is no number", std::numeric_limits<double>::quiet_NaN(), 0},
+        {"a number as text", u"12"_s, 12},
+        {"a negative number as text", u"-12"_s, -12},
+        {"a text", u"failed"_s, 0},
+        {"an empty text", u""_s, 0},
+        {"a number as text that no int holds", u"99999999999"_s, INT_MAX},
+        {"a list of texts", QStringList{u"5"_s, u"6"_s}, 0},
+        {"bytes that are no number", QByteArray("\x05\x06"), 0},
+        {"an object path", QVariant::fromValue(QDBusObjectPath(u"/a"_s)), 0},
+        {"a wrapped value", QVariant::fromValue(QDBusVariant(5)), 0},
+        {"a marshalled value that holds nothing", QVariant::fromValue(QDBusArgument()), 0},
+        {"nothing", {}, 0},
+    });
 }
 
 void PeerReplyTest::TheStatusIsTheFirstValueAsAnInt()
 {
-    QFETCH(QVariant, value);
-    QFETCH(int, status);
+    const auto& [value, status] = Rows<QVariant, int>::Current();
     const PeerReply reply(Call().createReply(value));
     QCOMPARE(reply.Status(), status);
     QVERIFY(!reply.IsBusError());
