@@ -44,6 +44,8 @@ private Q_SLOTS:
     void AnyEndOfItsKindCompletesIt();
     void WithoutAPlaybackNoEndIsHeard_data() { AddRows(PLAYERS); }
     void WithoutAPlaybackNoEndIsHeard();
+    void WhatIsAskedForAgainEndsOnce_data() { AddRows(PLAYERS); }
+    void WhatIsAskedForAgainEndsOnce();
     void WhatDoesNotPlayIsNotStopped_data() { AddRows(PLAYERS); }
     void WhatDoesNotPlayIsNotStopped();
     void OneEndIsThatOfEveryRunningTask();
@@ -122,6 +124,23 @@ void PlayEndsTest::WithoutAPlaybackNoEndIsHeard()
     LogRecorder::Clear();
     player.end({});
     EXPECT_LOG(9, {});
+}
+
+// As when the peer that played has left the bus.
+void PlayEndsTest::WhatIsAskedForAgainEndsOnce()
+{
+    const Player& player = Row<Player>();
+    const Request request = Request::Find(player.request, player.parameters);
+    const std::unique_ptr<Task> task = Make(request);
+    const QSignalSpy completed(task.get(), SIGNAL(TaskCompleted()));
+    QVERIFY(task->Run());
+    QVERIFY(task->Run());
+    LogRecorder::Clear();
+    player.end(QString::fromLatin1(player.parameters));
+    EXPECT_LOG(9, (ToLines(request.Ended())));
+    player.end(QString::fromLatin1(player.parameters));
+    EXPECT_LOG(9, {});
+    QCOMPARE(completed.size(), 1);
 }
 
 void PlayEndsTest::WhatDoesNotPlayIsNotStopped()
