@@ -1,5 +1,7 @@
 #include "SimulatorTest.h"
 
+#include <QDBusArgument>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -29,6 +31,22 @@ QString SimulatorTest::ObjectPath(const QString& peer)
     const auto* const row =
         std::ranges::find_if(PEER_NAMES, [&peer](const PeerName& known) { return peer == QLatin1String(known.name); });
     return u"/com/kestrelix/ozna/%1manager/%2"_s.arg(peer, QLatin1String(row->object));
+}
+
+void SimulatorTest::Order(const char* method, const QVariantList& arguments)
+{
+    const QDBusMessage reply = Control(method, arguments);
+    QVERIFY2(reply.type() == QDBusMessage::ReplyMessage, qPrintable(reply.errorMessage()));
+}
+
+void SimulatorTest::SetAnswer(const char* kind, const QVariantList& values, int delay_ms, int times)
+{
+    Order("SetAnswer", {SOUND_INTERFACE, PLAY_AUX, QString::fromLatin1(kind), QVariant(values), delay_ms, times});
+}
+
+QList<QVariantMap> SimulatorTest::Calls()
+{
+    return qdbus_cast<QList<QVariantMap>>(Control("Calls").arguments().value(0));
 }
 
 void SimulatorTest::init()

@@ -43,6 +43,15 @@ protected:
     // Calls a method of the control interface.
     QDBusMessage Control(const char* method, const QVariantList& arguments = {});
 
+    // The same; the test fails when it is refused.
+    void Order(const char* method, const QVariantList& arguments = {});
+
+    // Has the sound manager's PlayAux answered in that way.
+    void SetAnswer(const char* kind, const QVariantList& values = {}, int delay_ms = 0, int times = 1);
+
+    // The calls that the device has noted.
+    [[nodiscard]] QList<QVariantMap> Calls();
+
 private Q_SLOTS:
     void init();
     void cleanup();
