@@ -1,5 +1,7 @@
+#include "BusMessages.h"
 #include "BusTest.h"
 #include "Lines.h"
+#include "PlayKinds.h"
 #include "Suite.h"
 
 using namespace Lines;
@@ -29,9 +31,24 @@ namespace
 constexpr int A_FEW = 4;
 constexpr int GREAT_FLOOD = 10000;
 constexpr int SANITIZED_FLOOD = 1000; // what is looked at closely takes its time
-const QString REFUSED = u"1 [tasks/Photo.cpp] StopPhotoStream error: 4"_s;
+
+const Request SERIES = Request::Find("TakePhotoStream", "10,3");
+const Request STOP = Request::Find("StopPhotoStream", "10,3");
+const QByteArray SERIES_LINE = Due(SERIES);
+const QString COMPLETED = SERIES.Ended().first();
+
+// The records of a stop that is refused with that status, and of one that fails on the bus.
+QString Refused(int status)
+{
+    return Shown(Answered(STOP.Records(Outcome::REFUSED), {}, status), 4).first();
+}
+
+QString Failed(const char* error)
+{
+    return Shown(Answered(STOP.Records(Outcome::BUS_ERROR), QString::fromLatin1(error), 0), 4).first();
+}
+
 const QString TAKEN = u"9 [tasks/Photo.cpp] >>> Photo taken"_s;
-const QString COMPLETED = u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=10 s, num=3, "_s;
 
 QString Total(int count)
 {
@@ -54,13 +71,13 @@ void Photos::TakePhotos(int count)
 
 void Photos::ASeriesEndsWithItsLastPhoto()
 {
-    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
+    QVERIFY(StartAt(SERIES_LINE, 1));
     TakePhotos(3);
     QVERIFY(Daemon().WaitForLog(COMPLETED));
     TakePhotos(1);
     QVERIFY(WaitUntil([this] { return Daemon().Log().count(TAKEN) == 4; }));
     COMPARE_LINES(TakeTaskLines(), {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), COMPLETED, TAKEN});
-    COMPARE_LINES(Device().Calls(), {u"photo.TakePhotoStream i 10"_s, u"photo.StopPhotoStream -"_s});
+    COMPARE_LINES(Device().Calls(), {SERIES.Call(), STOP.Call()});
 }
 
 void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
@@ -75,7 +92,7 @@ void Photos::ASinglePhotoIsAskedForAgainTheNextDay()
 
 void Photos::WhatIsStillUnderWayIsNotAskedForAgain()
 {
-    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:00|*|*|*|||RecordPhoto\n", 2));
+    QVERIFY(StartAt(SERIES_LINE + "1111111|08:30:00|*|*|*|||RecordPhoto\n", 2));
     for (int day = 16; day <= 18; ++day)
     {
         Time().Set(QDate(2024, 1, day), {8, 29, 52});
@@ -86,13 +103,13 @@ void Photos::WhatIsStillUnderWayIsNotAskedForAgain()
         COMPARE_LINES(Daemon().Take(4),
                       (QStringList{StillRuns("4 (RecordPhoto)", 1), StillRuns("4 (RecordPhoto)", 2)}));
     }
-    COMPARE_LINES(Device().Calls(), {u"photo.TakePhotoStream i 10"_s, u"photo.TakePhoto -"_s});
+    COMPARE_LINES(Device().Calls(), {SERIES.Call(), u"photo.TakePhoto -"_s});
 }
 
 void Photos::EveryTaskSeesEveryPhoto()
 {
-    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:00|*|*|*|||RecordPhoto|5,2\n"
-                    "1111111|12:00:00|*|*|*|||RecordPhoto\n",
+    QVERIFY(StartAt(SERIES_LINE + "1111111|08:30:00|*|*|*|||RecordPhoto|5,2\n"
+                                  "1111111|12:00:00|*|*|*|||RecordPhoto\n",
                     2));
     TakePhotos(2);
     QVERIFY(Daemon().WaitForLog(u"4 [tasks/Photo.cpp] TASK COMPLETED | Photo: interval=5 s, num=2, "_s));
@@ -106,23 +123,18 @@ void Photos::ASeriesWhoseStopFailsAsksAgain()
 {
     Device().AnswerStatus("photo.StopPhotoStream", 4, 0, 1);
     Device().AnswerError("photo.StopPhotoStream", "busy", 1);
-    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
+    QVERIFY(StartAt(SERIES_LINE, 1));
     TakePhotos(5);
     QVERIFY(Daemon().WaitForLog(COMPLETED));
-    COMPARE_LINES(TakeTaskLines(),
-                  {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), u"1 [tasks/Photo.cpp] StopPhotoStream error: 4"_s,
-                   TAKEN, Total(4), u"4 [tasks/Photo.cpp] StopPhotoStream request error: busy"_s, TAKEN, Total(5),
-                   COMPLETED});
+    COMPARE_LINES(TakeTaskLines(), {TAKEN, Total(1), TAKEN, Total(2), TAKEN, Total(3), Refused(4), TAKEN, Total(4),
+                                    Failed("busy"), TAKEN, Total(5), COMPLETED});
 }
 
 void Photos::AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts()
 {
-    const QString failed = u"4 [tasks/Photo.cpp] StopPhotoStream request error: Did not receive a reply. "
-                           "Possible causes include: the remote application did not send a reply, the "
-                           "message bus security policy blocked the reply, the reply timeout expired, "
-                           "or the network connection was broken."_s;
+    const QString failed = Failed(NO_REPLY);
     Device().AnswerNever("photo.StopPhotoStream", 0);
-    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n", 1));
+    QVERIFY(StartAt(SERIES_LINE, 1));
     const int count = IsSanitized() ? SANITIZED_FLOOD : GREAT_FLOOD;
     TakePhotos(count);
     QVERIFY(Daemon().WaitForLog(Total(count)));
@@ -142,10 +154,10 @@ void Photos::AFloodWhileAStopIsNotAnsweredCostsAFewTimeOuts()
 void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
 {
     Device().AnswerStatus("photo.StopPhotoStream", 4);
-    QVERIFY(StartAt("1111111|08:30:00|*|*|*|||RecordPhoto|10,3\n1111111|08:30:04|*|*|*|||19|1,1\n", 1));
+    QVERIFY(StartAt(SERIES_LINE + "1111111|08:30:04|*|*|*|||19|1,1\n", 1));
     const int count = IsSanitized() ? SANITIZED_FLOOD : GREAT_FLOOD;
     const QDBusPendingCall flood = Device().EmitMeanwhile("photo.PhotoTaken", {0, u"/photos/1.jpg"_s}, count);
-    QVERIFY(Daemon().WaitForLog(REFUSED));
+    QVERIFY(Daemon().WaitForLog(Refused(4)));
     Time().Set(MONDAY, {8, 30, 4});
     // In time, or never: an action may be late for two seconds.
     QVERIFY(Daemon().WaitForLog(u"4 [Scheduler.cpp] >>> Requesting PDD Action: action=STREAM_MIC, enable=1"_s));
@@ -155,7 +167,7 @@ void Photos::AFloodWhileEveryStopIsRefusedStarvesNothing()
     TakePhotos(1);
     QVERIFY(Daemon().WaitForLog(COMPLETED));
     QStringList failures = Daemon().Take(2);
-    failures.removeAll(REFUSED);
+    failures.removeAll(Refused(4));
     COMPARE_LINES(failures, QStringList());
     QCOMPARE(StopDaemon(), 0);
 }
