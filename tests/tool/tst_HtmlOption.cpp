@@ -15,12 +15,7 @@ namespace
 constexpr int CLEAN = 0;
 constexpr int FAILED = 3;
 
-struct Outcome
-{
-    int status;
-    QByteArray output;
-    QByteArray error;
-};
+using Outcome = CommandCall::Result;
 
 } // namespace
 
@@ -36,7 +31,6 @@ private Q_SLOTS:
     void APageThatCannotBeWrittenIsTold();
     void WhatStoodThereIsReplacedWhole();
     void WhatIsNoPageIsLeftAlone();
-    void OneFormAtATime_data();
     void OneFormAtATime();
     void TheHelpFitsAScreen();
 
@@ -54,9 +48,8 @@ void HtmlOptionTest::initTestCase()
 
 Outcome HtmlOptionTest::Rehearse(const QStringList& options) const
 {
-    const CommandCall::Result result = m_call.Run(
+    return m_call.Run(
         QStringList{u"rehearse"_s, u"week.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--tz"_s, u"Europe/Rome"_s} + options);
-    return {result.status, result.output.toUtf8(), result.errors.toUtf8()};
 }
 
 QByteArray HtmlOptionTest::Content(const QString& name) const
@@ -67,10 +60,7 @@ QByteArray HtmlOptionTest::Content(const QString& name) const
 
 void HtmlOptionTest::ThePageOfAWeekIsWritten()
 {
-    const Outcome outcome = Rehearse({u"--html"_s, u"page.html"_s});
-    QCOMPARE(outcome.error, QByteArray());
-    QCOMPARE(outcome.output, QByteArray());
-    QCOMPARE(outcome.status, CLEAN);
+    QCOMPARE(Rehearse({u"--html"_s, u"page.html"_s}), (Outcome{CLEAN, {}, {}}));
     const QByteArray page = Content(u"page.html"_s);
     QVERIFY(page.startsWith("<!DOCTYPE html>"));
     QVERIFY(page.endsWith("</html>\n"));
@@ -83,15 +73,15 @@ void HtmlOptionTest::DaysMayBeTold()
 {
     const Outcome outcome = Rehearse({u"--html"_s, u"-"_s, u"--days"_s, u"9"_s});
     QCOMPARE(outcome.status, CLEAN);
-    QCOMPARE(outcome.output.count("data-event=\""), 9);
-    QVERIFY(outcome.output.contains("href=\"#week-2\""));
+    QCOMPARE(outcome.output.count("data-event=\""_L1), 9);
+    QVERIFY(outcome.output.contains("href=\"#week-2\""_L1));
 }
 
 void HtmlOptionTest::ADashIsStandardOutput()
 {
-    const QByteArray output = Rehearse({u"--html"_s, u"-"_s}).output;
+    const QString output = Rehearse({u"--html"_s, u"-"_s}).output;
     QCOMPARE(Rehearse({u"--html"_s, u"same.html"_s}).status, CLEAN);
-    QCOMPARE(output, Content(u"same.html"_s));
+    QCOMPARE(output.toUtf8(), Content(u"same.html"_s));
     QVERIFY(!QDir(m_call.Folder()).exists(u"-"_s));
 }
 
@@ -99,7 +89,7 @@ void HtmlOptionTest::APageThatCannotBeWrittenIsTold()
 {
     const Outcome outcome = Rehearse({u"--html"_s, u"nowhere/page.html"_s});
     QCOMPARE(outcome.status, FAILED);
-    QVERIFY2(outcome.error.startsWith("ozna-schedule: nowhere/page.html: "), outcome.error.constData());
+    QVERIFY2(outcome.errors.startsWith("ozna-schedule: nowhere/page.html: "_L1), qPrintable(outcome.errors));
 }
 
 void HtmlOptionTest::WhatStoodThereIsReplacedWhole()
@@ -118,9 +108,8 @@ void HtmlOptionTest::WhatIsNoPageIsLeftAlone()
 {
     const QString pipe = m_call.Folder() + u"/pipe"_s;
     QCOMPARE(::mkfifo(qPrintable(pipe), S_IRUSR | S_IWUSR), 0);
-    Outcome outcome = Rehearse({u"--html"_s, u"pipe"_s});
-    QCOMPARE(outcome.error, QByteArray("ozna-schedule: --html: pipe is not a file\n"));
-    QCOMPARE(outcome.status, FAILED);
+    QCOMPARE(Rehearse({u"--html"_s, u"pipe"_s}),
+             (Outcome{FAILED, {}, u"ozna-schedule: --html: pipe is not a file\n"_s}));
     struct stat status
     {
     };
@@ -128,34 +117,29 @@ void HtmlOptionTest::WhatIsNoPageIsLeftAlone()
     QVERIFY(S_ISFIFO(status.st_mode));
 
     const QByteArray schedule = Content(u"week.csv"_s);
-    outcome = Rehearse({u"--html"_s, u"../%1/week.csv"_s.arg(QDir(m_call.Folder()).dirName())});
-    QVERIFY2(outcome.error.endsWith("/week.csv is the schedule itself\n"), outcome.error.constData());
+    const Outcome outcome = Rehearse({u"--html"_s, u"../%1/week.csv"_s.arg(QDir(m_call.Folder()).dirName())});
+    QVERIFY2(outcome.errors.endsWith("/week.csv is the schedule itself\n"_L1), qPrintable(outcome.errors));
     QCOMPARE(outcome.status, FAILED);
     QCOMPARE(Content(u"week.csv"_s), schedule);
 }
 
-void HtmlOptionTest::OneFormAtATime_data()
-{
-    QTest::addColumn<QString>("other");
-    QTest::newRow("json") << u"--json"_s;
-    QTest::newRow("csv") << u"--csv"_s;
-}
-
 void HtmlOptionTest::OneFormAtATime()
 {
-    QFETCH(const QString, other);
-    const Outcome outcome = Rehearse({u"--html"_s, u"none.html"_s, other});
-    QCOMPARE(outcome.status, FAILED);
-    QVERIFY(outcome.error.contains("exclude each other"));
-    QVERIFY(!QDir(m_call.Folder()).exists(u"none.html"_s));
+    for (const QString& other : {u"--json"_s, u"--csv"_s})
+    {
+        const Outcome outcome = Rehearse({u"--html"_s, u"none.html"_s, other});
+        QCOMPARE(outcome.status, FAILED);
+        QVERIFY2(outcome.errors.contains("exclude each other"_L1), qPrintable(other));
+        QVERIFY(!QDir(m_call.Folder()).exists(u"none.html"_s));
+    }
 }
 
 void HtmlOptionTest::TheHelpFitsAScreen()
 {
-    const QList<QByteArray> lines = Rehearse({u"--help"_s}).output.split('\n');
+    const QStringList lines = Rehearse({u"--help"_s}).output.split(u'\n');
     QVERIFY2(lines.size() > 10 && lines.size() <= 24, qPrintable(QString::number(lines.size())));
-    for (const QByteArray& line : lines)
-        QVERIFY2(line.size() <= 80, line.constData());
+    for (const QString& line : lines)
+        QVERIFY2(line.size() <= 80, qPrintable(line));
 }
 
 OZNA_CASE(HtmlOption, HtmlOptionTest)

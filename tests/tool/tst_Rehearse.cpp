@@ -21,12 +21,7 @@ private Q_SLOTS:
     void AMomentThatIsNoneIsNamed();
 
 private:
-    struct Outcome
-    {
-        QByteArray output;
-        QByteArray errors;
-        int status;
-    };
+    using Outcome = CommandCall::Result;
 
     static Outcome Run(const QString& folder, const QStringList& arguments);
 };
@@ -41,24 +36,22 @@ constexpr int STATUS_FAILED = 3;
 const QString DATA = QStringLiteral(OZNA_SOURCES "/tests/data/rehearse");
 const QString SCHEDULE = u"schedule.csv"_s;
 
-QByteArray Content(const QDir& folder, const char* name)
+QString Content(const QDir& folder, const char* name)
 {
     QFile file(folder.filePath(QLatin1String(name)));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(cannot be read)");
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : u"(cannot be read)"_s;
 }
 
-QByteArray Difference(const QByteArray& expected, const QByteArray& found, const char* what)
+QByteArray Difference(const QString& expected, const QString& found, const char* what)
 {
-    const auto lines = [](const QByteArray& text) { return QString::fromUtf8(text).split(u'\n'); };
-    return TextDiff(lines(expected), lines(found), what);
+    return TextDiff(expected.split(u'\n'), found.split(u'\n'), what);
 }
 
 } // namespace
 
 RehearseTest::Outcome RehearseTest::Run(const QString& folder, const QStringList& arguments)
 {
-    const CommandCall::Result result = CommandCall(folder).Run(QStringList{u"rehearse"_s} + arguments);
-    return {result.output.toUtf8(), result.errors.toUtf8(), result.status};
+    return CommandCall(folder).Run(QStringList{u"rehearse"_s} + arguments);
 }
 
 void RehearseTest::ARehearsalIsShownAsExpected_data()
@@ -74,9 +67,9 @@ void RehearseTest::ARehearsalIsShownAsExpected_data()
 void RehearseTest::ARehearsalIsShownAsExpected()
 {
     QFETCH(const QString, folder);
-    const QStringList arguments = QString::fromUtf8(Content(folder, "arguments").trimmed()).split(u' ');
+    const QStringList arguments = Content(folder, "arguments").trimmed().split(u' ');
     const Outcome outcome = Run(folder, QStringList{SCHEDULE} + arguments);
-    const QByteArray expectedErrors = Content(folder, "expected-errors").replace("FOLDER", folder.toUtf8());
+    const QString expectedErrors = Content(folder, "expected-errors").replace(u"FOLDER"_s, folder);
     const QByteArray difference = Difference(Content(folder, "expected"), outcome.output, "line") +
                                   Difference(expectedErrors, outcome.errors, "error");
     QVERIFY2(difference.isEmpty(), difference.constData());
@@ -96,10 +89,8 @@ void RehearseTest::ANameWithAPercentSignIsShownAsItStands()
 
 void RehearseTest::AFileThatIsMissingIsNamed()
 {
-    const Outcome outcome = Run(QDir::rootPath(), {u"no/such.csv"_s});
-    QCOMPARE(outcome.errors, QByteArray("ozna-schedule: no/such.csv: No such file or directory\n"));
-    QCOMPARE(outcome.output, QByteArray());
-    QCOMPARE(outcome.status, STATUS_FAILED);
+    QCOMPARE(Run(QDir::rootPath(), {u"no/such.csv"_s}),
+             (Outcome{STATUS_FAILED, {}, u"ozna-schedule: no/such.csv: No such file or directory\n"_s}));
 }
 
 void RehearseTest::AMomentThatIsNoneIsNamed_data()
@@ -114,9 +105,8 @@ void RehearseTest::AMomentThatIsNoneIsNamed()
 {
     QFETCH(const QString, moment);
     const Outcome outcome = Run(DATA + u"/risk"_s, {SCHEDULE, u"--from"_s, moment});
-    QCOMPARE(outcome.errors, QByteArray("ozna-schedule: --from: a moment like 2024-05-15 or 2024-05-15T08:30:00 is "
-                                        "expected, not \"") +
-                                 moment.toUtf8() + "\"\n");
+    QCOMPARE(outcome.errors, u"ozna-schedule: --from: a moment like 2024-05-15 or 2024-05-15T08:30:00 is expected, not "
+                             "\"%1\"\n"_s.arg(moment));
     QCOMPARE(outcome.status, STATUS_FAILED);
 }
 
