@@ -20,6 +20,7 @@ private Q_SLOTS:
     void TimePassesAndNeverRunsBack();
     void AStepMovesTheCalendarAlone();
     void TimersFollowTheTimeThatPasses();
+    void TicksOfTheWallClockFollowTheCalendar();
     void TimersThatAreStartedAnewBeginThere();
     void TheSystemsClocksComeBack();
 };
@@ -63,6 +64,20 @@ void RehearsalClockTest::TimersFollowTheTimeThatPasses()
     QCOMPARE(clock.TickFrom(clock.Now_ms(), PERIOD_MS), START_MS + 1100 + PERIOD_MS);
     clock.Pass(PERIOD_MS);
     QVERIFY(clock.IsTick(PERIOD_MS));
+}
+
+void RehearsalClockTest::TicksOfTheWallClockFollowTheCalendar()
+{
+    constexpr qint64 FIFTH_MS = 200;
+    RehearsalClock clock(START_MS);
+    QCOMPARE(clock.WallTickFrom(START_MS, FIFTH_MS), START_MS + FIFTH_MS);
+    QCOMPARE(clock.WallTickFrom(START_MS + FIFTH_MS, FIFTH_MS), START_MS + FIFTH_MS);
+    QCOMPARE(clock.WallTickFrom(START_MS + FIFTH_MS + 1, FIFTH_MS), START_MS + 2 * FIFTH_MS);
+    clock.Step(1070);
+    QCOMPARE(clock.WallTickFrom(clock.Now_ms(), FIFTH_MS), START_MS + 1200);
+    clock.Pass(10);
+    clock.StartTimers();
+    QCOMPARE(clock.WallTickFrom(clock.Now_ms(), FIFTH_MS), START_MS + 1200);
 }
 
 void RehearsalClockTest::TimersThatAreStartedAnewBeginThere()

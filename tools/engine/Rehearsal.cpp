@@ -136,7 +136,8 @@ bool Rehearsal::RunEveryPass(Scheduler& scheduler, const std::function<bool(doub
 {
     for (qint64 free_ms = m_plan.start_ms;;)
     {
-        const qint64 tick_ms = m_clock.TickFrom(free_ms, Scheduler::EARLY_INTERVAL_MS);
+        const qint64 tick_ms = std::min(m_clock.TickFrom(free_ms, Scheduler::FAR_INTERVAL_MS),
+                                        m_clock.WallTickFrom(free_ms, Scheduler::EARLY_INTERVAL_MS));
         const qint64 next_ms = std::min(tick_ms, NextDisturbance_ms());
         PlayDeviceBefore(std::min(next_ms, End_ms()));
         if (next_ms >= End_ms())
@@ -199,7 +200,7 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
         if (far_ms != WatchList::NEVER)
             tick_ms = std::min(tick_ms, m_clock.TickFrom(far_ms, Scheduler::FAR_INTERVAL_MS));
         if (early_ms != WatchList::NEVER)
-            tick_ms = std::min(tick_ms, m_clock.TickFrom(early_ms, Scheduler::EARLY_INTERVAL_MS));
+            tick_ms = std::min(tick_ms, m_clock.WallTickFrom(early_ms, Scheduler::EARLY_INTERVAL_MS));
         if (m_log.NextSignal_ms() <= std::min(tick_ms, stretch.end_ms - 1))
         {
             m_clock.PassTo(m_log.NextSignal_ms());

@@ -29,6 +29,12 @@ void RehearsalClock::Step(qint64 step_ms)
     m_phase_ms += step_ms;
 }
 
+qint64 RehearsalClock::WallTickFrom(qint64 moment_ms, qint64 period_ms) const
+{
+    const qint64 from_ms = std::max(moment_ms, m_phase_ms + 1);
+    return (from_ms + period_ms - 1) / period_ms * period_ms;
+}
+
 qint64 RehearsalClock::TickFrom(qint64 moment_ms, qint64 period_ms) const
 {
     const qint64 from_ms = std::max(moment_ms, m_phase_ms + 1);

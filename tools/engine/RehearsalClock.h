@@ -3,7 +3,7 @@
 #include <QtGlobal>
 
 // The clocks of a rehearsal, in the system's place for as long as it lives. Milliseconds since 1970-01-01 00:00:00 UTC,
-// as the calendar has them; the scheduler's timers follow the time that passes.
+// as the calendar has them; the scheduler's far timer follows the time that passes, its early one the calendar.
 class RehearsalClock final
 {
 public:
@@ -27,6 +27,8 @@ public:
 
     // The first tick of a timer with that period that is not before moment_ms. The start itself is none.
     [[nodiscard]] qint64 TickFrom(qint64 moment_ms, qint64 period_ms) const;
+    // The same of a timer whose ticks fall on the multiples of its period by the calendar.
+    [[nodiscard]] qint64 WallTickFrom(qint64 moment_ms, qint64 period_ms) const;
     [[nodiscard]] bool IsTick(qint64 period_ms) const { return (m_now_ms - m_phase_ms) % period_ms == 0; }
 
     // What the calendar shows when so much time will have passed since the start, unless it is stepped again.
