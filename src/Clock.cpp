@@ -139,6 +139,11 @@ std::tm Clock::LocalNow()
     return Local(Now());
 }
 
+int Clock::IntoSecond_ms()
+{
+    return Milliseconds(CurrentSource()());
+}
+
 QTime Clock::TimeOfDay()
 {
     const std::int64_t now_ms = CurrentSource()();

@@ -41,6 +41,9 @@ public:
     // The current time, broken down to local time.
     static std::tm LocalNow();
 
+    // The milliseconds of the current second that have passed, rounded down.
+    static int IntoSecond_ms();
+
     // The current local time of day, with milliseconds.
     static QTime TimeOfDay();
 

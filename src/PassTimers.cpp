@@ -1,5 +1,7 @@
 #include "PassTimers.h"
 
+#include "Clock.h"
+
 #include <stdexcept>
 
 namespace
@@ -16,20 +18,46 @@ void SetUpTimer(QTimer& timer, int interval_ms, const std::function<void()>& pas
 
 } // namespace
 
-void PassTimers::SetUp(const std::function<void()>& farPass, const std::function<void()>& earlyPass)
+void PassTimers::SetUp(const Passes& passes)
 {
-    SetUpTimer(m_farTimer, FAR_INTERVAL_MS, farPass);
-    SetUpTimer(m_earlyTimer, EARLY_INTERVAL_MS, earlyPass);
+    m_passes = passes;
+    SetUpTimer(m_farTimer, FAR_INTERVAL_MS, [this] { OnFar(); });
+    SetUpTimer(m_earlyTimer, EARLY_INTERVAL_MS, [this] { OnEarly(); });
+    m_earlyTimer.setSingleShot(true);
 }
 
 void PassTimers::Start()
 {
     m_farTimer.start();
-    m_earlyTimer.start();
 }
 
 void PassTimers::Stop()
 {
     m_farTimer.stop();
     m_earlyTimer.stop();
+}
+
+void PassTimers::OnFar()
+{
+    m_passes.far();
+    PassEarly();
+}
+
+void PassTimers::OnEarly()
+{
+    // The loop was held, and hands out the ticks in the order of their times: a far pass that is due brings an early
+    // one.
+    if (m_farTimer.remainingTime() != 0)
+        PassEarly();
+}
+
+// The last pass of a schedule that was stopped in it sets no timer.
+void PassTimers::PassEarly()
+{
+    if (m_passes.isWatching())
+        m_passes.early();
+    if (m_passes.isWatching() && m_farTimer.isActive())
+        m_earlyTimer.start(EARLY_INTERVAL_MS - Clock::IntoSecond_ms() % EARLY_INTERVAL_MS);
+    else
+        m_earlyTimer.stop();
 }

@@ -31,7 +31,8 @@ Scheduler::Scheduler(const QString& fileName)
         if (!connect(UpdateManager::Signals(), &UpdateManagerProxy::FilesUpdated, this, &Scheduler::OnFilesUpdated))
             throw std::runtime_error("update-manager link");
     });
-    m_timers.SetUp([this] { CheckFarActions(); }, [this] { CheckEarlyActions(); });
+    m_timers.SetUp(
+        {[this] { CheckFarActions(); }, [this] { CheckEarlyActions(); }, [this] { return m_earlyActions.Size() > 0; }});
     m_enabled = true;
 }
 

@@ -1,7 +1,10 @@
 #include "SchedulerTest.h"
 
+#include "Clock.h"
 #include "SchedulerAccess.h"
 #include "peers/Peers.h"
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +54,31 @@ void SchedulerTest::CheckFar()
 void SchedulerTest::CheckEarly()
 {
     m_scheduler->CheckEarlyActions();
+}
+
+void SchedulerTest::PassTime(int span_ms, int firstFar_ms, const std::function<void()>& after)
+{
+    int toFar_ms = firstFar_ms;
+    for (int left_ms = span_ms;;)
+    {
+        const int inFifth_ms = Clock::IntoSecond_ms() % Scheduler::EARLY_INTERVAL_MS;
+        const int step_ms = std::min(toFar_ms, Scheduler::EARLY_INTERVAL_MS - inFifth_ms);
+        if (step_ms > left_ms)
+        {
+            Time().Advance_ms(left_ms);
+            break;
+        }
+        Time().Advance_ms(step_ms);
+        left_ms -= step_ms;
+        toFar_ms -= step_ms;
+        if (toFar_ms == 0)
+        {
+            CheckFar();
+            toFar_ms = Scheduler::FAR_INTERVAL_MS;
+        }
+        CheckEarly();
+        after();
+    }
 }
 
 QStringList SchedulerTest::FarList()

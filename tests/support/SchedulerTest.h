@@ -5,6 +5,7 @@
 
 #include <QByteArrayList>
 
+#include <functional>
 #include <memory>
 
 // The fixture of the tests that have a scheduler. Its timers do not fire while no event loop runs: a test calls the
@@ -31,6 +32,12 @@ protected:
     // One pass each.
     void CheckFar();
     void CheckEarly();
+
+    // Lets that much time pass, what a pass itself takes apart, with the passes as the timers have them: the first far
+    // one after firstFar_ms, the others every 3 s; an early one behind each of them and at each fifth of a second.
+    // Calls after behind each pass.
+    void PassTime(
+        int span_ms, int firstFar_ms, const std::function<void()>& after = [] {});
 
     // The actions of the two lists in order, each as its task's name and its start: "Volume 12:00:10".
     QStringList FarList();

@@ -6,14 +6,6 @@
 
 using namespace Qt::StringLiterals;
 
-namespace
-{
-
-constexpr int EARLY_INTERVAL_MS = 200;
-constexpr int FAR_INTERVAL_MS = 3000;
-
-} // namespace
-
 void PassingTest::WritePlaylist()
 {
     Data().WritePlaylist("first.mp3;60\nsecond.mp3;30\nthird.mp3;45\n", u"day"_s);
@@ -21,16 +13,11 @@ void PassingTest::WritePlaylist()
 
 void PassingTest::Pass(int seconds, int firstFar_ms)
 {
-    for (int passed_ms = EARLY_INTERVAL_MS; passed_ms <= seconds * 1000; passed_ms += EARLY_INTERVAL_MS)
-    {
-        Time().Advance_ms(EARLY_INTERVAL_MS);
-        if (passed_ms % FAR_INTERVAL_MS == firstFar_ms % FAR_INTERVAL_MS)
-            CheckFar();
-        CheckEarly();
+    PassTime(seconds * 1000, firstFar_ms, [this] {
         for (const PeerRequest& request : Bus().Requests())
             m_requests.append(Clock::TimeOfDay().toString(u"HH:mm:ss "_s) + request.Shown().section(u'.', 1));
         Bus().Clear();
-    }
+    });
     QCoreApplication::sendPostedEvents();
 }
 

@@ -10,7 +10,7 @@ protected:
     // Three tracks, of 60, 30 and 45 s: as "day" in schedules. Late starts are tolerated for 94 s.
     void WritePlaylist();
 
-    // Lets that much time pass. The first far pass comes after firstFar_ms, a multiple of 200, the others every 3 s.
+    // Lets that much time pass. The first far pass comes after firstFar_ms, the others every 3 s.
     void Pass(int seconds, int firstFar_ms = 3000);
 
     // The requests since the last call, each with the local time at which it came: "08:30:00 SetMasterVolume d 1".
