@@ -18,6 +18,8 @@ enum class EventKind : std::uint8_t
     FOLLOWUP, // requests that answer a peer's signal, as the end of a series of photos
 };
 
+inline constexpr size_t EVENT_KINDS = static_cast<size_t>(EventKind::FOLLOWUP) + 1;
+
 // One track of a playlist, as it will be heard.
 struct TrackTime
 {

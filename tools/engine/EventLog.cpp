@@ -52,7 +52,7 @@ void EventLog::OnFound(const Action& action, ActionFinding finding)
 
 size_t EventLog::Append(Event event)
 {
-    m_latest[{event.kind, event.lineNumber}] = {event.moment_ms, event.due_ms, event.isForced};
+    m_latest[static_cast<size_t>(event.kind)].insert(event.lineNumber, {event.moment_ms, event.due_ms, event.isForced});
     if (m_noted)
         m_noted(event);
     return m_events.Append(std::move(event));
@@ -61,9 +61,10 @@ size_t EventLog::Append(Event event)
 // The latest event of that kind and line; none where it is older than a date can be long.
 std::optional<EventLog::Outcome> EventLog::Latest(const Event& event) const
 {
-    const auto latest = m_latest.find({event.kind, event.lineNumber});
-    const bool isNew = latest != m_latest.end() && latest->second.moment_ms >= m_now_ms - DAY_AND_HOUR_MS;
-    return isNew ? std::optional(latest->second) : std::nullopt;
+    const auto& outcomes = m_latest[static_cast<size_t>(event.kind)];
+    const auto latest = outcomes.constFind(event.lineNumber);
+    const bool isNew = latest != outcomes.constEnd() && latest->moment_ms >= m_now_ms - DAY_AND_HOUR_MS;
+    return isNew ? std::optional(*latest) : std::nullopt;
 }
 
 void EventLog::OnMissed(const MissedStart& start)

@@ -4,8 +4,10 @@
 #include "Scheduler.h"
 #include "VirtualDevice.h"
 
+#include <QHash>
+
+#include <array>
 #include <functional>
-#include <map>
 #include <optional>
 #include <utility>
 
@@ -76,7 +78,7 @@ private:
     EventQueue m_events;
     VirtualDevice m_device;
     Noted m_noted;
-    std::map<std::pair<EventKind, int>, Outcome> m_latest; // of each kind, but missed ones, and each line
+    std::array<QHash<int, Outcome>, EVENT_KINDS> m_latest; // of each kind, but missed ones: by their lines
     Series m_series;
     const Action* m_running = nullptr; // whose task is run
     size_t m_event = NONE;             // to which requests belong

@@ -1,6 +1,7 @@
 #include "EventQueue.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 size_t EventQueue::Append(Event event)
@@ -38,6 +39,12 @@ void EventQueue::Release(qint64 until_ms, const IsHeld& isHeld, const Take& take
 
 void EventQueue::Finish(const Take& take)
 {
+    if (std::ranges::is_sorted(m_events, {}, &Event::moment_ms))
+    {
+        Release(
+            std::numeric_limits<qint64>::max(), [](size_t) { return false; }, take);
+        return;
+    }
     for (auto& [moment_ms, event] : m_missed)
         m_events.push_back(std::move(event));
     m_missed.clear();

@@ -3,7 +3,6 @@
 #include "base/Moment.h"
 
 #include <algorithm>
-#include <array>
 #include <ctime>
 
 namespace
@@ -34,16 +33,6 @@ std::time_t FirstOther(std::time_t from, std::time_t last)
 }
 
 } // namespace
-
-bool Stretch::IsFarFromChanges() const
-{
-    constexpr std::array DAYS{-1, 0, 1, 2};
-    const std::tm now = Local(static_cast<std::time_t>(begin_ms / Moment::MS_PER_S));
-    return std::ranges::all_of(DAYS, [&](int days) {
-        return IsSameSeason(now,
-                            Local(static_cast<std::time_t>((midnight_ms + days * Moment::DAY_MS) / Moment::MS_PER_S)));
-    });
-}
 
 Stretch Stretch::From(qint64 moment_ms)
 {

@@ -11,10 +11,6 @@ struct Stretch
     qint64 midnight_ms; // at which the wall clock, running so, would have shown 00:00:00
     bool isDayEnd;      // its end is the end of the local date
 
-    // Whether no clock is changed on its date, nor on the days before and after: a time of day then comes where the
-    // wall clock, running so, shows it.
-    [[nodiscard]] bool IsFarFromChanges() const;
-
     // The part of moment's stretch from moment on.
     [[nodiscard]] static Stretch From(qint64 moment_ms);
 };

@@ -5,6 +5,7 @@
 #include "base/Moment.h"
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 
 namespace
@@ -35,11 +36,9 @@ void WatchList::Load(const Scheduler& scheduler)
     m_open.clear();
     m_coming = 0;
     std::map<DaysKey, size_t> days;
-    for (const ActionList* list : {&scheduler.FarActions(), &scheduler.EarlyActions()})
-    {
-        for (const auto& action : *list)
-            Add(*action, days);
-    }
+    // By their times of day, as a stretch has them.
+    scheduler.Starts().Within(std::numeric_limits<int>::min(), std::numeric_limits<int>::max(),
+                              [&](const auto& entry) { Add(**entry, days); });
 }
 
 void WatchList::Add(const Action& action, std::map<DaysKey, size_t>& days)
@@ -72,9 +71,10 @@ void WatchList::Renew(const Stretch& stretch)
 
 void WatchList::SetStarts()
 {
+    const Clock::Reading now = Clock::Read();
     const qint64 now_s = Clock::Now();
-    const qint64 midnight_s = StartIndex::Latest(0, Clock::Read().local_ms / MS_PER_S);
-    const bool isPlain = m_stretch.IsFarFromChanges();
+    const qint64 midnight_s = StartIndex::Latest(0, now.local_ms / MS_PER_S);
+    const bool isPlain = Clock::IsSteady(now);
     for (Watch& watch : m_watches)
     {
         const Action& action = *watch.action;
@@ -102,14 +102,9 @@ void WatchList::AddChance(const Span& span, size_t place, bool isLate)
 
 void WatchList::Sort(const Scheduler& scheduler)
 {
-    for (const size_t place : m_close)
-        m_watches[place].isWatchedClosely = false;
     m_close.clear();
     for (const auto& action : scheduler.EarlyActions())
-    {
         m_close.push_back(m_places.value(action.get()));
-        m_watches[m_close.back()].isWatchedClosely = true;
-    }
 }
 
 qint64 WatchList::NextFar_ms(qint64 now_ms)
@@ -151,7 +146,7 @@ qint64 WatchList::NextNear_ms(const Watch& watch, qint64 now_ms) const
     if (action.m_startTime.isValid() && action.m_answeredDue_s != watch.due_s)
         next_ms =
             Next_ms({watch.start_ms - Scheduler::FAR_INTERVAL_MS, watch.start_ms + Scheduler::FAR_INTERVAL_MS}, now_ms);
-    if (watch.isWatchedClosely || action.m_task->IsRunning())
+    if (action.m_isWatched || action.m_task->IsRunning())
         return next_ms;
     return Sooner(next_ms, Next_ms(SpanOf(watch.start_ms, Action::AHEAD), now_ms));
 }

@@ -29,7 +29,7 @@ public:
     // Computes anew what every action does in that stretch. The Clock shows the stretch's beginning.
     void Renew(const Stretch& stretch);
 
-    // Takes over which actions are in which of the scheduler's lists.
+    // Takes over which actions are in the scheduler's early list.
     void Sort(const Scheduler& scheduler);
 
     // The first moment from now_ms on at which the far pass, or the early one, can find something; NEVER where that is
@@ -42,11 +42,10 @@ private:
     struct Watch
     {
         const Action* action;
-        size_t days;                   // its place in m_days
-        std::optional<int> second;     // of the day at which it starts
-        bool isWatchedClosely = false; // is in the scheduler's early list
-        qint64 start_ms = 0;           // when it is due, in the stretch or out of it
-        qint64 due_s = 0;              // the same by the clock on the wall, as MissedStarts counts
+        size_t days;               // its place in m_days
+        std::optional<int> second; // of the day at which it starts
+        qint64 start_ms = 0;       // when it is due, in the stretch or out of it
+        qint64 due_s = 0;          // the same by the clock on the wall, as MissedStarts counts
     };
 
     // From the first moment on, up to but not including the second.
