@@ -121,6 +121,8 @@ private Q_SLOTS:
     void SkippingAheadChangesNothing();
     void WhatIsMissedIsWhatTheDaemonLogs_data() { AddSeeds(OZNA_SEEDS / 4); }
     void WhatIsMissedIsWhatTheDaemonLogs();
+    void HandingOverEventsEarlyChangesNothing_data() { AddSeeds(2 + OZNA_SEEDS / 8); }
+    void HandingOverEventsEarlyChangesNothing();
     void OneMayEndItInTheMiddleOfADay();
     void AChangeOfTheClocksIsPartOfTheSpanThatItBegins();
     void cleanupTestCase();
@@ -131,6 +133,7 @@ private:
     qint64 m_requests = 0;
     qint64 m_passes = 0;
     qint64 m_everyPass = 0;
+    size_t m_early = 0;           // events that were handed over before the end
     QHash<QString, int> m_causes; // what was missed, by cause
 };
 
@@ -208,6 +211,41 @@ void RehearsalTest::WhatIsMissedIsWhatTheDaemonLogs()
         ++m_causes[text.section(": "_L1, 1)];
 }
 
+// A disturbance that never comes has all events kept to the end.
+void RehearsalTest::HandingOverEventsEarlyChangesNothing()
+{
+    QFETCH(const int, seed);
+    constexpr qint64 WEEKS_MS = 20 * Moment::DAY_MS;
+    const RandomSchedule schedule(static_cast<std::uint32_t>(seed), MOST_LINES);
+    const Workspace workspace(schedule.Path(), schedule.Folder());
+    Rehearsal::Plan plan{schedule.Start_ms(), schedule.Start_ms(), schedule.Start_ms() + WEEKS_MS};
+    QStringList requests;
+    QStringList starts;
+    QStringList missed;
+    size_t late = 0; // those that the end brought
+    {
+        Rehearsal rehearsal(workspace, plan);
+        QVERIFY(rehearsal.Run([&](double) {
+            late = rehearsal.Events().size();
+            return true;
+        }));
+        late = rehearsal.Events().size() - late;
+        requests = Requests(rehearsal);
+        starts = Starts(rehearsal);
+        missed = Missed(rehearsal);
+        m_early += rehearsal.Events().size() - late;
+    }
+    plan.disturbances.push_back({2 * WEEKS_MS, 1});
+    Rehearsal kept(workspace, plan);
+    QVERIFY(kept.Run());
+    const QByteArray difference = TextDiff(Requests(kept), requests, "request") +
+                                  TextDiff(Starts(kept), starts, "start") +
+                                  TextDiff(Missed(kept), missed, "missed start");
+    if (!difference.isEmpty())
+        qWarning("%s\n%s", schedule.Text().constData(), difference.constData());
+    QVERIFY(difference.isEmpty());
+}
+
 void RehearsalTest::OneMayEndItInTheMiddleOfADay()
 {
     const RandomSchedule schedule(1, 2000);
@@ -240,6 +278,7 @@ void RehearsalTest::cleanupTestCase()
         qInfo("%d missed: %s", cause.value(), qPrintable(cause.key()));
     qInfo("%lld requests; %lld passes instead of %lld", m_requests, m_passes, m_everyPass);
     QVERIFY(m_requests > OZNA_SEEDS * 10);
+    QVERIFY(m_early > 0);
     QVERIFY(m_passes < m_everyPass / 10);
     QVERIFY(m_causes.size() >= OZNA_SEEDS / 10 - 1);
 }
