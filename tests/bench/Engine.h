@@ -37,10 +37,8 @@ public:
     void FarPass();
     void EarlyPass();
 
-    // At noon again.
-    void ResetClock();
-
 private:
+    void ResetClock();
     [[nodiscard]] int Lines() const;
     void CheckLoaded() const;
 

@@ -1,6 +1,5 @@
 """The two schedulers of Debian that are measured beside the daemon: cron and busybox crond."""
 import os
-import re
 import subprocess
 import tempfile
 import time
@@ -52,7 +51,7 @@ class Crond(processes.Measured):
 
 
 class Cron(Crond):
-    name = "cron"
+    name = package = "cron"
     user = " root"
 
     @staticmethod
@@ -67,6 +66,7 @@ class Cron(Crond):
 
 class BusyboxCrond(Crond):
     name = "busybox crond"
+    package = "busybox-static"
 
     @staticmethod
     def write(folder, table):
@@ -78,11 +78,16 @@ class BusyboxCrond(Crond):
 
 
 def available():
-    """Those that can be run here: they want to be root."""
-    return [Cron, BusyboxCrond] if os.geteuid() == 0 else []
+    """Those that can be run here. Both want to be root, and cron a place of its own."""
+    if os.geteuid() != 0:
+        return []
+    has_place = subprocess.run(["unshare", "--mount", "true"], capture_output=True).returncode == 0
+    return [Cron, BusyboxCrond] if has_place else [BusyboxCrond]
 
 
 def versions():
-    shown = subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}\n", "cron", "busybox-static"], check=True,
-                           capture_output=True, text=True).stdout
-    return ", ".join(re.sub(r"-static", "", row) for row in shown.splitlines())
+    packages = [program.package for program in available()]
+    if not packages:
+        return "nothing: that takes root rights"
+    return subprocess.run(["dpkg-query", "-W", "-f", "${Package} ${Version}  ", *packages], check=True,
+                          capture_output=True, text=True).stdout.strip().replace("  ", ", ")

@@ -1,5 +1,6 @@
 """Processes that are measured, and what the system tells of them."""
 import os
+import re
 import signal
 import subprocess
 import tempfile
@@ -12,6 +13,9 @@ import schedules
 
 ROOT = Path(__file__).resolve().parents[2]
 BUILD = ROOT / "build/release"
+# How the tool ends when it has done its work, with findings or without; and when the limit has ended it.
+ENDS = (0, 1, 2)
+CUT = (-signal.SIGXCPU, -signal.SIGKILL)
 # A time zone that the environment names would be faster than the machine's, which a device has.
 os.environ.pop("TZ", None)
 time.tzset()
@@ -127,19 +131,16 @@ class Station:
 
 
 def run_tool(arguments, limit_s):
-    """Runs ozna-schedule; its processor time in seconds, None if it did not end within the limit, and the most memory
-    that it held, in bytes."""
-    process = subprocess.Popen([str(BUILD / "ozna-schedule"), *map(str, arguments)], env=ENVIRONMENT,
-                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    deadline = time.monotonic() + limit_s
-    while True:
-        pid, status, usage = os.wait4(process.pid, os.WNOHANG)
-        if pid:
-            process.returncode = os.waitstatus_to_exitcode(status)
-            return usage.ru_utime + usage.ru_stime, usage.ru_maxrss * 1024
-        if time.monotonic() > deadline:
-            process.send_signal(signal.SIGKILL)
-            _, _, usage = os.wait4(process.pid, 0)
-            process.returncode = -signal.SIGKILL
-            return None, usage.ru_maxrss * 1024
+    """Runs ozna-schedule; its processor time in seconds, None if it took more than the limit, and the most memory that
+    it held, in bytes."""
+    process = Measured(["prlimit", f"--cpu={limit_s}", BUILD / "ozna-schedule", *arguments])
+    most = 0
+    # The system's own account of the most memory begins with that of this process.
+    while "VmHWM" in (status := (process.folder / "status").read_text()):
+        most = max(most, int(re.search(r"VmHWM:\s+(\d+)", status)[1]) * 1024)
         time.sleep(0.01)
+    _, status, usage = os.wait4(process.process.pid, 0)
+    process.process.returncode = os.waitstatus_to_exitcode(status)
+    if process.process.returncode not in (*ENDS, *CUT):
+        raise RuntimeError(f"ozna-schedule {' '.join(map(str, arguments))}: {process.process.returncode}")
+    return None if process.process.returncode in CUT else usage.ru_utime + usage.ru_stime, most
