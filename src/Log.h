@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 // How grave a record is; the numbers are the log service's.
 enum LogLevel : unsigned int
 {
@@ -21,14 +23,14 @@ inline constexpr const char* ORIGIN = "/com/kestrelix/ozna/scheduler/schedulerob
 // Size of a record with its prefix and its terminator, in bytes; what is longer is cut.
 inline constexpr unsigned int RECORD_SIZE = 512;
 
-// The place in the source that a record names.
+// The place in the source that a record names, as the record begins: "[file:line] ". A literal, so that nobody puts it
+// together while the daemon runs.
 struct Site
 {
-    const char* file;
-    int line;
+    std::string_view prefix;
 };
 
-// Formats "[file:line] " and the message into one record and hands it to the process's log client.
+// Formats the site and the message into one record and hands it to the process's log client.
 // A cut never leaves half a UTF-8 character. Never throws; without a log client the record is dropped.
 void Emit(LogLevel level, const char* origin, Site site, const char* format, ...) __attribute__((format(printf, 4, 5)));
 
@@ -39,7 +41,9 @@ QString Tell(LogLevel level, const char* origin, Site site, const char* format, 
 
 } // namespace Log
 
-#define OZNA_LOG_SITE (Log::Site{__FILE__, __LINE__})
+#define OZNA_LOG_DIGITS(number) #number
+#define OZNA_LOG_PREFIX(file, line) "[" file ":" OZNA_LOG_DIGITS(line) "] "
+#define OZNA_LOG_SITE (Log::Site{OZNA_LOG_PREFIX(__FILE__, __LINE__)})
 
 // The one way a line is logged. Level and format are literals, so that the compiler checks the arguments.
 #define OZNA_LOG(level, ...) Log::Emit((level), Log::ORIGIN, OZNA_LOG_SITE, __VA_ARGS__)

@@ -24,7 +24,7 @@ namespace
 
 constexpr const char* PREFIX = "4 /com/kestrelix/ozna/scheduler/schedulerobj [LogRecord.cpp:7] ";
 constexpr const char* RECORD_PREFIX = "[LogRecord.cpp:7] ";
-constexpr Log::Site SITE{"LogRecord.cpp", 7};
+constexpr Log::Site SITE{"[LogRecord.cpp:7] "};
 
 bool m_isTaken = false; // whether what is written is kept
 QByteArrayList m_written;

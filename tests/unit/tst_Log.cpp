@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr Log::Site SITE{"Action.cpp", 7};
-const QByteArray PREFIX = "[Action.cpp:7] "_ba;
+constexpr Log::Site SITE{"[Action.cpp:7] "};
+const QByteArray PREFIX(SITE.prefix.data(), static_cast<qsizetype>(SITE.prefix.size()));
 // What is left for the message beside the prefix and the terminator.
 const qsizetype ROOM = 511 - PREFIX.size();
 
@@ -32,6 +32,8 @@ class LogTest final : public UnitTest
 private Q_SLOTS:
     void ARecordIsPrefixAndMessage_data();
     void ARecordIsPrefixAndMessage();
+    void ARecordWithoutArgumentsIsItsFormat();
+    void ARecordNamesItsPlace();
     void ALongMessageIsCut_data();
     void ALongMessageIsCut();
     void ACutLeavesNoHalfCharacter_data();
@@ -69,6 +71,23 @@ void LogTest::ARecordIsPrefixAndMessage()
     OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", message.constData());
     QCOMPARE(LogRecorder::Records().size(), 1);
     QCOMPARE(LogRecorder::Records()[0].text, PREFIX + message);
+}
+
+void LogTest::ARecordWithoutArgumentsIsItsFormat()
+{
+    OZNA_LOG_AT(SITE, LEVEL_NORMAL, "Starting schedule...");
+    OZNA_LOG_AT(SITE, LEVEL_NORMAL, "100%%");
+    OZNA_LOG_AT(SITE, LEVEL_NORMAL, " caf\xc3\xa9 \n");
+    const QByteArrayList expected{PREFIX + "Starting schedule...", PREFIX + "100%", PREFIX + " caf\xc3\xa9 \n"};
+    for (qsizetype i = 0; i < expected.size(); ++i)
+        QCOMPARE(LogRecorder::Records()[i].text, expected[i]);
+}
+
+void LogTest::ARecordNamesItsPlace()
+{
+    OZNA_LOG(LEVEL_NORMAL, "message");
+    const QByteArray place = '[' + QByteArray(__FILE__) + ':' + QByteArray::number(__LINE__ - 1) + "] message";
+    QCOMPARE(LogRecorder::Records()[0].text, place);
 }
 
 void LogTest::ALongMessageIsCut_data()
@@ -138,9 +157,11 @@ void LogTest::ACutOfWhatIsNoTextLeavesThePrefix()
 
 void LogTest::AnOverlongPrefixIsCutToo()
 {
-    const QByteArray file(600, 'f');
-    OZNA_LOG_AT((Log::Site{file.constData(), 1}), LEVEL_NORMAL, "%s", "message");
-    QCOMPARE(LogRecorder::Records()[0].text, '[' + QByteArray(510, 'f'));
+    const QByteArray prefix(600, 'f');
+    OZNA_LOG_AT(Log::Site{prefix.constData()}, LEVEL_NORMAL, "%s", "message");
+    OZNA_LOG_AT(Log::Site{prefix.constData()}, LEVEL_NORMAL, "message");
+    QCOMPARE(LogRecorder::Records()[0].text, QByteArray(511, 'f'));
+    QCOMPARE(LogRecorder::Records()[1].text, QByteArray(511, 'f'));
 }
 
 void LogTest::TheMessageIsFormatted()
