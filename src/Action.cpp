@@ -5,11 +5,15 @@
 #include "TaskTable.h"
 #include "tasks/PlayPlaylist.h"
 #include "tasks/RequestPddAction.h"
+#include "text/LineFields.h"
+#include "text/NumberText.h"
+#include "text/Printable.h"
 #include "text/Rejection.h"
 #include "text/ScheduleFields.h"
 #include "text/StringUtils.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 using namespace ScheduleFields;
@@ -19,13 +23,12 @@ namespace
 
 constexpr int LOST_S = 4; // ahead of the start, the last one included
 
-int ParseSpot(const char* name, const QString& field, int first, int last)
+int ParseSpot(const char* name, QLatin1String field, int first, int last)
 {
-    bool isNumber = false;
-    const int value = field.toInt(&isNumber);
-    if (isNumber && value >= first && value <= last)
-        return value;
-    OZNA_LOG(LEVEL_TRACE, "Found %s=%s, consider %s=all", name, qPrintable(field), name);
+    const std::optional<int> value = NumberText::ToInt(field);
+    if (value && *value >= first && *value <= last)
+        return *value;
+    OZNA_LOG(LEVEL_TRACE, "Found %s=%s, consider %s=all", name, Printable(field).Text(), name);
     return ANY;
 }
 
@@ -33,41 +36,45 @@ int ParseSpot(const char* name, const QString& field, int first, int last)
 
 Action::Action(const QString& line)
 {
-    OZNA_LOG(LEVEL_TRACE, ">>> Action line: %s", qPrintable(line.left(Log::RECORD_SIZE)));
+    OZNA_LOG(LEVEL_TRACE, ">>> Action line: %s", Printable(QStringView(line).left(Log::RECORD_SIZE)).Text());
 
-    const qsizetype fieldCount = StringUtils::CountTokens(line, FIELD_SEPARATOR);
-    if (fieldCount <= FIELD_TASK)
+    const LineFields fields(line);
+    if (fields.Count() <= FIELD_TASK)
         throw Rejection(Rejection::Cause::FIELD_COUNT,
                         OZNA_TELL(LEVEL_ERROR, "Wrong action fields (%d found, at least %d expected)",
-                                  static_cast<int>(fieldCount), FIELD_TASK + 1));
+                                  static_cast<int>(fields.Count()), FIELD_TASK + 1));
 
-    const QStringList fields = StringUtils::FirstTokens(line, FIELD_SEPARATOR, FIELD_COUNT);
     ParseWeekDays(fields[FIELD_DAYS]);
     ParseStartTime(fields[FIELD_START_TIME]);
     ParseSpotDate(fields);
     ParseValidity(fields[FIELD_FROM], fields[FIELD_TO]);
-    const TaskType type = Task::NameToType(fields[FIELD_TASK]);
-    const QString parameterText = ParameterText(fields, fieldCount);
-    LogSummary(fields, type, parameterText);
-    CreateTask(type, fields[FIELD_START_TIME], parameterText);
+    const TaskType type = Task::NameToType(QString(fields[FIELD_TASK]));
+    LogSummary(fields, type);
+    CreateTask(type, fields);
 }
 
 Action::~Action() = default;
 
-void Action::ParseStartTime(const QString& field)
+void Action::ParseStartTime(QLatin1String field)
 {
-    const QStringList parts = StringUtils::FirstTokens(field, TIME_SEPARATOR, TIME_PARTS);
-    if (parts.size() < TIME_PARTS)
-        throw Rejection(
-            Rejection::Cause::START_TIME,
-            OZNA_TELL(LEVEL_ERROR, "Wrong action start time (%s: hour:minute:second expected)", qPrintable(field)));
-    m_hour = parts[0].toInt();
-    m_minute = parts[1].toInt();
-    m_second = parts[2].toInt();
+    std::array<int, TIME_PARTS> parts = {};
+    StringUtils::TokenReader reader(field, TIME_SEPARATOR);
+    for (int& part : parts)
+    {
+        QLatin1String token;
+        if (!reader.Next(token))
+            throw Rejection(Rejection::Cause::START_TIME,
+                            OZNA_TELL(LEVEL_ERROR, "Wrong action start time (%s: hour:minute:second expected)",
+                                      Printable(field).Text()));
+        part = NumberText::ToInt(token).value_or(0);
+    }
+    m_hour = parts[0];
+    m_minute = parts[1];
+    m_second = parts[2];
     m_startTime = QTime(m_hour, m_minute, m_second);
 }
 
-void Action::ParseSpotDate(const QStringList& fields)
+void Action::ParseSpotDate(const LineFields& fields)
 {
     constexpr int LAST_DAY = 31;
     constexpr int LAST_MONTH = 12;
@@ -76,34 +83,41 @@ void Action::ParseSpotDate(const QStringList& fields)
     m_year = ParseSpot("year", fields[FIELD_YEAR], std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
 }
 
-void Action::LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const
+void Action::LogSummary(const LineFields& fields, TaskType type) const
 {
     OZNA_LOG(LEVEL_DETAIL, "--------------- Action --------------");
-    OZNA_LOG(LEVEL_DETAIL, "Dow:    0x%x (%s) ", static_cast<unsigned int>(m_dow), qPrintable(fields[FIELD_DAYS]));
+    OZNA_LOG(LEVEL_DETAIL, "Dow:    0x%x (%s) ", static_cast<unsigned int>(m_dow),
+             Printable(fields[FIELD_DAYS]).Text());
     OZNA_LOG(LEVEL_DETAIL, "Start:  %02d:%02d:%02d", m_hour, m_minute, m_second);
-    OZNA_LOG(LEVEL_DETAIL, "Spot:   day=%s, month=%s, year=%s", qPrintable(SpotText(m_day)),
-             qPrintable(SpotText(m_month)), qPrintable(SpotText(m_year)));
-    OZNA_LOG(LEVEL_DETAIL, "From:   %s", qPrintable(FromText()));
-    OZNA_LOG(LEVEL_DETAIL, "To:     %s", qPrintable(ToText()));
-    OZNA_LOG(LEVEL_DETAIL, "Task:   %s (type=%d)", qPrintable(fields[FIELD_TASK]), type);
-    OZNA_LOG(LEVEL_DETAIL, "Params: %s", qPrintable(parameterText.left(Log::RECORD_SIZE)));
+    OZNA_LOG(LEVEL_DETAIL, "Spot:   day=%s, month=%s, year=%s", Printable(SpotText(m_day)).Text(),
+             Printable(SpotText(m_month)).Text(), Printable(SpotText(m_year)).Text());
+    OZNA_LOG(LEVEL_DETAIL, "From:   %s", Printable(FromText()).Text());
+    OZNA_LOG(LEVEL_DETAIL, "To:     %s", Printable(ToText()).Text());
+    OZNA_LOG(LEVEL_DETAIL, "Task:   %s (type=%d)", Printable(fields[FIELD_TASK]).Text(), type);
+    OZNA_LOG(LEVEL_DETAIL, "Params: %s", Printable(fields.Parameters().left(Log::RECORD_SIZE)).Text());
     OZNA_LOG(LEVEL_DETAIL, "-------------------------------------");
 }
 
-void Action::CreateTask(TaskType type, const QString& startTime, const QString& parameterText)
+void Action::CreateTask(TaskType type, const LineFields& fields)
 {
     const TaskKind* kind = TaskTable::Find(type);
     if (kind == nullptr || kind->create == nullptr)
         throw Rejection(Rejection::Cause::TASK, OZNA_TELL(LEVEL_ERROR, "Unknown task (%d)", type));
+    const QString parameterText(fields.Parameters());
     if (!kind->Accepts(StringUtils::CountTokens(parameterText, PARAMETER_SEPARATOR)))
         throw Rejection(Rejection::Cause::PARAMETERS,
                         OZNA_TELL(LEVEL_ERROR, "Wrong task parameters (%s)", kind->logName));
     const QStringList parameters = StringUtils::FirstTokens(parameterText, PARAMETER_SEPARATOR, MOST_PARAMETERS);
-    m_task = kind->create({startTime, parameterText, parameters});
+    m_task = kind->create({QString(fields[FIELD_START_TIME]), parameterText, parameters});
 
     const auto* pdd = qobject_cast<const RequestPddAction*>(m_task.get());
     if (pdd != nullptr && !connect(pdd, &RequestPddAction::PddAction, this, &Action::OnPddActionRequest))
         throw Rejection(Rejection::Cause::TASK, OZNA_TELL(LEVEL_ERROR, "RequestPddAction task creation failed"));
+}
+
+bool Action::CanRequestPddAction() const
+{
+    return m_task->m_type == TASK_REQUEST_PDD_ACTION;
 }
 
 bool Action::IsDueOn(const QDate& date) const

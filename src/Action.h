@@ -4,13 +4,14 @@
 #include "Task.h"
 
 #include <QObject>
-#include <QStringList>
 #include <QTime>
 
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <optional>
+
+class LineFields;
 
 // One entry of the schedule: on which days and at what time of day which task is done. Owns its task; has no parent.
 //
@@ -84,19 +85,23 @@ public:
     // Whether the entry is due on that local date, at its start time.
     bool IsDueOn(const QDate& date) const;
 
-    int m_lineNumber = 0; // of the schedule file; 0 for an action that comes from none
-    int m_hour = 0;       // as the line gives it, not checked
-    int m_minute = 0;
-    int m_second = 0;
-    QTime m_startTime; // invalid when the three are out of range
-    std::unique_ptr<Task> m_task;
-    int m_delay = 0;       // by how many seconds the start is late, from IsReady for the Start that follows
+    // Whether it may ever emit PddActionRequested.
+    bool CanRequestPddAction() const;
+
     bool m_forced = false; // to be started at once; set right after the load, cleared by Start
 
     // Set by the list that it is in: whether that is the list of the actions that are watched closely, and its place
     // there, which grows towards the end.
     bool m_isWatched = false;
     std::uint32_t m_place = 0;
+
+    std::unique_ptr<Task> m_task;
+    int m_lineNumber = 0; // of the schedule file; 0 for an action that comes from none
+    int m_hour = 0;       // as the line gives it, not checked
+    int m_minute = 0;
+    int m_second = 0;
+    QTime m_startTime; // invalid when the three are out of range
+    int m_delay = 0;   // by how many seconds the start is late, from IsReady for the Start that follows
 
     // The last start that was answered, as MissedStarts counts them.
     std::int64_t m_answeredDue_s = NO_START;
@@ -110,10 +115,10 @@ public Q_SLOTS:
     void OnPddActionRequest(PDD_ACTION action, bool enable);
 
 private:
-    void ParseStartTime(const QString& field);
-    void ParseSpotDate(const QStringList& fields);
-    void LogSummary(const QStringList& fields, TaskType type, const QString& parameterText) const;
-    void CreateTask(TaskType type, const QString& startTime, const QString& parameterText);
+    void ParseStartTime(QLatin1String field);
+    void ParseSpotDate(const LineFields& fields);
+    void LogSummary(const LineFields& fields, TaskType type) const;
+    void CreateTask(TaskType type, const LineFields& fields);
 
     int SecondsToStart() const; // negative after the start
 };

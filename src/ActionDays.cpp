@@ -2,6 +2,7 @@
 
 #include "Clock.h"
 #include "text/ScheduleFields.h"
+#include "text/TimeText.h"
 
 #include <algorithm>
 
@@ -11,7 +12,6 @@ using ScheduleFields::DAYS_A_WEEK;
 namespace
 {
 
-const QString VALIDITY_FORMAT = QStringLiteral("yyyyMMdd");
 const QString SUMMARY_FORMAT = QStringLiteral("dd-MM-yyyy");
 
 QString ValidityText(bool given, const QDate& date)
@@ -26,7 +26,7 @@ bool Includes(int spot, int value)
 
 } // namespace
 
-void ActionDays::ParseWeekDays(const QString& field)
+void ActionDays::ParseWeekDays(QLatin1String field)
 {
     const int days = static_cast<int>(std::min<qsizetype>(field.size(), DAYS_A_WEEK));
     for (int i = 0; i < days; ++i)
@@ -37,11 +37,11 @@ void ActionDays::ParseWeekDays(const QString& field)
     }
 }
 
-void ActionDays::ParseValidity(const QString& from, const QString& to)
+void ActionDays::ParseValidity(QLatin1String from, QLatin1String to)
 {
-    m_from = QDate::fromString(from, VALIDITY_FORMAT);
+    m_from = TimeText::ReadDate(from);
     m_hasFrom = m_from.isValid();
-    m_to = QDate::fromString(to, VALIDITY_FORMAT);
+    m_to = TimeText::ReadDate(to);
     m_hasTo = m_to.isValid();
 }
 

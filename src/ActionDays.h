@@ -11,14 +11,15 @@
 class ActionDays
 {
 public:
-    std::uint8_t m_dow = 0; // bit n: the C library's week-day number n
-    int m_day = -1;         // -1: any
+    // In an order without gaps: there may be a hundred thousand entries.
+    QDate m_from;   // inclusive, where m_hasFrom
+    QDate m_to;     // inclusive, where m_hasTo
+    int m_day = -1; // -1: any
     int m_month = -1;
     int m_year = -1;
+    std::uint8_t m_dow = 0; // bit n: the C library's week-day number n
     bool m_hasFrom = false;
-    QDate m_from; // inclusive
     bool m_hasTo = false;
-    QDate m_to; // inclusive
 
     // Whether today is one of the days.
     [[nodiscard]] bool IsDueToday() const;
@@ -32,10 +33,10 @@ public:
 
 protected:
     // Reads the days of the week, seven characters from Monday to Sunday of which "1" means due.
-    void ParseWeekDays(const QString& field);
+    void ParseWeekDays(QLatin1String field);
 
     // Reads the first and the last date, "yyyyMMdd" each; what is no date is no limit.
-    void ParseValidity(const QString& from, const QString& to);
+    void ParseValidity(QLatin1String from, QLatin1String to);
 
     // How records tell them: a spot field's number or "*", and a limit's date or "always".
     [[nodiscard]] static QString SpotText(int value);

@@ -3,6 +3,7 @@
 #include "Log.h"
 #include "peers/PeerOwner.h"
 #include "peers/PeerReply.h"
+#include "text/NumberText.h"
 
 #include <limits>
 
@@ -51,9 +52,8 @@ void Task::SetCompleted(bool completed)
 
 TaskType Task::NameToType(const QString& name)
 {
-    bool isNumber = false;
-    const int number = name.toInt(&isNumber);
-    return isNumber ? static_cast<TaskType>(number) : TypeOfScheduleName(name);
+    const std::optional<int> number = NumberText::ToInt(name);
+    return number ? static_cast<TaskType>(*number) : TypeOfScheduleName(name);
 }
 
 QString Task::GetName() const

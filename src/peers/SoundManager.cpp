@@ -4,13 +4,12 @@
 #include "PeerOwner.h"
 #include "PeerProxies.h"
 #include "ProxyTimeout.h"
+#include "text/TimeText.h"
 
 #include <SoundManagerProxy.h>
 
 namespace
 {
-
-const QString TIME_FORMAT = QStringLiteral("hh:mm:ss");
 
 // Arguments that mean nothing, but belong to the call.
 constexpr bool RESERVED_SWITCH = false;
@@ -89,10 +88,10 @@ const PeerOwner* SoundManager::Owner()
 
 QTime SoundManager::ParseTime(const QString& text)
 {
-    return QTime::fromString(text, TIME_FORMAT);
+    return TimeText::ReadTime(text);
 }
 
 QString SoundManager::FormatTime(const QTime& time)
 {
-    return time.toString(TIME_FORMAT);
+    return TimeText::WriteTime(time);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "NumberText.h"
+
 #include <QString>
 
 // How a task reads the numbers among its parameters.
@@ -12,10 +14,8 @@ inline constexpr int ON = 1;
 // text as a decimal number. Text that is none gives fallback, after onInvalid has been called to log it.
 template <typename OnInvalid> int ToInt(const QString& text, int fallback, OnInvalid onInvalid)
 {
-    bool isNumber = false;
-    const int value = text.toInt(&isNumber);
-    if (isNumber)
-        return value;
+    if (const std::optional<int> value = NumberText::ToInt(text))
+        return *value;
     onInvalid();
     return fallback;
 }

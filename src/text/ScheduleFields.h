@@ -1,8 +1,5 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
-
 // How a line of a schedule is cut into fields, its start time into parts, and its last field into parameters.
 namespace ScheduleFields
 {
@@ -31,12 +28,5 @@ inline constexpr int DAYS_A_WEEK = 7;
 
 // Of a spot field: no restriction.
 inline constexpr int ANY = -1;
-
-// The text of the parameters. fields: the first FIELD_COUNT of the fieldCount that a line has.
-// Any count but FIELD_COUNT, ten fields and more included, leaves the task without parameters.
-[[nodiscard]] inline QString ParameterText(const QStringList& fields, qsizetype fieldCount)
-{
-    return fieldCount == FIELD_COUNT ? fields[FIELD_PARAMETERS] : QString();
-}
 
 } // namespace ScheduleFields

@@ -17,4 +17,22 @@ QStringList FirstTokens(const QString& line, char separator, qsizetype count);
 // How many tokens there are, without making them.
 qsizetype CountTokens(const QString& line, char separator);
 
+// The same tokens of 8-bit text, one after the other and in place.
+class TokenReader final
+{
+public:
+    TokenReader(QLatin1String text, char separator)
+        : m_rest(text)
+        , m_separator(separator)
+    {
+    }
+
+    // The next token; false when there is none.
+    [[nodiscard]] bool Next(QLatin1String& token);
+
+private:
+    QLatin1String m_rest;
+    const QLatin1Char m_separator;
+};
+
 } // namespace StringUtils

@@ -1,6 +1,7 @@
 #include "Entry.h"
 
 #include "TaskTable.h"
+#include "text/LineFields.h"
 #include "text/StringUtils.h"
 
 #include <array>
@@ -39,11 +40,10 @@ std::vector<Entry> Entry::Of(std::vector<ScheduleLine>& lines)
     {
         if (line.isSkipped)
             continue;
-        const qsizetype count = StringUtils::CountTokens(line.text, FIELD_SEPARATOR);
-        const QStringList fields = StringUtils::FirstTokens(line.text, FIELD_SEPARATOR, FIELD_COUNT);
+        const LineFields fields(line.text);
         entries.push_back(
-            {line, count, fields,
-             StringUtils::FirstTokens(ParameterText(fields, count), PARAMETER_SEPARATOR, MOST_PARAMETERS)});
+            {line, fields.Count(), StringUtils::FirstTokens(line.text, FIELD_SEPARATOR, FIELD_COUNT),
+             StringUtils::FirstTokens(QString(fields.Parameters()), PARAMETER_SEPARATOR, MOST_PARAMETERS)});
     }
     return entries;
 }
