@@ -1,6 +1,7 @@
 #include "TextFile.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <string_view>
@@ -10,7 +11,7 @@
 namespace
 {
 
-constexpr qint64 BLOCK_SIZE = 65536;
+constexpr qint64 BLOCK_SIZE = 16384;
 constexpr qint64 LEAST_READ = 1048576; // a file that grows is read up to here in any case
 constexpr QChar LINE_FEED = u'\n';
 constexpr QChar CARRIAGE_RETURN = u'\r';
@@ -134,15 +135,17 @@ bool TextFile::ReadLine(QString& line)
 bool TextFile::ReadBlock()
 {
     m_position = 0;
+    std::array<char, BLOCK_SIZE> block;
     do
     {
-        const QByteArray bytes = m_file.read(std::min(m_unread, BLOCK_SIZE));
-        if (bytes.isEmpty())
+        const qint64 size = m_file.read(block.data(), std::min(m_unread, BLOCK_SIZE));
+        if (size <= 0)
         {
             m_block.clear();
             return false;
         }
-        m_unread -= bytes.size();
+        const QByteArrayView bytes(block.data(), size);
+        m_unread -= size;
         if (!m_decoder.isValid())
             m_decoder = QStringDecoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
         m_block = m_decoder(bytes);
