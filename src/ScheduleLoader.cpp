@@ -65,7 +65,7 @@ void ScheduleLoader::AddAction(const QString& line, int lineNumber) const
         OZNA_LOG_AT(m_site, LEVEL_WARNING, "Action ignored");
         return;
     }
-    if (m_link(*action))
+    if (!action->CanRequestPddAction() || m_link(*action))
         m_actions.Append(std::move(action));
     else
         OZNA_LOG_AT(m_site, LEVEL_WARNING, "Action creation failed");

@@ -11,7 +11,8 @@
 class ScheduleLoader final
 {
 public:
-    // Links an action to who owns the list, before the list takes it; false when it cannot.
+    // Links an action that can request a PDD action to who owns the list, before the list takes it; false when it
+    // cannot. The others have nothing to tell, and a link takes as much memory as an action and its task do.
     using Link = std::function<bool(const Action& action)>;
 
     // actions: the list that is filled, which outlives the loader. site: the caller's.

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void AnExceptionWhileLoadingEndsTheLoad();
     void AReadErrorIsLogged();
     void AnActionThatCannotBeConnectedIsDropped();
+    void OnlyActionsWithAnAnnouncementAreConnected();
     void ASchedulerThatCannotBeConnectedIsNone_data();
     void ASchedulerThatCannotBeConnectedIsNone();
     void AMessageWhoseEndCannotBeHeardIsTold();
@@ -64,14 +65,15 @@ void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
     for (const int failing : {0, 1, 2})
     {
         Begin();
-        BrokenFunctions::goodConnections = failing;
+        Data().WriteSchedule(QByteArray("1111111|08:30:00|*|*|*|||19|1,1\n").repeated(3));
+        BrokenFunctions::goodConnections = 2 * failing + 1; // one of its task comes before that of an action
         Engine().Start();
         LogLines lines{"4 [Scheduler.cpp] Starting schedule...", "4 [Scheduler.cpp] Loading schedule from " +
                                                                      Data().SchedulePath(u"schedule.csv"_s).toUtf8() +
                                                                      "..."};
         for (int i = 0; i < 3; ++i)
         {
-            lines.append("4 [tasks/StopMessage.cpp] TASK CREATED | StopMessage");
+            lines.append("4 [tasks/RequestPddAction.cpp] TASK CREATED | RequestPddAction(STREAM_MIC, 1)");
             if (i == failing)
                 lines.append("2 [Scheduler.cpp] Action creation failed");
         }
@@ -80,6 +82,15 @@ void BrokenLibraryTest::AnActionThatCannotBeConnectedIsDropped()
         EXPECT_LOG(4, (lines));
         QCOMPARE(FarList().size(), 2);
     }
+}
+
+void BrokenLibraryTest::OnlyActionsWithAnAnnouncementAreConnected()
+{
+    BrokenFunctions::goodConnections = 0;
+    Engine().Start();
+    QCOMPARE(FarList().size(), 3);
+    QCOMPARE(BrokenFunctions::goodConnections, 0);
+    BrokenFunctions::goodConnections = -1;
 }
 
 void BrokenLibraryTest::ASchedulerThatCannotBeConnectedIsNone_data()

@@ -80,7 +80,7 @@ void TaskCreationTest::AKindTakesItsFirstParameter_data()
     {
         const QString name = QString::fromLatin1(reading.task).section(u'|', 0, 0);
         const KindRow& kind = KindOf(name);
-        if (name + u"|{1}," != QLatin1StringView(reading.task) || kind.most != -1)
+        if (name + u"|{1},"_s != QLatin1StringView(reading.task) || kind.most != -1)
             continue;
         const auto& read = reading.texts->read;
         const auto one = std::ranges::find_if(read, [](const auto& text) { return text.first == "1"_ba; });
