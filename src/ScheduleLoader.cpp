@@ -3,6 +3,7 @@
 #include "Action.h"
 #include "Clock.h"
 #include "process/StopRequest.h"
+#include "text/SharedValues.h"
 #include "text/TextFile.h"
 
 #include <stdexcept>
@@ -38,6 +39,7 @@ void ScheduleLoader::ReadLines(const QString& path) const
             OZNA_LOG_AT(m_site, LEVEL_WARNING, "Schedule file open error: %s", qPrintable(file.OpenError()));
         return;
     }
+    const SharedValues shared;
     for (QString line; !StopRequest::IsMade() && file.ReadLine(line);)
         AddAction(line, file.LineNumber());
     if (StopRequest::IsMade())

@@ -4,7 +4,9 @@
 #include "peers/PeerOwner.h"
 #include "peers/PeerReply.h"
 #include "text/NumberText.h"
+#include "text/SharedValues.h"
 
+#include <iterator>
 #include <limits>
 
 namespace
@@ -18,7 +20,7 @@ const char* PddActionName(PDD_ACTION action)
 }
 
 Task::Task(TaskType type, const QString& identifier)
-    : m_identifier(identifier)
+    : m_identifier(SharedValues::Of(identifier))
     , m_type(type)
 {
 }
@@ -66,12 +68,27 @@ QString Task::GetSubject() const
     return m_identifier;
 }
 
+void Task::NoteWarning(int parameter, const QString& text)
+{
+    auto last = m_warnings.before_begin();
+    while (std::next(last) != m_warnings.end())
+        ++last;
+    m_warnings.insert_after(last, {parameter, SharedValues::Of(text)});
+}
+
+Task::Work& Task::WorkBegun()
+{
+    if (m_work == nullptr)
+        m_work = std::make_unique<Work>();
+    return *m_work;
+}
+
 void Task::BeginWork()
 {
     m_running = true;
     m_endedWithPeer = false;
-    m_peer.clear();
-    static_cast<void>(disconnect(m_peerLeft));
+    WorkBegun().peer.clear();
+    static_cast<void>(disconnect(WorkBegun().peerLeft));
 }
 
 void Task::HandOver(const PeerOwner* owner, const PeerReply& reply)
@@ -79,16 +96,17 @@ void Task::HandOver(const PeerOwner* owner, const PeerReply& reply)
     if (owner == nullptr)
         return;
     // PeerOwner may still name an earlier owner: the loop has not heard yet that it has left.
-    m_peer = reply.Sender().isEmpty() ? owner->Name() : reply.Sender();
-    m_endedWithPeer = m_peer.isEmpty() && reply.IsBusError();
-    m_peerLeft = connect(owner, &PeerOwner::Left, this, &Task::OnPeerLeft);
-    if (!m_peerLeft)
+    Work& work = WorkBegun();
+    work.peer = reply.Sender().isEmpty() ? owner->Name() : reply.Sender();
+    m_endedWithPeer = work.peer.isEmpty() && reply.IsBusError();
+    work.peerLeft = connect(owner, &PeerOwner::Left, this, &Task::OnPeerLeft);
+    if (!work.peerLeft)
         OZNA_LOG(LEVEL_WARNING, "Can't wait for the peer of %s to leave", qPrintable(GetName()));
 }
 
 void Task::OnPeerLeft(const QString& name)
 {
-    if (name != m_peer || !IsRunning())
+    if (name != WorkBegun().peer || !IsRunning())
         return;
     m_endedWithPeer = true;
     OZNA_LOG(LEVEL_WARNING, "TASK ENDED WITH ITS PEER | %s: %s", qPrintable(GetName()), qPrintable(GetSubject()));

@@ -2,15 +2,17 @@
 
 #include "TaskType.h"
 
-#include <QList>
 #include <QMetaObject>
 #include <QObject>
 #include <QString>
 
 #include <cstdint>
+#include <forward_list>
+#include <memory>
 
 class PeerOwner;
 class PeerReply;
+class QDBusPendingCallWatcher;
 
 // The actions that the PDD peer can be asked for; travels on the bus as an unsigned int.
 enum PDD_ACTION : std::int32_t
@@ -60,7 +62,7 @@ public:
     virtual void SetCompleted(bool completed);
 
     // In the order of their records.
-    [[nodiscard]] const QList<TaskWarning>& Warnings() const { return m_warnings; }
+    [[nodiscard]] const std::forward_list<TaskWarning>& Warnings() const { return m_warnings; }
 
     // The type that a schedule line asks for by number or by name: any decimal number as it stands,
     // a known name's type, TASK_UNKNOWN for every other text.
@@ -69,13 +71,25 @@ public:
     // The name of the task's kind in log records; "unknown" for a type that has none.
     QString GetName() const;
 
-    bool m_running = false;
     const QString m_identifier;
     const TaskType m_type;
+    bool m_running = false;
 
 protected:
+    // What is known of work that was begun.
+    struct Work
+    {
+        QString peer; // the unique name of who does it; empty: not known
+        QMetaObject::Connection peerLeft;
+        QMetaObject::Connection ended;                       // of a task that waits for a signal of its end
+        std::shared_ptr<const QDBusPendingCallWatcher> turn; // of the answer after which that signal counts
+    };
+
     // A record of level 2 has told that; see TaskWarning.
-    void NoteWarning(int parameter, const QString& text) { m_warnings.append({parameter, text}); }
+    void NoteWarning(int parameter, const QString& text);
+
+    // Most entries of a long schedule have not begun theirs yet, and take no memory for it.
+    [[nodiscard]] Work& WorkBegun();
 
     // Marks the task as running, before it calls its peer, and forgets the peer that did the work before.
     void BeginWork();
@@ -92,8 +106,7 @@ protected:
 private:
     void OnPeerLeft(const QString& name);
 
-    QList<TaskWarning> m_warnings;
-    QString m_peer; // the unique name of who does the work; empty: not known
-    QMetaObject::Connection m_peerLeft;
     bool m_endedWithPeer = false;
+    std::forward_list<TaskWarning> m_warnings;
+    std::unique_ptr<Work> m_work; // null before any
 };

@@ -1,14 +1,17 @@
 #include "PlayMessage.h"
 
+#include "text/Printable.h"
+#include "text/SharedValues.h"
+
 #include <SoundManagerProxy.h>
 
 PlayMessage::PlayMessage(const QString& time, const QString& file, const QString& volume)
-    : PlayTask(TASK_PLAY_MESSAGE, SoundManager::SOURCE_FILE, {}, volume, OZNA_LOG_SITE)
-    , m_file(file)
+    : PlayTask(TASK_PLAY_MESSAGE, {}, volume, OZNA_LOG_SITE)
     , m_startTime(SoundManager::ParseTime(time))
+    , m_file(SharedValues::Of(file))
 {
-    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayMessage: %s @ %s (vol=%d)", qPrintable(m_file),
-             qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
+    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayMessage: %s @ %s (vol=%d)", Printable(m_file).Text(),
+             Printable(SoundManager::FormatTime(m_startTime)).Text(), Volume());
 }
 
 PlayMessage::~PlayMessage()

@@ -29,7 +29,8 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString GetSubject() const override { return m_file; }
+    [[nodiscard]] const char* Source() const override { return SoundManager::SOURCE_FILE; }
 
-    const QString m_file;
     const QTime m_startTime;
+    const QString m_file;
 };

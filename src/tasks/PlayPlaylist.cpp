@@ -1,6 +1,7 @@
 #include "PlayPlaylist.h"
 
 #include "DataRoot.h"
+#include "text/Printable.h"
 
 #include <SoundManagerProxy.h>
 
@@ -21,13 +22,13 @@ constexpr const char* STOP_ORIGIN = "/com/kestrelix/ozna/updatemanager/updateobj
 } // namespace
 
 PlayPlaylist::PlayPlaylist(const QString& time, const QString& name, const QString& volume, const QString& identifier)
-    : PlayTask(TASK_PLAY_PLAYLIST, SoundManager::SOURCE_PLAYLIST, identifier, volume, OZNA_LOG_SITE)
-    , m_name(name)
+    : PlayTask(TASK_PLAY_PLAYLIST, identifier, volume, OZNA_LOG_SITE)
     , m_startTime(SoundManager::ParseTime(time))
+    , m_name(SharedValues::Of(name))
+    , m_tracks(LoadPlaylistInfo())
 {
-    LoadPlaylistInfo();
-    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayPlaylist: %s at %s (%d s, vol=%d)", qPrintable(m_name),
-             qPrintable(SoundManager::FormatTime(m_startTime)), static_cast<int>(m_total_s), Volume());
+    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayPlaylist: %s at %s (%d s, vol=%d)", Printable(m_name).Text(),
+             Printable(SoundManager::FormatTime(m_startTime)).Text(), static_cast<int>(m_tracks->Total_s()), Volume());
 }
 
 PlayPlaylist::~PlayPlaylist()
@@ -46,7 +47,7 @@ QString PlayPlaylist::GetPlaylistsPath()
 
 unsigned int PlayPlaylist::GetDelayable_s() const
 {
-    return m_delayable_s;
+    return m_tracks->LastStart_s();
 }
 
 // The file is read once.
@@ -60,18 +61,19 @@ void PlayPlaylist::SetCompleted(bool completed)
     m_completed = completed;
 }
 
-void PlayPlaylist::LoadPlaylistInfo()
+SharedValues::Tracks PlayPlaylist::LoadPlaylistInfo()
 {
     if (m_name.isEmpty())
         Reject(Rejection::Cause::PLAYLIST_FILE,
                {OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_ERROR, "Playlist name not specified")});
     const QString path = GetPlaylistsPath() + QLatin1Char('/') + m_name;
-    OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Loading playlist from %s", qPrintable(path));
+    OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Loading playlist from %s", Printable(path).Text());
     PlaylistFile playlist(path);
     Open(playlist, path);
     const TextFile& file = playlist.File();
+    TrackList tracks;
     for (PlaylistFile::Line line; playlist.ReadLine(line);)
-        Take(line);
+        Take(line, tracks);
     if (!file.ReadError().isEmpty())
         NoteWarning(
             TaskWarning::NO_PARAMETER,
@@ -81,14 +83,13 @@ void PlayPlaylist::LoadPlaylistInfo()
                     OZNA_TELL_FROM(FILE_ORIGIN, LEVEL_WARNING,
                                    "Playlist file may be cut: line %d has no line end (path=%s)", file.LineNumber(),
                                    qPrintable(path)));
-    if (m_items.empty())
+    if (tracks.IsEmpty())
     {
         OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist is empty");
         Reject(Rejection::Cause::PLAYLIST_EMPTY, {});
     }
-    m_total_s -= PLAYLIST_GAP_S;
-    m_delayable_s = m_total_s - static_cast<unsigned int>(m_items.back().duration_s);
-    OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist loaded (%d tracks)", static_cast<int>(m_items.size()));
+    OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist loaded (%d tracks)", static_cast<int>(tracks.Tracks().size()));
+    return SharedValues::Of(tracks);
 }
 
 void PlayPlaylist::Open(PlaylistFile& playlist, const QString& path)
@@ -106,22 +107,21 @@ void PlayPlaylist::Open(PlaylistFile& playlist, const QString& path)
     Reject(Rejection::Cause::PLAYLIST_FILE, reasons, path);
 }
 
-void PlayPlaylist::Take(const PlaylistFile::Line& line)
+void PlayPlaylist::Take(const PlaylistFile::Line& line, TrackList& tracks)
 {
-    const auto shown = line.text.left(Log::RECORD_SIZE);
+    const QStringView shown = QStringView(line.text).left(Log::RECORD_SIZE);
     switch (line.kind)
     {
     case PlaylistFile::LineKind::IGNORED:
-        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", qPrintable(shown));
+        OZNA_LOG_FROM(FILE_ORIGIN, LEVEL_TRACE, "Playlist line ignored: %s", Printable(shown).Text());
         break;
     case PlaylistFile::LineKind::BROKEN:
-        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", qPrintable(shown));
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_NORMAL, "Playlist line error: %s)", Printable(shown).Text());
         break;
     case PlaylistFile::LineKind::TRACK:
-        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", qPrintable(line.track.file),
+        OZNA_LOG_FROM(TRACK_ORIGIN, LEVEL_TRACE, "Playlist line found: %s|%d)", Printable(line.track.file).Text(),
                       line.track.duration_s);
-        m_items.push_back(line.track);
-        m_total_s += static_cast<unsigned int>(line.track.duration_s) + PLAYLIST_GAP_S;
+        tracks.Append({SharedValues::Of(line.track.file), line.track.duration_s});
         break;
     }
 }
@@ -135,15 +135,15 @@ void PlayPlaylist::PrepareDelayed(unsigned int delay_s)
         OZNA_LOG(LEVEL_DETAIL, "PlayPlaylist NOT delayed: will start from track %d", m_firstTrack);
         return;
     }
-    if (delay_s >= m_total_s)
+    if (delay_s >= m_tracks->Total_s())
     {
         OZNA_LOG(LEVEL_WARNING, "PlayPlaylist can't be prepared as delayed: delay (%d s) >= duration (%d s))", delay,
-                 static_cast<int>(m_total_s));
+                 static_cast<int>(m_tracks->Total_s()));
         return;
     }
     m_firstTrack = 1;
     qint64 remaining_s = delay;
-    for (const PlaylistItem& item : m_items)
+    for (const PlaylistItem& item : Tracks())
     {
         ++m_firstTrack;
         remaining_s -= qint64{item.duration_s} + PLAYLIST_GAP_S;

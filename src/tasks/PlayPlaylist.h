@@ -3,6 +3,7 @@
 #include "PlayTask.h"
 #include "text/PlaylistFile.h"
 #include "text/Rejection.h"
+#include "text/SharedValues.h"
 
 #include <QTime>
 
@@ -35,7 +36,7 @@ public:
     bool IsCompleted() const { return m_completed; }
 
     // In the order of the file; at least one.
-    const std::vector<PlaylistItem>& Tracks() const { return m_items; }
+    const std::vector<PlaylistItem>& Tracks() const { return m_tracks->Tracks(); }
 
     // The folder of the playlist files, without a trailing separator.
     static QString GetPlaylistsPath();
@@ -49,16 +50,15 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString GetSubject() const override { return m_name; }
+    [[nodiscard]] const char* Source() const override { return SoundManager::SOURCE_PLAYLIST; }
 
-    void LoadPlaylistInfo();
-    void Open(PlaylistFile& playlist, const QString& path);
-    void Take(const PlaylistFile::Line& line);
+    [[nodiscard]] SharedValues::Tracks LoadPlaylistInfo();
+    static void Open(PlaylistFile& playlist, const QString& path);
+    static void Take(const PlaylistFile::Line& line, TrackList& tracks);
 
-    const QString m_name;
     const QTime m_startTime;
-    std::vector<PlaylistItem> m_items;
-    unsigned int m_total_s = 0; // with the gaps between the tracks
-    unsigned int m_delayable_s = 0;
-    int m_firstTrack = 1; // counted from 1
+    const QString m_name;
+    const SharedValues::Tracks m_tracks; // at least one
+    int m_firstTrack = 1;                // counted from 1
     bool m_completed = false;
 };

@@ -1,5 +1,8 @@
 #include "PlayStream.h"
 
+#include "text/Printable.h"
+#include "text/SharedValues.h"
+
 #include <Configuration.h>
 #include <SoundManagerProxy.h>
 
@@ -14,10 +17,11 @@ const QString URI = QStringLiteral("rtsp://%1:%2");
 } // namespace
 
 PlayStream::PlayStream(const QString& portAndPath, const QString& volume)
-    : PlayTask(TASK_PLAY_STREAM, SoundManager::SOURCE_STREAM, {}, volume, OZNA_LOG_SITE)
-    , m_portAndPath(portAndPath)
+    : PlayTask(TASK_PLAY_STREAM, {}, volume, OZNA_LOG_SITE)
+    , m_portAndPath(SharedValues::Of(portAndPath))
 {
-    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayStream: portAndPath=%s (vol=%d)", qPrintable(m_portAndPath), Volume());
+    OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | PlayStream: portAndPath=%s (vol=%d)", Printable(m_portAndPath).Text(),
+             Volume());
 }
 
 PlayStream::~PlayStream()

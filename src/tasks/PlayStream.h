@@ -26,6 +26,7 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QString GetSubject() const override { return m_uri; }
+    [[nodiscard]] const char* Source() const override { return SoundManager::SOURCE_STREAM; }
 
     // Builds the URI with the server's address from the configuration; false when there is none to be had.
     bool SetUp();

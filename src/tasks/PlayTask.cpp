@@ -10,9 +10,8 @@ constexpr int VOLUME_PARAMETER = 1;
 
 } // namespace
 
-PlayTask::PlayTask(TaskType type, const char* source, const QString& identifier, const QString& volume, Log::Site site)
+PlayTask::PlayTask(TaskType type, const QString& identifier, const QString& volume, Log::Site site)
     : Task(type, identifier)
-    , m_source(source)
     , m_volume(Parameter::ToInt(volume, KEEP_VOLUME, [&] {
         NoteWarning(VOLUME_PARAMETER,
                     OZNA_TELL_AT(site, LEVEL_WARNING, "Invalid volume=%s, not used", qPrintable(volume)));
@@ -22,11 +21,11 @@ PlayTask::PlayTask(TaskType type, const char* source, const QString& identifier,
 
 void PlayTask::BeginRequest()
 {
-    m_turn.reset();
-    static_cast<void>(disconnect(m_wait));
+    WorkBegun().turn.reset();
+    static_cast<void>(disconnect(WorkBegun().ended));
     BeginWork();
     if (m_volume >= 0)
-        static_cast<void>(SoundManager::SetPlayerVolume(m_source, m_volume));
+        static_cast<void>(SoundManager::SetPlayerVolume(Source(), m_volume));
 }
 
 void PlayTask::AtTurn(const PeerReply& reply, Log::Site site, const std::function<bool()>& listen)
@@ -35,21 +34,21 @@ void PlayTask::AtTurn(const PeerReply& reply, Log::Site site, const std::functio
         if (!listen())
             OZNA_LOG_AT(site, LEVEL_WARNING, "Can't wait for the end of %s", qPrintable(GetName()));
     };
-    m_turn = reply.Turn();
-    if (!m_turn || !connect(m_turn.get(), &QDBusPendingCallWatcher::finished, this, begin))
+    const auto& turn = WorkBegun().turn = reply.Turn();
+    if (!turn || !connect(turn.get(), &QDBusPendingCallWatcher::finished, this, begin))
         begin();
 }
 
 void PlayTask::EndWait(Log::Site site)
 {
-    if (!disconnect(m_wait))
+    if (!disconnect(WorkBegun().ended))
         OZNA_LOG_AT(site, LEVEL_WARNING, "Can't stop waiting for the end of %s", qPrintable(GetName()));
     m_running = false;
 }
 
 bool PlayTask::StopPlayback()
 {
-    const bool stopped = SoundManager::StopPlay(m_source, m_identifier).IsAccepted();
+    const bool stopped = SoundManager::StopPlay(Source(), m_identifier).IsAccepted();
     if (stopped)
         m_running = false;
     return stopped;

@@ -11,15 +11,14 @@
 #include <QMetaObject>
 
 #include <functional>
-#include <memory>
 
 // Base of the tasks that start a playback, with its own volume, and wait for its end.
 class PlayTask : public Task
 {
 protected:
-    // source: what plays, with static storage. volume: a decimal number, negative to leave the volume alone;
+    // volume: a decimal number, negative to leave the volume alone;
     // what is no number is logged with the caller's site and leaves it alone too.
-    PlayTask(TaskType type, const char* source, const QString& identifier, const QString& volume, Log::Site site);
+    PlayTask(TaskType type, const QString& identifier, const QString& volume, Log::Site site);
 
     // Marks the task as running and sets the player's volume where the task has one. The volume's outcome is ignored:
     // a playback at the wrong volume beats none. No signal concerns the task any more until BeginWait.
@@ -32,8 +31,8 @@ protected:
     {
         HandOver(SoundManager::Owner(), reply);
         AtTurn(reply, site, [this, signal, self, slot] {
-            m_wait = connect(SoundManager::Signals(), signal, self, slot);
-            return static_cast<bool>(m_wait);
+            WorkBegun().ended = connect(SoundManager::Signals(), signal, self, slot);
+            return static_cast<bool>(WorkBegun().ended);
         });
     }
 
@@ -48,8 +47,8 @@ protected:
 private:
     void AtTurn(const PeerReply& reply, Log::Site site, const std::function<bool()>& listen);
 
-    const char* const m_source;
+    // What plays, as the sound manager calls it.
+    [[nodiscard]] virtual const char* Source() const = 0;
+
     const int m_volume;
-    std::shared_ptr<const QDBusPendingCallWatcher> m_turn; // of the answer after which an end counts
-    QMetaObject::Connection m_wait;
 };

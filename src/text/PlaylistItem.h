@@ -10,4 +10,6 @@ struct PlaylistItem
 {
     QString file;
     int duration_s = 0;
+
+    friend bool operator==(const PlaylistItem&, const PlaylistItem&) = default;
 };
