@@ -5,8 +5,6 @@
 #include "text/Parameter.h"
 #include "text/StringUtils.h"
 
-#include <PhotoManagerProxy.h>
-
 #include <QTimerEvent>
 
 namespace
@@ -29,9 +27,17 @@ Photo::Photo(const QString& parameter)
 {
     if (!parameter.isEmpty())
         Parse(parameter);
-    if (!connect(PhotoManager::Signals(), &PhotoManagerProxy::PhotoTaken, this, &Photo::OnPhotoTaken))
+    const auto seePhoto = [](PhotoPlace& place, int status, const QString& imagePath) {
+        static_cast<Photo&>(place).OnPhotoTaken(status, imagePath);
+    };
+    if (!PhotoWatch::Join(*this, seePhoto))
         OZNA_LOG(LEVEL_WARNING, "Can't wait for the photos of %s", qPrintable(GetName()));
     OZNA_LOG(LEVEL_NORMAL, "TASK CREATED | Photo: interval=%d s, numPhoto=%d", m_interval_s, m_numPhoto);
+}
+
+Photo::~Photo()
+{
+    PhotoWatch::Leave(*this);
 }
 
 void Photo::Parse(const QString& parameter)

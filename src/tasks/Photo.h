@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PhotoWatch.h"
 #include "PunctualTask.h"
 
 #include <QBasicTimer>
@@ -11,13 +12,14 @@
 // not there when it was called, the task may be started again all the same.
 // A series that could not be stopped goes on, and each further photo requests the stop again. Photos that queued up
 // during stops that failed slowly request it only once, so that a flood costs a time-out or two, not one a photo.
-class Photo final : public PunctualTask
+class Photo final : public PunctualTask, private PhotoPlace
 {
     Q_OBJECT
 public:
     // parameter: "interval,number", the interval in seconds, neither of them limited; empty: one photo.
     // A series of 0 photos ends with its first, one of a negative number never.
     explicit Photo(const QString& parameter);
+    ~Photo() override;
 
     bool Run() override;
 
@@ -41,8 +43,8 @@ private:
     int m_interval_s;
     int m_numPhoto;
     unsigned int m_photoCount = 0;
-    bool m_streaming = false; // the photo manager has accepted this task's series
-    QElapsedTimer m_rush;     // since the first stop of those that failed in one go; valid while they last
     QBasicTimer m_rest;       // fires when the loop is done with the photos that have queued up
-    bool m_asksLater = false; // at least one of these would have requested the stop
+    QElapsedTimer m_rush;     // since the first stop of those that failed in one go; valid while they last
+    bool m_streaming = false; // the photo manager has accepted this task's series
+    bool m_asksLater = false; // at least one photo of a rush would have requested the stop
 };

@@ -20,6 +20,7 @@ class BrokenTasksTest final : public UnitTest
 private Q_SLOTS:
     void APhotoWithoutMemoryTakesItsDefaults();
     void APhotoThatCannotSeePhotosIsTold();
+    void AllPhotosShareOneConnection();
     void APddRequestThatCannotBeHeardIsRejected();
     void APlaybackWhoseEndCannotBeHeardIsTold();
     void APlaybackWhosePeerCannotBeFollowedIsTold();
@@ -51,6 +52,18 @@ void BrokenTasksTest::APhotoThatCannotSeePhotosIsTold()
     const Photo task(u"10,3"_s);
     EXPECT_LOG(9, {"2 [tasks/Photo.cpp] Can't wait for the photos of RecordPhoto",
                    "4 [tasks/Photo.cpp] TASK CREATED | Photo: interval=10 s, numPhoto=3"});
+}
+
+void BrokenTasksTest::AllPhotosShareOneConnection()
+{
+    {
+        const Photo first(QString{});
+        m_cannotConnect = true;
+        const Photo second(QString{});
+        EXPECT_LOG(2, {});
+    }
+    const Photo alone(QString{});
+    EXPECT_LOG(2, {"2 [tasks/Photo.cpp] Can't wait for the photos of RecordPhoto"});
 }
 
 void BrokenTasksTest::APddRequestThatCannotBeHeardIsRejected()
