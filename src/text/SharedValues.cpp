@@ -1,5 +1,7 @@
 #include "SharedValues.h"
 
+#include <QHash>
+
 namespace
 {
 
