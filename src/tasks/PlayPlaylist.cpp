@@ -53,7 +53,7 @@ unsigned int PlayPlaylist::GetDelayable_s() const
 // The file is read once.
 unsigned int PlayPlaylist::GetMostDelayable_s() const
 {
-    return m_delayable_s;
+    return m_tracks->LastStart_s();
 }
 
 void PlayPlaylist::SetCompleted(bool completed)
