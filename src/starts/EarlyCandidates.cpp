@@ -67,10 +67,8 @@ ActionList::Noted EarlyCandidates::At(const Clock::Reading& now, ActionList& far
     AddForced(candidates);
     AddLate(second, candidates);
     std::erase_if(candidates, [](const auto& entry) { return (*entry)->m_isWatched; });
-    const auto place = [](const auto& entry) { return (*entry)->m_place; };
-    std::ranges::sort(candidates, {}, place);
-    const auto [first, last] = std::ranges::unique(candidates, {}, place);
-    candidates.erase(first, last);
+    std::ranges::sort(candidates, {}, [](const auto& entry) { return (*entry)->m_place; });
+    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     return candidates;
 }
 
