@@ -191,8 +191,8 @@ void AskingAllTest::CompareAround(const QList<QDateTime>& moments, int schedules
     for (int schedule = 0; schedule < schedules; ++schedule)
     {
         const QDateTime& moment = moments[schedule % moments.size()];
-        Time().SetUtc_ms(moment.toMSecsSinceEpoch() + OneOf({0, 0, 1, -1, 24, -24}) * 3600'000 +
-                         OneOf({0, 0, 1, -1}) * 1800'000 + Below(60'000) - 30'000);
+        Time().SetUtc_ms(moment.toMSecsSinceEpoch() + OneOf({0, 0, 0, 1, -1, 24, -24}) * 3600'000 +
+                         OneOf({0, 0, 0, 1, -1}) * 1800'000 - (Below(2) == 0 ? Below(20'000) : Below(60'000) - 30'000));
         StartWith(RandomLines());
         for (int pass = 0; pass < PASSES; ++pass)
         {

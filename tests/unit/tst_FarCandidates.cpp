@@ -10,6 +10,7 @@ class FarCandidatesTest final : public AskingAllTest
 private Q_SLOTS:
     void APassFindsWhatAskingAllFinds_data();
     void APassFindsWhatAskingAllFinds();
+    void ATimeBehindAChangeOfTheClocksIsFound();
 };
 
 void FarCandidatesTest::APassFindsWhatAskingAllFinds_data()
@@ -41,12 +42,22 @@ void FarCandidatesTest::APassFindsWhatAskingAllFinds()
     QFETCH(QList<QDateTime>, changes);
     const TimeZone there(zone);
     const QDateTime noon(QDate(2024, 5, 15), QTime(12, 0), Qt::UTC);
-    CompareAround(QList{noon, noon.addSecs(43200)} + changes, 30, 1);
+    CompareAround(changes.isEmpty() ? QList{noon, noon.addSecs(43200)} : changes, 30, 1);
     QVERIFY(Found().early > 500);
     QVERIFY(Found().forced > 10);
     QVERIFY(Found().late > 100);
     QVERIFY(Found().skipped > 10);
     QCOMPARE(Found().unsteady > 100, !changes.isEmpty());
+}
+
+// Ten seconds ahead, while the wall clock shows more than an hour less.
+void FarCandidatesTest::ATimeBehindAChangeOfTheClocksIsFound()
+{
+    const TimeZone there("Africa/Sao_Tome");
+    Time().SetUtc(QDate(2018, 1, 1), QTime(0, 59, 55));
+    StartWith({"1111111|02:00:05|*|*|*|||Volume|1"});
+    CheckFar();
+    QCOMPARE(EarlyList(), QStringList(QStringLiteral("Volume 02:00:05")));
 }
 
 OZNA_CASE(FarCandidates, FarCandidatesTest)
