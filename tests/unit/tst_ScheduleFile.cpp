@@ -218,7 +218,8 @@ void ScheduleFileTest::ALongFileIsLoadedWhole()
 
 void ScheduleFileTest::AnActionsPddRequestReachesTheScheduler()
 {
-    StartWith({STOP, PLAY});
+    const QByteArray request = "1111111|08:30:00|*|*|*|||19|1,1";
+    StartWith({request, request});
     const QSignalSpy expected(&Engine(), &Scheduler::ExpectedPddAction);
     for (const auto& action : SchedulerAccess::FarActions(Engine()))
         action->OnPddActionRequest(STREAM_MIC, true);
