@@ -53,7 +53,7 @@ unsigned int PlayPlaylist::GetDelayable_s() const
 // The file is read once.
 unsigned int PlayPlaylist::GetMostDelayable_s() const
 {
-    return m_tracks->LastStart_s();
+    return GetDelayable_s();
 }
 
 void PlayPlaylist::SetCompleted(bool completed)

@@ -34,13 +34,6 @@ private Q_SLOTS:
     void ARecordIsPrefixAndMessage();
     void ARecordWithoutArgumentsIsItsFormat();
     void ARecordNamesItsPlace();
-    void ALongMessageIsCut_data();
-    void ALongMessageIsCut();
-    void ACutLeavesNoHalfCharacter_data();
-    void ACutLeavesNoHalfCharacter();
-    void ACutOfWhatIsNoTextLeavesThePrefix_data();
-    void ACutOfWhatIsNoTextLeavesThePrefix();
-    void AnOverlongPrefixIsCutToo();
     void TheMessageIsFormatted();
     void EachLevelReachesTheLogClient_data();
     void EachLevelReachesTheLogClient();
@@ -88,80 +81,6 @@ void LogTest::ARecordNamesItsPlace()
     OZNA_LOG(LEVEL_NORMAL, "message");
     const QByteArray place = '[' + QByteArray(__FILE__) + ':' + QByteArray::number(__LINE__ - 1) + "] message";
     QCOMPARE(LogRecorder::Records()[0].text, place);
-}
-
-void LogTest::ALongMessageIsCut_data()
-{
-    Rows<qsizetype, qsizetype>::Add({
-        {"one less than fits", ROOM - 1, ROOM - 1},
-        {"what just fits", ROOM, ROOM},
-        {"one more than fits", ROOM + 1, ROOM},
-        {"the size of the buffer", qsizetype(512), ROOM},
-        {"a megabyte", qsizetype(1'000'000), ROOM},
-    });
-}
-
-void LogTest::ALongMessageIsCut()
-{
-    const auto& [length, kept] = Rows<qsizetype, qsizetype>::Current();
-    OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", QByteArray(length, 'x').constData());
-    QCOMPARE(LogRecorder::Records()[0].text, PREFIX + QByteArray(kept, 'x'));
-}
-
-void LogTest::ACutLeavesNoHalfCharacter_data()
-{
-    QTest::addColumn<QByteArray>("character");
-    QTest::addColumn<int>("fitting"); // how many of its bytes there is room for
-    for (const QByteArray& character : {"\xc3\xa9"_ba, "\xe2\x82\xac"_ba, "\xe0\xa4\xb9"_ba, "\xf0\x9f\x94\x94"_ba})
-    {
-        for (int fitting = 0; fitting <= character.size(); ++fitting)
-            QTest::addRow("%d bytes of %s", fitting, character.toHex().constData()) << character << fitting;
-    }
-}
-
-void LogTest::ACutLeavesNoHalfCharacter()
-{
-    QFETCH(QByteArray, character);
-    QFETCH(int, fitting);
-    const QByteArray before(ROOM - fitting, 'x');
-    const bool whole = fitting == character.size();
-    for (const QByteArray& behind : {QByteArray(), QByteArray(100, 'y')})
-    {
-        LogRecorder::Clear();
-        OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", (before + character + behind).constData());
-        QCOMPARE(LogRecorder::Records()[0].text, PREFIX + before + (whole ? character : QByteArray()));
-    }
-}
-
-void LogTest::ACutOfWhatIsNoTextLeavesThePrefix_data()
-{
-    Rows<char>::Add({
-        {"continuation bytes alone", '\x80'},
-        {"leads of two bytes alone", '\xc3'},
-        {"leads of four bytes alone", '\xf0'},
-        {"bytes that UTF-8 never has", '\xff'},
-    });
-}
-
-void LogTest::ACutOfWhatIsNoTextLeavesThePrefix()
-{
-    const char& byte = Rows<char>::Current();
-    OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", QByteArray(600, byte).constData());
-    const QByteArray text = LogRecorder::Records()[0].text;
-    QVERIFY(text.startsWith(PREFIX));
-    QCOMPARE(text.mid(PREFIX.size()).count(byte), text.size() - PREFIX.size());
-    // A cut takes one character at most.
-    QVERIFY(text.size() <= 511);
-    QVERIFY(text.size() > 511 - 4);
-}
-
-void LogTest::AnOverlongPrefixIsCutToo()
-{
-    const QByteArray prefix(600, 'f');
-    OZNA_LOG_AT(Log::Site{prefix.constData()}, LEVEL_NORMAL, "%s", "message");
-    OZNA_LOG_AT(Log::Site{prefix.constData()}, LEVEL_NORMAL, "message");
-    QCOMPARE(LogRecorder::Records()[0].text, QByteArray(511, 'f'));
-    QCOMPARE(LogRecorder::Records()[1].text, QByteArray(511, 'f'));
 }
 
 void LogTest::TheMessageIsFormatted()
