@@ -17,6 +17,7 @@ private Q_SLOTS:
     void TheNextTickFallsOnTheNextFifth();
     void AfterAStepOrAHeldLoopTheTicksAreOnTheFifthsAgain();
     void WhereBothAreDueTheFarPassComesFirst();
+    void AStopEndsBoth();
     void APassThatStopsTheTimersSetsNone();
 
 private:
@@ -127,6 +128,16 @@ void PassTimersTest::WhereBothAreDueTheFarPassComesFirst()
     QTest::qSleep(10);
     QTRY_VERIFY(m_passes.size() >= 2);
     QCOMPARE(m_passes.first(2), (QStringList{u"far"_s, u"early"_s}));
+}
+
+void PassTimersTest::AStopEndsBoth()
+{
+    m_isWatching = true;
+    Fire(m_timers->m_farTimer);
+    QVERIFY(m_timers->m_earlyTimer.isActive());
+    m_timers->Stop();
+    QVERIFY(!m_timers->m_farTimer.isActive());
+    QVERIFY(!m_timers->m_earlyTimer.isActive());
 }
 
 void PassTimersTest::APassThatStopsTheTimersSetsNone()
