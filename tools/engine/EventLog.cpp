@@ -6,6 +6,7 @@
 #include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -161,10 +162,11 @@ void EventLog::PlayDevice()
     EndPass();
 }
 
-void EventLog::Release(const EventQueue::Take& take)
+void EventLog::Release(qint64 from_ms, const EventQueue::Take& take)
 {
     const auto isHeld = [this](size_t event) { return event == m_event || m_device.IsPlaying(event); };
-    m_events.Release(m_now_ms - EventQueue::LATEST_MS, isHeld, take);
+    const qint64 until_ms = std::max(m_now_ms - EventQueue::LATEST_MS, std::min(m_now_ms, from_ms));
+    m_events.Release(until_ms, isHeld, take);
 }
 
 void EventLog::Finish(const EventQueue::Take& take)

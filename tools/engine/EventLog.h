@@ -44,8 +44,9 @@ public:
     // When the next one is due; the greatest number when none is.
     [[nodiscard]] qint64 NextSignal_ms() const { return m_device.Next_ms(); }
 
-    // Has those taken that nothing can change any more, and before which none can come: the clock is not put back.
-    void Release(const EventQueue::Take& take);
+    // Has those taken that nothing can change any more, and before which none can come: the clock is not put back. Of
+    // what comes before from_ms the order does not matter.
+    void Release(qint64 from_ms, const EventQueue::Take& take);
 
     // Has all others taken. No request may follow.
     void Finish(const EventQueue::Take& take);

@@ -45,11 +45,11 @@ void EventQueue::Finish(const Take& take)
             std::numeric_limits<qint64>::max(), [](size_t) { return false; }, take);
         return;
     }
+    m_taken += m_events.size();
     for (auto& [moment_ms, event] : m_missed)
         m_events.push_back(std::move(event));
     m_missed.clear();
     std::ranges::stable_sort(m_events, {}, &Event::moment_ms);
-    m_taken += m_events.size();
     for (Event& event : std::exchange(m_events, {}))
         take(std::move(event));
 }

@@ -85,7 +85,7 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
 void Rehearsal::Release()
 {
     if (m_plan.disturbances.empty())
-        m_log.Release([this](Event&& event) { Take(std::move(event)); });
+        m_log.Release(m_plan.from_ms, [this](Event&& event) { Take(std::move(event)); });
 }
 
 void Rehearsal::Take(Event&& event)
