@@ -65,13 +65,6 @@ bool EveryKind::StartSchedule()
            QStringList{u"2 [tasks/CpuFreq.cpp] Can't parse Cpu frequency from parameters: '456'. Using 456."_s};
 }
 
-QStringList EveryKind::TakeTaskLines(unsigned int maxLevel)
-{
-    QStringList lines = Daemon().Take(maxLevel);
-    lines.removeIf([](const QString& line) { return !IsTaskLine(line); });
-    return lines;
-}
-
 bool EveryKind::WaitForTheLast()
 {
     const QString started = u"9 [Action.cpp] Task StopMessage is starting !"_s;

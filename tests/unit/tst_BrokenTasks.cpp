@@ -58,7 +58,7 @@ void BrokenTasksTest::AllPhotosShareOneConnection()
 {
     {
         const Photo first(QString{});
-        m_cannotConnect = true;
+        BrokenFunctions::cannotConnect = true;
         const Photo second(QString{});
         EXPECT_LOG(2, {});
     }
