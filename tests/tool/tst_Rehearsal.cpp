@@ -1,6 +1,7 @@
 #include "DaemonLog.h"
 #include "RandomPlan.h"
 #include "RandomSchedule.h"
+#include "RehearsalTexts.h"
 #include "Suite.h"
 #include "TextDiff.h"
 #include "TimeZone.h"
@@ -16,57 +17,13 @@
 #include <numeric>
 
 using namespace Qt::StringLiterals;
+using namespace RehearsalTexts;
 
 namespace
 {
 
 constexpr int MOST_LINES = 50;
 constexpr qint64 SPAN_MS = 2LL * 86400 * 1000;
-
-QStringList Requests(const Rehearsal& rehearsal)
-{
-    QStringList texts;
-    for (const Event& event : rehearsal.Events())
-    {
-        for (const Request& request : event.requests)
-            texts.append(u"%1 line %2: %3"_s.arg(request.moment_ms).arg(event.lineNumber).arg(request.Text()));
-    }
-    return texts;
-}
-
-// When what begins to play ends, and what is started how.
-QStringList Starts(const Rehearsal& rehearsal)
-{
-    QStringList texts;
-    for (const Event& event : rehearsal.Events())
-    {
-        if (event.kind != EventKind::MISSED)
-            texts.append(
-                u"%1 line %2: kind %3, due %4, delay %5, forced %6, repeated %7, %8 to %9 by %10"_s.arg(event.moment_ms)
-                    .arg(event.lineNumber)
-                    .arg(static_cast<int>(event.kind))
-                    .arg(event.due_ms)
-                    .arg(event.delay_s)
-                    .arg(event.isForced)
-                    .arg(event.isRepeated)
-                    .arg(event.begin_ms)
-                    .arg(event.end_ms)
-                    .arg(event.stoppedByLine));
-    }
-    return texts;
-}
-
-// What has passed without being started.
-QStringList Missed(const Rehearsal& rehearsal)
-{
-    QStringList texts;
-    for (const Event& event : rehearsal.Events())
-    {
-        if (event.kind == EventKind::MISSED)
-            texts.append(u"%1 line %2: %3"_s.arg(event.due_ms).arg(event.lineNumber).arg(event.reason));
-    }
-    return texts;
-}
 
 // What is called missed though it was started in time.
 QStringList WronglyMissed(const Rehearsal& rehearsal)

@@ -1,0 +1,48 @@
+#include "RehearsalTexts.h"
+
+#include "engine/Rehearsal.h"
+
+using namespace Qt::StringLiterals;
+
+QStringList RehearsalTexts::Requests(const Rehearsal& rehearsal)
+{
+    QStringList texts;
+    for (const Event& event : rehearsal.Events())
+    {
+        for (const Request& request : event.requests)
+            texts.append(u"%1 line %2: %3"_s.arg(request.moment_ms).arg(event.lineNumber).arg(request.Text()));
+    }
+    return texts;
+}
+
+QStringList RehearsalTexts::Starts(const Rehearsal& rehearsal)
+{
+    QStringList texts;
+    for (const Event& event : rehearsal.Events())
+    {
+        if (event.kind != EventKind::MISSED)
+            texts.append(
+                u"%1 line %2: kind %3, due %4, delay %5, forced %6, repeated %7, %8 to %9 by %10"_s.arg(event.moment_ms)
+                    .arg(event.lineNumber)
+                    .arg(static_cast<int>(event.kind))
+                    .arg(event.due_ms)
+                    .arg(event.delay_s)
+                    .arg(event.isForced)
+                    .arg(event.isRepeated)
+                    .arg(event.begin_ms)
+                    .arg(event.end_ms)
+                    .arg(event.stoppedByLine));
+    }
+    return texts;
+}
+
+QStringList RehearsalTexts::Missed(const Rehearsal& rehearsal)
+{
+    QStringList texts;
+    for (const Event& event : rehearsal.Events())
+    {
+        if (event.kind == EventKind::MISSED)
+            texts.append(u"%1 line %2: %3"_s.arg(event.due_ms).arg(event.lineNumber).arg(event.reason));
+    }
+    return texts;
+}
