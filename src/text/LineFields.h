@@ -7,8 +7,9 @@
 
 #include <array>
 
-// The fields of one line of a schedule, trimmed, as 8-bit text that stands in one copy of the line: characters beyond
-// Latin-1 are "?".
+// The fields of one line of a schedule, trimmed, as 8-bit text that stands in one copy of them: characters beyond
+// Latin-1 are "?". A line may be as long as a file: one that lacks fields is not copied, and of one with more only
+// those that are kept are.
 class LineFields final
 {
 public:
@@ -20,7 +21,7 @@ public:
     // How many fields the line has, also more than are kept.
     [[nodiscard]] qsizetype Count() const { return m_count; }
 
-    // Empty where the line ends before it. Lives as long as this object.
+    // Empty where the line lacks fields that every action needs. Lives as long as this object.
     [[nodiscard]] QLatin1String operator[](ScheduleFields::Field field) const
     {
         return m_fields[static_cast<size_t>(field)];
@@ -33,7 +34,7 @@ public:
     }
 
 private:
-    const QByteArray m_text;
     const qsizetype m_count;
+    const QByteArray m_text;
     std::array<QLatin1String, ScheduleFields::FIELD_COUNT> m_fields;
 };

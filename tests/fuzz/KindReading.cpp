@@ -4,6 +4,8 @@
 
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -20,9 +22,9 @@ QStringList Playing(const char* player, int volume, const QString& request)
 {
     QStringList requests;
     if (volume >= 0)
-        requests.append(QStringLiteral("soundmanager SetPlayerVolume(s:%1, d:%2)")
-                            .arg(QLatin1String(player), QVariant(double(volume)).toString()));
-    requests.append(QStringLiteral("soundmanager ") + request);
+        requests.append(
+            u"sound.SetPlayerVolume sd %1 %2"_s.arg(QLatin1String(player), QVariant(double(volume)).toString()));
+    requests.append(u"sound."_s + request);
     return requests;
 }
 
@@ -30,41 +32,37 @@ QStringList Light(const QStringList& parameters)
 {
     const auto intensity = static_cast<unsigned int>(Reading::NumberAt(parameters, 0, 0));
     if (intensity == 0)
-        return {QStringLiteral("lightmanager Switch(b:false)")};
-    return {QStringLiteral("lightmanager SetIntensity(u:%1)").arg(intensity),
-            QStringLiteral("lightmanager Switch(b:true)")};
+        return {u"light.Switch b false"_s};
+    return {u"light.SetIntensity u %1"_s.arg(intensity), u"light.Switch b true"_s};
 }
 
 QStringList Message(const QStringList& parameters)
 {
-    return Playing("file", Reading::NumberAt(parameters, 1, -1),
-                   QStringLiteral("PlayFile(s:") + parameters[0] + QStringLiteral(", s:08:30:00)"));
+    return Playing("file", Reading::NumberAt(parameters, 1, -1), u"PlayFile ss "_s + parameters[0] + u" 08:30:00"_s);
 }
 
 QStringList Playlist(const QStringList& parameters)
 {
     return Playing("playlist", Reading::NumberAt(parameters, 1, -1),
-                   QStringLiteral("PlayPlaylist(s:") + parameters[0] + QStringLiteral(", s:") + parameters.value(2) +
-                       QStringLiteral(", u:1, s:08:30:00, b:false)"));
+                   u"PlayPlaylist ssusb "_s + parameters[0] + u' ' + parameters.value(2) + u" 1 08:30:00 false"_s);
 }
 
 QStringList Stream(const QStringList& parameters)
 {
     return Playing("stream", Reading::NumberAt(parameters, 1, -1),
-                   QStringLiteral("PlayStream(s:rtsp://10.0.0.5:") + parameters[0] + QStringLiteral(", u:0)"));
+                   u"PlayStream su rtsp://10.0.0.5:"_s + parameters[0] + u" 0"_s);
 }
 
 QStringList Photo(const QStringList& parameters)
 {
     if (Reading::NumberAt(parameters, 1, SINGLE_PHOTO) == SINGLE_PHOTO)
-        return {QStringLiteral("photomanager TakePhoto()")};
-    return {QStringLiteral("photomanager TakePhotoStream(i:%1)").arg(Reading::NumberAt(parameters, 0, 0))};
+        return {u"photo.TakePhoto -"_s};
+    return {u"photo.TakePhotoStream i %1"_s.arg(Reading::NumberAt(parameters, 0, 0))};
 }
 
 QStringList MasterVolume(const QStringList& parameters)
 {
-    return {QStringLiteral("soundmanager SetMasterVolume(d:%1)")
-                .arg(QVariant(double(Reading::NumberAt(parameters, 0, 0))).toString())};
+    return {u"sound.SetMasterVolume d %1"_s.arg(QVariant(double(Reading::NumberAt(parameters, 0, 0))).toString())};
 }
 
 QStringList Radio(const QStringList& parameters)
@@ -72,63 +70,58 @@ QStringList Radio(const QStringList& parameters)
     bool isNumber = false;
     const double frequency = parameters[0].toDouble(&isNumber);
     if (!isNumber || frequency == 0.0)
-        return {QStringLiteral("soundmanager StopPlay(s:radiofm, s:)")};
-    return {QStringLiteral("soundmanager PlayRadioFm()"),
-            QStringLiteral("soundmanager RadioFmSetFrequency(d:%1)").arg(QVariant(frequency).toString())};
+        return {u"sound.StopPlay ss radiofm "_s};
+    return {u"sound.PlayRadioFm -"_s, u"sound.RadioFmSetFrequency d %1"_s.arg(QVariant(frequency).toString())};
 }
 
 QStringList Mask(const QStringList& parameters)
 {
-    return {QStringLiteral("soundmanager SetAmplifiers(y:%1)").arg(Reading::NumberAt(parameters, 0, 0) & 0xff)};
+    return {u"sound.SetAmplifiers y %1"_s.arg(Reading::NumberAt(parameters, 0, 0) & 0xff)};
 }
 
 QStringList Speed(const QStringList&)
 {
-    return {QStringLiteral("freqmanager SetFreq(i:456)")};
+    return {u"freq.SetFreq i 456"_s};
 }
 
 QStringList Camera(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("photomanager EnableCamera(b:true)")
-                             : QStringLiteral("photomanager EnableCamera(b:false)")};
+    return {IsOn(parameters) ? u"photo.EnableCamera b true"_s : u"photo.EnableCamera b false"_s};
 }
 
 QStringList Gps(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("gpsmanager SetEnabled(b:true)")
-                             : QStringLiteral("gpsmanager SetEnabled(b:false)")};
+    return {IsOn(parameters) ? u"gps.SetEnabled b true"_s : u"gps.SetEnabled b false"_s};
 }
 
 QStringList Lan(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("networkmanager EnableLan(b:true, s:, s:, s:)")
-                             : QStringLiteral("networkmanager DisableLan()")};
+    return {IsOn(parameters) ? u"network.EnableLan bsss true   "_s : u"network.DisableLan -"_s};
 }
 
 QStringList Aux(const QStringList& parameters)
 {
-    return {IsOn(parameters) ? QStringLiteral("soundmanager PlayAux()")
-                             : QStringLiteral("soundmanager StopPlay(s:aux, s:)")};
+    return {IsOn(parameters) ? u"sound.PlayAux -"_s : u"sound.StopPlay ss aux "_s};
 }
 
 QStringList StopPlaylist(const QStringList& parameters)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:playlist, s:") + parameters.value(0) + u')'};
+    return {u"sound.StopPlay ss playlist "_s + parameters.value(0)};
 }
 
 QStringList StopMessage(const QStringList&)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:file, s:)")};
+    return {u"sound.StopPlay ss file "_s};
 }
 
 QStringList StopRadio(const QStringList&)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:radiofm, s:)")};
+    return {u"sound.StopPlay ss radiofm "_s};
 }
 
 QStringList StopStream(const QStringList&)
 {
-    return {QStringLiteral("soundmanager StopPlay(s:stream, s:)")};
+    return {u"sound.StopPlay ss stream "_s};
 }
 
 QStringList Nothing(const QStringList&)

@@ -68,8 +68,10 @@ void PrintableTest::FieldsAreTheTokensOfALine()
                                 u"||||||||"_s, u"|||||||||"_s, u"caf\u00e9|\u20ac|\U0001f514"_s, u"a|b|c|d|e|f|g|h|"_s})
     {
         const LineFields fields(line);
-        const QStringList tokens = StringUtils::SplitLineIntoTokens(line, '|');
+        QStringList tokens = StringUtils::SplitLineIntoTokens(line, '|');
         QCOMPARE(fields.Count(), tokens.size());
+        if (tokens.size() <= ScheduleFields::FIELD_TASK)
+            tokens.clear();
         for (int field = 0; field < ScheduleFields::FIELD_COUNT; ++field)
             QCOMPARE(QString(fields[static_cast<ScheduleFields::Field>(field)]), tokens.value(field));
     }
