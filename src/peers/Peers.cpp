@@ -9,6 +9,7 @@
 #include "PeerWaits.h"
 #include "PhotoManager.h"
 #include "SoundManager.h"
+#include "SoundSignals.h"
 #include "UpdateManager.h"
 
 #include <ConfigProxy.h>
@@ -22,7 +23,6 @@
 
 #include <QDBusConnection>
 
-#include <stdexcept>
 #include <utility>
 
 namespace
@@ -42,17 +42,6 @@ template <typename Proxy> void Create(Proxy*& proxy, const char* service, const 
 {
     Create(proxy, service, path);
     proxy->setTimeout(timeout_ms);
-}
-
-// The bus delivers a signal from the moment on at which something is connected to it, which is too late for one that
-// comes right behind the answer of a call; and it does so as long as something stays connected.
-template <typename Proxy, typename... Signals> void Subscribe(Proxy* proxy, Signals... signals)
-{
-    const auto subscribe = [proxy](auto signal) {
-        if (!QObject::connect(proxy, signal, proxy, [] {}))
-            throw std::runtime_error("peer signals");
-    };
-    (subscribe(signals), ...);
 }
 
 // Of a peer at which work goes on after its answer.
@@ -77,8 +66,7 @@ void Peers::CreateProxies(const std::function<void()>& onUpdateManager)
     onUpdateManager();
     PeerProxies::m_updateManProxy->setTimeout(UpdateManager::TIMEOUT_MS);
     Create(PeerProxies::m_soundManProxy, SoundManager::SERVICE, SoundManager::PATH, SoundManager::TIMEOUT_MS);
-    Subscribe(PeerProxies::m_soundManProxy, &SoundManagerProxy::PlayFileCompleted,
-              &SoundManagerProxy::PlayPlaylistCompleted, &SoundManagerProxy::StreamEnabled);
+    new SoundSignals(PeerProxies::m_soundManProxy);
     Follow(PeerProxies::m_soundManProxy);
     Create(PeerProxies::m_photoManProxy, PhotoManager::SERVICE, PhotoManager::PATH, PhotoManager::TIMEOUT_MS);
     Follow(PeerProxies::m_photoManProxy);

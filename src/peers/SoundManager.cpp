@@ -4,6 +4,7 @@
 #include "PeerOwner.h"
 #include "PeerProxies.h"
 #include "ProxyTimeout.h"
+#include "SoundSignals.h"
 #include "text/TimeText.h"
 
 #include <SoundManagerProxy.h>
@@ -76,9 +77,9 @@ PeerReply SoundManager::SetAmplifiers(unsigned char outputs)
     return Call(SET_AMPLIFIERS, {QVariant::fromValue(outputs)});
 }
 
-const SoundManagerProxy* SoundManager::Signals()
+const SoundSignals* SoundManager::Signals()
 {
-    return PeerProxies::m_soundManProxy;
+    return SoundSignals::Of(PeerProxies::m_soundManProxy);
 }
 
 const PeerOwner* SoundManager::Owner()

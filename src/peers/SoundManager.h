@@ -6,7 +6,7 @@
 #include <QTime>
 
 class PeerOwner;
-class SoundManagerProxy;
+class SoundSignals;
 
 // The client of the sound manager. Each request waits for its answer, for TIMEOUT_MS where nothing else is said.
 namespace SoundManager
@@ -57,7 +57,7 @@ inline constexpr const char* SOURCE_STREAM = "stream";
 [[nodiscard]] PeerReply SetAmplifiers(unsigned char outputs);
 
 // The sender of its signals; null before Peers has created the proxies.
-[[nodiscard]] const SoundManagerProxy* Signals();
+[[nodiscard]] const SoundSignals* Signals();
 
 // Who answers under its name; null where that is not known (see Peers).
 [[nodiscard]] const PeerOwner* Owner();

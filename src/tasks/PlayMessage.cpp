@@ -3,8 +3,6 @@
 #include "text/Printable.h"
 #include "text/SharedValues.h"
 
-#include <SoundManagerProxy.h>
-
 PlayMessage::PlayMessage(const QString& time, const QString& file, const QString& volume)
     : PlayTask(TASK_PLAY_MESSAGE, {}, volume, OZNA_LOG_SITE)
     , m_startTime(SoundManager::ParseTime(time))
@@ -37,15 +35,14 @@ bool PlayMessage::Run()
 {
     BeginRequest();
     const PeerReply reply = SoundManager::PlayFile(m_file, m_startTime);
-    m_running =
-        reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
-                     [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
-                     [&] {
-                         OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d", qPrintable(m_file),
-                                  qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
-                         BeginWait(reply, &SoundManagerProxy::PlayFileCompleted, this,
-                                   &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
-                     });
+    m_running = reply.Report(
+        [](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayFile request error: %s\n", error); },
+        [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayFile error: %d\n", status); },
+        [&] {
+            OZNA_LOG(LEVEL_TRACE, "TASK START@TIME REQUESTED | PlayMessage: %s|%s|%d", qPrintable(m_file),
+                     qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
+            BeginWait(reply, &SoundSignals::PlayFileCompleted, this, &PlayMessage::OnPlayFileCompleted, OZNA_LOG_SITE);
+        });
     return m_running;
 }
 

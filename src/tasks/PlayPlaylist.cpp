@@ -3,8 +3,6 @@
 #include "DataRoot.h"
 #include "text/Printable.h"
 
-#include <SoundManagerProxy.h>
-
 namespace
 {
 
@@ -166,7 +164,7 @@ bool PlayPlaylist::Run()
                                  OZNA_LOG(LEVEL_NORMAL, "TASK START@TIME REQUESTED | PlayPlaylist: %s|%d|%s|%d",
                                           qPrintable(m_name), m_firstTrack,
                                           qPrintable(SoundManager::FormatTime(m_startTime)), Volume());
-                                 BeginWait(reply, &SoundManagerProxy::PlayPlaylistCompleted, this,
+                                 BeginWait(reply, &SoundSignals::PlayPlaylistCompleted, this,
                                            &PlayPlaylist::OnPlayPlaylistCompleted, OZNA_LOG_SITE);
                              });
     m_completed = !m_running;

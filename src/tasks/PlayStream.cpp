@@ -4,7 +4,6 @@
 #include "text/SharedValues.h"
 
 #include <Configuration.h>
-#include <SoundManagerProxy.h>
 
 namespace
 {
@@ -69,14 +68,13 @@ bool PlayStream::Run()
         return false;
     BeginRequest();
     const PeerReply reply = SoundManager::PlayStream(m_uri);
-    m_running =
-        reply.Report([](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayStream request error: %s\n", error); },
-                     [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayStream error: %d\n", status); },
-                     [&] {
-                         OZNA_LOG(LEVEL_TRACE, "TASK START REQUESTED | PlayStream: %s|%d", qPrintable(m_uri), Volume());
-                         BeginWait(reply, &SoundManagerProxy::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted,
-                                   OZNA_LOG_SITE);
-                     });
+    m_running = reply.Report(
+        [](const char* error) { OZNA_LOG(LEVEL_ERROR, "PlayStream request error: %s\n", error); },
+        [](int status) { OZNA_LOG(LEVEL_ERROR, "PlayStream error: %d\n", status); },
+        [&] {
+            OZNA_LOG(LEVEL_TRACE, "TASK START REQUESTED | PlayStream: %s|%d", qPrintable(m_uri), Volume());
+            BeginWait(reply, &SoundSignals::StreamEnabled, this, &PlayStream::OnPlayStreamCompleted, OZNA_LOG_SITE);
+        });
     return m_running;
 }
 

@@ -4,8 +4,7 @@
 #include "Task.h"
 #include "peers/PeerReply.h"
 #include "peers/SoundManager.h"
-
-#include <SoundManagerProxy.h>
+#include "peers/SoundSignals.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QMetaObject>
