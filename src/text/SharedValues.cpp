@@ -34,9 +34,7 @@ QString SharedValues::Of(const QString& text)
     if (m_current == nullptr || text.isEmpty())
         return text;
     QString& earlier = m_current->m_texts[Place(text, TEXTS)];
-    if (earlier != text)
-        earlier = text;
-    return earlier;
+    return earlier == text ? earlier : (earlier = text);
 }
 
 SharedValues::Tracks SharedValues::Of(const TrackList& tracks)

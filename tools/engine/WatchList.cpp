@@ -5,6 +5,7 @@
 #include "base/Moment.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <numeric>
 
@@ -103,8 +104,8 @@ void WatchList::AddChance(const Span& span, size_t place, bool isLate)
 void WatchList::Sort(const Scheduler& scheduler)
 {
     m_close.clear();
-    for (const auto& action : scheduler.EarlyActions())
-        m_close.push_back(m_places.value(action.get()));
+    std::ranges::transform(scheduler.EarlyActions(), std::back_inserter(m_close),
+                           [this](const auto& action) { return m_places.value(action.get()); });
 }
 
 qint64 WatchList::NextFar_ms(qint64 now_ms)
@@ -122,8 +123,9 @@ qint64 WatchList::NextFar_ms(qint64 now_ms)
         if (watch.action->m_forced && m_days[watch.days].areDue && !watch.action->m_task->IsRunning())
             next_ms = now_ms;
     }
-    for (const Chance& chance : m_open)
-        next_ms = Sooner(next_ms, NextFar_ms(chance, now_ms));
+    next_ms = std::accumulate(m_open.begin(), m_open.end(), next_ms, [&](qint64 sooner_ms, const Chance& chance) {
+        return Sooner(sooner_ms, NextFar_ms(chance, now_ms));
+    });
     for (size_t i = m_coming; i < m_chances.size() && (next_ms == NEVER || m_chances[i].span.begin_ms < next_ms); ++i)
         next_ms = Sooner(next_ms, NextFar_ms(m_chances[i], now_ms));
     return next_ms;
@@ -163,10 +165,9 @@ qint64 WatchList::NextEarly_ms(const Watch& watch, qint64 now_ms) const
     const Action& action = *watch.action;
     if (action.m_forced)
         return now_ms;
-    qint64 next_ms = Next_ms(SpanOf(watch.start_ms, action.InTime()), now_ms);
-    for (const Span& span : LateSpans(action, action.Delayed()))
-        next_ms = Sooner(next_ms, Next_ms(span, now_ms));
-    return next_ms;
+    const std::array<Span, 2> late = LateSpans(action, action.Delayed());
+    return std::accumulate(late.begin(), late.end(), Next_ms(SpanOf(watch.start_ms, action.InTime()), now_ms),
+                           [&](qint64 next_ms, const Span& span) { return Sooner(next_ms, Next_ms(span, now_ms)); });
 }
 
 // The lateness counts from when the clock on the wall last showed the start time, today or yesterday; that of a time
