@@ -174,6 +174,12 @@ def plant(text, faults):
     return _render(text, 0, len(text), sorted(edits.items(), key=lambda edit: (edit[0][0], -edit[0][1])))
 
 
+def check(root, faults):
+    """Whether the code of each fault is there."""
+    for name in {fault.file for fault in faults}:
+        plant((root / name).read_text(encoding="utf-8"), [fault for fault in faults if fault.file == name])
+
+
 def _write(path, content):
     """Leaves a file alone that is as it should be, so that nothing is built anew for it."""
     if path.exists() and path.read_bytes() == content:
