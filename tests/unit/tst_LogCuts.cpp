@@ -9,7 +9,7 @@ namespace
 {
 
 constexpr Log::Site SITE{"[Action.cpp:7] "};
-const QByteArray PREFIX(SITE.prefix.data(), static_cast<qsizetype>(SITE.prefix.size()));
+const QByteArray PREFIX = "[Action.cpp:7] "_ba;
 // What is left for the message beside the prefix and the terminator.
 const qsizetype ROOM = 511 - PREFIX.size();
 

@@ -8,7 +8,6 @@ namespace
 {
 
 const QTime NOON(12, 0);
-const QString STOP_MESSAGE = u"StopPlay("_s;
 
 } // namespace
 

@@ -105,10 +105,12 @@ void RequestsTest::AStartIsJudgedAndLogged()
 void RequestsTest::ARequestThatFollowsIsJudgedAndLogged()
 {
     QFETCH(PeerAnswer, answer);
+    int followed = 0;
     for (const Request& request : Request::All())
     {
         if (request.Row().trigger != Trigger::START || !request.IsFollowed(Outcome::ACCEPTED))
             continue;
+        ++followed;
         const Request second = request.Followed();
         const Outcome outcome = answer.TakenAs(second.Row().judged);
         std::unique_ptr<Task> task = Make(request);
@@ -120,6 +122,7 @@ void RequestsTest::ARequestThatFollowsIsJudgedAndLogged()
         Bus().Clear();
         LogRecorder::Clear();
     }
+    QVERIFY(followed > 0);
 }
 
 void RequestsTest::AnyEarlierTimeoutComesBack()

@@ -175,6 +175,11 @@ void TaskCreationTest::ALineMakesItsTask()
     if (task.m_type == TASK_PLAY_PLAYLIST)
         log.append(PlaylistLines::Loaded(2));
     log.append(LogLine(u'4' + place + u"TASK CREATED | "_s + created));
+    // Nothing more is told of a new task, but of a playlist's file.
+    const QList<LogRecord> records = LogRecorder::Records();
+    QVERIFY(task.m_type == TASK_PLAY_PLAYLIST || std::ranges::none_of(records, [](const LogRecord& record) {
+                return record.level > 4 && record.text.startsWith("[tasks/");
+            }));
     EXPECT_LOG(4, (log));
     EXPECT_REQUESTS(Bus(), {});
     QStringList told;
