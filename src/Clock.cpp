@@ -19,7 +19,8 @@ constexpr int MOST_READINGS = 5;
 
 // More than a day before and after: how far a time of today can be away. No zone changes its clocks there and back in
 // half of that.
-constexpr std::array<std::time_t, 4> STEADY_SPAN_S{-26 * 3600, -13 * 3600, 13 * 3600, 26 * 3600};
+constexpr std::time_t HOUR_S = 3600;
+constexpr std::array<std::time_t, 4> STEADY_SPAN_S{-26 * HOUR_S, -13 * HOUR_S, 13 * HOUR_S, 26 * HOUR_S};
 
 const QDate FIRST_DATE(1970, 1, 1);
 

@@ -11,6 +11,9 @@ namespace
 constexpr std::int64_t LOOK_S = Passage::LOOK_MS / StartIndex::MS_PER_S;
 constexpr int MOST_TOLD = 20; // at once, with a record each
 
+// A clock that is put back by more was wrong altogether: what it showed says nothing.
+constexpr std::int64_t LONGEST_BACK_S = 2 * StartIndex::DAY_S;
+
 const QString DATE_FORMAT = QStringLiteral("yyyy-MM-dd ");
 const QString TIME_FORMAT = QStringLiteral("HH:mm:ss");
 
@@ -21,6 +24,7 @@ void MissedStarts::Load(const Clock::Reading& since)
     m_last = Clock::Read();
     m_loaded_ms = m_last->local_ms;
     m_seen_s = StartIndex::MomentOf(since);
+    m_judged_s = m_seen_s;
 }
 
 void MissedStarts::Answer(Action& action, bool isLate)
@@ -74,24 +78,38 @@ void MissedStarts::LookAt(const Passage& passage)
     if (now_s > m_seen_s)
         OpenPassed(passage);
     m_seen_s = now_s;
+    m_judged_s = std::max(m_judged_s, now_s);
 }
 
 void MissedStarts::OpenPassed(const Passage& passage)
 {
     const auto first = static_cast<std::ptrdiff_t>(m_open.size());
+    const bool isJump = passage.Jump_ms() > Passage::LEAST_JUMP_MS;
     const bool areAll =
         m_starts.Backwards(m_seen_s, StartIndex::MomentOf(passage.to), [&](Action& action, std::int64_t due_s) {
-            if (action.m_answeredDue_s != due_s && action.IsDueOn(StartIndex::DateOf(due_s)))
+            if (action.m_answeredDue_s != due_s && !(isJump && IsJudged(due_s)) &&
+                action.IsDueOn(StartIndex::DateOf(due_s)))
                 m_open.push_back({&action, due_s, passage.from, action.m_task->IsRunning() || IsBusy(action, due_s)});
         });
     m_areAll = m_areAll && areAll;
     std::reverse(m_open.begin() + first, m_open.end());
 }
 
-// What the clock has not shown yet comes again: it was put back.
+// A clock that was put back, and is put forward over the same times, leaves out nothing that it had not shown before.
+bool MissedStarts::IsJudged(std::int64_t due_s) const
+{
+    return due_s <= m_judged_s && due_s > m_judged_s - LONGEST_BACK_S;
+}
+
+// What the clock has not shown yet comes again: it was put back. It was not judged either.
 void MissedStarts::DropComing(std::int64_t now_s)
 {
-    std::erase_if(m_open, [now_s](const PassedStart& start) { return start.due_s > now_s; });
+    std::erase_if(m_open, [&](const PassedStart& start) {
+        if (start.due_s <= now_s)
+            return false;
+        m_judged_s = std::min(m_judged_s, start.due_s - 1);
+        return true;
+    });
 }
 
 void MissedStarts::Settle(const Clock::Reading& now)

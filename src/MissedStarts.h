@@ -45,6 +45,7 @@ private:
     void LookAt(const Passage& passage);
     void Tell() const;
     void OpenPassed(const Passage& passage);
+    [[nodiscard]] bool IsJudged(std::int64_t due_s) const;
     void DropComing(std::int64_t now_s);
     void Settle(const Clock::Reading& now);
     void NoteBusy(std::int64_t now_s);
@@ -56,6 +57,7 @@ private:
     std::optional<Clock::Reading> m_last; // look, or load; none while nothing is loaded
     std::int64_t m_loaded_ms = 0;         // by the clock on the wall
     std::int64_t m_seen_s = 0;            // up to here all starts were looked at
+    std::int64_t m_judged_s = 0;          // the latest moment up to which they were, also where the clock was put back
     std::vector<PassedStart> m_open;
     std::vector<std::pair<const Action*, std::int64_t>> m_busy; // starts to come whose task is under way; sorted
     std::vector<MissedStart> m_missed;                          // not told yet

@@ -63,13 +63,21 @@ ActionList::Noted EarlyCandidates::At(const Clock::Reading& now, ActionList& far
         return candidates;
     }
     const int second = StartIndex::SecondOf(StartIndex::MomentOf(now));
-    AddNear(second, candidates);
     AddForced(candidates);
-    AddLate(second, candidates);
+    AddAt(second, candidates);
+    // The next day may have begun when they are asked.
+    if (second >= DAY_S - MARGIN_S)
+        AddAt(second - DAY_S, candidates);
     std::erase_if(candidates, [](const auto& entry) { return (*entry)->m_isWatched; });
     std::ranges::sort(candidates, {}, [](const auto& entry) { return (*entry)->m_place; });
     candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
     return candidates;
+}
+
+void EarlyCandidates::AddAt(int now, ActionList::Noted& candidates) const
+{
+    AddNear(now, candidates);
+    AddLate(now, candidates);
 }
 
 // The seconds to a start are a plain difference here.

@@ -36,6 +36,7 @@ private:
         ActionList::Entries::iterator entry;
     };
 
+    void AddAt(int now, ActionList::Noted& candidates) const;
     void AddNear(int now, ActionList::Noted& candidates) const;
     void AddForced(ActionList::Noted& candidates);
     void AddLate(int now, ActionList::Noted& candidates) const;

@@ -2,6 +2,8 @@
 
 #include "engine/Rehearsal.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 QStringList RehearsalTexts::Requests(const Rehearsal& rehearsal)
@@ -43,6 +45,21 @@ QStringList RehearsalTexts::Missed(const Rehearsal& rehearsal)
     {
         if (event.kind == EventKind::MISSED)
             texts.append(u"%1 line %2: %3"_s.arg(event.due_ms).arg(event.lineNumber).arg(event.reason));
+    }
+    return texts;
+}
+
+QStringList RehearsalTexts::WronglyMissed(const Rehearsal& rehearsal)
+{
+    QStringList texts;
+    for (const Event& missed : rehearsal.Events())
+    {
+        const bool isStarted = std::ranges::any_of(rehearsal.Events(), [&](const Event& event) {
+            return event.kind == EventKind::START && event.delay_s == 0 && event.lineNumber == missed.lineNumber &&
+                   event.due_ms == missed.due_ms;
+        });
+        if (missed.kind == EventKind::MISSED && isStarted)
+            texts.append(u"%1 line %2"_s.arg(missed.due_ms).arg(missed.lineNumber));
     }
     return texts;
 }

@@ -16,4 +16,7 @@ QStringList Starts(const Rehearsal& rehearsal);
 // What has passed without being started.
 QStringList Missed(const Rehearsal& rehearsal);
 
+// What is called missed though it was started in time.
+QStringList WronglyMissed(const Rehearsal& rehearsal);
+
 } // namespace RehearsalTexts

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void APlaylistIsMissedWhenItCanNoLongerBeJoined();
     void NothingIsToldOf();
     void NothingIsToldWhenTheClockIsPutBack();
+    void NothingIsToldTwiceWhenTheClockIsPutBackAndForward();
     void OfManyTheLatestAreToldAndTheOthersCounted();
     void ATimeWhosePartsCarryOverIsMissedLikeAnyOther();
     void WhatWasForcedOnAnotherDayIsMissedOnItsOwn();
@@ -89,6 +90,35 @@ void MissedStartsTest::NothingIsToldWhenTheClockIsPutBack()
             Pass(60);
             EXPECT_LOG(LEVEL_WARNING, {});
         }
+    }
+}
+
+// The action knows its last answer alone, and none after a load.
+void MissedStartsTest::NothingIsToldTwiceWhenTheClockIsPutBackAndForward()
+{
+    for (const bool isReload : {true, false})
+    {
+        StartBefore(30'000, {"08:30:00 Volume|1"});
+        Pass(60);
+        if (isReload)
+        {
+            LoadAnew(RELOAD);
+        }
+        else
+        {
+            Time().Advance_s(86400 - 60);
+            Pass(60);
+        }
+        const int back_s = isReload ? 3600 : 86400 + 5400;
+        Time().Step_s(-back_s);
+        Pass(60);
+        Time().Step_s(back_s);
+        Pass(9);
+        EXPECT_LOG(LEVEL_WARNING, {});
+        // What the clock had not shown is told.
+        Time().Step_s(86400);
+        Pass(9);
+        EXPECT_LOG(LEVEL_WARNING, {Missed(VOLUME, 1, "08:30:00", CLOCK_FORWARD)});
     }
 }
 

@@ -50,11 +50,13 @@ void PrintableTest::EveryBlankIsTrimmedAsTheLibraryDoes()
 {
     for (int code = 0; code <= 0xff; ++code)
     {
+        if (code == '|')
+            continue;
         const QString sign = QChar(code);
         for (const QString& text :
              {sign, sign + u"a b"_s, u"a b"_s + sign, sign + sign + u"a"_s + sign, u"a"_s + sign + u"b"_s})
         {
-            QCOMPARE(StringUtils::FirstTokens(text, '\x1f', 1), QStringList{text.trimmed()});
+            QCOMPARE(StringUtils::FirstTokens(text, '|', 1), QStringList{text.trimmed()});
         }
     }
 }

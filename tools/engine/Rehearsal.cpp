@@ -183,18 +183,14 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
     // Each tick is run once.
     qint64 free_ms = m_clock.Now_ms();
     const qint64 passes = m_farPasses;
+    bool isHeldUp = false;
     for (int tick = 1;; ++tick)
     {
-        if (tick % TICKS_A_QUESTION == 0)
-        {
-            Release();
-            if (!goOn(DonePart()))
-                return false;
-        }
+        if (tick % TICKS_A_QUESTION == 0 && (Release(), !goOn(DonePart())))
+            return false;
         m_watches.Sort(scheduler);
-        // The first far pass of a stretch sees what the clocks left out before it.
-        const bool mustLook = m_farPasses == passes;
-        const qint64 far_ms = mustLook ? free_ms : m_watches.NextFar_ms(free_ms);
+        // The first far pass of a stretch sees what the clocks left out, that behind a pass held up what passed then.
+        const qint64 far_ms = m_farPasses == passes || isHeldUp ? free_ms : m_watches.NextFar_ms(free_ms);
         const qint64 early_ms = m_watches.NextEarly_ms(free_ms);
         qint64 tick_ms = stretch.end_ms;
         if (far_ms != WatchList::NEVER)
@@ -212,6 +208,7 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
             return true;
         m_clock.PassTo(tick_ms);
         Pass(scheduler);
+        isHeldUp = m_clock.Now_ms() > tick_ms;
         free_ms = std::max(tick_ms + 1, m_clock.Now_ms());
     }
 }
