@@ -100,7 +100,7 @@ function(ozna_add_case label_and_name)
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT
         DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
         LC_ALL=C.UTF-8
-        LLVM_PROFILE_FILE=${OZNA_PROFILE_DIR}/%m.profraw
+        LLVM_PROFILE_FILE=${OZNA_PROFILE_DIR}/${program}-%m.profraw
         ${case_ENVIRONMENT})
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT_MODIFICATION
         OZNA_CONFIG_FILE=unset: OZNA_DATA_DIR=unset: OZNA_LOG_LEVEL=unset:
