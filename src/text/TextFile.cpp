@@ -144,7 +144,7 @@ bool TextFile::ReadBlock()
             m_block.clear();
             return false;
         }
-        const QByteArrayView bytes(block.data(), size);
+        const QByteArrayView bytes(block.data(), static_cast<qsizetype>(size));
         m_unread -= size;
         if (!m_decoder.isValid())
             m_decoder = QStringDecoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8));
