@@ -41,6 +41,8 @@ void EarlyCandidates::Build(ActionList& far)
         if (const int most_s = MostLate_s(action); most_s > 0)
             m_latecomers.push_back({LatenessSecond(action), most_s, entry});
     }
+    // A schedule stays loaded for months.
+    m_latecomers.shrink_to_fit();
     std::ranges::stable_sort(m_latecomers, {}, &Latecomer::second);
     if (!m_latecomers.empty())
         m_most_s = std::ranges::max_element(m_latecomers, {}, &Latecomer::most_s)->most_s;
