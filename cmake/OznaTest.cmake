@@ -63,7 +63,8 @@ endfunction()
 # long wait side by side. With FUNCTIONS, each of its test functions is, as "<label>.<name>.<function>"; none may be left
 # out of either. DEFINITIONS hold for tst_<name>.cpp, PROPERTIES are those of the registered tests. With NAMED
 # the test is a case of that name which the suite has already, and no source is added. No test reaches the session bus of
-# who runs it, sees the settings of who runs it, or runs longer than its time-out (60 seconds unless given).
+# who runs it, sees the settings of who runs it, or runs longer than its time-out, which only ends what
+# hangs (300 seconds unless given): an emulated processor with other builds beside it needs its time.
 function(ozna_add_case label_and_name)
     cmake_parse_arguments(PARSE_ARGV 1 case ""
         "SUITE;TIMEOUT;NAMED" "SOURCES;DEFINITIONS;ENVIRONMENT;TIME_ZONES;ROWS;FUNCTIONS;PROPERTIES")
@@ -76,7 +77,7 @@ function(ozna_add_case label_and_name)
     set(name ${CMAKE_MATCH_2})
     set(program suite_${case_SUITE})
     if(NOT case_TIMEOUT)
-        set(case_TIMEOUT 60)
+        set(case_TIMEOUT 300)
     endif()
 
     if(case_NAMED)

@@ -61,8 +61,12 @@ void SchedulerTest::PassTime(int span_ms, int firstFar_ms, const std::function<v
     int toFar_ms = firstFar_ms;
     for (int left_ms = span_ms;;)
     {
-        const int inFifth_ms = Clock::IntoSecond_ms() % Scheduler::EARLY_INTERVAL_MS;
-        const int step_ms = std::min(toFar_ms, Scheduler::EARLY_INTERVAL_MS - inFifth_ms);
+        int step_ms = toFar_ms;
+        if (SchedulerAccess::EarlyActions(*m_scheduler).Size() > 0)
+        {
+            const int inFifth_ms = Clock::IntoSecond_ms() % Scheduler::EARLY_INTERVAL_MS;
+            step_ms = std::min(step_ms, Scheduler::EARLY_INTERVAL_MS - inFifth_ms);
+        }
         if (step_ms > left_ms)
         {
             Time().Advance_ms(left_ms);
