@@ -13,11 +13,13 @@ void PassingTest::WritePlaylist()
 
 void PassingTest::Pass(int seconds, int firstFar_ms)
 {
-    PassTime(seconds * 1000, firstFar_ms, [this] {
+    const auto note = [this] {
         for (const PeerRequest& request : Bus().Requests())
             m_requests.append(Clock::TimeOfDay().toString(u"HH:mm:ss "_s) + request.Shown().section(u'.', 1));
         Bus().Clear();
-    });
+    };
+    note(); // what a reload has asked for
+    PassTime(seconds * 1000, firstFar_ms, note);
     QCoreApplication::sendPostedEvents();
 }
 
