@@ -47,6 +47,8 @@ std::vector<MissedStart> MissedStarts::Look(const Clock::Reading& now)
     Settle(passage.to);
     NoteBusy(StartIndex::MomentOf(passage.to));
     m_last = passage.to;
+    if (m_missed.empty() && m_areAll)
+        return {};
 
     std::ranges::stable_sort(m_missed, {}, &MissedStart::due_s);
     Tell();
