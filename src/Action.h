@@ -95,17 +95,17 @@ public:
     bool m_isWatched = false;
     std::uint32_t m_place = 0;
 
-    std::unique_ptr<Task> m_task;
     int m_lineNumber = 0; // of the schedule file; 0 for an action that comes from none
-    int m_hour = 0;       // as the line gives it, not checked
+    std::unique_ptr<Task> m_task;
+    int m_hour = 0; // as the line gives it, not checked
     int m_minute = 0;
     int m_second = 0;
     QTime m_startTime; // invalid when the three are out of range
     int m_delay = 0;   // by how many seconds the start is late, from IsReady for the Start that follows
 
-    // The last start that was answered, as MissedStarts counts them.
-    std::int64_t m_answeredDue_s = NO_START;
-    static constexpr std::int64_t NO_START = std::numeric_limits<std::int64_t>::min();
+    // The day of the last start that was answered, as StartIndex counts them.
+    std::int32_t m_answeredDay = NO_DAY;
+    static constexpr std::int32_t NO_DAY = std::numeric_limits<std::int32_t>::min();
 
 Q_SIGNALS:
     void PddActionRequested(PDD_ACTION action, bool enable);

@@ -18,8 +18,8 @@ public:
     int m_month = -1;
     int m_year = -1;
     std::uint8_t m_dow = 0; // bit n: the C library's week-day number n
-    bool m_hasFrom = false;
-    bool m_hasTo = false;
+    bool m_hasFrom : 1 = false;
+    bool m_hasTo : 1 = false;
 
     // Whether today is one of the days.
     [[nodiscard]] bool IsDueToday() const;

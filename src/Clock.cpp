@@ -116,13 +116,14 @@ Clock::Reading Clock::Read()
 
 bool Clock::IsSteady(const Reading& now)
 {
+    // Of the zone that the reading was made in: what Local would look up again.
     const std::time_t moment = WholeSeconds(now.calendar_ms);
-    const std::tm parts = Local(moment);
+    std::tm parts{};
+    ::localtime_r(&moment, &parts);
     for (const std::time_t away_s : STEADY_SPAN_S)
     {
         std::tm other{};
         const std::time_t then = moment + away_s;
-        // Of the same zone: what Local would look up again.
         ::localtime_r(&then, &other);
         if (other.tm_gmtoff != parts.tm_gmtoff || other.tm_isdst != parts.tm_isdst)
             return false;

@@ -32,7 +32,8 @@ public:
     static std::int64_t Uptime_ms();
 
     // Whether the clock on the wall just runs on for more than a day around that moment: neither the offset to UTC nor
-    // daylight saving changes. SecondsTo is a plain difference of times of day then.
+    // daylight saving changes. SecondsTo is a plain difference of times of day then. now: the reading made last, whose
+    // time zone is asked.
     static bool IsSteady(const Reading& now);
 
     // The current calendar time, in seconds.

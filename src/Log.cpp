@@ -1,6 +1,7 @@
 #include "Log.h"
 
 #include "Globals.h"
+#include "PlainFormat.h"
 
 #include <LogInterface.h>
 
@@ -67,21 +68,25 @@ private:
 
 struct Record
 {
-    std::array<char, Log::RECORD_SIZE> text = {};
-    size_t begin = 0; // of the message, behind "[file:line] "
+    std::array<char, Log::RECORD_SIZE> text;
+    size_t begin; // of the message, behind "[file:line] "
 };
 
-// As std::vsnprintf does, at less cost where there is nothing to be formatted. target holds nothing but zeros.
-__attribute__((format(printf, 3, 0))) int Print(char* target, size_t room, const char* format, va_list arguments)
+// False where there was not room enough.
+__attribute__((format(printf, 3, 0))) bool Print(char* target, size_t room, const char* format, va_list arguments)
 {
-    if (std::strchr(format, '%') == nullptr)
-    {
-        const std::string_view text(format);
-        text.copy(target, room - 1);
-        return static_cast<int>(text.size());
-    }
+    va_list same;
+    va_copy(same, arguments);
+    const PlainFormat::Outcome outcome = PlainFormat::Print(target, room, format, same);
+    va_end(same);
+    if (outcome != PlainFormat::Outcome::NOT_PLAIN)
+        return outcome == PlainFormat::Outcome::WHOLE;
     const PlainNumbers plainNumbers;
-    return std::vsnprintf(target, room, format, arguments);
+    // A negative length is a text of more than two gigabytes: what fits of it is there, unterminated perhaps.
+    std::fill_n(target, room, '\0');
+    const int wanted = std::vsnprintf(target, room, format, arguments);
+    target[room - 1] = '\0';
+    return wanted >= 0 && static_cast<size_t>(wanted) < room;
 }
 
 __attribute__((format(printf, 2, 0))) Record Format(Log::Site site, const char* format, va_list arguments)
@@ -91,11 +96,7 @@ __attribute__((format(printf, 2, 0))) Record Format(Log::Site site, const char* 
 
     char* const message = record.text.data() + record.begin;
     const size_t room = record.text.size() - record.begin;
-    const int wanted = Print(message, room, format, arguments);
-
-    // A negative length is a text of more than two gigabytes: what fits of it is there, unterminated perhaps.
-    record.text.back() = '\0';
-    if (wanted < 0 || static_cast<size_t>(wanted) >= room)
+    if (!Print(message, room, format, arguments))
         message[WholeCharacters(message, std::strlen(message))] = '\0';
     return record;
 }

@@ -35,7 +35,7 @@ void MissedStarts::Answer(Action& action, bool isLate)
         return;
     // What is not late is today's start, also where it is still to come.
     const std::int64_t now_s = StartIndex::MomentOf(Clock::Read());
-    action.m_answeredDue_s = isLate ? StartIndex::Latest(*second, now_s) : StartIndex::Latest(0, now_s) + *second;
+    action.m_answeredDay = StartIndex::DayOf(isLate ? StartIndex::Latest(*second, now_s) : now_s);
 }
 
 std::vector<MissedStart> MissedStarts::Look(const Clock::Reading& now)
@@ -47,6 +47,8 @@ std::vector<MissedStart> MissedStarts::Look(const Clock::Reading& now)
     Settle(passage.to);
     NoteBusy(StartIndex::MomentOf(passage.to));
     m_last = passage.to;
+    if (m_missed.empty() && m_areAll)
+        return {};
 
     std::ranges::stable_sort(m_missed, {}, &MissedStart::due_s);
     Tell();
@@ -87,7 +89,7 @@ void MissedStarts::OpenPassed(const Passage& passage)
     const bool isJump = passage.Jump_ms() > Passage::LEAST_JUMP_MS;
     const bool areAll =
         m_starts.Backwards(m_seen_s, StartIndex::MomentOf(passage.to), [&](Action& action, std::int64_t due_s) {
-            if (action.m_answeredDue_s != due_s && !(isJump && IsJudged(due_s)) &&
+            if (action.m_answeredDay != StartIndex::DayOf(due_s) && !(isJump && IsJudged(due_s)) &&
                 action.IsDueOn(StartIndex::DateOf(due_s)))
                 m_open.push_back({&action, due_s, passage.from, action.m_task->IsRunning() || IsBusy(action, due_s)});
         });
@@ -171,7 +173,7 @@ bool MissedStarts::IsBusy(const Action& action, std::int64_t due_s) const
 void MissedStarts::Add(const PassedStart& start, const QString& cause)
 {
     // Told once, also where the clock is put back and it passes again.
-    start.action->m_answeredDue_s = std::max(start.action->m_answeredDue_s, start.due_s);
+    start.action->m_answeredDay = std::max(start.action->m_answeredDay, StartIndex::DayOf(start.due_s));
     const Task& task = *start.action->m_task;
     m_missed.push_back({task.m_type, task.GetName(), start.action->m_lineNumber, start.due_s, cause});
 }

@@ -43,6 +43,14 @@ void signals_handler(int sig)
     SignalPipe::Wake();
 }
 
+// Qt takes GLib's event loop where it finds one, which does more at each wake-up. All that is waited for here is
+// timers, the bus and the signals: Qt's own loop does that as well. Failing, the daemon only wakes up at a greater
+// cost.
+void ChooseEventLoop()
+{
+    static_cast<void>(::qputenv("QT_NO_GLIB", "1"));
+}
+
 bool InstallHandler(int sig)
 {
     struct sigaction action
@@ -95,6 +103,7 @@ int main(int argc, char* argv[])
     // A large block goes back to the device as soon as it is free. Unless it is told where large begins, the allocator
     // takes that from what it sees, and after one long call keeps megabytes for the next.
     static_cast<void>(::mallopt(M_MMAP_THRESHOLD, LARGE_BLOCK));
+    ChooseEventLoop();
     m_app = new QCoreApplication(argc, argv);
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
     OZNA_LOG(LEVEL_NORMAL, "Creating Scheduler...");

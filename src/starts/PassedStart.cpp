@@ -22,7 +22,7 @@ bool CanBeLate(const Action& action, std::int64_t due_s, std::int64_t now_s, boo
 
 bool PassedStart::IsAnswered() const
 {
-    return action->m_answeredDue_s == due_s;
+    return action->m_answeredDay == StartIndex::DayOf(due_s);
 }
 
 bool PassedStart::CanBeAnswered(std::int64_t now_s, bool isWatched) const

@@ -9,13 +9,6 @@ namespace
 constexpr std::ptrdiff_t MOST_VISITS = 100'000; // besides those of a day; a day without any counts as one
 const QDate FIRST_DATE(1970, 1, 1);
 
-// Rounds down, also before 1970.
-std::int64_t DayOf(std::int64_t moment_s)
-{
-    const std::int64_t day = moment_s / StartIndex::DAY_S;
-    return moment_s % StartIndex::DAY_S < 0 ? day - 1 : day;
-}
-
 } // namespace
 
 void StartIndex::Build(ActionList& actions)
@@ -73,6 +66,13 @@ std::int64_t StartIndex::Latest(int second, std::int64_t now_s)
 {
     const std::int64_t today_s = DayOf(now_s) * DAY_S + second;
     return today_s > now_s ? today_s - DAY_S : today_s;
+}
+
+// Rounds down, also before 1970. No clock shows a day that the number does not hold.
+std::int32_t StartIndex::DayOf(std::int64_t moment_s)
+{
+    const auto day = static_cast<std::int32_t>(moment_s / DAY_S);
+    return moment_s % DAY_S < 0 ? day - 1 : day;
 }
 
 int StartIndex::SecondOf(std::int64_t moment_s)

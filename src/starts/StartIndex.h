@@ -35,8 +35,10 @@ public:
     // The moment that a reading shows.
     [[nodiscard]] static std::int64_t MomentOf(const Clock::Reading& reading);
 
-    // The latest moment up to now_s in that second of a day, and a moment's second of its day, date and time of day.
+    // The latest moment up to now_s in that second of a day, and a moment's day, counted from 1970-01-01, second of its
+    // day, date and time of day.
     [[nodiscard]] static std::int64_t Latest(int second, std::int64_t now_s);
+    [[nodiscard]] static std::int32_t DayOf(std::int64_t moment_s);
     [[nodiscard]] static int SecondOf(std::int64_t moment_s);
     [[nodiscard]] static QDate DateOf(std::int64_t moment_s);
     [[nodiscard]] static QTime TimeOf(std::int64_t moment_s);

@@ -67,8 +67,12 @@ void LogCutsTest::ACutLeavesNoHalfCharacter()
     for (const QByteArray& behind : {QByteArray(), QByteArray(100, 'y')})
     {
         LogRecorder::Clear();
+        const QByteArray expected = PREFIX + before + (whole ? character : QByteArray());
         OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%s", (before + character + behind).constData());
-        QCOMPARE(LogRecorder::Records()[0].text, PREFIX + before + (whole ? character : QByteArray()));
+        QCOMPARE(LogRecorder::Records()[0].text, expected);
+        // The C library prints what has a precision.
+        OZNA_LOG_AT(SITE, LEVEL_NORMAL, "%.1000s", (before + character + behind).constData());
+        QCOMPARE(LogRecorder::Records()[1].text, expected);
     }
 }
 

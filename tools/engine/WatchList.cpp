@@ -145,7 +145,7 @@ qint64 WatchList::NextNear_ms(const Watch& watch, qint64 now_ms) const
     const Action& action = *watch.action;
     qint64 next_ms = NEVER;
     // The passes right before and after a start decide whether it is missed.
-    if (action.m_startTime.isValid() && action.m_answeredDue_s != watch.due_s)
+    if (action.m_startTime.isValid() && action.m_answeredDay != StartIndex::DayOf(watch.due_s))
         next_ms =
             Next_ms({watch.start_ms - Scheduler::FAR_INTERVAL_MS, watch.start_ms + Scheduler::FAR_INTERVAL_MS}, now_ms);
     if (action.m_isWatched || action.m_task->IsRunning())
