@@ -3,6 +3,7 @@
 #include "DataRoot.h"
 #include "base/Terminal.h"
 
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -30,7 +31,7 @@ bool ControlOptions::WantsJson(const CommandLine& line)
 
 QString ControlOptions::SchedulePath(const CommandLine& line, const QString& fileName)
 {
-    return line.Value(DATA) + SCHEDULES + fileName;
+    return QDir::cleanPath(line.Value(DATA)) + SCHEDULES + fileName;
 }
 
 QString ControlOptions::StateText(const CommandLine& line, const SchedulerLink::State& state)

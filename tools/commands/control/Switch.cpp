@@ -31,7 +31,7 @@ void CheckName(const CommandLine& line)
     const QFileInfo file(ControlOptions::SchedulePath(line, name));
     if (name.contains(u'/'))
         throw ToolError(QStringLiteral("%1: is a path; the daemon takes the name of a file in %2")
-                            .arg(Terminal::Harmless(name), file.dir().absolutePath()));
+                            .arg(Terminal::Harmless(name), ControlOptions::SchedulePath(line, {})));
     if (!file.isFile())
         throw ToolError(QStringLiteral("%1: there is no such file").arg(Terminal::Harmless(file.filePath())));
 }
