@@ -33,6 +33,7 @@ constexpr std::array COMMANDS{
     Command{"disable", "switches the daemon off", Commands::Disable},
     Command{"use", "points the daemon at another schedule file", Commands::Use},
     Command{"reload", "has the daemon read its schedule anew", Commands::Reload},
+    Command{"deploy", "puts a checked schedule in place, and has it loaded", Commands::Deploy},
     Command{"watch", "follows the daemon live", Commands::Watch},
 };
 

@@ -161,7 +161,7 @@ void Control::ARefusalIsPutInWords()
 {
     QFETCH(QString, error);
     QFETCH(QString, words);
-    const ScriptedScheduler scheduler(Bus().Connection(), error);
+    const ScriptedScheduler scheduler(Bus().Connection(), error, true);
     const Result result = Run(u"reload"_s);
     QCOMPARE(result.status, 3);
     QCOMPARE(result.errors.section(u'\n', 0, 0), u"ozna-schedule: "_s + words);

@@ -9,6 +9,7 @@ namespace Commands
 
 int Check(const QStringList& arguments);
 int Disable(const QStringList& arguments);
+int Deploy(const QStringList& arguments);
 int Diff(const QStringList& arguments);
 int Dst(const QStringList& arguments);
 int Enable(const QStringList& arguments);

@@ -16,12 +16,16 @@ const QString SCHEDULES = QStringLiteral("/schedule/"); // in the daemon's data 
 
 } // namespace
 
-void ControlOptions::Add(CommandLine& line)
+void ControlOptions::AddJson(CommandLine& line)
+{
+    line.AddFlag(JSON, QStringLiteral("for machines: one object"));
+}
+
+void ControlOptions::AddData(CommandLine& line)
 {
     const QString folder = QString::fromLatin1(DEVICE_DATA_ROOT);
     line.AddValue(DATA, QStringLiteral("DIR"), QStringLiteral("the daemon's data folder (default:\n%1)").arg(folder),
                   folder);
-    line.AddFlag(JSON, QStringLiteral("for machines: one object"));
 }
 
 bool ControlOptions::WantsJson(const CommandLine& line)
@@ -29,9 +33,14 @@ bool ControlOptions::WantsJson(const CommandLine& line)
     return line.Has(JSON);
 }
 
+QString ControlOptions::DataFolder(const CommandLine& line)
+{
+    return QDir::cleanPath(line.Value(DATA));
+}
+
 QString ControlOptions::SchedulePath(const CommandLine& line, const QString& fileName)
 {
-    return QDir::cleanPath(line.Value(DATA)) + SCHEDULES + fileName;
+    return DataFolder(line) + SCHEDULES + fileName;
 }
 
 QString ControlOptions::StateText(const CommandLine& line, const SchedulerLink::State& state)

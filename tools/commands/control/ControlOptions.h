@@ -9,12 +9,18 @@
 namespace ControlOptions
 {
 
-// Adds --data and --json.
-void Add(CommandLine& line);
+// Adds --json.
+void AddJson(CommandLine& line);
+
+// Adds --data.
+void AddData(CommandLine& line);
 
 [[nodiscard]] bool WantsJson(const CommandLine& line);
 
-// The path of a schedule file of that name in the daemon's data folder.
+// The daemon's data folder.
+[[nodiscard]] QString DataFolder(const CommandLine& line);
+
+// The path of a schedule file of that name in it.
 [[nodiscard]] QString SchedulePath(const CommandLine& line, const QString& fileName);
 
 // The state, in words, or as an object where line asks for it.

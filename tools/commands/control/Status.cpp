@@ -75,7 +75,8 @@ int Commands::Status(const QStringList& arguments)
                                     "that schedule as long as nobody reloads it, which peers are on the bus, and the\n"
                                     "last errors and warnings."),
                      {});
-    ControlOptions::Add(line);
+    ControlOptions::AddJson(line);
+    ControlOptions::AddData(line);
     line.AddValue(LOG, QStringLiteral("OUT"),
                   QStringLiteral("takes errors and warnings from that log file\n(default: from the journal)"));
     RehearsalRun::AddPlaceOptions(line);

@@ -15,7 +15,7 @@ namespace
 // Runs a command that changes the daemon's state with one call, and shows the state that it has then.
 int Run(CommandLine& line, const QStringList& arguments, const std::function<void(SchedulerLink&)>& change)
 {
-    ControlOptions::Add(line);
+    ControlOptions::AddJson(line);
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
     SchedulerLink link;
@@ -47,11 +47,10 @@ int Commands::Enable(const QStringList& arguments)
 
 int Commands::Disable(const QStringList& arguments)
 {
-    CommandLine line(
-        QStringLiteral("disable"),
-        QStringLiteral("Switches the daemon off until it is enabled or started anew: it stops what plays,\n"
-                       "and starts nothing. Shows the state then."),
-        {});
+    CommandLine line(QStringLiteral("disable"),
+                     QStringLiteral("Switches the daemon off: it stops what plays, and starts nothing until it is\n"
+                                    "enabled or started anew. Shows the state then."),
+                     {});
     return Run(line, arguments, [](SchedulerLink& link) { link.SetEnabled(false); });
 }
 
@@ -66,11 +65,11 @@ int Commands::Reload(const QStringList& arguments)
 
 int Commands::Use(const QStringList& arguments)
 {
-    CommandLine line(
-        QStringLiteral("use"),
-        QStringLiteral("Points the daemon at another file of its schedule folder, until it is started anew:\n"
-                       "it then runs schedule.csv. Shows the state then."),
-        {QStringLiteral("FILE")});
+    CommandLine line(QStringLiteral("use"),
+                     QStringLiteral("Points the daemon at another file of its schedule folder, until it is started\n"
+                                    "anew: it then runs schedule.csv. Shows the state then."),
+                     {QStringLiteral("FILE")});
+    ControlOptions::AddData(line);
     return Run(line, arguments, [&](SchedulerLink& link) {
         CheckName(line);
         link.SetScheduleFile(line.Operand(0));

@@ -71,12 +71,11 @@ private:
 
 int Commands::Watch(const QStringList& arguments)
 {
-    CommandLine line(
-        QStringLiteral("watch"),
-        QStringLiteral("Shows live when the daemon is switched on or off, which PDD actions it expects, and\n"
-                       "when it leaves the bus or comes back. Ctrl-C ends it."),
-        {});
-    ControlOptions::Add(line);
+    CommandLine line(QStringLiteral("watch"),
+                     QStringLiteral("Shows live when the daemon is switched on or off, which PDD actions it expects,\n"
+                                    "and when it leaves the bus or comes back. Ctrl-C ends it."),
+                     {});
+    ControlOptions::AddJson(line);
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
     SchedulerLink link;
