@@ -2,5 +2,5 @@
 
 QString DataRoot()
 {
-    return QStringLiteral("/opt/ozna/data");
+    return QString::fromLatin1(DEVICE_DATA_ROOT);
 }

@@ -2,6 +2,7 @@
 #include "Log.h"
 #include "Scheduler.h"
 #include "SchedulerAdaptor.h"
+#include "SchedulerNames.h"
 #include "process/BusReading.h"
 #include "process/BusWatcher.h"
 #include "process/SignalPipe.h"
@@ -26,8 +27,6 @@ namespace
 {
 
 constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/scheduler/logobj";
-constexpr const char* SERVICE_NAME = "com.kestrelix.ozna.scheduler";
-constexpr const char* OBJECT_PATH = "/com/kestrelix/ozna/scheduler/schedulerobj";
 constexpr const char* SCHEDULE_FILE = "schedule.csv";
 constexpr int LARGE_BLOCK = 131072; // bytes
 constexpr int EXIT_NORMAL = 0;
@@ -72,14 +71,14 @@ void InstallHandlers()
 
 bool Register(QDBusConnection& bus)
 {
-    if (!bus.registerService(QString::fromLatin1(SERVICE_NAME)))
+    if (!bus.registerService(QString::fromLatin1(SchedulerNames::SERVICE)))
     {
-        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't register service [%s]", SERVICE_NAME);
+        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't register service [%s]", SchedulerNames::SERVICE);
         return false;
     }
-    if (!bus.registerObject(QString::fromLatin1(OBJECT_PATH), m_scheduler))
+    if (!bus.registerObject(QString::fromLatin1(SchedulerNames::OBJECT_PATH), m_scheduler))
     {
-        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't register object [%s]", OBJECT_PATH);
+        OZNA_LOG(LEVEL_ERROR, "DBUS: Can't register object [%s]", SchedulerNames::OBJECT_PATH);
         return false;
     }
     return true;

@@ -28,12 +28,20 @@ constexpr std::array COMMANDS{
     Command{"explain", "a schedule line in words", Commands::Explain},
     Command{"next", "what starts next, and in how long", Commands::Next},
     Command{"rehearse", "exactly what the daemon would ask for, and when", Commands::Rehearse},
+    Command{"status", "what the daemon runs, what comes next, what went wrong", Commands::Status},
+    Command{"enable", "switches the daemon on", Commands::Enable},
+    Command{"disable", "switches the daemon off", Commands::Disable},
+    Command{"use", "points the daemon at another schedule file", Commands::Use},
+    Command{"reload", "has the daemon read its schedule anew", Commands::Reload},
+    Command{"deploy", "puts a checked schedule in place, and has it loaded", Commands::Deploy},
+    Command{"watch", "follows the daemon live", Commands::Watch},
 };
 
 QString Usage()
 {
     QString text = QStringLiteral("Usage: ozna-schedule COMMAND ...\n\n"
-                                  "Shows what a schedule will do, by the scheduling daemon's own engine.\n\n");
+                                  "Shows what a schedule will do, by the scheduling daemon's own engine, and steers\n"
+                                  "the daemon.\n\n");
     for (const Command& command : COMMANDS)
         text += QStringLiteral("  %1%2\n")
                     .arg(QString::fromLatin1(command.name).leftJustified(11), QLatin1String(command.summary));

@@ -15,6 +15,7 @@ namespace
 
 const QString PLAYLISTS = u"playlists"_s;
 const QString CORPUS = u"corpus"_s;
+const QString PEERS = u"absent-peer"_s; // is looked for on a bus: tests/bus/tst_Control.cpp
 
 QStringList Folders()
 {
@@ -30,6 +31,7 @@ QStringList Names()
     for (const FindingKindRow& row : FindingKinds::All())
         names.append(QString::fromLatin1(row.name));
     names.sort();
+    names.removeAll(PEERS);
     return names;
 }
 

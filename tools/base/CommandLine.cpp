@@ -54,7 +54,7 @@ bool CommandLine::Parse(const QStringList& arguments)
     }
     const bool isOpen = !m_operands.isEmpty() && m_operands.last().endsWith(MORE);
     const QStringList given = Operands();
-    if (given.size() < m_operands.size())
+    if (given.size() < m_operands.size() && !m_operands[given.size()].startsWith(u'['))
         throw ToolError(advice.arg(m_operands[given.size()] + QStringLiteral(" is missing"), PROGRAM, m_command));
     if (given.size() > m_operands.size() && !isOpen)
         throw ToolError(

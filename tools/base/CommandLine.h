@@ -8,7 +8,7 @@ class CommandLine final
 {
 public:
     // command: its name. summary: what it does, a sentence or two. operands: what has to be given, as "FILE"; the last
-    // one may come any number of times when it ends with "...".
+    // one may come any number of times when it ends with "...", and be left out when it stands in brackets, "[FILE]".
     CommandLine(const QString& command, const QString& summary, const QStringList& operands);
 
     // Option without a value.

@@ -50,6 +50,7 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::NEVER_STOPPED, "never-stopped", false},
     FindingKindRow{FindingKind::DUPLICATE, "duplicate", false},
     FindingKindRow{FindingKind::BLOCKING, "blocking", false},
+    FindingKindRow{FindingKind::ABSENT_PEER, "absent-peer", false},
 };
 
 constexpr bool IsIndexedByKind()

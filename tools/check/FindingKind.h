@@ -49,6 +49,7 @@ enum class FindingKind : std::uint8_t
     NEVER_STOPPED,
     DUPLICATE,
     BLOCKING,
+    ABSENT_PEER,
     COUNT,
 };
 

@@ -35,4 +35,8 @@ void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
                   Findings& findings);
 
+// Entries whose tasks ask a peer that is not there. absent: the last parts of those services' names.
+void FindAbsentPeers(const Workspace& workspace, const std::vector<Entry>& entries, const QStringList& absent,
+                     Findings& findings);
+
 } // namespace Rules

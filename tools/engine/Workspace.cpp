@@ -2,6 +2,7 @@
 
 #include "DataRoot.h"
 #include "Scheduler.h"
+#include "base/SessionBus.h"
 #include "base/ToolError.h"
 #include "tasks/PlayPlaylist.h"
 
@@ -18,8 +19,6 @@ namespace
 
 constexpr const char* ZONE_VARIABLE = "TZ";
 constexpr const char* MACHINE_ZONE = ":/etc/localtime";
-constexpr const char* BUS_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
-constexpr const char* NO_BUS = "unix:path=/nonexistent";
 constexpr const char* CONFIGURATION_VARIABLE = "OZNA_CONFIG_FILE"; // of the platform's stand-in
 
 const QString ZONE_FOLDER = QStringLiteral("/usr/share/zoneinfo/");
@@ -151,7 +150,7 @@ void Workspace::SetTimeZone(const QString& zone)
 
 void Workspace::PrepareProcess()
 {
-    qputenv(BUS_VARIABLE, NO_BUS);
+    SessionBus::Hide();
     if (!qEnvironmentVariableIsSet(ZONE_VARIABLE))
         qputenv(ZONE_VARIABLE, MACHINE_ZONE);
 }

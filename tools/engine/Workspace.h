@@ -60,8 +60,9 @@ public:
     // it as it is. Throws ToolError for one that the system does not have.
     static void SetTimeZone(const QString& zone);
 
-    // Keeps the process away from every bus. If the environment has no time zone, sets the machine's: the C library
-    // would otherwise look for a new one at every reading of the clock. Called once, before anything else.
+    // Keeps the daemon's code away from every bus (see SessionBus). If the environment has no time zone, sets the
+    // machine's: the C library would otherwise look for a new one at every reading of the clock. Called once, before
+    // anything else.
     static void PrepareProcess();
 
 private:

@@ -6,6 +6,8 @@
 #include "check/Rules.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
+#include "control/PeerPresence.h"
+#include "control/UserBus.h"
 #include "engine/Workspace.h"
 
 namespace
@@ -14,6 +16,7 @@ namespace
 const QString TODAY = QStringLiteral("today");
 const QString STRICT = QStringLiteral("strict");
 const QString JSON = QStringLiteral("json");
+const QString PEERS = QStringLiteral("peers");
 const QString PLAYLISTS = QStringLiteral("playlists");
 
 QDate Today(const CommandLine& line)
@@ -22,7 +25,8 @@ QDate Today(const CommandLine& line)
                                              : Moment::Now_ms());
 }
 
-Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today)
+Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today,
+              const QStringList& absentPeers)
 {
     const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
@@ -34,8 +38,20 @@ Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, cons
     Rules::FindOddPlaylists(workspace, entries, findings);
     Rules::FindOddPairs(entries, findings);
     Rules::FindBlocking(workspace, entries, today, findings);
+    Rules::FindAbsentPeers(workspace, entries, absentPeers, findings);
     findings.Sort();
     return findings;
+}
+
+QStringList AbsentPeers()
+{
+    QStringList absent;
+    for (const PeerPresence::Peer& peer : PeerPresence::Of(UserBus().ServiceNames()))
+    {
+        if (!peer.isPresent)
+            absent.append(peer.name);
+    }
+    return absent;
 }
 
 } // namespace
@@ -49,6 +65,7 @@ int Commands::Check(const QStringList& arguments)
     line.AddValue(TODAY, QStringLiteral("DATE"),
                   QStringLiteral("dates before it count as past, as 2024-05-15\n(default: today)"));
     line.AddFlag(STRICT, QStringLiteral("warnings give the exit status 1"));
+    line.AddFlag(PEERS, QStringLiteral("warns of lines whose peer is not on the session bus"));
     line.AddFlag(JSON, QStringLiteral("for machines: one object with all findings"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
@@ -58,7 +75,7 @@ int Commands::Check(const QStringList& arguments)
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    const Findings findings = Look(workspace, lines, today);
+    const Findings findings = Look(workspace, lines, today, line.Has(PEERS) ? AbsentPeers() : QStringList());
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)

@@ -1,0 +1,163 @@
+#include "ControlTest.h"
+#include "Suite.h"
+
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+using namespace Qt::StringLiterals;
+
+// What ozna-schedule status tells of the daemon.
+class StatusCommand final : public ControlTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void StatusTellsWhatRunsAndWhatComesNext();
+    void StatusForMachines();
+    void StatusOfADisabledDaemonHasNothingToCome();
+    void AFileThatCannotBeReadIsTold();
+    void TheLastErrorsAndWarningsOfALogFile();
+    void TheLastErrorsAndWarningsOfTheJournal();
+    void WithoutALogThatIsTold();
+    void PeersThatAreNotThereAreTold();
+
+private:
+    // An environment in which "journalctl" prints that, or fails.
+    [[nodiscard]] QProcessEnvironment WithJournal(const QByteArray& output, int status = 0);
+};
+
+namespace
+{
+
+const QByteArray SCHEDULE = "1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n"
+                            "1111111|09:00:00|*|*|*|||Volume|70\n"
+                            "1111111|09:00|*|*|*|||Volume|70\n";
+const QStringList REJECTED{u"1 [Action.cpp] Wrong action start time (09:00: hour:minute:second expected)"_s,
+                           u"2 [Scheduler.cpp] Action ignored"_s};
+
+} // namespace
+
+QProcessEnvironment StatusCommand::WithJournal(const QByteArray& output, int status)
+{
+    const QString folder = DataPath(u"bin"_s);
+    if (!QDir().mkpath(folder))
+        qFatal("cannot make the folder");
+    WriteFile(folder + u"/entries"_s, output);
+    WriteFile(folder + u"/journalctl"_s, "#!/bin/sh\necho \"$@\" > " + QFile::encodeName(folder) + "/asked\ncat " +
+                                             QFile::encodeName(folder) + "/entries\nexit " +
+                                             QByteArray::number(status) + '\n');
+    if (!QFile::setPermissions(folder + u"/journalctl"_s, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+        qFatal("cannot make it a program");
+    QProcessEnvironment environment = Environment();
+    environment.insert(u"PATH"_s, folder + u':' + environment.value(u"PATH"_s));
+    return environment;
+}
+
+void StatusCommand::StatusTellsWhatRunsAndWhatComesNext()
+{
+    WriteSchedule(SCHEDULE);
+    QVERIFY(StartDaemon());
+    QCOMPARE(Daemon().Take(2), REJECTED);
+    const Result result = Run(u"status"_s + Data(), WithJournal({}));
+    QCOMPARE(result.status, 0);
+    COMPARE_LINES(Shown(result.output),
+                  {u"daemon    enabled, schedule.csv; runs since THEN"_s,
+                   u"file      DATA/schedule/schedule.csv: 2 taken, 1 rejected"_s,
+                   u"next      Mon 2024-01-15 08:30:00, in SOON: PlayMessage gong.mp3  (line 1)"_s,
+                   u"peers     soundmanager, photomanager, lightmanager, freqmanager, gpsmanager, networkmanager, "
+                   "updatemanager"_s,
+                   u"records   no errors, no warnings"_s});
+}
+
+void StatusCommand::StatusForMachines()
+{
+    WriteSchedule(SCHEDULE);
+    QVERIFY(StartDaemon());
+    QCOMPARE(Daemon().Take(2), REJECTED);
+    const Result result = Run(u"status --json"_s + Data(), WithJournal({}));
+    const QJsonObject object = QJsonDocument::fromJson(result.output.toUtf8()).object();
+    QCOMPARE(object.value("enabled"_L1).toBool(), true);
+    QCOMPARE(object.value("file"_L1).toString(), u"schedule.csv"_s);
+    QCOMPARE(object.value("taken"_L1).toInt(), 2);
+    QCOMPARE(object.value("rejected"_L1).toInt(), 1);
+    QCOMPARE(object.value("process"_L1).toInteger(), DaemonPid());
+    QCOMPARE(object.value("next"_L1).toObject().value("start"_L1).toString(), u"2024-01-15T08:30:00+00:00"_s);
+    QCOMPARE(object.value("peers"_L1).toObject().value("soundmanager"_L1).toBool(), true);
+    QCOMPARE(object.value("records"_L1).toArray().size(), 0);
+}
+
+void StatusCommand::StatusOfADisabledDaemonHasNothingToCome()
+{
+    WriteSchedule("1111111|08:30:00|*|*|*|||PlayMessage|gong.mp3\n");
+    QVERIFY(StartDaemon());
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    const QStringList lines = Shown(Run(u"status"_s + Data(), WithJournal({})).output);
+    QCOMPARE(lines.value(0), u"daemon    disabled, schedule.csv; runs since THEN"_s);
+    QCOMPARE(lines.value(2), u"next      nothing: the daemon is disabled"_s);
+}
+
+void StatusCommand::AFileThatCannotBeReadIsTold()
+{
+    QVERIFY(StartDaemon());
+    const Result result = Run(u"status"_s + Data(), WithJournal({}));
+    QCOMPARE(result.status, 0);
+    QCOMPARE(Shown(result.output).value(1), u"file      DATA/schedule/schedule.csv: No such file or directory"_s);
+}
+
+void StatusCommand::TheLastErrorsAndWarningsOfALogFile()
+{
+    QVERIFY(StartDaemon());
+    QByteArray log = "noise\n1 /com/obj [Action.cpp:1] the first\n";
+    for (const char* text : {"4 /com/obj [a.cpp:1] none", "2 /com/obj [b.cpp:2] two", "1 /com/obj [c.cpp:3] one\\x1b",
+                             "2 /com/obj [d.cpp:4] three", "2 /com/obj [e.cpp:5] four", "2 /com/obj [f.cpp:6] five"})
+        log += QByteArray(text) + '\n';
+    WriteFile(DataPath(u"log"_s), log);
+    const Result result = Run(u"status --log "_s + DataPath(u"log"_s) + Data());
+    COMPARE_LINES(Shown(result.output).mid(4),
+                  {u"records   warning [b.cpp:2] two"_s, u"          error [c.cpp:3] one\\x1b"_s,
+                   u"          warning [d.cpp:4] three"_s, u"          warning [e.cpp:5] four"_s,
+                   u"          warning [f.cpp:6] five"_s});
+    const Result missing = Run(u"status --log /nonexistent"_s + Data());
+    QCOMPARE(missing.status, 3);
+    QCOMPARE(missing.errors, u"ozna-schedule: /nonexistent: No such file or directory\n"_s);
+}
+
+void StatusCommand::TheLastErrorsAndWarningsOfTheJournal()
+{
+    QVERIFY(StartDaemon());
+    const QByteArray entries =
+        "{\"__REALTIME_TIMESTAMP\":\"1705305600000000\",\"OZNA_LEVEL\":\"1\",\"PRIORITY\":\"3\","
+        "\"MESSAGE\":\"[Action.cpp:44] Wrong\"}\n"
+        "{\"__REALTIME_TIMESTAMP\":\"1705305601000000\",\"PRIORITY\":\"4\",\"MESSAGE\":[70,97,105,108]}\n"
+        "{\"__REALTIME_TIMESTAMP\":\"1705305602000000\",\"PRIORITY\":\"3\",\"MESSAGE\":\"core\"}\n";
+    const Result result = Run(u"status"_s + Data(), WithJournal(entries));
+    COMPARE_LINES(Shown(result.output).mid(4), {u"records   Mon 2024-01-15 08:00:00 error [Action.cpp:44] Wrong"_s,
+                                                u"          Mon 2024-01-15 08:00:01 warning Fail"_s,
+                                                u"          Mon 2024-01-15 08:00:02 error core"_s});
+    QFile asked(DataPath(u"bin/asked"_s));
+    QVERIFY(asked.open(QIODevice::ReadOnly));
+    QCOMPARE(asked.readAll(), "--user --unit ozna-scheduler.service --priority warning --lines 5 --output json "
+                              "--no-pager --quiet\n");
+}
+
+void StatusCommand::WithoutALogThatIsTold()
+{
+    QVERIFY(StartDaemon());
+    const QStringList lines = Shown(Run(u"status"_s + Data(), WithJournal({}, 1)).output);
+    QCOMPARE(lines.value(4), u"records   there is no journal here: --log FILE reads a log file"_s);
+}
+
+void StatusCommand::PeersThatAreNotThereAreTold()
+{
+    QVERIFY(StartDaemon());
+    StopDevice();
+    const QStringList lines = Shown(Run(u"status"_s + Data(), WithJournal({})).output);
+    QCOMPARE(lines.value(3), u"peers     none"_s);
+    QCOMPARE(lines.value(4), u"          not on the bus: soundmanager, photomanager, lightmanager, freqmanager, "
+                             "gpsmanager, networkmanager, updatemanager"_s);
+}
+
+OZNA_CASE(StatusCommand, StatusCommand)
+#include "tst_StatusCommand.moc"

@@ -1,0 +1,77 @@
+#include "ControlOptions.h"
+#include "base/ExitStatus.h"
+#include "base/Terminal.h"
+#include "base/ToolError.h"
+#include "commands/Commands.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <functional>
+
+namespace
+{
+
+// Runs a command that changes the daemon's state with one call, and shows the state that it has then.
+int Run(CommandLine& line, const QStringList& arguments, const std::function<void(SchedulerLink&)>& change)
+{
+    ControlOptions::AddJson(line);
+    if (!line.Parse(arguments))
+        return ExitStatus::CLEAN;
+    SchedulerLink link;
+    change(link);
+    Terminal::Print(ControlOptions::StateText(line, link.GetState()));
+    return ExitStatus::CLEAN;
+}
+
+// The daemon takes any name, and runs nothing where there is no such file.
+void CheckName(const CommandLine& line)
+{
+    const QString name = line.Operand(0);
+    const QFileInfo file(ControlOptions::SchedulePath(line, name));
+    if (name.contains(u'/'))
+        throw ToolError(QStringLiteral("%1: is a path; the daemon takes the name of a file in %2")
+                            .arg(Terminal::Harmless(name), ControlOptions::SchedulePath(line, {})));
+    if (!file.isFile())
+        throw ToolError(QStringLiteral("%1: there is no such file").arg(Terminal::Harmless(file.filePath())));
+}
+
+} // namespace
+
+int Commands::Enable(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("enable"),
+                     QStringLiteral("Switches the daemon on: it loads its schedule. Shows the state then."), {});
+    return Run(line, arguments, [](SchedulerLink& link) { link.SetEnabled(true); });
+}
+
+int Commands::Disable(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("disable"),
+                     QStringLiteral("Switches the daemon off: it stops what plays, and starts nothing until it is\n"
+                                    "enabled or started anew. Shows the state then."),
+                     {});
+    return Run(line, arguments, [](SchedulerLink& link) { link.SetEnabled(false); });
+}
+
+int Commands::Reload(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("reload"),
+                     QStringLiteral("Has the daemon read its schedule file anew: what plays is stopped. Does nothing\n"
+                                    "while it is disabled. Shows the state then."),
+                     {});
+    return Run(line, arguments, [](SchedulerLink& link) { link.Reload(); });
+}
+
+int Commands::Use(const QStringList& arguments)
+{
+    CommandLine line(QStringLiteral("use"),
+                     QStringLiteral("Points the daemon at another file of its schedule folder, until it is started\n"
+                                    "anew: it then runs schedule.csv. Shows the state then."),
+                     {QStringLiteral("FILE")});
+    ControlOptions::AddData(line);
+    return Run(line, arguments, [&](SchedulerLink& link) {
+        CheckName(line);
+        link.SetScheduleFile(line.Operand(0));
+    });
+}
