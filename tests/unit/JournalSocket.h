@@ -1,21 +1,21 @@
 #pragma once
 
-#include <QByteArrayList>
+#include "DatagramSocket.h"
+
+#include <QByteArray>
 #include <QMap>
+
+#include <optional>
 
 // A journal's socket, from which the test reads. The log client of this program sends its records there and not to the
 // machine's own journal.
 class JournalSocket final
 {
 public:
-    JournalSocket();
-    ~JournalSocket();
-
-    JournalSocket(const JournalSocket&) = delete;
-    JournalSocket& operator=(const JournalSocket&) = delete;
+    JournalSocket() { Open(); }
 
     // The journal goes, and its socket with it; and comes back with another one at the same place.
-    void Close();
+    void Close() { m_socket.reset(); }
     void Open();
 
     // Reads what there is, and no more than that. An entry is its fields, by their names.
@@ -23,5 +23,5 @@ public:
     [[nodiscard]] QList<Entry> Read() const;
 
 private:
-    int m_descriptor = -1;
+    std::optional<DatagramSocket> m_socket;
 };
