@@ -104,7 +104,7 @@ function(ozna_add_case label_and_name)
         LLVM_PROFILE_FILE=${OZNA_PROFILE_DIR}/${program}-%m.profraw
         ${case_ENVIRONMENT})
     set_property(TEST ${registered} APPEND PROPERTY ENVIRONMENT_MODIFICATION
-        OZNA_CONFIG_FILE=unset: OZNA_DATA_DIR=unset: OZNA_LOG_LEVEL=unset:
+        JOURNAL_STREAM=unset: NOTIFY_SOCKET=unset: OZNA_CONFIG_FILE=unset: OZNA_DATA_DIR=unset: OZNA_LOG_LEVEL=unset:
         QT_LOGGING_CONF=unset: QT_LOGGING_RULES=unset: QT_MESSAGE_PATTERN=unset: QTEST_FUNCTION_TIMEOUT=unset:)
     set_tests_properties(${registered} PROPERTIES LABELS "${labels}" TIMEOUT ${case_TIMEOUT} ${case_PROPERTIES})
 endfunction()

@@ -1,6 +1,7 @@
 #include "PassTimers.h"
 
 #include "Clock.h"
+#include "process/Lifesign.h"
 
 #include <stdexcept>
 
@@ -24,10 +25,12 @@ void PassTimers::SetUp(const Passes& passes)
     SetUpTimer(m_farTimer, FAR_INTERVAL_MS, [this] { OnFar(); });
     SetUpTimer(m_earlyTimer, EARLY_INTERVAL_MS, [this] { OnEarly(); });
     m_earlyTimer.setSingleShot(true);
+    SetUpTimer(m_restTimer, FAR_INTERVAL_MS, Lifesign::Give);
 }
 
 void PassTimers::Start()
 {
+    m_restTimer.stop();
     m_farTimer.start();
 }
 
@@ -35,12 +38,15 @@ void PassTimers::Stop()
 {
     m_farTimer.stop();
     m_earlyTimer.stop();
+    if (Lifesign::IsExpected())
+        m_restTimer.start();
 }
 
 void PassTimers::OnFar()
 {
     m_passes.far();
     PassEarly();
+    Lifesign::Give();
 }
 
 void PassTimers::OnEarly()

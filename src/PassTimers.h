@@ -7,7 +7,8 @@
 // The two timers of the scheduler's passes. The far pass comes every FAR_INTERVAL_MS from the start on. Of the early
 // pass nothing can be seen while nothing is watched closely, so its timer rests then. Otherwise an early pass follows
 // each far pass, and one comes at each fifth of a second of the wall clock, so that one falls on each full second.
-// Where both are due the far pass comes first.
+// Where both are due the far pass comes first. After a far pass, and the early one behind it, the process
+// gives its Lifesign. While the timers are stopped, one that calls no pass gives it.
 struct PassTimers
 {
     static constexpr int FAR_INTERVAL_MS = 3000;
@@ -28,6 +29,7 @@ struct PassTimers
     void Stop();
 
     QTimer m_farTimer;
+    QTimer m_restTimer;  // runs between Stop and Start, if anybody expects a sign
     QTimer m_earlyTimer; // set anew for each tick: the wall clock may be stepped, and a tick may be late
 
 private:

@@ -5,6 +5,7 @@
 #include "SchedulerNames.h"
 #include "process/BusReading.h"
 #include "process/BusWatcher.h"
+#include "process/Lifesign.h"
 #include "process/SignalPipe.h"
 #include "process/StandardDescriptors.h"
 #include "process/StopRequest.h"
@@ -107,6 +108,8 @@ int main(int argc, char* argv[])
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
     OZNA_LOG(LEVEL_NORMAL, "Creating Scheduler...");
     InstallHandlers();
+    if (!Lifesign::Open())
+        OZNA_LOG(LEVEL_WARNING, "Can't reach the service manager's watchdog");
 
     QDBusConnection bus = QDBusConnection::sessionBus();
     BusWatcher watcher(OnBusLost);

@@ -1,46 +1,30 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <string_view>
-#include <sys/types.h>
+#include "LogSink.h"
 
-// The descriptor to which the log is written. Never blocks: not on a full pipe, socket or terminal, and not on a full
-// disk. Does not change anything that other processes share, such as the flags of the descriptor.
+#include <functional>
+#include <memory>
+#include <string>
+
+// Hands records to a sink, and counts those that it does not take.
 class LogOutput final
 {
 public:
-    // What is written in front of the next record for that many lost ones; empty to write nothing.
-    using LossRecord = std::function<std::string(unsigned int lost)>;
+    // The text of the record that tells of that many lost ones; empty to write none.
+    using LossText = std::function<std::string(unsigned int lost)>;
 
-    // descriptor: must stay open, on the same file, for as long as this object lives.
-    LogOutput(int descriptor, LossRecord lossRecord);
-    ~LogOutput();
+    static constexpr unsigned int LOST_LEVEL = 2;
 
-    LogOutput(const LogOutput&) = delete;
-    LogOutput& operator=(const LogOutput&) = delete;
+    // sink: not null.
+    LogOutput(std::unique_ptr<LogSink> sink, LossText lossText);
 
-    // Writes the record with one system call, or drops and counts it if there is no room: a record is written whole or
-    // not at all. If only a part of a long one fits, the rest is written before the next.
-    void Write(std::string_view record);
+    // Writes the record, behind one that tells of those lost before, or drops and counts it. Never blocks.
+    void Write(const LogRecord& record);
 
 private:
-    enum class Way
-    {
-        AT_ONCE, // writing never waits
-        SOCKET,  // each write says that it must not wait
-        ASKING,  // whether writing would wait is asked before
-    };
+    [[nodiscard]] bool TellOfLost() const;
 
-    [[nodiscard]] static Way WayOf(int descriptor);
-    [[nodiscard]] bool Take(std::string_view record);
-    [[nodiscard]] bool WriteRest();
-    [[nodiscard]] ssize_t WriteSome(std::string_view bytes) const;
-
-    const LossRecord m_lossRecord;
-    const int m_own; // the same file, opened for this process alone; -1 if that is not needed or not possible
-    const int m_descriptor;
-    const Way m_way;
-    std::string m_rest; // of a record that was begun
+    const std::unique_ptr<LogSink> m_sink;
+    const LossText m_lossText;
     unsigned int m_lost = 0;
 };

@@ -4,6 +4,7 @@
 #include "LastCalls.h"
 #include "PeerWaits.h"
 #include "process/BusPause.h"
+#include "process/Lifesign.h"
 
 #include <QDBusAbstractInterface>
 #include <QDBusError>
@@ -63,6 +64,8 @@ PeerReply OverTheBus(QDBusAbstractInterface* proxy, const QString& method, const
         return PeerReply::Failed(QStringLiteral("Not waited for"));
     // Not that of the watcher, which would say finished at once.
     request.call.waitForFinished();
+    // Many peers that are slow one after the other may take longer than the watchdog waits, and nothing hangs.
+    Lifesign::Give();
     if (IsTimeOut(request.call.reply()))
         LastCalls::NoteTimeOut(proxy);
     return PeerReply(request.call.reply(), request.turn);

@@ -1,0 +1,6 @@
+#include "JournalAddress.h"
+
+const char* JournalAddress()
+{
+    return "/run/systemd/journal/socket";
+}
