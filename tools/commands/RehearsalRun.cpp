@@ -23,8 +23,8 @@ constexpr int MOST_DAYS = 36600;
 void RehearsalRun::AddPlaceOptions(CommandLine& line)
 {
     line.AddValue(PLAYLISTS, QStringLiteral("DIR"),
-                  QStringLiteral("folder of the playlists (default: the folder\n\"playlists\" beside FILE's, "
-                                 "or FILE's own)"));
+                  QStringLiteral("folder of the playlists (default: playlists/ or\n../playlists/ beside FILE, "
+                                 "or FILE's own folder)"));
     line.AddValue(ZONE, QStringLiteral("ZONE"),
                   QStringLiteral("the device's time zone, as Europe/Rome (default:\nthis machine's)"));
 }
@@ -86,6 +86,7 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
 int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLine>& lines)
 {
     int rejected = 0;
+    QStringList missing;
     for (const ScheduleLine& line : lines)
     {
         if (!line.IsRejected())
@@ -94,7 +95,12 @@ int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLi
         Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
                                  .arg(Terminal::Harmless(file), QString::number(line.number),
                                       Terminal::Harmless(line.rejected->reason)));
+        missing = missing.isEmpty() ? line.rejected->missingFolders : missing;
     }
+    if (!missing.isEmpty())
+        Terminal::PrintError(
+            QStringLiteral("%1: note: there is no folder %2: --playlists names the folder of the playlists\n")
+                .arg(Terminal::Harmless(file), Terminal::Harmless(missing.join(QStringLiteral(" or ")))));
     return rejected;
 }
 
