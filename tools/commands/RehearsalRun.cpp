@@ -4,7 +4,6 @@
 #include "base/Moment.h"
 #include "base/Progress.h"
 #include "base/Terminal.h"
-#include "engine/Rehearsal.h"
 #include "engine/Workspace.h"
 
 #include <algorithm>
@@ -58,15 +57,16 @@ qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms, std::opti
 }
 
 RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                           qint64 until_ms, const RehearsalFollowers& followers)
+                           qint64 until_ms, const RehearsalFollowers& followers, const QString& playlists)
     : m_result{file, from_ms, until_ms}
 {
-    const Workspace workspace(file, line.Value(PLAYLISTS));
+    const Workspace workspace(file, playlists.isEmpty() ? line.Value(PLAYLISTS) : playlists);
     m_result.lines = ScheduleLine::ReadFile(workspace, file);
     static_cast<void>(TellRejected(file, m_result.lines));
     const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
     Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
     rehearsal.SetNoted(followers.noted);
+    rehearsal.SetRequested(followers.requested);
     if (followers.take)
         rehearsal.SetTake(followers.take);
     Progress progress;
