@@ -71,6 +71,11 @@ void tst_Diff::OnlyRequestsCount_data()
     row("a message that moves", "1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3\n",
         "1111111|09:00:01|*|*|*|||PlayMessage|gong.mp3\n",
         "~ 08:00:00 -> 09:00:01  play the message gong.mp3                     every day  (line 1, then 1)\n");
+    row("a message that moves and sends its time no more", "1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3\n",
+        "1111111|9:00:00|*|*|*|||PlayMessage|gong.mp3\n",
+        "~ 08:00:00 -> 09:00:00  play the message gong.mp3                     every day  (line 1, then 1)\n"
+        "    - soundmanager PlayFile(\"gong.mp3\", \"08:00:00\")\n"
+        "    + soundmanager PlayFile(\"gong.mp3\", \"\")\n");
     row("the order within a second",
         "1111111|08:00:00|*|*|*|||Gps|1\n1111111|08:00:00|*|*|*|||Volume|10\n"
         "1111111|08:00:00|*|*|*|||Volume|90\n",

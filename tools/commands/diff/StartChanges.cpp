@@ -102,10 +102,8 @@ void RemoveCommon(QStringList& left, QStringList& right)
     left.removeIf([&](const QString& text) { return right.removeOne(text); });
 }
 
-// At the same time of day.
 StartChange Differing(const RequestedStart& before, const RequestedStart& after)
 {
-    const QTime time = Moment::LocalTime(before.due_ms);
     QStringList lost = before.requests;
     QStringList gained = after.requests;
     RemoveCommon(lost, gained);
@@ -114,13 +112,19 @@ StartChange Differing(const RequestedStart& before, const RequestedStart& after)
         lost = before.requests;
         gained = after.requests;
     }
-    if (before.moment_ms != after.moment_ms)
+    if (before.moment_ms != after.moment_ms && before.due_ms == after.due_ms)
     {
         const QString format = QStringLiteral("asked for at %1");
         lost.prepend(format.arg(Moment::TimeText(before.moment_ms)));
         gained.prepend(format.arg(Moment::TimeText(after.moment_ms)));
     }
-    return {time, time, after.phrase, lost, gained, before.line, after.line};
+    return {Moment::LocalTime(before.due_ms),
+            Moment::LocalTime(after.due_ms),
+            after.phrase,
+            lost,
+            gained,
+            before.line,
+            after.line};
 }
 
 void CompareRests(const QDate& date, Rest& rest, StartChanges& changes)
@@ -148,6 +152,8 @@ void CompareRests(const QDate& date, Rest& rest, StartChanges& changes)
     Pair(
         rest.before, rest.after, [](const RequestedStart& start) { return std::pair(start.due_ms, start.phrase); },
         differ);
+    Pair(
+        rest.before, rest.after, [](const RequestedStart& start) { return start.phrase; }, differ);
     for (const RequestedStart& start : rest.before)
         changes[{Moment::LocalTime(start.due_ms), {}, start.phrase, {}, {}, start.line, 0}].insert(date);
     for (const RequestedStart& start : rest.after)
