@@ -50,6 +50,10 @@ public:
     // Time to start now. Sets m_delay.
     bool IsReady();
 
+    // After IsReady: forced, or behind its start. What tolerates to be a day late is also ready within the seconds
+    // ahead of its start, as if it were yesterday's; it comes in time, as its request carries the start time.
+    bool IsBehind() const { return m_forced || (m_delay > 0 && !IsAhead()); }
+
     // A message or playlist so close to its start that it can no longer be prepared.
     bool IsLost() const;
 

@@ -231,7 +231,7 @@ void Scheduler::CheckEarlyActions()
         if (action.IsReady())
         {
             OZNA_LOG(LEVEL_NORMAL, "READY action found: %d (%s)", task.m_type, qPrintable(task.GetName()));
-            MissedStarts::Answer(action, action.m_forced || action.m_delay > 0);
+            MissedStarts::Answer(action, action.IsBehind());
             Q_EMIT Found(action, ActionFinding::READY);
             action.Start();
             started.push_back(entry);

@@ -125,7 +125,7 @@ void HtmlOptionTest::WhatIsNoPageIsLeftAlone()
 
 void HtmlOptionTest::OneFormAtATime()
 {
-    for (const QString& other : {u"--json"_s, u"--csv"_s})
+    for (const QString& other : {u"--json"_s, u"--csv"_s, u"--ics"_s})
     {
         const Outcome outcome = Rehearse({u"--html"_s, u"none.html"_s, other});
         QCOMPARE(outcome.status, FAILED);

@@ -69,7 +69,8 @@ void RehearseTest::ARehearsalIsShownAsExpected()
     QFETCH(const QString, folder);
     const QStringList arguments = Content(folder, "arguments").trimmed().split(u' ');
     const Outcome outcome = Run(folder, QStringList{SCHEDULE} + arguments);
-    const QString expectedErrors = Content(folder, "expected-errors").replace(u"FOLDER"_s, folder);
+    const QString expectedErrors =
+        Content(folder, "expected-errors").replace(u"FOLDER"_s, folder).replace(u"PARENT"_s, QFileInfo(folder).path());
     const QByteArray difference = Difference(Content(folder, "expected"), outcome.output, "line") +
                                   Difference(expectedErrors, outcome.errors, "error");
     QVERIFY2(difference.isEmpty(), difference.constData());

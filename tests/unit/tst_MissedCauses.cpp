@@ -25,6 +25,7 @@ private Q_SLOTS:
     void AProcessThatStandsStillInACallDidNotWaitForItsPeer();
     void TheCauseIsThatOfTheLastTimeThatItPasses();
     void WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart();
+    void WhatIsAskedForAheadAsIfADayLateIsNotMissed();
 };
 
 void MissedCausesTest::AProcessThatStandsStill()
@@ -198,6 +199,20 @@ void MissedCausesTest::WhatRanBeforeTheClockWasPutBackDoesNotHoldTheStart()
     Time().Advance_s(60);
     Pass(3);
     EXPECT_LOG(LEVEL_WARNING, {Missed(MESSAGE, 1, "08:30:00", STOOD_STILL)});
+}
+
+// A negative duration makes a tolerance beyond any day.
+void MissedCausesTest::WhatIsAskedForAheadAsIfADayLateIsNotMissed()
+{
+    Data().WritePlaylist("opening.mp3;-11\nsong.mp3;60\n", u"odd"_s);
+    StartBefore(30'000, {"08:30:00 PlayPlaylist|odd"});
+    Pass(60);
+    QCOMPARE(TakeRequests(), QStringList{u"08:29:48 PlayPlaylist ssusb odd  1 08:30:00 false"_s});
+    EXPECT_LOG(LEVEL_WARNING,
+               {"2 [Action.cpp] Task PlayPlaylist IsDelayed but still valid (accumulated delay: 86388 s, "
+                "tolerated delay: 4294967287 s)",
+                "2 [tasks/PlayPlaylist.cpp] PlayPlaylist can't be prepared as delayed: delay (86388 s) "
+                ">= duration (51 s))"});
 }
 
 OZNA_CASE(MissedCauses, MissedCausesTest)

@@ -72,7 +72,11 @@ QString AdvisePlaylist(const Entry& entry)
 {
     if (entry.parameters.value(0).isEmpty())
         return QStringLiteral("write the playlist's file name first");
-    return QStringLiteral("write the name of a readable file of that folder, or bring the file there");
+    const QString advice = QStringLiteral("write the name of a readable file of that folder, or bring the file there");
+    const QStringList& missing = entry.line.rejected->missingFolders;
+    return missing.isEmpty() ? advice
+                             : advice + QStringLiteral(", or tell its folder by --playlists: there is no folder %1")
+                                            .arg(missing.join(QStringLiteral(" or ")));
 }
 
 QString AdviseEmpty(const Entry&)

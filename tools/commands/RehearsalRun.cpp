@@ -4,7 +4,6 @@
 #include "base/Moment.h"
 #include "base/Progress.h"
 #include "base/Terminal.h"
-#include "engine/Rehearsal.h"
 #include "engine/Workspace.h"
 
 #include <algorithm>
@@ -23,8 +22,8 @@ constexpr int MOST_DAYS = 36600;
 void RehearsalRun::AddPlaceOptions(CommandLine& line)
 {
     line.AddValue(PLAYLISTS, QStringLiteral("DIR"),
-                  QStringLiteral("folder of the playlists (default: the folder\n\"playlists\" beside FILE's, "
-                                 "or FILE's own)"));
+                  QStringLiteral("folder of the playlists (default: playlists/ or\n../playlists/ beside FILE, "
+                                 "or FILE's own folder)"));
     line.AddValue(ZONE, QStringLiteral("ZONE"),
                   QStringLiteral("the device's time zone, as Europe/Rome (default:\nthis machine's)"));
 }
@@ -58,15 +57,16 @@ qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms, std::opti
 }
 
 RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                           qint64 until_ms, const RehearsalFollowers& followers)
+                           qint64 until_ms, const RehearsalFollowers& followers, const QString& playlists)
     : m_result{file, from_ms, until_ms}
 {
-    const Workspace workspace(file, line.Value(PLAYLISTS));
+    const Workspace workspace(file, playlists.isEmpty() ? line.Value(PLAYLISTS) : playlists);
     m_result.lines = ScheduleLine::ReadFile(workspace, file);
     static_cast<void>(TellRejected(file, m_result.lines));
     const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
     Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
     rehearsal.SetNoted(followers.noted);
+    rehearsal.SetRequested(followers.requested);
     if (followers.take)
         rehearsal.SetTake(followers.take);
     Progress progress;
@@ -86,6 +86,7 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
 int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLine>& lines)
 {
     int rejected = 0;
+    QStringList missing;
     for (const ScheduleLine& line : lines)
     {
         if (!line.IsRejected())
@@ -94,7 +95,12 @@ int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLi
         Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
                                  .arg(Terminal::Harmless(file), QString::number(line.number),
                                       Terminal::Harmless(line.rejected->reason)));
+        missing = missing.isEmpty() ? line.rejected->missingFolders : missing;
     }
+    if (!missing.isEmpty())
+        Terminal::PrintError(
+            QStringLiteral("%1: note: there is no folder %2: --playlists names the folder of the playlists\n")
+                .arg(Terminal::Harmless(file), Terminal::Harmless(missing.join(QStringLiteral(" or ")))));
     return rejected;
 }
 

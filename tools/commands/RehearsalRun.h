@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/CommandLine.h"
-#include "engine/EventLog.h"
+#include "engine/Rehearsal.h"
 #include "engine/RehearsalResult.h"
 
 #include <functional>
@@ -19,6 +19,9 @@ struct RehearsalFollowers
 
     // Called now and then: whether what has been noted is enough. All events before reached_ms have been.
     std::function<bool(qint64 reached_ms)> isEnough = {};
+
+    // Called for each request, those of the run-up included.
+    Rehearsal::Requested requested = {};
 };
 
 // A rehearsal as the commands that have one ask for it: their common options, its span, and its result.
@@ -39,9 +42,10 @@ public:
 
     // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
     // span of interest, which ends earlier where a follower says so. Shows progress. Rejected lines are told on
-    // standard error, with file and line. Throws ToolError when file cannot be read.
+    // standard error, with file and line. playlists: the folder of the playlists, if not the one that line
+    // names. Throws ToolError when file cannot be read.
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                 qint64 until_ms, const RehearsalFollowers& followers = {});
+                 qint64 until_ms, const RehearsalFollowers& followers = {}, const QString& playlists = {});
 
     // The span that line asks for, by default from the beginning of today. days: replaces the option's default
     // number. Throws ToolError on a text that is not a moment.

@@ -105,17 +105,17 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.lineNumber = action.m_lineNumber;
     event.type = action.m_task->m_type;
     event.taskName = action.m_task->GetName();
-    const bool isLate = action.m_forced || action.m_delay > 0;
-    event.due_ms =
-        isLate ? FloorToSecond(m_now_ms) - Clock::SecondsSince(action.m_startTime) * MS_PER_S
-               : FloorToSecond(m_now_ms) + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second) * MS_PER_S;
+    event.due_ms = action.IsBehind() ? FloorToSecond(m_now_ms) - Clock::SecondsSince(action.m_startTime) * MS_PER_S
+                                     : FloorToSecond(m_now_ms) +
+                                           Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second) * MS_PER_S;
     return event;
 }
 
 void EventLog::MarkStart(Event& event, const Action& action) const
 {
     event.isForced = action.m_forced;
-    event.delay_s = action.m_forced ? Clock::SecondsSince(action.m_startTime) : action.m_delay;
+    if (action.IsBehind())
+        event.delay_s = action.m_forced ? Clock::SecondsSince(action.m_startTime) : action.m_delay;
     const std::optional<Outcome> earlier = Latest(event);
     event.isRepeated =
         earlier && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == Moment::LocalDate(event.due_ms);
@@ -128,6 +128,9 @@ void EventLog::MarkStart(Event& event, const Action& action) const
                            : QStringLiteral("the clocks are put back: the time comes twice");
     else if (event.delay_s > 0)
         event.reason = QStringLiteral("by %1").arg(Moment::SpanText(event.delay_s));
+    else if (action.m_delay > 0)
+        event.reason = QStringLiteral("asked for %1 ahead: by its durations it may start a day late")
+                           .arg(Moment::SpanText((event.due_ms - FloorToSecond(m_now_ms)) / MS_PER_S));
 }
 
 void EventLog::Receive(Request request)

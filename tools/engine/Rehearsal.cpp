@@ -51,7 +51,7 @@ Rehearsal::~Rehearsal()
 
 PeerReply Rehearsal::Answer(const Request& request)
 {
-    m_log.Receive(request);
+    Receive(request);
     if (!m_plan.silentPeers.contains(request.peer))
         return PeerReply(0);
     m_clock.Pass(request.timeout_ms);
@@ -243,5 +243,5 @@ void Rehearsal::PlayDeviceBefore(qint64 moment_ms)
 
 void Rehearsal::OnPddAction(uint action, bool enable)
 {
-    m_log.Receive(Request::Announcement(m_clock.Now_ms(), static_cast<PDD_ACTION>(action), enable));
+    Receive(Request::Announcement(m_clock.Now_ms(), static_cast<PDD_ACTION>(action), enable));
 }

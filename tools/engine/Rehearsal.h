@@ -57,6 +57,10 @@ public:
     // Called for each event as it comes about; its requests, and the end of what it plays, are still to come.
     void SetNoted(const EventLog::Noted& noted) { m_log.SetNoted(noted); }
 
+    // Called for each request, from the start on.
+    using Requested = std::function<void(const Request& request)>;
+    void SetRequested(const Requested& requested) { m_requested = requested; }
+
     // Takes the events, in the order of their moments, as soon as nothing can change them any more. Unless it is set,
     // they are kept.
     void SetTake(const EventQueue::Take& take) { m_take = take; }
@@ -76,6 +80,12 @@ private:
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
+    void Receive(const Request& request)
+    {
+        if (m_requested)
+            m_requested(request);
+        m_log.Receive(request);
+    }
     [[nodiscard]] PeerReply Answer(const Request& request);
     [[nodiscard]] qint64 End_ms() const;
     [[nodiscard]] qint64 NextDisturbance_ms() const;
@@ -93,6 +103,7 @@ private:
     EventLog m_log;
     WatchList m_watches;
     Risks m_risks;
+    Requested m_requested;
     EventQueue::Take m_take;
     std::vector<Event> m_events;
     size_t m_disturbed = 0; // how many of the disturbances have been

@@ -35,6 +35,8 @@ ScheduleLine ReadLine(const Workspace& workspace, const QString& text, int numbe
     {
         line.rejected = {rejection.GetCause(), workspace.Readable(rejection.Reason()),
                          workspace.Readable(rejection.File())};
+        if (rejection.GetCause() == Rejection::Cause::PLAYLIST_FILE)
+            line.rejected->missingFolders = workspace.Playlists().missing;
     }
     return line;
 }

@@ -18,6 +18,9 @@ struct RejectedLine
     Rejection::Cause cause;
     QString reason; // in the daemon's words
     QString file;   // that cannot be opened, if that is the cause
+
+    // Of a playlist that cannot be opened: see PlaylistFolder.
+    QStringList missingFolders = {};
 };
 
 // One line of a schedule file, and what the daemon's own code makes of it. Paths are shown as the user knows them.

@@ -35,7 +35,7 @@ QTime StartTime::ForLateness(const Action& action)
 
 bool StartTime::IsFoundAtMidnight(const Action& action)
 {
-    return ForLateness(action) == QTime(0, 0) && action.m_task->GetDelayable_s() > 0;
+    return ForLateness(action) == QTime(0, 0) && !action.LateStart().IsEmpty();
 }
 
 bool StartTime::IsForcedByEveryLoad(const Action& action)

@@ -25,7 +25,6 @@ const QString ZONE_FOLDER = QStringLiteral("/usr/share/zoneinfo/");
 const QByteArray ZONE_MAGIC = QByteArrayLiteral("TZif"); // which all zones' files begin with
 const QString SCHEDULE = QStringLiteral("schedule.csv");
 const QString CONFIGURATION = QStringLiteral("/ozna.ini");
-const QString DEVICE_PLAYLISTS = QStringLiteral("/../playlists");
 
 // Which the daemon's code sees; null: none.
 const Workspace*& Used()
@@ -70,7 +69,7 @@ Workspace::Use::~Use()
 
 Workspace::Workspace(const QString& file, const QString& playlists)
     : m_file(file)
-    , m_playlists(playlists)
+    , m_playlists{playlists, {}}
 {
     const QFileInfo schedule(file);
     // What is opened may be a pipe, and be waited for.
@@ -79,14 +78,10 @@ Workspace::Workspace(const QString& file, const QString& playlists)
     QFile readable(file);
     if (!readable.open(QIODevice::ReadOnly))
         throw ToolError(QStringLiteral("%1: %2").arg(file, readable.errorString()));
-    if (m_playlists.isEmpty())
-    {
-        m_playlists = QDir::cleanPath(schedule.absolutePath() + DEVICE_PLAYLISTS);
-        if (!QFileInfo(m_playlists).isDir())
-            m_playlists = schedule.absolutePath();
-    }
-    if (!QFileInfo(m_playlists).isDir())
-        throw ToolError(QStringLiteral("%1: is not a folder").arg(m_playlists));
+    if (m_playlists.path.isEmpty())
+        m_playlists = PlaylistFolder::Near(schedule.absolutePath());
+    if (!QFileInfo(m_playlists.path).isDir())
+        throw ToolError(QStringLiteral("%1: is not a folder").arg(m_playlists.path));
     if (!m_folder.isValid())
         throw ToolError(m_folder.errorString());
 
@@ -94,7 +89,7 @@ Workspace::Workspace(const QString& file, const QString& playlists)
     if (!QDir().mkpath(Scheduler::GetSchedulePath()))
         throw ToolError(QStringLiteral("%1: %2").arg(Scheduler::GetSchedulePath(), Reason()));
     Link(schedule.absoluteFilePath(), SchedulePath());
-    Link(QFileInfo(m_playlists).absoluteFilePath(), PlayPlaylist::GetPlaylistsPath());
+    Link(QFileInfo(m_playlists.path).absoluteFilePath(), PlayPlaylist::GetPlaylistsPath());
     WriteConfiguration();
     m_removal.emplace(QStringList{SchedulePath(), Scheduler::GetSchedulePath(), PlayPlaylist::GetPlaylistsPath(),
                                   ConfigurationPath(), Root()});
@@ -124,7 +119,7 @@ void Workspace::WriteConfiguration() const
 QString Workspace::Readable(QString text) const
 {
     const Use use(*this);
-    return text.replace(PlayPlaylist::GetPlaylistsPath(), m_playlists);
+    return text.replace(PlayPlaylist::GetPlaylistsPath(), m_playlists.path);
 }
 
 QString Workspace::FileName()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "PlaylistFolder.h"
 #include "RemovalAtSignal.h"
 
 #include <QString>
@@ -16,9 +17,8 @@ class Workspace final
 public:
     static constexpr const char* SERVER = "<ServerIp>";
 
-    // file: the schedule. playlists: the folder of the playlists; empty: "playlists" next to the schedule's folder, as
-    // on a device, or the schedule's own folder where there is none. Throws ToolError when the schedule or the folder
-    // cannot be read.
+    // file: the schedule. playlists: the folder of the playlists; empty: see PlaylistFolder. Throws ToolError when the
+    // schedule or the folder cannot be read.
     Workspace(const QString& file, const QString& playlists);
     ~Workspace();
 
@@ -54,7 +54,9 @@ public:
 
     // As given.
     [[nodiscard]] QString File() const { return m_file; }
-    [[nodiscard]] QString PlaylistFolder() const { return m_playlists; }
+
+    // Where playlists are looked for.
+    [[nodiscard]] const PlaylistFolder& Playlists() const { return m_playlists; }
 
     // Sets the time zone of the process: a name of the system's time-zone files, as "Europe/Rome"; an empty one leaves
     // it as it is. Throws ToolError for one that the system does not have.
@@ -71,7 +73,7 @@ private:
     void WriteConfiguration() const;
 
     const QString m_file;
-    QString m_playlists;
+    PlaylistFolder m_playlists;
     QTemporaryDir m_folder;
     std::optional<RemovalAtSignal> m_removal;
 };

@@ -8,6 +8,8 @@
 namespace
 {
 
+const QString OLD_PLAYLISTS = QStringLiteral("old-playlists");
+const QString NEW_PLAYLISTS = QStringLiteral("new-playlists");
 constexpr int USUAL_DAYS = 30;
 
 } // namespace
@@ -15,24 +17,35 @@ constexpr int USUAL_DAYS = 30;
 int Commands::Diff(const QStringList& arguments)
 {
     CommandLine line(QStringLiteral("diff"),
-                     QStringLiteral("Shows which starts come (+), go (-) or move (~) when OLD is replaced by NEW,\n"
-                                    "whatever their lines look like. The status is 0 when none does, 1 when some do,\n"
-                                    "and 2 when the daemon rejects a line of NEW."),
+                     QStringLiteral("Shows which starts come (+), go (-), move (~) or ask for something else (!) when\n"
+                                    "OLD is replaced by NEW, and what is then in force at the end. It compares the\n"
+                                    "requests, whatever the lines look like. The status is 0 when all are the same,\n"
+                                    "1 when some differ, and 2 when the daemon rejects a line of NEW."),
                      {QStringLiteral("OLD"), QStringLiteral("NEW")});
     RehearsalRun::AddSpanOptions(line, USUAL_DAYS);
+    line.AddValue(OLD_PLAYLISTS, QStringLiteral("DIR"),
+                  QStringLiteral("folder of OLD's playlists, if not --playlists"));
+    line.AddValue(NEW_PLAYLISTS, QStringLiteral("DIR"),
+                  QStringLiteral("folder of NEW's playlists, if not --playlists"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
 
     RehearsalRun::SetTimeZone(line);
     const qint64 from_ms = RehearsalRun::From_ms(line);
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms);
-    const RehearsalRun before(line, line.Operand(0), std::nullopt, from_ms, until_ms);
+    InForce oldInForce;
+    const RehearsalRun before(line, line.Operand(0), std::nullopt, from_ms, until_ms,
+                              {.requested = [&](const Request& request) { oldInForce.Take(request); }},
+                              line.Value(OLD_PLAYLISTS));
     if (before.Status() == ExitStatus::INTERRUPTED)
         return ExitStatus::INTERRUPTED;
-    const RehearsalRun after(line, line.Operand(1), std::nullopt, from_ms, until_ms);
+    InForce newInForce;
+    const RehearsalRun after(line, line.Operand(1), std::nullopt, from_ms, until_ms,
+                             {.requested = [&](const Request& request) { newInForce.Take(request); }},
+                             line.Value(NEW_PLAYLISTS));
     if (after.Status() == ExitStatus::INTERRUPTED)
         return ExitStatus::INTERRUPTED;
-    const QString text = ScheduleDiff::Text(before.Result(), after.Result());
+    const QString text = ScheduleDiff::Text({before.Result(), oldInForce}, {after.Result(), newInForce});
     Terminal::Print(text);
     if (after.Status() != ExitStatus::CLEAN)
         return after.Status();

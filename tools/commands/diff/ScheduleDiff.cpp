@@ -1,17 +1,12 @@
 #include "ScheduleDiff.h"
 
+#include "StartChanges.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
 #include "words/DatesText.h"
-#include "words/Kinds.h"
-
-#include <QTime>
 
 #include <algorithm>
-#include <map>
-#include <set>
-#include <tuple>
 
 namespace
 {
@@ -20,149 +15,98 @@ using Terminal::Colour;
 
 constexpr int TIME_WIDTH = 22;
 constexpr int PHRASE_WIDTH = 44;
+constexpr qsizetype MOST_DETAILS = 6; // of each side of one change
 
-// What is asked for, without the moment.
-struct Content
+const QString INDENT = QStringLiteral("    ");
+const QString NOT_SET = QStringLiteral("not set");
+const QString PLAYING_NOTHING = QStringLiteral("nothing");
+
+enum class Sign : char16_t
 {
-    QString phrase;
-    QString requests;
-
-    bool operator<(const Content& other) const
-    {
-        return std::tie(phrase, requests) < std::tie(other.phrase, other.requests);
-    }
+    COMES = u'+',
+    GOES = u'-',
+    MOVES = u'~',
+    DIFFERS = u'!',
 };
 
-// One thing that is asked for on one date: at what times, and by which lines.
-struct Start
+Sign SignOf(const StartChange& change)
 {
-    qint64 due_ms;
-    int line;
-};
-using StartsOfDays = std::map<QDate, std::map<Content, std::vector<Start>>>;
-
-struct Change
-{
-    QTime before; // invalid: it comes
-    QTime after;  // invalid: it goes
-    Content content;
-    int lineBefore;
-    int lineAfter;
-
-    [[nodiscard]] QTime First() const { return before.isValid() ? before : after; }
-    bool operator<(const Change& other) const
-    {
-        const QTime first = First();
-        const QTime otherFirst = other.First();
-        // What goes stands before what comes in its place.
-        return std::tie(first, after, before, content, lineBefore, lineAfter) <
-               std::tie(otherFirst, other.after, other.before, other.content, other.lineBefore, other.lineAfter);
-    }
-};
-using Changes = std::map<Change, std::set<QDate>>;
-
-// The moment is part of a message's request: that it is another one does not make it another message.
-Content ContentOf(const Event& event, const RehearsalResult& run)
-{
-    const ScheduleLine& line = run.lines.at(static_cast<size_t>(event.lineNumber) - 1);
-    QString requests = QString::number(event.type);
-    for (Request request : event.requests)
-    {
-        std::ranges::replace(request.arguments, QVariant(Moment::TimeText(event.due_ms)), QVariant(QString()));
-        requests += u'\n' + request.Text();
-    }
-    return {Kinds::Of(event.type).phrase(*line.action->m_task, event.requests), requests};
+    if (!change.before.isValid())
+        return Sign::COMES;
+    if (!change.after.isValid())
+        return Sign::GOES;
+    return change.IsMove() ? Sign::MOVES : Sign::DIFFERS;
 }
 
-StartsOfDays StartsOf(const RehearsalResult& run)
+QString Coloured(Sign sign, const QString& text)
 {
-    StartsOfDays starts;
-    for (const Event& event : run.events)
-    {
-        const bool isInside = std::max(event.due_ms, event.moment_ms) >= run.begin_ms;
-        if (event.kind == EventKind::START && isInside)
-            starts[Moment::LocalDate(event.due_ms)][ContentOf(event, run)].push_back({event.due_ms, event.lineNumber});
-    }
-    return starts;
+    const Colour colour = sign == Sign::COMES ? Colour::GREEN : sign == Sign::GOES ? Colour::RED : Colour::YELLOW;
+    return Terminal::Coloured(QChar(static_cast<char16_t>(sign)) + (u' ' + text), colour) + u'\n';
 }
 
-void TakeCommon(std::vector<Start>& before, std::vector<Start>& after)
-{
-    std::erase_if(before, [&](const Start& start) {
-        const auto same = std::ranges::find_if(after, [&](const Start& other) { return other.due_ms == start.due_ms; });
-        if (same == after.end())
-            return false;
-        after.erase(same);
-        return true;
-    });
-}
-
-QTime TimeOf(const std::vector<Start>& starts, size_t index)
-{
-    return index < starts.size() ? Moment::LocalTime(starts[index].due_ms) : QTime();
-}
-
-int LineOf(const std::vector<Start>& starts, size_t index)
-{
-    return index < starts.size() ? starts[index].line : 0;
-}
-
-Changes ChangesOf(StartsOfDays before, StartsOfDays after)
-{
-    Changes changes;
-    for (const auto& [date, contents] : before)
-    {
-        for (const auto& entry : contents)
-            static_cast<void>(after[date][entry.first]);
-    }
-    for (auto& [date, contents] : after)
-    {
-        for (auto& [content, newStarts] : contents)
-        {
-            std::vector<Start>& oldStarts = before[date][content];
-            TakeCommon(oldStarts, newStarts);
-            for (size_t i = 0; i < std::max(oldStarts.size(), newStarts.size()); ++i)
-            {
-                const Change change{TimeOf(oldStarts, i), TimeOf(newStarts, i), content, LineOf(oldStarts, i),
-                                    LineOf(newStarts, i)};
-                changes[change].insert(date);
-            }
-        }
-    }
-    return changes;
-}
-
-QString LineNumbers(const Change& change)
+QString LineNumbers(const StartChange& change)
 {
     if (change.lineBefore != 0 && change.lineAfter != 0)
-        return QStringLiteral("line %1, then %2").arg(change.lineBefore).arg(change.lineAfter);
-    return QStringLiteral("line %1").arg(std::max(change.lineBefore, change.lineAfter));
+        return QStringLiteral("  (line %1, then %2)").arg(change.lineBefore).arg(change.lineAfter);
+    const int line = std::max(change.lineBefore, change.lineAfter);
+    return line == 0 ? QString() : QStringLiteral("  (line %1)").arg(line);
 }
 
-QString Row(const Change& change, const QString& dates)
+QString Details(Sign sign, const QStringList& texts)
+{
+    QString details;
+    for (const QString& text : texts.first(std::min(texts.size(), MOST_DETAILS)))
+        details += INDENT + Coloured(sign, Terminal::Harmless(text));
+    if (texts.size() > MOST_DETAILS)
+        details += INDENT + Coloured(sign, QStringLiteral("and %1 more").arg(texts.size() - MOST_DETAILS));
+    return details;
+}
+
+QString Row(const StartChange& change, const QString& dates)
 {
     const QString format = QStringLiteral("HH:mm:ss");
-    const bool isMove = change.before.isValid() && change.after.isValid();
-    QString text = QStringLiteral("%1 %2").arg(isMove                    ? QStringLiteral("~")
-                                               : change.before.isValid() ? QStringLiteral("-")
-                                                                         : QStringLiteral("+"),
-                                               change.First().toString(format));
-    if (isMove)
-        text += QStringLiteral(" -> ") + change.after.toString(format);
-    text = text.leftJustified(TIME_WIDTH) + QStringLiteral("  ") +
-           Terminal::Harmless(change.content.phrase).leftJustified(PHRASE_WIDTH) +
-           QStringLiteral("  %1  (%2)").arg(dates, LineNumbers(change));
-    const Colour colour = isMove ? Colour::YELLOW : change.before.isValid() ? Colour::RED : Colour::GREEN;
-    return Terminal::Coloured(text, colour) + u'\n';
+    QString time = change.First().toString(format);
+    if (change.IsMove())
+        time += QStringLiteral(" -> ") + change.after.toString(format);
+    return Coloured(SignOf(change), time.leftJustified(TIME_WIDTH - 2) + QStringLiteral("  ") +
+                                        Terminal::Harmless(change.phrase).leftJustified(PHRASE_WIDTH) +
+                                        QStringLiteral("  ") + dates + LineNumbers(change)) +
+           Details(Sign::GOES, change.lost) + Details(Sign::COMES, change.gained);
+}
+
+QString InForceText(const InForce::Values& before, const InForce::Values& after, qint64 end_ms)
+{
+    InForce::Values all = before;
+    all.insert(after.begin(), after.end());
+    const auto valueOf = [](const InForce::Values& values, const QString& name) {
+        const auto value = values.find(name);
+        return value != values.end() ? value->second : name == InForce::PLAYING ? PLAYING_NOTHING : NOT_SET;
+    };
+    QString text;
+    for (const auto& entry : all)
+    {
+        const QString& name = entry.first;
+        const QString old = valueOf(before, name);
+        const QString now = valueOf(after, name);
+        if (old != now)
+            text +=
+                INDENT + Coloured(Sign::MOVES, Terminal::Harmless(QStringLiteral("%1: %2 -> %3").arg(name, old, now)));
+    }
+    return text.isEmpty() ? text
+                          : QStringLiteral("In force at the end, %1 %2:\n")
+                                    .arg(Moment::DateText(Moment::LocalDate(end_ms)), Moment::TimeText(end_ms)) +
+                                text;
 }
 
 } // namespace
 
-QString ScheduleDiff::Text(const RehearsalResult& before, const RehearsalResult& after)
+QString ScheduleDiff::Text(const Side& before, const Side& after)
 {
     QString text;
-    const qint64 until_ms = std::min(before.end_ms, after.end_ms);
-    for (const auto& [change, dates] : ChangesOf(StartsOf(before), StartsOf(after)))
-        text += Row(change, DatesText::Of(dates, change.First(), before.begin_ms, until_ms));
-    return text;
+    const qint64 begin_ms = before.run.begin_ms;
+    const qint64 end_ms = std::min(before.run.end_ms, after.run.end_ms);
+    for (const auto& [change, dates] : StartDiff::Of(before.run, after.run))
+        text += Row(change, DatesText::Of(dates, change.First(), begin_ms, end_ms));
+    const QString inForce = InForceText(before.inForce.At(before.run), after.inForce.At(after.run), end_ms);
+    return text + (text.isEmpty() || inForce.isEmpty() ? QString() : QStringLiteral("\n")) + inForce;
 }

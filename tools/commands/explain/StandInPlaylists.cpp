@@ -48,7 +48,7 @@ ScheduleLine StandInPlaylists::Read(const QString& text, int number)
 
 bool StandInPlaylists::MakeMissing(const QString& path) const
 {
-    const QString folder = m_workspace->PlaylistFolder() + u'/';
+    const QString folder = m_workspace->Playlists().path + u'/';
     // A name that leads out of the folder is left alone.
     if (!path.startsWith(folder) || !QDir::cleanPath(path).startsWith(folder) || path.contains(QChar(u'\0')))
         return false;

@@ -21,6 +21,11 @@ public:
     // RFC 4180: a row of names, then a row for each request, or for each event that has none.
     [[nodiscard]] static std::unique_ptr<RehearsalText> Csv(qint64 from_ms);
 
+    // For calendars: RFC 5545, an entry for each start, in UTC. until_ms: the end of the rehearsal of file. Throws
+    // ToolError when the tool is built without the library that writes it, or that
+    // fails.
+    [[nodiscard]] static std::unique_ptr<RehearsalText> Calendar(qint64 from_ms, qint64 until_ms, const QString& file);
+
     explicit RehearsalText(qint64 from_ms)
         : m_from_ms(from_ms)
     {

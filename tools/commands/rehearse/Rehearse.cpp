@@ -24,7 +24,9 @@ const QString START_AT = QStringLiteral("start-at");
 const QString JSON = QStringLiteral("json");
 const QString CSV = QStringLiteral("csv");
 const QString HTML = QStringLiteral("html");
+const QString ICS = QStringLiteral("ics");
 const QString STANDARD_OUTPUT = QStringLiteral("-");
+constexpr int CALENDAR_DAYS = 30;
 
 // The page takes its file's place: a device or a pipe would be lost, and so would the schedule.
 void CheckPage(const QString& name, const QString& schedule)
@@ -90,8 +92,10 @@ private:
     QString m_waiting;
 };
 
-std::unique_ptr<RehearsalText> TextFor(const CommandLine& line, qint64 from_ms)
+std::unique_ptr<RehearsalText> TextFor(const CommandLine& line, qint64 from_ms, qint64 until_ms)
 {
+    if (line.Has(ICS))
+        return RehearsalText::Calendar(from_ms, until_ms, line.Operand(0));
     if (line.Has(JSON))
         return RehearsalText::Json(from_ms);
     return line.Has(CSV) ? RehearsalText::Csv(from_ms) : RehearsalText::Table(from_ms);
@@ -113,10 +117,11 @@ int Commands::Rehearse(const QStringList& arguments)
     line.AddValue(
         HTML, QStringLiteral("OUT"),
         QStringLiteral("for a browser: a page of a week, or of --days, is\nwritten to OUT (\"-\": standard output)"));
+    line.AddFlag(ICS, QStringLiteral("for calendars: the starts of 30 days, or of --days"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
-    if (int{line.Has(JSON)} + int{line.Has(CSV)} + int{line.Has(HTML)} > 1)
-        throw ToolError(QStringLiteral("--json, --csv and --html exclude each other"));
+    if (int{line.Has(JSON)} + int{line.Has(CSV)} + int{line.Has(HTML)} + int{line.Has(ICS)} > 1)
+        throw ToolError(QStringLiteral("--json, --csv, --html and --ics exclude each other"));
 
     if (line.Has(HTML))
         CheckPage(line.Value(HTML), line.Operand(0));
@@ -128,7 +133,9 @@ int Commands::Rehearse(const QStringList& arguments)
     const qint64 from_ms = start_ms && !line.Has(QStringLiteral("from")) ? *start_ms : RehearsalRun::From_ms(line);
     if (start_ms && *start_ms > from_ms)
         throw ToolError(QStringLiteral("--start-at: comes after --from"));
-    const auto days = line.Has(HTML) ? std::optional<int>(WeekLayout::WEEK_DAYS) : std::nullopt;
+    const auto days = line.Has(HTML)  ? std::optional<int>(WeekLayout::WEEK_DAYS)
+                      : line.Has(ICS) ? std::optional<int>(CALENDAR_DAYS)
+                                      : std::nullopt;
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms, days);
     if (line.Has(HTML))
     {
@@ -136,7 +143,7 @@ int Commands::Rehearse(const QStringList& arguments)
         WritePage(run.Result(), line.Value(HTML));
         return run.Status();
     }
-    Writer writer(TextFor(line, from_ms));
+    Writer writer(TextFor(line, from_ms, until_ms));
     const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms,
                            {.take = [&](const Event& event) { writer.Take(event); }});
     writer.Finish(run.Result());

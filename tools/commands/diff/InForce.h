@@ -1,0 +1,31 @@
+#pragma once
+
+#include "engine/Request.h"
+
+#include <QString>
+
+#include <map>
+
+struct RehearsalResult;
+
+// What is in force on the device at the end of a rehearsal: what its requests, those of the run-up included, have set
+// last, and what plays.
+class InForce final
+{
+public:
+    // The name of what plays.
+    static inline const QString PLAYING = QStringLiteral("playing");
+
+    // The next request.
+    void Take(const Request& request);
+
+    // Values by what they are values of: "master volume": "70", "playing": "Stream evening". What was never set, and
+    // "playing" where nothing plays, is left out.
+    using Values = std::map<QString, QString>;
+
+    // run: of those requests.
+    [[nodiscard]] Values At(const RehearsalResult& run) const;
+
+private:
+    Values m_settings;
+};
