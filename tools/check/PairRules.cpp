@@ -1,3 +1,4 @@
+#include "LeftOut.h"
 #include "Rules.h"
 
 #include <QHash>
@@ -37,20 +38,25 @@ QSet<QString> Identifiers(const std::vector<Entry>& entries, TaskType type)
     return identifiers;
 }
 
-void FindOddStops(const std::vector<Entry>& entries, Findings& findings)
+void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Findings& findings)
 {
     const QSet<QString> played = Identifiers(entries, TASK_PLAY_PLAYLIST);
     const QSet<QString> stopped = Identifiers(entries, TASK_STOP_PLAYLIST);
-    const bool hasStreamStop =
-        std::ranges::any_of(entries, [](const Entry& entry) { return entry.Is(TASK_STOP_STREAM); });
-    const bool hasRadioStop = std::ranges::any_of(entries, IsRadioOff);
+    const bool hasStreamStop = leftOut.HasStop() || std::ranges::any_of(entries, [](const Entry& entry) {
+                                   return entry.Is(TASK_STOP_STREAM);
+                               });
+    const bool hasRadioStop = leftOut.HasStop() || std::ranges::any_of(entries, IsRadioOff);
+    const auto isAlone = [&](const Entry& entry, TaskType type, const QSet<QString>& others) {
+        const QString identifier = entry.Is(type) ? Identifier(entry) : QString();
+        return !identifier.isEmpty() && !others.contains(identifier) && !leftOut.Names(identifier);
+    };
     for (const Entry& entry : entries)
     {
-        if (entry.Is(TASK_STOP_PLAYLIST) && !Identifier(entry).isEmpty() && !played.contains(Identifier(entry)))
+        if (isAlone(entry, TASK_STOP_PLAYLIST, played))
             findings.Add(New(entry, FindingKind::UNMATCHED_STOP, FIELD_PARAMETERS,
                              QStringLiteral("no PlayPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
                              QStringLiteral("write the third parameter of the playlist's line, to the letter")));
-        else if (entry.Is(TASK_PLAY_PLAYLIST) && !Identifier(entry).isEmpty() && !stopped.contains(Identifier(entry)))
+        else if (isAlone(entry, TASK_PLAY_PLAYLIST, stopped))
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
                              QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
                              QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
@@ -84,8 +90,8 @@ void FindDuplicates(const std::vector<Entry>& entries, Findings& findings)
 
 } // namespace
 
-void Rules::FindOddPairs(const std::vector<Entry>& entries, Findings& findings)
+void Rules::FindOddPairs(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, Findings& findings)
 {
-    FindOddStops(entries, findings);
+    FindOddStops(entries, LeftOut(lines, entries), findings);
     FindDuplicates(entries, findings);
 }

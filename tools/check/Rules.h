@@ -28,8 +28,23 @@ void FindOddParameters(const std::vector<Entry>& entries, Findings& findings);
 // Lines of playlist files that give no track, or no duration. Each file is looked at once.
 void FindOddPlaylists(const Workspace& workspace, const std::vector<Entry>& entries, Findings& findings);
 
-// Stops without a start, starts without a stop, and lines that come twice.
-void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
+// Names that are read otherwise than they look: a stream's whole address, a volume behind a ";".
+void FindOddNames(const std::vector<Entry>& entries, Findings& findings);
+
+// Stops without a start, starts without a stop, and lines that come twice. What a line that is not done was to begin or
+// stop is not missed besides.
+void FindOddPairs(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, Findings& findings);
+
+// The rules of several lines look at the days of the year from today on.
+
+// Messages of one second, and values of one second for one thing.
+void FindTwoInASecond(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+// Playlists that begin while another one plays, and stops that never come behind their playlist's start.
+void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+// Starts in hours that the process's time zone leaves out or has twice.
+void FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
 // Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,

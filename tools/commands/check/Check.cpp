@@ -22,7 +22,7 @@ QDate Today(const CommandLine& line)
                                              : Moment::Now_ms());
 }
 
-Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today)
+Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today, bool isZoneKnown)
 {
     const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
@@ -32,7 +32,13 @@ Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, cons
     Rules::FindOddDates(entries, today, findings);
     Rules::FindOddParameters(entries, findings);
     Rules::FindOddPlaylists(workspace, entries, findings);
-    Rules::FindOddPairs(entries, findings);
+    Rules::FindOddNames(entries, findings);
+    Rules::FindOddPairs(lines, entries, findings);
+    Rules::FindTwoInASecond(entries, today, findings);
+    Rules::FindOddPlaylistTimes(entries, today, findings);
+    // The clocks of this machine need not be those of the device.
+    if (isZoneKnown)
+        Rules::FindChangedHours(entries, today, findings);
     Rules::FindBlocking(workspace, entries, today, findings);
     findings.Sort();
     return findings;
@@ -58,7 +64,7 @@ int Commands::Check(const QStringList& arguments)
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    const Findings findings = Look(workspace, lines, today);
+    const Findings findings = Look(workspace, lines, today, RehearsalRun::HasTimeZone(line));
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)
