@@ -5,6 +5,7 @@
 
 #include <QDate>
 
+class MediaFolder;
 class Workspace;
 
 // What a check looks for. Each rule adds what it finds; none looks at what another has found. workspace: that of the
@@ -45,6 +46,11 @@ void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today,
 
 // Starts in hours that the process's time zone leaves out or has twice.
 void FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+// Sounds that are not in the folder, that cannot be read, or last longer or shorter than a playlist tells; messages
+// that begin while an earlier one plays.
+void FindOddMedia(const Workspace& workspace, MediaFolder& folder, const std::vector<Entry>& entries,
+                  const QDate& today, Findings& findings);
 
 // Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,

@@ -3,10 +3,13 @@
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
+#include "check/MediaFolder.h"
 #include "check/Rules.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "engine/Workspace.h"
+
+#include <optional>
 
 namespace
 {
@@ -14,6 +17,7 @@ namespace
 const QString TODAY = QStringLiteral("today");
 const QString STRICT = QStringLiteral("strict");
 const QString JSON = QStringLiteral("json");
+const QString MEDIA = QStringLiteral("media");
 const QString PLAYLISTS = QStringLiteral("playlists");
 
 QDate Today(const CommandLine& line)
@@ -22,24 +26,33 @@ QDate Today(const CommandLine& line)
                                              : Moment::Now_ms());
 }
 
-Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today, bool isZoneKnown)
+struct Options
+{
+    QDate today;
+    bool isZoneKnown;
+    std::optional<MediaFolder> media;
+};
+
+Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, Options& options)
 {
     const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
     Rules::FindRejected(entries, findings);
     Rules::FindOddText(lines, entries, findings);
     Rules::FindOddTimes(entries, findings);
-    Rules::FindOddDates(entries, today, findings);
+    Rules::FindOddDates(entries, options.today, findings);
     Rules::FindOddParameters(entries, findings);
     Rules::FindOddPlaylists(workspace, entries, findings);
+    if (options.media)
+        Rules::FindOddMedia(workspace, *options.media, entries, options.today, findings);
     Rules::FindOddNames(entries, findings);
     Rules::FindOddPairs(lines, entries, findings);
-    Rules::FindTwoInASecond(entries, today, findings);
-    Rules::FindOddPlaylistTimes(entries, today, findings);
+    Rules::FindTwoInASecond(entries, options.today, findings);
+    Rules::FindOddPlaylistTimes(entries, options.today, findings);
     // The clocks of this machine need not be those of the device.
-    if (isZoneKnown)
-        Rules::FindChangedHours(entries, today, findings);
-    Rules::FindBlocking(workspace, entries, today, findings);
+    if (options.isZoneKnown)
+        Rules::FindChangedHours(entries, options.today, findings);
+    Rules::FindBlocking(workspace, entries, options.today, findings);
     findings.Sort();
     return findings;
 }
@@ -54,17 +67,21 @@ int Commands::Check(const QStringList& arguments)
     RehearsalRun::AddPlaceOptions(line);
     line.AddValue(TODAY, QStringLiteral("DATE"),
                   QStringLiteral("dates before it count as past, as 2024-05-15\n(default: today)"));
+    line.AddValue(MEDIA, QStringLiteral("DIR"),
+                  QStringLiteral("folder of the sounds: each message and track is\nlooked for there, and read"));
     line.AddFlag(STRICT, QStringLiteral("warnings give the exit status 1"));
     line.AddFlag(JSON, QStringLiteral("for machines: one object with all findings"));
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
 
     RehearsalRun::SetTimeZone(line);
-    const QDate today = Today(line);
+    Options options{Today(line), RehearsalRun::HasTimeZone(line), {}};
+    if (line.Has(MEDIA))
+        options.media.emplace(line.Value(MEDIA));
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    const Findings findings = Look(workspace, lines, today, RehearsalRun::HasTimeZone(line));
+    const Findings findings = Look(workspace, lines, options);
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)
