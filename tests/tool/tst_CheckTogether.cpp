@@ -98,6 +98,11 @@ void CheckTogetherTest::OneCauseGivesOneFinding_data()
     row("an early stop and the next playlist", "early-stop",
         "1111111|08:00:00|*|*|*|||PlayPlaylist|morning,50,music\n1111111|07:05:00|*|*|*|||StopPlaylist|music\n"
         "1111111|08:05:00|*|*|*|||PlayPlaylist|evening\n");
+    row("a misspelled identifier and its playlist", "unmatched-stop",
+        "1111111|08:00:00|*|*|*|||PlayPlaylist|morning,50,music\n1111111|08:05:00|*|*|*|||StopPlaylist|Music\n");
+    row("a misspelled identifier and the next playlist", "unmatched-stop",
+        "1111111|08:00:00|*|*|*|||PlayPlaylist|morning,50,music\n1111111|08:05:00|*|*|*|||StopPlaylist|musik\n"
+        "1111111|08:05:00|*|*|*|||PlayPlaylist|evening\n");
     row("an unreadable value in the second of another", "fallback",
         "1111111|08:00:00|*|*|*|||Volume|50\n1111111|08:00:00|*|*|*|||Volume|1O\n");
     row("a tenth field behind the parameters", "wrong-parameters",

@@ -38,6 +38,19 @@ QSet<QString> Identifiers(const std::vector<Entry>& entries, TaskType type)
     return identifiers;
 }
 
+// What a stop without a playlist should have. unstopped: the playlists without a stop.
+QString AdviseIdentifier(const QString& given, const std::vector<const Entry*>& unstopped)
+{
+    const auto isLike = [&](const Entry* play) { return Identifier(*play).compare(given, Qt::CaseInsensitive) == 0; };
+    const auto isOther = [&](const Entry* play) { return Identifier(*play) != Identifier(*unstopped.front()); };
+    auto meant = std::ranges::find_if(unstopped, isLike);
+    if (meant == unstopped.end() && std::ranges::none_of(unstopped, isOther))
+        meant = unstopped.begin();
+    if (meant == unstopped.end())
+        return QStringLiteral("write the third parameter of the playlist's line, to the letter");
+    return QStringLiteral("write %1, as line %2 has it").arg(Identifier(**meant)).arg((*meant)->line.number);
+}
+
 void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Findings& findings)
 {
     const QSet<QString> played = Identifiers(entries, TASK_PLAY_PLAYLIST);
@@ -50,16 +63,22 @@ void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Fin
         const QString identifier = entry.Is(type) ? Identifier(entry) : QString();
         return !identifier.isEmpty() && !others.contains(identifier) && !leftOut.Names(identifier);
     };
+    std::vector<const Entry*> unstopped;
+    for (const Entry& entry : entries)
+    {
+        if (isAlone(entry, TASK_PLAY_PLAYLIST, stopped))
+            unstopped.push_back(&entry);
+    }
+    bool isMisspelled = false;
     for (const Entry& entry : entries)
     {
         if (isAlone(entry, TASK_STOP_PLAYLIST, played))
+        {
+            isMisspelled = true;
             findings.Add(New(entry, FindingKind::UNMATCHED_STOP, FIELD_PARAMETERS,
                              QStringLiteral("no PlayPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
-                             QStringLiteral("write the third parameter of the playlist's line, to the letter")));
-        else if (isAlone(entry, TASK_PLAY_PLAYLIST, stopped))
-            findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
-                             QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
-                             QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
+                             AdviseIdentifier(Identifier(entry), unstopped)));
+        }
         else if (entry.Is(TASK_PLAY_STREAM) && !hasStreamStop)
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK, QStringLiteral("nothing stops the stream"),
                              QStringLiteral("add a StopStream line")));
@@ -67,6 +86,14 @@ void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Fin
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK,
                              QStringLiteral("nothing switches the radio off"),
                              QStringLiteral("add a StopRadioFm line, or PlayRadioFm with 0")));
+    }
+    // A stop that names no playlist was meant for one of them.
+    for (const Entry* const entry : unstopped)
+    {
+        if (!isMisspelled)
+            findings.Add(New(*entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
+                             QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(*entry)),
+                             QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
     }
 }
 

@@ -83,7 +83,7 @@ public:
     {
         Span::ForMeetings(m_spans, [&](const Span::Meeting& meeting) {
             const YearDays::Bits days = meeting.days & ~Stopped(meeting);
-            const bool isMistaken = days.any() && !m_stoppedTooEarly.contains(meeting.first.entry->line.number) &&
+            const bool isMistaken = days.any() && !IsStopMissing(meeting.first) &&
                                     meeting.first.entry->fields != meeting.second.entry->fields;
             if (isMistaken)
                 Tell(meeting, days, findings);
@@ -123,6 +123,17 @@ private:
             return true;
         const bool isPlaying = !HasLength(*play.entry) || stop.second + DAY_S < play.second + play.length_s;
         return isPlaying && ((stop.days >> 1) & play.days).any();
+    }
+
+    // Whether its stop is told to come too early, or not at all.
+    [[nodiscard]] bool IsStopMissing(const Span& play) const
+    {
+        const QString& identifier = Identifier(play);
+        if (identifier.isEmpty())
+            return false;
+        const auto stop = m_stops.lower_bound({identifier, 0});
+        return stop == m_stops.end() || stop->first.first != identifier ||
+               m_stoppedTooEarly.contains(play.entry->line.number);
     }
 
     // The days on which something has stopped the first of the two before the second begins.
