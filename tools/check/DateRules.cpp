@@ -65,11 +65,14 @@ bool LookAtRange(const Entry& entry, const QDate& today, Findings& findings)
     return false;
 }
 
-void LookAtDue(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
+// isFormTold: a field of the days or the spot date cannot be read, and that is told.
+void LookAtDue(const Entry& entry, const QDate& today, bool isFormTold, DueDays& dueDays, Findings& findings)
 {
     const Action& action = *entry.GetAction();
     if (action.m_dow == 0 && !action.HasSpotDate())
     {
+        if (isFormTold)
+            return;
         findings.Add(New(entry, FindingKind::NEVER_DUE, FIELD_DAYS,
                          QStringLiteral("neither a day of the week nor a spot date: it is never due"),
                          QStringLiteral("write 1 for a day, or a day, month or year")));
@@ -98,12 +101,14 @@ void Rules::FindOddDates(const std::vector<Entry>& entries, const QDate& today, 
         const Action* const action = entry.GetAction();
         if (action == nullptr)
             continue;
+        const size_t before = findings.All().size();
         LookAtDays(entry, findings);
+        const bool isSpotOver = SpotRules::LookAtSpot(entry, today, dueDays, findings);
+        const bool isFormTold = findings.All().size() > before;
         LookAtValidity(entry, FIELD_FROM, action->m_hasFrom, findings);
         LookAtValidity(entry, FIELD_TO, action->m_hasTo, findings);
         const bool isRangeOver = LookAtRange(entry, today, findings);
-        const bool isSpotOver = SpotRules::LookAtSpot(entry, today, dueDays, findings);
         if (!isRangeOver && (!isSpotOver || action->m_dow != 0))
-            LookAtDue(entry, today, dueDays, findings);
+            LookAtDue(entry, today, isFormTold, dueDays, findings);
     }
 }

@@ -1,3 +1,4 @@
+#include "LeftOut.h"
 #include "Rules.h"
 
 #include <QHash>
@@ -37,23 +38,47 @@ QSet<QString> Identifiers(const std::vector<Entry>& entries, TaskType type)
     return identifiers;
 }
 
-void FindOddStops(const std::vector<Entry>& entries, Findings& findings)
+// What a stop without a playlist should have. unstopped: the playlists without a stop.
+QString AdviseIdentifier(const QString& given, const std::vector<const Entry*>& unstopped)
+{
+    const auto isLike = [&](const Entry* play) { return Identifier(*play).compare(given, Qt::CaseInsensitive) == 0; };
+    const auto isOther = [&](const Entry* play) { return Identifier(*play) != Identifier(*unstopped.front()); };
+    auto meant = std::ranges::find_if(unstopped, isLike);
+    if (meant == unstopped.end() && std::ranges::none_of(unstopped, isOther))
+        meant = unstopped.begin();
+    if (meant == unstopped.end())
+        return QStringLiteral("write the third parameter of the playlist's line, to the letter");
+    return QStringLiteral("write %1, as line %2 has it").arg(Identifier(**meant)).arg((*meant)->line.number);
+}
+
+void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Findings& findings)
 {
     const QSet<QString> played = Identifiers(entries, TASK_PLAY_PLAYLIST);
     const QSet<QString> stopped = Identifiers(entries, TASK_STOP_PLAYLIST);
-    const bool hasStreamStop =
-        std::ranges::any_of(entries, [](const Entry& entry) { return entry.Is(TASK_STOP_STREAM); });
-    const bool hasRadioStop = std::ranges::any_of(entries, IsRadioOff);
+    const bool hasStreamStop = leftOut.HasStop() || std::ranges::any_of(entries, [](const Entry& entry) {
+                                   return entry.Is(TASK_STOP_STREAM);
+                               });
+    const bool hasRadioStop = leftOut.HasStop() || std::ranges::any_of(entries, IsRadioOff);
+    const auto isAlone = [&](const Entry& entry, TaskType type, const QSet<QString>& others) {
+        const QString identifier = entry.Is(type) ? Identifier(entry) : QString();
+        return !identifier.isEmpty() && !others.contains(identifier) && !leftOut.Names(identifier);
+    };
+    std::vector<const Entry*> unstopped;
     for (const Entry& entry : entries)
     {
-        if (entry.Is(TASK_STOP_PLAYLIST) && !Identifier(entry).isEmpty() && !played.contains(Identifier(entry)))
+        if (isAlone(entry, TASK_PLAY_PLAYLIST, stopped))
+            unstopped.push_back(&entry);
+    }
+    bool isMisspelled = false;
+    for (const Entry& entry : entries)
+    {
+        if (isAlone(entry, TASK_STOP_PLAYLIST, played))
+        {
+            isMisspelled = true;
             findings.Add(New(entry, FindingKind::UNMATCHED_STOP, FIELD_PARAMETERS,
                              QStringLiteral("no PlayPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
-                             QStringLiteral("write the third parameter of the playlist's line, to the letter")));
-        else if (entry.Is(TASK_PLAY_PLAYLIST) && !Identifier(entry).isEmpty() && !stopped.contains(Identifier(entry)))
-            findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
-                             QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
-                             QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
+                             AdviseIdentifier(Identifier(entry), unstopped)));
+        }
         else if (entry.Is(TASK_PLAY_STREAM) && !hasStreamStop)
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK, QStringLiteral("nothing stops the stream"),
                              QStringLiteral("add a StopStream line")));
@@ -61,6 +86,14 @@ void FindOddStops(const std::vector<Entry>& entries, Findings& findings)
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK,
                              QStringLiteral("nothing switches the radio off"),
                              QStringLiteral("add a StopRadioFm line, or PlayRadioFm with 0")));
+    }
+    // A stop that names no playlist was meant for one of them.
+    for (const Entry* const entry : unstopped)
+    {
+        if (!isMisspelled)
+            findings.Add(New(*entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
+                             QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(*entry)),
+                             QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
     }
 }
 
@@ -84,8 +117,8 @@ void FindDuplicates(const std::vector<Entry>& entries, Findings& findings)
 
 } // namespace
 
-void Rules::FindOddPairs(const std::vector<Entry>& entries, Findings& findings)
+void Rules::FindOddPairs(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, Findings& findings)
 {
-    FindOddStops(entries, findings);
+    FindOddStops(entries, LeftOut(lines, entries), findings);
     FindDuplicates(entries, findings);
 }

@@ -3,6 +3,10 @@
 #include "TaskTable.h"
 #include "text/TextFile.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 
@@ -12,6 +16,8 @@ namespace
 {
 
 using Cause = Rejection::Cause;
+
+const QRegularExpression SEMICOLON(QStringLiteral("\\s*;\\s*"));
 
 // What to tell of a rejection with that cause.
 struct Row
@@ -68,10 +74,27 @@ QString AdviseParameters(const Entry& entry)
                                       : QStringLiteral("%1 parameters, separated by \",\",").arg(kind->minParameters));
 }
 
+// The playlist of that folder that differs in letter case alone; empty where there is none.
+QString Alike(const QString& path)
+{
+    const QFileInfo missing(path);
+    for (const QString& name : missing.dir().entryList(QDir::Files))
+    {
+        if (name.compare(missing.fileName(), Qt::CaseInsensitive) == 0)
+            return name;
+    }
+    return {};
+}
+
 QString AdvisePlaylist(const Entry& entry)
 {
-    if (entry.parameters.value(0).isEmpty())
+    const QString name = entry.parameters.value(0);
+    if (name.isEmpty())
         return QStringLiteral("write the playlist's file name first");
+    if (name.contains(u';'))
+        return QStringLiteral("write %1").arg(QString(name).replace(SEMICOLON, QStringLiteral(",")));
+    if (const QString alike = Alike(entry.line.rejected->file); !alike.isEmpty() && alike != name)
+        return QStringLiteral("write %1, with the same capital letters").arg(alike);
     const QString advice = QStringLiteral("write the name of a readable file of that folder, or bring the file there");
     const QStringList& missing = entry.line.rejected->missingFolders;
     return missing.isEmpty() ? advice

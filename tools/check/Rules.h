@@ -5,12 +5,24 @@
 
 #include <QDate>
 
+class MediaFolder;
 class Workspace;
 
 // What a check looks for. Each rule adds what it finds; none looks at what another has found. workspace: that of the
 // entries.
 namespace Rules
 {
+
+struct Options
+{
+    QDate today;
+    bool isZoneKnown = false;     // the process's time zone is the device's
+    MediaFolder* media = nullptr; // of the sounds; null: they are not looked at
+    QStringList absentPeers = {}; // the last parts of the names of services that are not there
+};
+
+// What all of them find, sorted. lines: all of the schedule.
+[[nodiscard]] Findings FindAll(const Workspace& workspace, std::vector<ScheduleLine>& lines, const Options& options);
 
 // The daemon's reasons for the lines that it leaves out.
 void FindRejected(const std::vector<Entry>& entries, Findings& findings);
@@ -28,8 +40,28 @@ void FindOddParameters(const std::vector<Entry>& entries, Findings& findings);
 // Lines of playlist files that give no track, or no duration. Each file is looked at once.
 void FindOddPlaylists(const Workspace& workspace, const std::vector<Entry>& entries, Findings& findings);
 
-// Stops without a start, starts without a stop, and lines that come twice.
-void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
+// Names that are read otherwise than they look: a stream's whole address, a volume behind a ";".
+void FindOddNames(const std::vector<Entry>& entries, Findings& findings);
+
+// Stops without a start, starts without a stop, and lines that come twice. What a line that is not done was to begin or
+// stop is not missed besides.
+void FindOddPairs(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, Findings& findings);
+
+// The rules of several lines look at the days of the year from today on.
+
+// Messages of one second, and values of one second for one thing.
+void FindTwoInASecond(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+// Playlists that begin while another one plays, and stops that never come behind their playlist's start.
+void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+// Starts in hours that the process's time zone leaves out or has twice.
+void FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
+// Sounds that are not in the folder, that cannot be read, or last longer or shorter than a playlist tells; messages
+// that begin while an earlier one plays.
+void FindOddMedia(const Workspace& workspace, MediaFolder& folder, const std::vector<Entry>& entries,
+                  const QDate& today, Findings& findings);
 
 // Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,

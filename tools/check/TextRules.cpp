@@ -1,7 +1,7 @@
+#include "LeftOut.h"
 #include "LineEnds.h"
 #include "Rules.h"
 
-#include "text/StringUtils.h"
 #include "text/TextFile.h"
 
 #include <QSet>
@@ -84,13 +84,11 @@ void LookAtEnd(const ScheduleLine& line, Findings& findings)
                       QString::fromLatin1(LineEnds::NONE_ADVICE)});
 }
 
-// Blank lines and lines with a "#" alone at their beginning are meant to be skipped.
 void LookAtComment(const ScheduleLine& line, Findings& findings)
 {
-    const qsizetype sign = line.text.indexOf(TextFile::COMMENT_SIGN);
-    if (sign < 0 || !line.text.left(sign).contains(QLatin1Char(FIELD_SEPARATOR)) ||
-        StringUtils::CountTokens(line.text, FIELD_SEPARATOR) <= FIELD_TASK)
+    if (!LeftOut::IsCommented(line))
         return;
+    const qsizetype sign = line.text.indexOf(TextFile::COMMENT_SIGN);
     findings.Add({line.number, FindingKind::COMMENTED, FieldOf(line.text, sign),
                   QStringLiteral("the \"#\" makes a comment of the whole line: nothing of it is done"),
                   QStringLiteral("put the comment on a line of its own, or take the \"#\" out")});
@@ -98,7 +96,8 @@ void LookAtComment(const ScheduleLine& line, Findings& findings)
 
 void LookAtCount(const Entry& entry, Findings& findings)
 {
-    if (entry.fieldCount <= FIELD_COUNT)
+    // The reason of a rejected line says it too.
+    if (entry.fieldCount <= FIELD_COUNT || entry.GetAction() == nullptr)
         return;
     findings.Add({entry.line.number, FindingKind::TEN_FIELDS, Entry::FieldName(FIELD_PARAMETERS),
                   QStringLiteral("with %1 fields the task gets no parameters").arg(entry.fieldCount),
@@ -112,8 +111,7 @@ void Rules::FindOddText(const std::vector<ScheduleLine>& lines, const std::vecto
     for (const ScheduleLine& line : lines)
     {
         LookAtEnd(line, findings);
-        if (line.isSkipped)
-            LookAtComment(line, findings);
+        LookAtComment(line, findings);
     }
     for (const Entry& entry : entries)
     {

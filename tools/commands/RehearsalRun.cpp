@@ -42,6 +42,11 @@ void RehearsalRun::SetTimeZone(const CommandLine& line)
     Workspace::SetTimeZone(line.Value(ZONE));
 }
 
+bool RehearsalRun::HasTimeZone(const CommandLine& line)
+{
+    return line.Has(ZONE);
+}
+
 qint64 RehearsalRun::From_ms(const CommandLine& line)
 {
     if (line.Has(FROM))

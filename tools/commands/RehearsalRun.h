@@ -39,6 +39,7 @@ public:
 
     // Sets the time zone that line asks for, if any.
     static void SetTimeZone(const CommandLine& line);
+    [[nodiscard]] static bool HasTimeZone(const CommandLine& line);
 
     // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
     // span of interest, which ends earlier where a follower says so. Shows progress. Rejected lines are told on

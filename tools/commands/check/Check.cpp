@@ -3,12 +3,15 @@
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
+#include "check/MediaFolder.h"
 #include "check/Rules.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "control/PeerPresence.h"
 #include "control/UserBus.h"
 #include "engine/Workspace.h"
+
+#include <optional>
 
 namespace
 {
@@ -17,30 +20,13 @@ const QString TODAY = QStringLiteral("today");
 const QString STRICT = QStringLiteral("strict");
 const QString JSON = QStringLiteral("json");
 const QString PEERS = QStringLiteral("peers");
+const QString MEDIA = QStringLiteral("media");
 const QString PLAYLISTS = QStringLiteral("playlists");
 
 QDate Today(const CommandLine& line)
 {
     return Moment::LocalDate(line.Has(TODAY) ? Moment::Parse_ms(QStringLiteral("--today"), line.Value(TODAY))
                                              : Moment::Now_ms());
-}
-
-Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today,
-              const QStringList& absentPeers)
-{
-    const std::vector<Entry> entries = Entry::Of(lines);
-    Findings findings;
-    Rules::FindRejected(entries, findings);
-    Rules::FindOddText(lines, entries, findings);
-    Rules::FindOddTimes(entries, findings);
-    Rules::FindOddDates(entries, today, findings);
-    Rules::FindOddParameters(entries, findings);
-    Rules::FindOddPlaylists(workspace, entries, findings);
-    Rules::FindOddPairs(entries, findings);
-    Rules::FindBlocking(workspace, entries, today, findings);
-    Rules::FindAbsentPeers(workspace, entries, absentPeers, findings);
-    findings.Sort();
-    return findings;
 }
 
 QStringList AbsentPeers()
@@ -64,6 +50,8 @@ int Commands::Check(const QStringList& arguments)
     RehearsalRun::AddPlaceOptions(line);
     line.AddValue(TODAY, QStringLiteral("DATE"),
                   QStringLiteral("dates before it count as past, as 2024-05-15\n(default: today)"));
+    line.AddValue(MEDIA, QStringLiteral("DIR"),
+                  QStringLiteral("folder of the sounds: each message and track is\nlooked for there, and read"));
     line.AddFlag(STRICT, QStringLiteral("warnings give the exit status 1"));
     line.AddFlag(PEERS, QStringLiteral("warns of lines whose peer is not on the session bus"));
     line.AddFlag(JSON, QStringLiteral("for machines: one object with all findings"));
@@ -71,11 +59,16 @@ int Commands::Check(const QStringList& arguments)
         return ExitStatus::CLEAN;
 
     RehearsalRun::SetTimeZone(line);
-    const QDate today = Today(line);
+    std::optional<MediaFolder> media;
+    if (line.Has(MEDIA))
+        media.emplace(line.Value(MEDIA));
+    // The clocks of this machine need not be those of the device.
+    const Rules::Options options{Today(line), RehearsalRun::HasTimeZone(line), media ? &*media : nullptr,
+                                 line.Has(PEERS) ? AbsentPeers() : QStringList()};
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    const Findings findings = Look(workspace, lines, today, line.Has(PEERS) ? AbsentPeers() : QStringList());
+    const Findings findings = Rules::FindAll(workspace, lines, options);
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)

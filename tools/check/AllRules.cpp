@@ -1,0 +1,26 @@
+#include "Rules.h"
+
+Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& lines, const Options& options)
+{
+    const QDate& today = options.today;
+    const std::vector<Entry> entries = Entry::Of(lines);
+    Findings findings;
+    FindRejected(entries, findings);
+    FindOddText(lines, entries, findings);
+    FindOddTimes(entries, findings);
+    FindOddDates(entries, today, findings);
+    FindOddParameters(entries, findings);
+    FindOddPlaylists(workspace, entries, findings);
+    if (options.media != nullptr)
+        FindOddMedia(workspace, *options.media, entries, today, findings);
+    FindOddNames(entries, findings);
+    FindOddPairs(lines, entries, findings);
+    FindTwoInASecond(entries, today, findings);
+    FindOddPlaylistTimes(entries, today, findings);
+    if (options.isZoneKnown)
+        FindChangedHours(entries, today, findings);
+    FindBlocking(workspace, entries, today, findings);
+    FindAbsentPeers(workspace, entries, options.absentPeers, findings);
+    findings.Sort();
+    return findings;
+}
