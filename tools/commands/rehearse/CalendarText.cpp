@@ -101,7 +101,9 @@ public:
         Add(calendar, icalproperty_new_prodid(PRODUCT));
         Add(calendar, icalproperty_new_method(ICAL_METHOD_PUBLISH));
         AddExtension(calendar, "X-WR-CALNAME", QString::fromUtf8(Harmless(m_name)));
-        AddExtension(calendar, "X-WR-TIMEZONE", QString::fromLatin1(QTimeZone::systemTimeZoneId()));
+        // In which calendars may show it, if they know the zone.
+        if (const QByteArray zone = QTimeZone::systemTimeZoneId(); QTimeZone::isTimeZoneIdAvailable(zone))
+            AddExtension(calendar, "X-WR-TIMEZONE", QString::fromLatin1(zone));
         return Written(calendar).chopped(static_cast<qsizetype>(qstrlen(END)));
     }
 
