@@ -14,6 +14,7 @@ struct Finding
     QString field;  // which it is about, as the documents call it
     QString text;   // what is wrong
     QString advice; // what to write instead
+    int column = 0; // where it is, counted in characters from 1; 0: where its field begins
 };
 
 // What a check has found so far.
@@ -24,6 +25,12 @@ public:
 
     // Brings them into the order of the lines, and on a line into that of the kinds.
     void Sort();
+
+    template <typename Function> void Change(const Function& change)
+    {
+        for (Finding& finding : m_all)
+            change(finding);
+    }
 
     [[nodiscard]] const std::vector<Finding>& All() const { return m_all; }
     [[nodiscard]] int Errors() const;

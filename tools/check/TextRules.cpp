@@ -1,3 +1,4 @@
+#include "Columns.h"
 #include "LineEnds.h"
 #include "Rules.h"
 
@@ -69,7 +70,8 @@ void LookAtCharacters(const ScheduleLine& line, Findings& findings)
         QString text = QString::fromLatin1(row.text);
         if (text.contains(QLatin1String("%1")))
             text = text.arg(QStringLiteral("U+%1").arg(*found, 4, 16, QLatin1Char('0')).toUpper());
-        findings.Add({line.number, row.kind, FieldOf(line.text, before.size()), text, QString::fromLatin1(row.advice)});
+        findings.Add({line.number, row.kind, FieldOf(line.text, before.size()), text, QString::fromLatin1(row.advice),
+                      Columns::At(line.text, before.size())});
     }
 }
 
@@ -93,7 +95,8 @@ void LookAtComment(const ScheduleLine& line, Findings& findings)
         return;
     findings.Add({line.number, FindingKind::COMMENTED, FieldOf(line.text, sign),
                   QStringLiteral("the \"#\" makes a comment of the whole line: nothing of it is done"),
-                  QStringLiteral("put the comment on a line of its own, or take the \"#\" out")});
+                  QStringLiteral("put the comment on a line of its own, or take the \"#\" out"),
+                  Columns::At(line.text, sign)});
 }
 
 void LookAtCount(const Entry& entry, Findings& findings)

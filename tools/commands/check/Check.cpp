@@ -3,6 +3,7 @@
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
+#include "check/Columns.h"
 #include "check/Rules.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
@@ -34,6 +35,7 @@ Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, cons
     Rules::FindOddPlaylists(workspace, entries, findings);
     Rules::FindOddPairs(entries, findings);
     Rules::FindBlocking(workspace, entries, today, findings);
+    Columns::Fill(lines, findings);
     findings.Sort();
     return findings;
 }

@@ -44,9 +44,9 @@ QString CheckText::Lines(const Result& result)
         const bool isError = FindingKinds::Row(finding.kind).isError;
         const QString severity =
             Terminal::Coloured(Severity(finding), isError ? Terminal::Colour::RED : Terminal::Colour::YELLOW);
-        text += QStringLiteral("%1:%2: %3: %4 %5\n")
-                    .arg(Terminal::Harmless(result.file), QString::number(finding.line), severity,
-                         Terminal::Harmless(Sentence(finding)),
+        text += QStringLiteral("%1:%2:%3: %4: %5 %6\n")
+                    .arg(Terminal::Harmless(result.file), QString::number(finding.line),
+                         QString::number(finding.column), severity, Terminal::Harmless(Sentence(finding)),
                          Terminal::Coloured(u'[' + Name(finding) + u']', Terminal::Colour::GREY));
     }
     return text + QStringLiteral("%1, %2, %3\n")
@@ -59,6 +59,7 @@ QString CheckText::Json(const Result& result)
     QJsonArray findings;
     for (const Finding& finding : result.findings.All())
         findings.append(QJsonObject{{QStringLiteral("line"), finding.line},
+                                    {QStringLiteral("column"), finding.column},
                                     {QStringLiteral("severity"), Severity(finding)},
                                     {QStringLiteral("kind"), Name(finding)},
                                     {QStringLiteral("field"), finding.field},
