@@ -16,6 +16,14 @@ Finding New(const Entry& entry, FindingKind kind, const QString& text, const QSt
     return {entry.line.number, kind, Entry::FieldName(FIELD_START_TIME), text, advice};
 }
 
+// time: the one to write.
+Finding NewFor(const Entry& entry, FindingKind kind, const QString& text, const QString& time)
+{
+    Finding finding = New(entry, kind, text, QStringLiteral("write ") + time);
+    finding.suggestion = entry.With(FIELD_START_TIME, time);
+    return finding;
+}
+
 // What becomes of a time that is on no day.
 QString InsteadOf(const Action& action)
 {
@@ -51,9 +59,8 @@ Finding OutOfRange(const Entry& entry)
         return New(entry, FindingKind::TIME_RANGE,
                    QStringLiteral("%1 is no time of a day: %2").arg(given, InsteadOf(action)), EXISTING);
     const QString meant = time.toString(FORMAT);
-    return New(entry, FindingKind::TIME_RANGE,
-               QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)),
-               QStringLiteral("write %1").arg(meant));
+    return NewFor(entry, FindingKind::TIME_RANGE,
+                  QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)), meant);
 }
 
 // What may start late is found late, but only as long as it has not played.
@@ -98,9 +105,8 @@ void Rules::FindOddTimes(const std::vector<Entry>& entries, Findings& findings)
         if (!SoundManager::ParseTime(entry.Field(FIELD_START_TIME)).isValid())
         {
             const QString meant = action->m_startTime.toString(FORMAT);
-            findings.Add(New(entry, FindingKind::TIME_FORM,
-                             QStringLiteral("is not written hh:mm:ss%1").arg(CountsAs(*action, meant)),
-                             QStringLiteral("write %1").arg(meant)));
+            findings.Add(NewFor(entry, FindingKind::TIME_FORM,
+                                QStringLiteral("is not written hh:mm:ss%1").arg(CountsAs(*action, meant)), meant));
         }
         LookAtMidnight(entry, findings);
     }

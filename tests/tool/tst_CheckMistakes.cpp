@@ -1,0 +1,119 @@
+#include "CheckRun.h"
+#include "CommandCall.h"
+#include "MistakeTable.h"
+#include "Suite.h"
+#include "TextDiff.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSet>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+// Mistakes that people make: each is found where it is, as one thing, and who follows the advice has what was meant.
+class CheckMistakesTest : public QObject
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void EveryMistakeHasANameOfItsOwn();
+    void TheMistakeIsFoundAndTheAdviceCorrectsIt_data();
+    void TheMistakeIsFoundAndTheAdviceCorrectsIt();
+
+private:
+    [[nodiscard]] static std::vector<Mistake> All();
+    [[nodiscard]] QJsonArray Check(const QByteArray& schedule) const;
+    [[nodiscard]] static QStringList Told(const QJsonArray& findings);
+    // The lines of the schedule after the advice. isWhole: each finding had one.
+    [[nodiscard]] static QStringList Corrected(const QByteArray& schedule, const QJsonArray& findings, bool& isWhole);
+
+    const CommandCall m_call;
+};
+
+std::vector<Mistake> CheckMistakesTest::All()
+{
+    std::vector<Mistake> all;
+    for (const char* const file : {"line", "lines"})
+    {
+        for (const Mistake& mistake : MistakeTable::Read(CheckRun::MistakeFile(file)))
+            all.push_back(mistake);
+    }
+    return all;
+}
+
+QJsonArray CheckMistakesTest::Check(const QByteArray& schedule) const
+{
+    m_call.Write(u"schedule.csv"_s, schedule);
+    const CheckRun run({m_call.Folder() + u"/schedule.csv"_s, u"--json"_s, u"--today"_s, u"2024-05-15"_s, u"--tz"_s,
+                        u"Europe/Rome"_s, u"--playlists"_s, CheckRun::DataFolder() + u"/playlists"_s});
+    return QJsonDocument::fromJson(run.output).object().value(u"findings").toArray();
+}
+
+QStringList CheckMistakesTest::Told(const QJsonArray& findings)
+{
+    QStringList told;
+    for (const QJsonValue& finding : findings)
+        told.append(u"%1 %2:%3"_s.arg(finding[u"kind"].toString())
+                        .arg(finding[u"line"].toInt())
+                        .arg(finding[u"column"].toInt()));
+    return told;
+}
+
+QStringList CheckMistakesTest::Corrected(const QByteArray& schedule, const QJsonArray& findings, bool& isWhole)
+{
+    QStringList lines = QString::fromUtf8(schedule).split(u'\n');
+    if (lines.last().isEmpty())
+        lines.removeLast();
+    isWhole = !findings.isEmpty();
+    // From behind, so that the numbers of the lines before stay.
+    for (qsizetype i = findings.size() - 1; i >= 0; --i)
+    {
+        const QJsonObject finding = findings[i].toObject();
+        isWhole = isWhole && finding.contains(u"suggestion");
+        if (!finding.contains(u"suggestion"))
+            continue;
+        const int first = finding[u"line"].toInt() - 1;
+        lines.remove(first, finding[u"replaces"].toInt());
+        lines.insert(first, finding[u"suggestion"].toString());
+    }
+    return lines.join(u'\n').split(u'\n');
+}
+
+void CheckMistakesTest::EveryMistakeHasANameOfItsOwn()
+{
+    QSet<QByteArray> names;
+    for (const Mistake& mistake : All())
+    {
+        QVERIFY2(!names.contains(mistake.name), mistake.name.constData());
+        names.insert(mistake.name);
+    }
+}
+
+void CheckMistakesTest::TheMistakeIsFoundAndTheAdviceCorrectsIt_data()
+{
+    QTest::addColumn<Mistake>("mistake");
+    for (const Mistake& mistake : All())
+        QTest::newRow(mistake.name.constData()) << mistake;
+}
+
+void CheckMistakesTest::TheMistakeIsFoundAndTheAdviceCorrectsIt()
+{
+    QFETCH(const Mistake, mistake);
+    const QJsonArray findings = Check(mistake.schedule);
+    const QByteArray difference = TextDiff(mistake.findings, Told(findings), "finding");
+    QVERIFY2(difference.isEmpty(), difference.constData());
+
+    bool isWhole = false;
+    const QStringList lines = Corrected(mistake.schedule, findings, isWhole);
+    QCOMPARE(isWhole, !mistake.corrected.isEmpty());
+    if (!isWhole)
+        return;
+    const QByteArray wrong = TextDiff(mistake.corrected, lines, "corrected line");
+    QVERIFY2(wrong.isEmpty(), wrong.constData());
+    QCOMPARE(Told(Check(lines.join(u'\n').toUtf8() + '\n')), QStringList());
+}
+
+Q_DECLARE_METATYPE(Mistake)
+OZNA_CASE(CheckMistakes, CheckMistakesTest)
+#include "tst_CheckMistakes.moc"
