@@ -72,11 +72,16 @@ void CheckOutputTest::JsonHasTheSameFindings()
     QStringList lines;
     const QJsonArray findings = object.value(u"findings").toArray();
     for (const QJsonValue& finding : findings)
-        lines.append(u"%1:%2:%3: %4: %5: %6; %7 [%8]"_s.arg(file)
+    {
+        const QString logged = finding[u"logged"].toString();
+        lines.append(u"%1:%2:%3: %4: %5: %6; %7%8 [%9]"_s.arg(file)
                          .arg(finding[u"line"].toInt())
                          .arg(finding[u"column"].toInt())
                          .arg(finding[u"severity"].toString(), finding[u"field"].toString(),
-                              finding[u"text"].toString(), finding[u"advice"].toString(), finding[u"kind"].toString()));
+                              finding[u"text"].toString(), finding[u"advice"].toString(),
+                              logged.isEmpty() ? QString() : u" (the daemon logs \"%1\")"_s.arg(logged),
+                              finding[u"kind"].toString()));
+    }
     lines.append(u"3 lines, 1 error, 1 warning"_s);
     const QByteArray difference = TextDiff(lines, CheckRun({file}).Lines(), "finding");
     QVERIFY2(difference.isEmpty(), difference.constData());

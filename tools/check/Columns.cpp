@@ -18,6 +18,23 @@ Field FieldCalled(const QString& name)
     return static_cast<Field>(field);
 }
 
+// The column at which a part begins, counted from 0, of those from begin on.
+int OfPart(QStringView text, qsizetype begin, char separator, qsizetype place)
+{
+    for (; place > 0; --place)
+    {
+        const qsizetype end = text.indexOf(QLatin1Char(separator), begin);
+        if (end < 0)
+            return Columns::At(text, text.size());
+        begin = end + 1;
+    }
+    qsizetype first = begin;
+    while (first < text.size() && text[first].isSpace())
+        ++first;
+    const bool isEmpty = first == text.size() || text[first] == QLatin1Char(separator);
+    return Columns::At(text, isEmpty ? begin : first);
+}
+
 } // namespace
 
 int Columns::At(QStringView text, qsizetype position)
@@ -31,19 +48,19 @@ int Columns::At(QStringView text, qsizetype position)
 int Columns::OfField(QStringView text, const QString& name)
 {
     const Field field = FieldCalled(name);
+    return OfPart(text, 0, FIELD_SEPARATOR, field == FIELD_COUNT ? 0 : field);
+}
+
+int Columns::OfParameter(QStringView text, qsizetype place)
+{
     qsizetype begin = 0;
-    for (int before = 0; field != FIELD_COUNT && before < field; ++before)
+    for (int field = 0; field < FIELD_PARAMETERS; ++field)
     {
-        const qsizetype separator = text.indexOf(QLatin1Char(FIELD_SEPARATOR), begin);
-        if (separator < 0)
+        begin = text.indexOf(QLatin1Char(FIELD_SEPARATOR), begin) + 1;
+        if (begin == 0)
             return At(text, text.size());
-        begin = separator + 1;
     }
-    qsizetype first = begin;
-    while (first < text.size() && text[first].isSpace())
-        ++first;
-    const bool isEmpty = first == text.size() || text[first] == QLatin1Char(FIELD_SEPARATOR);
-    return At(text, isEmpty ? begin : first);
+    return OfPart(text, begin, PARAMETER_SEPARATOR, place);
 }
 
 void Columns::Fill(const std::vector<ScheduleLine>& lines, Findings& findings)

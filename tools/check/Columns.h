@@ -19,6 +19,9 @@ namespace Columns
 // separator. The end of the line where the line lacks it. name: as Entry::FieldName has it; any other is the line's.
 [[nodiscard]] int OfField(QStringView text, const QString& name);
 
+// The same of a parameter, counted from 0; the end of the line where it lacks that.
+[[nodiscard]] int OfParameter(QStringView text, qsizetype place);
+
 // Gives each finding without a column that of its field. lines: all of the file, in their order.
 void Fill(const std::vector<ScheduleLine>& lines, Findings& findings);
 

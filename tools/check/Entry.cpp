@@ -46,7 +46,12 @@ QString Entry::TaskName() const
 
 QString Entry::With(ScheduleFields::Field field, const QString& text) const
 {
-    return WithPart(line.text, FIELD_SEPARATOR, field, text);
+    return With(line.text, field, text);
+}
+
+QString Entry::With(const QString& line, ScheduleFields::Field field, const QString& text)
+{
+    return WithPart(line, FIELD_SEPARATOR, field, text);
 }
 
 QString Entry::WithParameter(qsizetype place, const QString& text) const

@@ -27,6 +27,9 @@ struct Entry
     // The whole line with another text in that field, and nothing else changed. The line has the field.
     [[nodiscard]] QString With(ScheduleFields::Field field, const QString& text) const;
 
+    // The same of any line.
+    [[nodiscard]] static QString With(const QString& line, ScheduleFields::Field field, const QString& text);
+
     // The same with another text for a parameter, counted from 0, that the task has.
     [[nodiscard]] QString WithParameter(qsizetype place, const QString& text) const;
 

@@ -7,6 +7,10 @@ namespace
 {
 
 constexpr std::array TABLE{
+    FindingKindRow{FindingKind::ENCODING, "encoding", true},
+    FindingKindRow{FindingKind::HEADER, "header", true},
+    FindingKindRow{FindingKind::SEPARATORS, "separators", false},
+    FindingKindRow{FindingKind::QUOTES, "quotes", false},
     FindingKindRow{FindingKind::FIELD_COUNT, "field-count", true},
     FindingKindRow{FindingKind::TIME_PARTS, "time-parts", true},
     FindingKindRow{FindingKind::UNKNOWN_TASK, "unknown-task", true},
@@ -37,6 +41,7 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::FALLBACK, "fallback", false},
     FindingKindRow{FindingKind::IGNORED_PARAMETERS, "ignored-parameters", false},
     FindingKindRow{FindingKind::NO_FILE_NAME, "no-file-name", false},
+    FindingKindRow{FindingKind::STREAM_ADDRESS, "stream-address", false},
     FindingKindRow{FindingKind::VOLUME_RANGE, "volume-range", false},
     FindingKindRow{FindingKind::LIGHT_RANGE, "light-range", false},
     FindingKindRow{FindingKind::SWITCH_VALUE, "switch-value", false},

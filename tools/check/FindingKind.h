@@ -6,6 +6,10 @@
 // What a check can find. The order is that in which the findings of one line are told.
 enum class FindingKind : std::uint8_t
 {
+    ENCODING,
+    HEADER,
+    SEPARATORS,
+    QUOTES,
     FIELD_COUNT,
     TIME_PARTS,
     UNKNOWN_TASK,
@@ -36,6 +40,7 @@ enum class FindingKind : std::uint8_t
     FALLBACK,
     IGNORED_PARAMETERS,
     NO_FILE_NAME,
+    STREAM_ADDRESS,
     VOLUME_RANGE,
     LIGHT_RANGE,
     SWITCH_VALUE,

@@ -93,10 +93,20 @@ void LookAtComment(const ScheduleLine& line, Findings& findings)
     if (sign < 0 || !line.text.left(sign).contains(QLatin1Char(FIELD_SEPARATOR)) ||
         StringUtils::CountTokens(line.text, FIELD_SEPARATOR) <= FIELD_TASK)
         return;
-    findings.Add({line.number, FindingKind::COMMENTED, FieldOf(line.text, sign),
-                  QStringLiteral("the \"#\" makes a comment of the whole line: nothing of it is done"),
-                  QStringLiteral("put the comment on a line of its own, or take the \"#\" out"),
-                  Columns::At(line.text, sign)});
+    Finding finding{line.number,
+                    FindingKind::COMMENTED,
+                    FieldOf(line.text, sign),
+                    QStringLiteral("the \"#\" makes a comment of the whole line: nothing of it is done"),
+                    QStringLiteral("put the comment on a line of its own, or take the \"#\" out"),
+                    Columns::At(line.text, sign)};
+    // One inside of a name begins no comment.
+    const QString before = line.text.left(sign);
+    const bool beginsComment = before.back().isSpace() || before.endsWith(QLatin1Char(FIELD_SEPARATOR));
+    if (beginsComment && StringUtils::CountTokens(before, FIELD_SEPARATOR) > FIELD_TASK)
+        finding.suggestion = line.text.mid(sign) + u'\n' + before.trimmed();
+    else
+        finding.suggestion = QString(line.text).remove(TextFile::COMMENT_SIGN);
+    findings.Add(finding);
 }
 
 void LookAtCount(const Entry& entry, Findings& findings)

@@ -1,6 +1,7 @@
 #include "Rules.h"
 
 #include "engine/StartTime.h"
+#include "meant/Meant.h"
 #include "peers/SoundManager.h"
 
 using namespace ScheduleFields;
@@ -63,6 +64,18 @@ Finding OutOfRange(const Entry& entry)
                   QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)), meant);
 }
 
+// A time whose parts the daemon does not read as they are meant. written: that time.
+Finding Misread(const Entry& entry, const QString& written)
+{
+    const Action& action = *entry.GetAction();
+    const QTime time = StartTime::Of(action);
+    return NewFor(entry, FindingKind::TIME_FORM,
+                  QStringLiteral("\"%1\" is not written hh:mm:ss, and counts as %2")
+                      .arg(entry.Field(FIELD_START_TIME),
+                           time.isValid() ? time.toString(FORMAT) : QStringLiteral("no time of a day")),
+                  written);
+}
+
 // What may start late is found late, but only as long as it has not played.
 QString AtMidnight(const Action& action)
 {
@@ -97,12 +110,20 @@ void Rules::FindOddTimes(const std::vector<Entry>& entries, Findings& findings)
         const Action* const action = entry.GetAction();
         if (action == nullptr)
             continue;
+        const QString given = entry.Field(FIELD_START_TIME);
+        const QString written = Meant::Time(given);
+        const bool isMisread = !written.isEmpty() && written != StartTime::Of(*action).toString(FORMAT);
+        if (isMisread)
+        {
+            findings.Add(Misread(entry, written));
+            continue;
+        }
         if (!action->m_startTime.isValid())
         {
             findings.Add(OutOfRange(entry));
             continue;
         }
-        if (!SoundManager::ParseTime(entry.Field(FIELD_START_TIME)).isValid())
+        if (!SoundManager::ParseTime(given).isValid())
         {
             const QString meant = action->m_startTime.toString(FORMAT);
             findings.Add(NewFor(entry, FindingKind::TIME_FORM,

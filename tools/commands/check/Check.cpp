@@ -25,8 +25,9 @@ QDate Today(const CommandLine& line)
 
 Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today)
 {
-    const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
+    Rules::FindWrongForm(workspace, lines, findings);
+    const std::vector<Entry> entries = Entry::Of(lines);
     Rules::FindRejected(entries, findings);
     Rules::FindOddText(lines, entries, findings);
     Rules::FindOddTimes(entries, findings);
