@@ -30,6 +30,11 @@ QString CheckRun::DataFolder()
     return FOLDER;
 }
 
+QString CheckRun::MistakeFile(const char* name)
+{
+    return QStringLiteral(OZNA_SOURCES "/tests/data/mistakes/") + QLatin1String(name);
+}
+
 QStringList CheckRun::Fixed()
 {
     return {u"--today"_s, u"2024-05-15"_s, u"--tz"_s, u"Europe/Rome"_s, u"--playlists"_s, u"../playlists"_s};

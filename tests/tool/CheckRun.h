@@ -19,6 +19,9 @@ struct CheckRun
     // The folder of that data.
     [[nodiscard]] static QString DataFolder();
 
+    // A table of mistakes; see MistakeTable.
+    [[nodiscard]] static QString MistakeFile(const char* name);
+
     // What makes a check tell the same on every day, on every machine.
     [[nodiscard]] static QStringList Fixed();
 };

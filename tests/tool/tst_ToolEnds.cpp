@@ -74,7 +74,7 @@ void tst_ToolEnds::AReaderThatEndsEarlyLeavesNothingBehind()
     QVERIFY(QDir(m_call.Folder()).mkpath(u"temporary"_s));
     const QString command = u"{ TMPDIR=temporary %1 check wrong.csv; echo $? >status; } | head -n 1"_s;
     const CommandCall::Result result = m_call.RunProgram(u"sh"_s, {u"-c"_s, command.arg(TOOL)});
-    QVERIFY2(result.output.startsWith("wrong.csv:1: error: "_L1), qPrintable(result.output));
+    QVERIFY2(result.output.startsWith("wrong.csv:1:1: error: "_L1), qPrintable(result.output));
     QCOMPARE(result.errors, QString());
     QFile status(m_call.Folder() + u"/status"_s);
     QVERIFY(status.open(QIODevice::ReadOnly));

@@ -1,10 +1,12 @@
+#include "Columns.h"
 #include "Rules.h"
 
 Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& lines, const Options& options)
 {
     const QDate& today = options.today;
-    const std::vector<Entry> entries = Entry::Of(lines);
     Findings findings;
+    FindWrongForm(workspace, lines, findings);
+    const std::vector<Entry> entries = Entry::Of(lines);
     FindRejected(entries, findings);
     FindOddText(lines, entries, findings);
     FindOddTimes(entries, findings);
@@ -21,6 +23,7 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
         FindChangedHours(entries, today, findings);
     FindBlocking(workspace, entries, today, findings);
     FindAbsentPeers(workspace, entries, options.absentPeers, findings);
+    Columns::Fill(lines, findings);
     findings.Sort();
     return findings;
 }

@@ -1,6 +1,7 @@
 #include "DueDays.h"
 #include "Rules.h"
 #include "SpotRules.h"
+#include "meant/Meant.h"
 
 #include <algorithm>
 #include <array>
@@ -21,16 +22,28 @@ Finding New(const Entry& entry, FindingKind kind, Field field, const QString& te
     return {entry.line.number, kind, Entry::FieldName(field), text, advice};
 }
 
-void LookAtDays(const Entry& entry, Findings& findings)
+// Whether days were meant that the daemon does not read.
+bool LookAtDays(const Entry& entry, Findings& findings)
 {
     const QString days = entry.Field(FIELD_DAYS);
     const bool isPlain = std::ranges::all_of(days, [](QChar sign) { return sign == u'0' || sign == u'1'; });
     if (isPlain && days.size() == DAYS_A_WEEK)
-        return;
-    findings.Add(New(entry, FindingKind::DAYS_FORM, FIELD_DAYS,
-                     isPlain ? QStringLiteral("\"%1\" has %2 characters instead of 7").arg(days).arg(days.size())
-                             : QStringLiteral("\"%1\": only a \"1\" of the first 7 characters means a day").arg(days),
-                     QStringLiteral("write 0 or 1 for each day from Monday to Sunday")));
+        return false;
+    const QString meant = Meant::Days(days);
+    Finding finding =
+        New(entry, FindingKind::DAYS_FORM, FIELD_DAYS,
+            isPlain ? QStringLiteral("\"%1\" has %2 characters instead of 7").arg(days).arg(days.size())
+                    : QStringLiteral("\"%1\": only a \"1\" of the first 7 characters means a day").arg(days),
+            meant.isEmpty() ? QStringLiteral("write 0 or 1 for each day from Monday to Sunday")
+                            : QStringLiteral("write ") + meant);
+    if (!meant.isEmpty())
+        finding.suggestion = entry.With(FIELD_DAYS, meant);
+    // Numbers have no zeros at their front.
+    else if (isPlain && !days.isEmpty() && days.size() < DAYS_A_WEEK)
+        finding.advice +=
+            QStringLiteral("; a spreadsheet drops zeros at the front: %1?").arg(days.rightJustified(DAYS_A_WEEK, u'0'));
+    findings.Add(finding);
+    return !meant.isEmpty();
 }
 
 void LookAtValidity(const Entry& entry, Field field, bool isRead, Findings& findings)
@@ -38,9 +51,14 @@ void LookAtValidity(const Entry& entry, Field field, bool isRead, Findings& find
     const QString text = entry.Field(field);
     if (isRead || text.isEmpty() || text == NO_LIMIT)
         return;
-    findings.Add(New(entry, FindingKind::VALIDITY_DATE, field,
-                     QStringLiteral("%1 is no date, and counts as no limit").arg(text),
-                     QStringLiteral("write a date that exists as yyyyMMdd, or nothing")));
+    const QString meant = Meant::Date(text);
+    Finding finding =
+        New(entry, FindingKind::VALIDITY_DATE, field, QStringLiteral("%1 is no date, and counts as no limit").arg(text),
+            meant.isEmpty() ? QStringLiteral("write a date that exists as yyyyMMdd, or nothing")
+                            : QStringLiteral("write ") + meant);
+    if (!meant.isEmpty())
+        finding.suggestion = entry.With(field, meant);
+    findings.Add(finding);
 }
 
 // Whether the range alone keeps the entry from ever being due; that is told here.
@@ -102,13 +120,13 @@ void Rules::FindOddDates(const std::vector<Entry>& entries, const QDate& today, 
         if (action == nullptr)
             continue;
         const size_t before = findings.All().size();
-        LookAtDays(entry, findings);
+        const bool areDaysMisread = LookAtDays(entry, findings);
         const bool isSpotOver = SpotRules::LookAtSpot(entry, today, dueDays, findings);
         const bool isFormTold = findings.All().size() > before;
         LookAtValidity(entry, FIELD_FROM, action->m_hasFrom, findings);
         LookAtValidity(entry, FIELD_TO, action->m_hasTo, findings);
         const bool isRangeOver = LookAtRange(entry, today, findings);
-        if (!isRangeOver && (!isSpotOver || action->m_dow != 0))
+        if (!areDaysMisread && !isRangeOver && (!isSpotOver || action->m_dow != 0))
             LookAtDue(entry, today, isFormTold, dueDays, findings);
     }
 }

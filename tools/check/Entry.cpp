@@ -14,6 +14,22 @@ namespace
 constexpr std::array NAMES{"days", "start time", "day", "month", "year", "from", "to", "task", "parameters", "line"};
 static_assert(NAMES.size() == FIELD_COUNT + 1, "every field has a name");
 
+// text with another part between the separators, without the blanks at its ends. place: counted from 0.
+QString WithPart(const QString& text, char separator, qsizetype place, const QString& part)
+{
+    qsizetype begin = 0;
+    for (qsizetype before = 0; before < place; ++before)
+        begin = text.indexOf(QLatin1Char(separator), begin) + 1;
+    qsizetype end = text.indexOf(QLatin1Char(separator), begin);
+    if (end < 0)
+        end = text.size();
+    while (begin < end && text[begin].isSpace())
+        ++begin;
+    while (begin < end && text[end - 1].isSpace())
+        --end;
+    return text.left(begin) + part + text.mid(end);
+}
+
 } // namespace
 
 bool Entry::Is(TaskType type) const
@@ -26,6 +42,22 @@ QString Entry::TaskName() const
     const TaskKind* const kind = line.action != nullptr ? TaskTable::Find(line.action->m_task->m_type) : nullptr;
     return kind != nullptr && kind->scheduleName != nullptr ? QString::fromLatin1(kind->scheduleName)
                                                             : Field(FIELD_TASK);
+}
+
+QString Entry::With(ScheduleFields::Field field, const QString& text) const
+{
+    return With(line.text, field, text);
+}
+
+QString Entry::With(const QString& line, ScheduleFields::Field field, const QString& text)
+{
+    return WithPart(line, FIELD_SEPARATOR, field, text);
+}
+
+QString Entry::WithParameter(qsizetype place, const QString& text) const
+{
+    const QString part = line.text.section(QLatin1Char(FIELD_SEPARATOR), FIELD_PARAMETERS, FIELD_PARAMETERS);
+    return With(FIELD_PARAMETERS, WithPart(part, PARAMETER_SEPARATOR, place, text).trimmed());
 }
 
 QString Entry::FieldName(ScheduleFields::Field field)

@@ -24,6 +24,15 @@ struct Entry
     // Empty where there is no such field.
     [[nodiscard]] QString Field(ScheduleFields::Field field) const { return fields.value(field); }
 
+    // The whole line with another text in that field, and nothing else changed. The line has the field.
+    [[nodiscard]] QString With(ScheduleFields::Field field, const QString& text) const;
+
+    // The same of any line.
+    [[nodiscard]] static QString With(const QString& line, ScheduleFields::Field field, const QString& text);
+
+    // The same with another text for a parameter, counted from 0, that the task has.
+    [[nodiscard]] QString WithParameter(qsizetype place, const QString& text) const;
+
     // How the documents call the task.
     [[nodiscard]] QString TaskName() const;
 

@@ -7,6 +7,10 @@ namespace
 {
 
 constexpr std::array TABLE{
+    FindingKindRow{FindingKind::ENCODING, "encoding", true},
+    FindingKindRow{FindingKind::HEADER, "header", true},
+    FindingKindRow{FindingKind::SEPARATORS, "separators", false},
+    FindingKindRow{FindingKind::QUOTES, "quotes", false},
     FindingKindRow{FindingKind::FIELD_COUNT, "field-count", true},
     FindingKindRow{FindingKind::TIME_PARTS, "time-parts", true},
     FindingKindRow{FindingKind::UNKNOWN_TASK, "unknown-task", true},

@@ -6,6 +6,10 @@
 // What a check can find. The order is that in which the findings of one line are told.
 enum class FindingKind : std::uint8_t
 {
+    ENCODING,
+    HEADER,
+    SEPARATORS,
+    QUOTES,
     FIELD_COUNT,
     TIME_PARTS,
     UNKNOWN_TASK,

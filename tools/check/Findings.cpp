@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <tuple>
 
+void Findings::Add(Finding finding)
+{
+    if (!m_closed.contains(finding.line))
+        m_all.push_back(std::move(finding));
+}
+
 void Findings::Sort()
 {
     std::ranges::stable_sort(m_all, [](const Finding& left, const Finding& right) {
@@ -12,6 +18,5 @@ void Findings::Sort()
 
 int Findings::Errors() const
 {
-    return static_cast<int>(
-        std::ranges::count_if(m_all, [](const Finding& finding) { return FindingKinds::Row(finding.kind).isError; }));
+    return static_cast<int>(std::ranges::count_if(m_all, IsError));
 }

@@ -1,6 +1,7 @@
 #include "Rules.h"
 
 #include "engine/Workspace.h"
+#include "meant/Meant.h"
 #include "text/NumberText.h"
 
 #include <QRegularExpression>
@@ -13,11 +14,14 @@ namespace
 constexpr QChar SEMICOLON = u';';
 constexpr int LOUDEST = 100;
 const QString RTSP = QStringLiteral("rtsp://%1:%2");
-const QString RTSP_PORT = QStringLiteral("554"); // where an address has none
 
-Finding New(const Entry& entry, FindingKind kind, const QString& text, const QString& advice)
+// meant: the first parameters; empty where that cannot be known.
+Finding New(const Entry& entry, FindingKind kind, const QString& text, const QString& advice, const QString& meant)
 {
-    return {entry.line.number, kind, Entry::FieldName(FIELD_PARAMETERS), text, advice};
+    Finding finding{entry.line.number, kind, Entry::FieldName(FIELD_PARAMETERS), text, advice};
+    if (!meant.isEmpty())
+        finding.suggestion = entry.WithParameter(0, meant);
+    return finding;
 }
 
 // What a stream takes.
@@ -25,19 +29,6 @@ bool IsPortAndPath(const QString& given)
 {
     static const QRegularExpression FORM(QStringLiteral("^[0-9]{1,5}(/.*)?$"));
     return FORM.match(given).hasMatch();
-}
-
-// What follows the server in a stream's address: "8554/live". Empty where that cannot be told.
-QString PortAndPath(const QString& given)
-{
-    static const QRegularExpression ADDRESS(
-        QStringLiteral("^(?:[a-z]+://)?(?:[^/:@]*:?[^/@]*@)?(\\[[^\\]]*\\]|[^/:]*)(?::([0-9]+))?(/.*)?$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const QRegularExpressionMatch match = ADDRESS.match(given);
-    const bool isAddress = given.contains(QLatin1String("://")) || !match.captured(2).isEmpty();
-    if (!match.hasMatch() || !isAddress)
-        return {};
-    return (match.captured(2).isEmpty() ? RTSP_PORT : match.captured(2)) + match.captured(3);
 }
 
 // A file's name may have a ";", but then no number alone behind it.
@@ -50,14 +41,15 @@ void LookAtSemicolon(const Entry& entry, Findings& findings)
     if (place <= 0 || !number)
         return;
     QString name = given.left(place).trimmed();
-    if (entry.Is(TASK_PLAY_STREAM) && !IsPortAndPath(name) && !PortAndPath(name).isEmpty())
-        name = PortAndPath(name);
+    if (entry.Is(TASK_PLAY_STREAM) && !IsPortAndPath(name) && !Meant::PortAndPath(name).isEmpty())
+        name = Meant::PortAndPath(name);
     // A number that is no volume, or stands before one, is the length of a playlist's track.
     const bool isVolume = *number >= 0 && *number <= LOUDEST && entry.parameters.size() == 1;
     findings.Add(New(entry, FindingKind::SEMICOLON,
                      QStringLiteral("the name is \"%1\": a \";\" separates nothing here").arg(given),
                      isVolume ? QStringLiteral("write %1,%2 for the volume %2").arg(name, behind)
-                              : QStringLiteral("write %1, without a length").arg(name)));
+                              : QStringLiteral("write %1, without a length").arg(name),
+                     isVolume ? name + u',' + behind : name));
 }
 
 void LookAtAddress(const Entry& entry, Findings& findings)
@@ -65,12 +57,13 @@ void LookAtAddress(const Entry& entry, Findings& findings)
     const QString given = entry.parameters.value(0);
     if (given.isEmpty() || IsPortAndPath(given))
         return;
-    const QString meant = PortAndPath(given);
+    const QString meant = Meant::PortAndPath(given);
     findings.Add(New(entry, FindingKind::STREAM_ADDRESS,
                      QStringLiteral("the device's server is put in front: the stream becomes %1")
                          .arg(RTSP.arg(QLatin1String(Workspace::SERVER), given)),
                      meant.isEmpty() ? QStringLiteral("write port and path, as 8554/live")
-                                     : QStringLiteral("write %1, the port and the path").arg(meant)));
+                                     : QStringLiteral("write %1, the port and the path").arg(meant),
+                     meant));
 }
 
 } // namespace

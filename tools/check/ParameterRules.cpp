@@ -1,4 +1,6 @@
+#include "Columns.h"
 #include "Rules.h"
+#include "meant/Meant.h"
 #include "words/Kinds.h"
 
 #include "tasks/CpuFreq.h"
@@ -66,9 +68,15 @@ constexpr std::array ADVICE{
     Advice{ParameterRole::PDD_NUMBER, "write 1, the one action that there is"},
 };
 
-Finding New(const Entry& entry, FindingKind kind, const QString& text, const QString& advice)
+// place: of the parameter that it is about.
+Finding New(const Entry& entry, qsizetype place, FindingKind kind, const QString& text, const QString& advice)
 {
-    return {entry.line.number, kind, Entry::FieldName(FIELD_PARAMETERS), text, advice};
+    return {entry.line.number,
+            kind,
+            Entry::FieldName(FIELD_PARAMETERS),
+            text,
+            advice,
+            Columns::OfParameter(entry.line.text, place)};
 }
 
 bool IsWhole(const QString& text)
@@ -84,13 +92,36 @@ QString AdviseReadable(ParameterRole role)
     return advice != ADVICE.end() ? QString::fromLatin1(advice->text) : QStringLiteral("correct it");
 }
 
+// What was meant by a parameter that the task cannot read; empty where nobody knows.
+QString MeantBy(const QString& text, ParameterRole role)
+{
+    const QString number = Meant::Number(text);
+    if (role == ParameterRole::FREQUENCY)
+        return number;
+    const QString whole = IsWhole(number) ? number : QString();
+    return role == ParameterRole::SWITCH && whole.isEmpty() ? Meant::Switch(text) : whole;
+}
+
+Finding Fallback(const Entry& entry, qsizetype place, ParameterRole role, const QString& text)
+{
+    Finding finding = New(entry, place, FindingKind::FALLBACK, text, AdviseReadable(role));
+    const QString given = entry.parameters.value(place);
+    const QString meant = MeantBy(given, role);
+    if (!meant.isEmpty() && meant != given)
+    {
+        finding.advice = QStringLiteral("write ") + meant;
+        finding.suggestion = entry.WithParameter(place, meant);
+    }
+    return finding;
+}
+
 void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, Findings& findings)
 {
     if (entry.Is(TASK_SET_CPU_FREQ))
     {
         if (entry.parameters.value(0) != QString::number(CpuFreq::FREQUENCY_MHZ))
             findings.Add(
-                New(entry, FindingKind::CPU_FREQUENCY,
+                New(entry, 0, FindingKind::CPU_FREQUENCY,
                     QStringLiteral("the number is not used: %1 MHz is asked for, always").arg(CpuFreq::FREQUENCY_MHZ),
                     QStringLiteral("write %1").arg(CpuFreq::FREQUENCY_MHZ)));
         return;
@@ -98,14 +129,14 @@ void LookAtFallbacks(const Entry& entry, std::span<const ParameterRole> roles, F
     for (const TaskWarning& warning : entry.line.warnings)
     {
         if (warning.parameter != TaskWarning::NO_PARAMETER)
-            findings.Add(New(entry, FindingKind::FALLBACK, warning.text,
-                             AdviseReadable(roles[static_cast<size_t>(warning.parameter)])));
+            findings.Add(
+                Fallback(entry, warning.parameter, roles[static_cast<size_t>(warning.parameter)], warning.text));
     }
     // The one kind that falls back without a word.
     if (entry.Is(TASK_CAMERA) && !IsWhole(entry.parameters.value(0)))
-        findings.Add(New(entry, FindingKind::FALLBACK,
-                         QStringLiteral("'%1' is no number: the camera is switched off").arg(entry.parameters.value(0)),
-                         AdviseReadable(ParameterRole::SWITCH)));
+        findings.Add(
+            Fallback(entry, 0, ParameterRole::SWITCH,
+                     QStringLiteral("'%1' is no number: the camera is switched off").arg(entry.parameters.value(0))));
 }
 
 void LookAtCount(const Entry& entry, std::span<const ParameterRole> roles, Findings& findings)
@@ -113,29 +144,43 @@ void LookAtCount(const Entry& entry, std::span<const ParameterRole> roles, Findi
     const auto used = static_cast<qsizetype>(roles.size());
     if (entry.parameters.size() <= used)
         return;
-    findings.Add(New(entry, FindingKind::IGNORED_PARAMETERS,
-                     QStringLiteral("\"%1\" is ignored: %2")
-                         .arg(entry.parameters.mid(used).join(QLatin1Char(PARAMETER_SEPARATOR)),
-                              used == 0   ? QStringLiteral("%1 takes no parameter").arg(entry.TaskName())
-                              : used == 1 ? QStringLiteral("%1 reads one parameter").arg(entry.TaskName())
-                                          : QStringLiteral("%1 reads %2 parameters").arg(entry.TaskName()).arg(used)),
-                     entry.Is(TASK_PLAY_RADIO_FM) ? QStringLiteral("write the fraction of a frequency with a point")
-                                                  : QStringLiteral("take it out; no name may have a \",\"")));
+    const QStringList kept = entry.parameters.first(used);
+    Finding finding =
+        New(entry, used, FindingKind::IGNORED_PARAMETERS,
+            QStringLiteral("\"%1\" is ignored: %2")
+                .arg(entry.parameters.mid(used).join(QLatin1Char(PARAMETER_SEPARATOR)),
+                     used == 0   ? QStringLiteral("%1 takes no parameter").arg(entry.TaskName())
+                     : used == 1 ? QStringLiteral("%1 reads one parameter").arg(entry.TaskName())
+                                 : QStringLiteral("%1 reads %2 parameters").arg(entry.TaskName()).arg(used)),
+            QStringLiteral("take it out; no name may have a \",\""));
+    // The fraction of a frequency.
+    const QString point = Meant::Number(entry.parameters.join(QLatin1Char(PARAMETER_SEPARATOR)));
+    if (entry.Is(TASK_PLAY_RADIO_FM))
+        finding.advice = QStringLiteral("write the fraction of a frequency with a point");
+    if (entry.Is(TASK_PLAY_RADIO_FM) && !point.isEmpty())
+        finding.suggestion = entry.With(FIELD_PARAMETERS, point);
+    else if (used > 0)
+        finding.suggestion = entry.With(FIELD_PARAMETERS, kept.join(QLatin1Char(PARAMETER_SEPARATOR)));
+    else
+        finding.suggestion = entry.line.text.section(QLatin1Char(FIELD_SEPARATOR), 0, FIELD_TASK);
+    findings.Add(finding);
 }
 
-void LookAtValue(const Entry& entry, ParameterRole role, const QString& text, Findings& findings)
+void LookAtValue(const Entry& entry, qsizetype place, ParameterRole role, Findings& findings)
 {
+    const QString& text = entry.parameters[place];
     if (role == ParameterRole::FREQUENCY)
     {
         bool isNumber = false;
         const double frequency = text.toDouble(&isNumber);
         if (isNumber && frequency != 0 && !(frequency >= FIRST_FREQUENCY && frequency <= LAST_FREQUENCY))
-            findings.Add(New(entry, FindingKind::FREQUENCY_RANGE,
+            findings.Add(New(entry, place, FindingKind::FREQUENCY_RANGE,
                              QStringLiteral("%1 MHz is not in the FM band").arg(text),
                              QStringLiteral("write %1 to %2, or 0 for off").arg(FIRST_FREQUENCY).arg(LAST_FREQUENCY)));
     }
     if ((role == ParameterRole::FILE_NAME || role == ParameterRole::PORT_AND_PATH) && text.isEmpty())
-        findings.Add(New(entry, FindingKind::NO_FILE_NAME, QStringLiteral("nothing is named that could be played"),
+        findings.Add(New(entry, place, FindingKind::NO_FILE_NAME,
+                         QStringLiteral("nothing is named that could be played"),
                          role == ParameterRole::FILE_NAME ? QStringLiteral("write the file's name first")
                                                           : QStringLiteral("write port and path, as 8554/live")));
     const auto* const range = std::ranges::find(RANGES, role, &Range::role);
@@ -143,7 +188,7 @@ void LookAtValue(const Entry& entry, ParameterRole role, const QString& text, Fi
         return;
     const int value = text.toInt();
     if (value < range->least || value > range->most)
-        findings.Add(New(entry, range->kind, QStringLiteral("%1: %2").arg(text, QLatin1String(range->text)),
+        findings.Add(New(entry, place, range->kind, QStringLiteral("%1: %2").arg(text, QLatin1String(range->text)),
                          QString::fromLatin1(range->advice)));
 }
 
@@ -159,6 +204,6 @@ void Rules::FindOddParameters(const std::vector<Entry>& entries, Findings& findi
         LookAtFallbacks(entry, roles, findings);
         LookAtCount(entry, roles, findings);
         for (size_t i = 0; i < roles.size() && static_cast<qsizetype>(i) < entry.parameters.size(); ++i)
-            LookAtValue(entry, roles[i], entry.parameters[static_cast<qsizetype>(i)], findings);
+            LookAtValue(entry, static_cast<qsizetype>(i), roles[i], findings);
     }
 }

@@ -1,14 +1,16 @@
 #include "Rules.h"
 
 #include "TaskTable.h"
+#include "meant/Meant.h"
 #include "text/TextFile.h"
+#include "words/ParameterNames.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
-#include <algorithm>
 #include <array>
+#include <optional>
 
 using namespace ScheduleFields;
 
@@ -19,59 +21,84 @@ using Cause = Rejection::Cause;
 
 const QRegularExpression SEMICOLON(QStringLiteral("\\s*;\\s*"));
 
+// What is told of a rejection, in other words than the daemon's.
+struct Told
+{
+    QString text;
+    QString advice;
+    std::optional<QString> suggestion = {};
+};
+
 // What to tell of a rejection with that cause.
 struct Row
 {
     Cause cause;
     FindingKind kind;
     Field field;
-    const char* text; // null: the daemon's own words
-    QString (*advise)(const Entry& entry);
+    Told (*tell)(const Entry& entry);
 };
 
-QString AdviseFields(const Entry& entry)
+Told TellFields(const Entry& entry)
 {
+    const QString text = QStringLiteral("has %1 of the 8 fields that a line needs").arg(entry.fieldCount);
     if (entry.line.text.trimmed().endsWith(TextFile::COMMENT_SIGN))
-        return QStringLiteral("put text behind the \"#\" for a comment, or leave the line empty");
-    return QStringLiteral("write days|start time|day|month|year|from|to|task, and |parameters where there are any");
+        return {text, QStringLiteral("put text behind the \"#\" for a comment, or leave the line empty"), QString()};
+    return {text,
+            QStringLiteral("write days|start time|day|month|year|from|to|task, and |parameters where there are any")};
 }
 
-QString AdviseTime(const Entry&)
+Told TellTime(const Entry& entry)
 {
-    return QStringLiteral("write hh:mm:ss, as 08:30:00");
+    const QString given = entry.Field(FIELD_START_TIME);
+    const QString meant = Meant::Time(given);
+    const QString text = QStringLiteral("\"%1\" is not written hh:mm:ss").arg(given);
+    if (meant.isEmpty())
+        return {text, QStringLiteral("write hh:mm:ss, as 08:30:00")};
+    return {text, QStringLiteral("write ") + meant, entry.With(FIELD_START_TIME, meant)};
 }
 
-QString AdviseTask(const Entry& entry)
+Told TellTask(const Entry& entry)
 {
     const QString name = entry.Field(FIELD_TASK);
     const TaskKind* const known = TaskTable::Find(Task::NameToType(name));
     if (known != nullptr && known->create == nullptr)
-        return QStringLiteral("leave the line out: nothing serves %1").arg(QLatin1String(known->logName));
-    const TaskKind* kind = TaskTable::Find(static_cast<TaskType>(0));
-    for (int type = 0; kind != nullptr; kind = TaskTable::Find(static_cast<TaskType>(++type)))
-    {
-        for (const char* text : {kind->scheduleName, kind->logName})
-        {
-            if (text == nullptr || name.compare(QLatin1String(text), Qt::CaseInsensitive) != 0)
-                continue;
-            return kind->scheduleName != nullptr
-                       ? QStringLiteral("write %1, to the letter").arg(QLatin1String(kind->scheduleName))
-                       : QStringLiteral("write its number, %1").arg(type);
-        }
-    }
-    return QStringLiteral("write a name or a number of the table of tasks in ozna-schedule(5)");
+        return {QStringLiteral("nothing serves %1").arg(QLatin1String(known->logName)),
+                QStringLiteral("leave the line out")};
+    if (name.isEmpty())
+        return {QStringLiteral("no task is named"),
+                QStringLiteral("write a name or a number of the table of tasks in ozna-schedule(5)")};
+    const QString text = QStringLiteral("no task is called \"%1\"").arg(name);
+    const QString behind = Meant::TaskAndParameters(name);
+    if (!behind.isEmpty() && entry.fieldCount == FIELD_PARAMETERS)
+        return {text, QStringLiteral("write \"|\" between the task and its parameters: ") + behind,
+                entry.With(FIELD_TASK, behind)};
+    const QString meant = Meant::Task(name);
+    if (!meant.isEmpty())
+        return {text,
+                meant[0].isDigit() ? QStringLiteral("write its number, ") + meant
+                                   : QStringLiteral("did you mean %1? Write it to the letter").arg(meant),
+                entry.With(FIELD_TASK, meant)};
+    return {text, QStringLiteral("write a name or a number of the table of tasks in ozna-schedule(5)")};
 }
 
-QString AdviseParameters(const Entry& entry)
+Told TellParameters(const Entry& entry)
 {
-    if (entry.fieldCount > FIELD_COUNT)
-        return QStringLiteral("take out the \"|\" behind the task's parameters, which ends them all");
     const TaskKind* const kind = TaskTable::Find(Task::NameToType(entry.Field(FIELD_TASK)));
     const bool isExact = kind->minParameters == kind->maxParameters;
-    return QStringLiteral("write %1 %2 behind the task's \"|\"")
-        .arg(isExact ? QStringLiteral("exactly") : QStringLiteral("at least"),
-             kind->minParameters == 1 ? QStringLiteral("1 parameter")
-                                      : QStringLiteral("%1 parameters, separated by \",\",").arg(kind->minParameters));
+    const QString advice =
+        QStringLiteral("write %1 %2 behind the task's \"|\"")
+            .arg(isExact ? QStringLiteral("exactly") : QStringLiteral("at least"),
+                 kind->minParameters == 1
+                     ? QStringLiteral("1 parameter")
+                     : QStringLiteral("%1 parameters, separated by \",\",").arg(kind->minParameters));
+    const auto given = static_cast<int>(entry.parameters.size());
+    if (given > kind->maxParameters)
+        return {QStringLiteral("\"%1\" is a parameter too many for %2")
+                    .arg(entry.parameters.mid(kind->maxParameters).join(QLatin1Char(PARAMETER_SEPARATOR)),
+                         entry.TaskName()),
+                advice};
+    return {QStringLiteral("%1 lacks a parameter: %2").arg(entry.TaskName(), ParameterNames::Of(kind->type, given)),
+            advice};
 }
 
 // The playlist of that folder that differs in letter case alone; empty where there is none.
@@ -86,34 +113,42 @@ QString Alike(const QString& path)
     return {};
 }
 
-QString AdvisePlaylist(const Entry& entry)
+Told TellPlaylist(const Entry& entry)
 {
     const QString name = entry.parameters.value(0);
     if (name.isEmpty())
-        return QStringLiteral("write the playlist's file name first");
+        return {QStringLiteral("no playlist is named"), QStringLiteral("write the playlist's file name first")};
+    const QString text =
+        QStringLiteral("the playlist \"%1\" cannot be opened: %2").arg(name, entry.line.rejected->file);
     if (name.contains(u';'))
-        return QStringLiteral("write %1").arg(QString(name).replace(SEMICOLON, QStringLiteral(",")));
+    {
+        const QString meant = QString(name).replace(SEMICOLON, QStringLiteral(","));
+        return {text, QStringLiteral("write ") + meant, entry.WithParameter(0, meant)};
+    }
     if (const QString alike = Alike(entry.line.rejected->file); !alike.isEmpty() && alike != name)
-        return QStringLiteral("write %1, with the same capital letters").arg(alike);
+        return {text, QStringLiteral("write %1, with the same capital letters").arg(alike),
+                entry.WithParameter(0, alike)};
     const QString advice = QStringLiteral("write the name of a readable file of that folder, or bring the file there");
     const QStringList& missing = entry.line.rejected->missingFolders;
-    return missing.isEmpty() ? advice
-                             : advice + QStringLiteral(", or tell its folder by --playlists: there is no folder %1")
-                                            .arg(missing.join(QStringLiteral(" or ")));
+    return {text, missing.isEmpty()
+                      ? advice
+                      : advice + QStringLiteral(", or tell its folder by --playlists: there is no folder %1")
+                                     .arg(missing.join(QStringLiteral(" or ")))};
 }
 
-QString AdviseEmpty(const Entry&)
+Told TellEmpty(const Entry& entry)
 {
-    return QStringLiteral("write a track into it, as \"intro.mp3;60\", with more than 9 characters");
+    return {QStringLiteral("the playlist \"%1\" has no track").arg(entry.parameters.value(0)),
+            QStringLiteral("write a track into it, as \"intro.mp3;60\", with more than 9 characters")};
 }
 
 constexpr std::array TABLE{
-    Row{Cause::FIELD_COUNT, FindingKind::FIELD_COUNT, FIELD_COUNT, nullptr, AdviseFields},
-    Row{Cause::START_TIME, FindingKind::TIME_PARTS, FIELD_START_TIME, nullptr, AdviseTime},
-    Row{Cause::TASK, FindingKind::UNKNOWN_TASK, FIELD_TASK, nullptr, AdviseTask},
-    Row{Cause::PARAMETERS, FindingKind::WRONG_PARAMETERS, FIELD_PARAMETERS, nullptr, AdviseParameters},
-    Row{Cause::PLAYLIST_FILE, FindingKind::PLAYLIST_MISSING, FIELD_PARAMETERS, nullptr, AdvisePlaylist},
-    Row{Cause::PLAYLIST_EMPTY, FindingKind::PLAYLIST_EMPTY, FIELD_PARAMETERS, "Playlist is empty", AdviseEmpty},
+    Row{Cause::FIELD_COUNT, FindingKind::FIELD_COUNT, FIELD_COUNT, TellFields},
+    Row{Cause::START_TIME, FindingKind::TIME_PARTS, FIELD_START_TIME, TellTime},
+    Row{Cause::TASK, FindingKind::UNKNOWN_TASK, FIELD_TASK, TellTask},
+    Row{Cause::PARAMETERS, FindingKind::WRONG_PARAMETERS, FIELD_PARAMETERS, TellParameters},
+    Row{Cause::PLAYLIST_FILE, FindingKind::PLAYLIST_MISSING, FIELD_PARAMETERS, TellPlaylist},
+    Row{Cause::PLAYLIST_EMPTY, FindingKind::PLAYLIST_EMPTY, FIELD_PARAMETERS, TellEmpty},
 };
 
 constexpr bool IsIndexedByCause()
@@ -137,8 +172,10 @@ void Rules::FindRejected(const std::vector<Entry>& entries, Findings& findings)
         if (!entry.line.IsRejected())
             continue;
         const Row& row = TABLE.at(static_cast<size_t>(entry.line.rejected->cause));
-        findings.Add({entry.line.number, row.kind, Entry::FieldName(row.field),
-                      row.text != nullptr ? QString::fromLatin1(row.text) : entry.line.rejected->reason,
-                      row.advise(entry)});
+        const Told told = row.tell(entry);
+        Finding finding{entry.line.number, row.kind, Entry::FieldName(row.field), told.text, told.advice};
+        finding.suggestion = told.suggestion;
+        finding.logged = entry.line.rejected->reason;
+        findings.Add(finding);
     }
 }

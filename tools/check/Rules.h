@@ -24,6 +24,11 @@ struct Options
 // What all of them find, sorted. lines: all of the schedule.
 [[nodiscard]] Findings FindAll(const Workspace& workspace, std::vector<ScheduleLine>& lines, const Options& options);
 
+// Lines, and whole files, whose form hides what they mean. What is told of a line is the cause of all that is wrong
+// with it: it is closed, and from then on stands for the line that is meant, so that the other rules see what belongs
+// to it.
+void FindWrongForm(const Workspace& workspace, std::vector<ScheduleLine>& lines, Findings& findings);
+
 // The daemon's reasons for the lines that it leaves out.
 void FindRejected(const std::vector<Entry>& entries, Findings& findings);
 

@@ -1,6 +1,7 @@
 #include "SpotRules.h"
 
 #include "DueDays.h"
+#include "meant/Meant.h"
 #include "words/DaysText.h"
 
 #include <algorithm>
@@ -13,6 +14,8 @@ namespace
 {
 
 constexpr int LAST_MONTH = 12;
+constexpr int LAST_DAY = 31;
+constexpr int CENTURY = 100;
 constexpr int YEAR_DAYS = 366;
 constexpr int LAST_YEAR = 9999; // the time of far later ones is more than a number holds
 constexpr int SAMPLE_DAYS = 7;  // no zone keeps summer time for less
@@ -43,13 +46,46 @@ private:
     const std::uint8_t m_days;
 };
 
-void LookAtForm(const Entry& entry, Field field, int value, const char* form, Findings& findings)
+// Whether something was meant that the daemon does not read.
+bool LookAtForm(const Entry& entry, Field field, int value, const char* form, Findings& findings)
 {
     const QString text = entry.Field(field);
     if (value != ANY || text.isEmpty() || text == ANY_SIGN)
-        return;
-    findings.Add(New(entry, FindingKind::SPOT_ANY, field, QStringLiteral("\"%1\" counts as any").arg(text),
-                     QStringLiteral("write %1, or * for any").arg(QLatin1String(form))));
+        return false;
+    const QString meant = field == FIELD_YEAR ? Meant::Year(text) : Meant::SpotNumber(text);
+    const bool isOfField = field != FIELD_MONTH || meant.toInt() <= LAST_MONTH;
+    Finding finding = New(entry, FindingKind::SPOT_ANY, field, QStringLiteral("\"%1\" counts as any").arg(text),
+                          QStringLiteral("write %1, or * for any").arg(QLatin1String(form)));
+    if (!meant.isEmpty() && isOfField)
+    {
+        finding.advice = QStringLiteral("write ") + meant;
+        finding.suggestion = entry.With(field, meant);
+    }
+    findings.Add(finding);
+    return finding.suggestion.has_value();
+}
+
+// A date that is written in another order: the month before the day, or the year first. Whether it is one.
+bool LookAtOrder(const Entry& entry, Findings& findings)
+{
+    const int day = entry.Field(FIELD_DAY).toInt();
+    const int month = entry.Field(FIELD_MONTH).toInt();
+    const int year = entry.Field(FIELD_YEAR).toInt();
+    const bool isMonthFirst = month > LAST_MONTH && month <= LAST_DAY && day >= 1 && day <= LAST_MONTH;
+    const bool isYearFirst = day > LAST_DAY && year >= 1 && year <= LAST_DAY && month >= 1 && month <= LAST_MONTH;
+    if (!isMonthFirst && !isYearFirst)
+        return false;
+    Finding finding = New(
+        entry, FindingKind::SPOT_ANY, isMonthFirst ? FIELD_MONTH : FIELD_DAY,
+        isMonthFirst ? QStringLiteral("there is no month %1, which counts as any: day and month are swapped").arg(month)
+                     : QStringLiteral("there is no day %1, which counts as any: day and year are swapped").arg(day),
+        {});
+    const Field other = isMonthFirst ? FIELD_MONTH : FIELD_YEAR;
+    const QString text = Entry::With(entry.With(FIELD_DAY, entry.Field(other)), other, entry.Field(FIELD_DAY));
+    finding.advice = QStringLiteral("write ") + text.section(QLatin1Char(FIELD_SEPARATOR), FIELD_DAY, FIELD_YEAR);
+    finding.suggestion = text;
+    findings.Add(finding);
+    return true;
 }
 
 // The days of the week do not restrict the spot date: they come on top. Whether they leave nothing to it.
@@ -103,11 +139,13 @@ QDate FirstOtherDate(const Action& action, const QDate& today, DueDays& dueDays)
 bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
 {
     Action& action = *entry.GetAction();
-    LookAtForm(entry, FIELD_DAY, action.m_day, "1 to 31", findings);
-    LookAtForm(entry, FIELD_MONTH, action.m_month, "1 to 12", findings);
-    LookAtForm(entry, FIELD_YEAR, action.m_year, "a year", findings);
+    if (LookAtOrder(entry, findings))
+        return true;
+    bool isMisread = LookAtForm(entry, FIELD_DAY, action.m_day, "1 to 31", findings);
+    isMisread = LookAtForm(entry, FIELD_MONTH, action.m_month, "1 to 12", findings) || isMisread;
+    isMisread = LookAtForm(entry, FIELD_YEAR, action.m_year, "a year", findings) || isMisread;
     if (!action.HasSpotDate())
-        return false;
+        return isMisread;
     if (DaysText::IsSpotImpossible(action))
     {
         findings.Add(New(entry, FindingKind::IMPOSSIBLE_DATE, FIELD_DAY,
@@ -133,8 +171,15 @@ bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueD
     // At the device's time the date in UTC may still be yesterday's.
     if (action.m_year != ANY && last < today && !dueDays.IsDue(action, today))
     {
-        findings.Add(New(entry, FindingKind::PAST_DATE, FIELD_YEAR, QStringLiteral("the spot date has gone by"),
-                         QStringLiteral("write a later year, or take the line out")));
+        Finding finding = New(entry, FindingKind::PAST_DATE, FIELD_YEAR, QStringLiteral("the spot date has gone by"),
+                              QStringLiteral("write a later year, or take the line out"));
+        if (const QString year = Meant::Year(entry.Field(FIELD_YEAR)); action.m_year < CENTURY && !year.isEmpty())
+        {
+            finding.text = QStringLiteral("%1 is the year %1, which has gone by").arg(action.m_year);
+            finding.advice = QStringLiteral("write ") + year;
+            finding.suggestion = entry.With(FIELD_YEAR, year);
+        }
+        findings.Add(finding);
         return true;
     }
     const QDate other = FirstOtherDate(action, today, dueDays);

@@ -1,3 +1,4 @@
+#include "Columns.h"
 #include "LeftOut.h"
 #include "LineEnds.h"
 #include "Rules.h"
@@ -69,7 +70,8 @@ void LookAtCharacters(const ScheduleLine& line, Findings& findings)
         QString text = QString::fromLatin1(row.text);
         if (text.contains(QLatin1String("%1")))
             text = text.arg(QStringLiteral("U+%1").arg(*found, 4, 16, QLatin1Char('0')).toUpper());
-        findings.Add({line.number, row.kind, FieldOf(line.text, before.size()), text, QString::fromLatin1(row.advice)});
+        findings.Add({line.number, row.kind, FieldOf(line.text, before.size()), text, QString::fromLatin1(row.advice),
+                      Columns::At(line.text, before.size())});
     }
 }
 
@@ -89,9 +91,20 @@ void LookAtComment(const ScheduleLine& line, Findings& findings)
     if (!LeftOut::IsCommented(line))
         return;
     const qsizetype sign = line.text.indexOf(TextFile::COMMENT_SIGN);
-    findings.Add({line.number, FindingKind::COMMENTED, FieldOf(line.text, sign),
-                  QStringLiteral("the \"#\" makes a comment of the whole line: nothing of it is done"),
-                  QStringLiteral("put the comment on a line of its own, or take the \"#\" out")});
+    Finding finding{line.number,
+                    FindingKind::COMMENTED,
+                    FieldOf(line.text, sign),
+                    QStringLiteral("the \"#\" makes a comment of the whole line: nothing of it is done"),
+                    QStringLiteral("put the comment on a line of its own, or take the \"#\" out"),
+                    Columns::At(line.text, sign)};
+    // One inside of a name begins no comment.
+    const QString before = line.text.left(sign);
+    const bool beginsComment = before.back().isSpace() || before.endsWith(QLatin1Char(FIELD_SEPARATOR));
+    if (beginsComment && StringUtils::CountTokens(before, FIELD_SEPARATOR) > FIELD_TASK)
+        finding.suggestion = line.text.mid(sign) + u'\n' + before.trimmed();
+    else
+        finding.suggestion = QString(line.text).remove(TextFile::COMMENT_SIGN);
+    findings.Add(finding);
 }
 
 void LookAtCount(const Entry& entry, Findings& findings)

@@ -1,6 +1,7 @@
 #include "Rules.h"
 
 #include "engine/StartTime.h"
+#include "meant/Meant.h"
 #include "peers/SoundManager.h"
 
 using namespace ScheduleFields;
@@ -14,6 +15,14 @@ const QString EXISTING = QStringLiteral("write a time from 00:00:03 to 23:59:59"
 Finding New(const Entry& entry, FindingKind kind, const QString& text, const QString& advice)
 {
     return {entry.line.number, kind, Entry::FieldName(FIELD_START_TIME), text, advice};
+}
+
+// time: the one to write.
+Finding NewFor(const Entry& entry, FindingKind kind, const QString& text, const QString& time)
+{
+    Finding finding = New(entry, kind, text, QStringLiteral("write ") + time);
+    finding.suggestion = entry.With(FIELD_START_TIME, time);
+    return finding;
 }
 
 // What becomes of a time that is on no day.
@@ -51,9 +60,20 @@ Finding OutOfRange(const Entry& entry)
         return New(entry, FindingKind::TIME_RANGE,
                    QStringLiteral("%1 is no time of a day: %2").arg(given, InsteadOf(action)), EXISTING);
     const QString meant = time.toString(FORMAT);
-    return New(entry, FindingKind::TIME_RANGE,
-               QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)),
-               QStringLiteral("write %1").arg(meant));
+    return NewFor(entry, FindingKind::TIME_RANGE,
+                  QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)), meant);
+}
+
+// A time whose parts the daemon does not read as they are meant. written: that time.
+Finding Misread(const Entry& entry, const QString& written)
+{
+    const Action& action = *entry.GetAction();
+    const QTime time = StartTime::Of(action);
+    return NewFor(entry, FindingKind::TIME_FORM,
+                  QStringLiteral("\"%1\" is not written hh:mm:ss, and counts as %2")
+                      .arg(entry.Field(FIELD_START_TIME),
+                           time.isValid() ? time.toString(FORMAT) : QStringLiteral("no time of a day")),
+                  written);
 }
 
 // What may start late is found late, but only as long as it has not played.
@@ -90,17 +110,24 @@ void Rules::FindOddTimes(const std::vector<Entry>& entries, Findings& findings)
         const Action* const action = entry.GetAction();
         if (action == nullptr)
             continue;
+        const QString given = entry.Field(FIELD_START_TIME);
+        const QString written = Meant::Time(given);
+        const bool isMisread = !written.isEmpty() && written != StartTime::Of(*action).toString(FORMAT);
+        if (isMisread)
+        {
+            findings.Add(Misread(entry, written));
+            continue;
+        }
         if (!action->m_startTime.isValid())
         {
             findings.Add(OutOfRange(entry));
             continue;
         }
-        if (!SoundManager::ParseTime(entry.Field(FIELD_START_TIME)).isValid())
+        if (!SoundManager::ParseTime(given).isValid())
         {
             const QString meant = action->m_startTime.toString(FORMAT);
-            findings.Add(New(entry, FindingKind::TIME_FORM,
-                             QStringLiteral("is not written hh:mm:ss%1").arg(CountsAs(*action, meant)),
-                             QStringLiteral("write %1").arg(meant)));
+            findings.Add(NewFor(entry, FindingKind::TIME_FORM,
+                                QStringLiteral("is not written hh:mm:ss%1").arg(CountsAs(*action, meant)), meant));
         }
         LookAtMidnight(entry, findings);
     }

@@ -14,7 +14,7 @@ const QString WARNING = QStringLiteral("warning");
 
 QString Severity(const Finding& finding)
 {
-    return FindingKinds::Row(finding.kind).isError ? ERROR : WARNING;
+    return Findings::IsError(finding) ? ERROR : WARNING;
 }
 
 QString Name(const Finding& finding)
@@ -26,12 +26,30 @@ QString Name(const Finding& finding)
 QString Sentence(const Finding& finding)
 {
     const QString text = finding.text.endsWith(u'.') ? finding.text.chopped(1) : finding.text;
-    return finding.field + QStringLiteral(": ") + text + QStringLiteral("; ") + finding.advice;
+    const QString logged =
+        finding.logged.isEmpty() ? QString() : QStringLiteral(" (the daemon logs \"%1\")").arg(finding.logged);
+    return finding.field + QStringLiteral(": ") + text + QStringLiteral("; ") + finding.advice + logged;
 }
 
 QString Counted(int count, const char* what)
 {
     return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(what), count == 1 ? QString() : QStringLiteral("s"));
+}
+
+QJsonObject Object(const Finding& finding)
+{
+    QJsonObject object{{QStringLiteral("line"), finding.line},          {QStringLiteral("column"), finding.column},
+                       {QStringLiteral("severity"), Severity(finding)}, {QStringLiteral("kind"), Name(finding)},
+                       {QStringLiteral("field"), finding.field},        {QStringLiteral("text"), finding.text},
+                       {QStringLiteral("advice"), finding.advice}};
+    if (!finding.logged.isEmpty())
+        object.insert(QStringLiteral("logged"), finding.logged);
+    if (finding.suggestion)
+    {
+        object.insert(QStringLiteral("suggestion"), *finding.suggestion);
+        object.insert(QStringLiteral("replaces"), finding.replacedLines);
+    }
+    return object;
 }
 
 } // namespace
@@ -41,12 +59,12 @@ QString CheckText::Lines(const Result& result)
     QString text;
     for (const Finding& finding : result.findings.All())
     {
-        const bool isError = FindingKinds::Row(finding.kind).isError;
+        const bool isError = Findings::IsError(finding);
         const QString severity =
             Terminal::Coloured(Severity(finding), isError ? Terminal::Colour::RED : Terminal::Colour::YELLOW);
-        text += QStringLiteral("%1:%2: %3: %4 %5\n")
-                    .arg(Terminal::Harmless(result.file), QString::number(finding.line), severity,
-                         Terminal::Harmless(Sentence(finding)),
+        text += QStringLiteral("%1:%2:%3: %4: %5 %6\n")
+                    .arg(Terminal::Harmless(result.file), QString::number(finding.line),
+                         QString::number(finding.column), severity, Terminal::Harmless(Sentence(finding)),
                          Terminal::Coloured(u'[' + Name(finding) + u']', Terminal::Colour::GREY));
     }
     return text + QStringLiteral("%1, %2, %3\n")
@@ -58,12 +76,7 @@ QString CheckText::Json(const Result& result)
 {
     QJsonArray findings;
     for (const Finding& finding : result.findings.All())
-        findings.append(QJsonObject{{QStringLiteral("line"), finding.line},
-                                    {QStringLiteral("severity"), Severity(finding)},
-                                    {QStringLiteral("kind"), Name(finding)},
-                                    {QStringLiteral("field"), finding.field},
-                                    {QStringLiteral("text"), finding.text},
-                                    {QStringLiteral("advice"), finding.advice}});
+        findings.append(Object(finding));
     const QJsonObject object{{QStringLiteral("file"), result.file},
                              {QStringLiteral("findings"), findings},
                              {QStringLiteral("lines"), result.lines},
