@@ -1,4 +1,4 @@
-#include "DueDays.h"
+#include "engine/DueDays.h"
 #include "Rules.h"
 #include "SpotRules.h"
 
