@@ -10,6 +10,13 @@ namespace
 
 constexpr int USUAL_DAYS = 30;
 
+// Half a comparison would be untrue.
+int TellCut()
+{
+    Terminal::PrintError(QStringLiteral("interrupted: nothing is shown\n"));
+    return ExitStatus::INTERRUPTED;
+}
+
 } // namespace
 
 int Commands::Diff(const QStringList& arguments)
@@ -28,10 +35,10 @@ int Commands::Diff(const QStringList& arguments)
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms);
     const RehearsalRun before(line, line.Operand(0), std::nullopt, from_ms, until_ms);
     if (before.Status() == ExitStatus::INTERRUPTED)
-        return ExitStatus::INTERRUPTED;
+        return TellCut();
     const RehearsalRun after(line, line.Operand(1), std::nullopt, from_ms, until_ms);
     if (after.Status() == ExitStatus::INTERRUPTED)
-        return ExitStatus::INTERRUPTED;
+        return TellCut();
     const QString text = ScheduleDiff::Text(before.Result(), after.Result());
     Terminal::Print(text);
     if (after.Status() != ExitStatus::CLEAN)
