@@ -1,6 +1,6 @@
-#include "engine/DueDays.h"
 #include "Rules.h"
 #include "SpotRules.h"
+#include "engine/DueDays.h"
 
 #include <algorithm>
 #include <array>

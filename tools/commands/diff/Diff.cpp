@@ -2,8 +2,10 @@
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
 #include "base/Terminal.h"
+#include "base/ToolError.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
+#include "engine/ScheduleStream.h"
 
 namespace
 {
@@ -29,6 +31,9 @@ int Commands::Diff(const QStringList& arguments)
     RehearsalRun::AddSpanOptions(line, USUAL_DAYS);
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
+
+    if (ScheduleStream::IsStandardInput(line.Operand(0)) && ScheduleStream::IsStandardInput(line.Operand(1)))
+        throw ToolError(QStringLiteral("OLD and NEW cannot both be standard input: there is only one"));
 
     RehearsalRun::SetTimeZone(line);
     const qint64 from_ms = RehearsalRun::From_ms(line);
