@@ -3,6 +3,7 @@
 #include "commands/diff/ScheduleDiff.h"
 #include "engine/Rehearsal.h"
 #include "engine/RehearsalResult.h"
+#include "engine/RunUp.h"
 #include "engine/Workspace.h"
 
 #include <QFile>
@@ -40,7 +41,9 @@ Rehearsed Rehearse(const QString& path, const QString& playlists, qint64 from_ms
     const Workspace workspace(path, playlists);
     Rehearsed result{{path, from_ms, from_ms + DAYS * DAY_MS}, {}, {}, {}};
     result.run.lines = ScheduleLine::ReadFile(workspace, path);
-    Rehearsal rehearsal(workspace, {Rehearsal::LongBefore_ms(from_ms), from_ms, result.run.end_ms});
+    const qint64 start_ms = RunUp(result.run.lines).Before(from_ms, result.run.end_ms).moment_ms;
+    Rehearsal rehearsal(workspace,
+                        {.start_ms = start_ms, .from_ms = from_ms, .until_ms = result.run.end_ms, .isSettled = true});
     const auto text = [](const Request& request) { return u"%1 "_s.arg(request.moment_ms) + request.Text(); };
     rehearsal.SetRequested([&](const Request& request) {
         result.all.append(text(request));

@@ -86,7 +86,7 @@ void tst_Dst::TheClocksChange()
 void tst_Dst::APlaylistIsJoinedLateUnlessItHasPlayedBefore()
 {
     const CommandCall call;
-    call.Write(u"s.csv"_s, "0000000|02:59:30|30|3|*|||PlayPlaylist|once\n"
+    call.Write(u"s.csv"_s, "0000000|02:59:30|30|3|2025|||PlayPlaylist|once\n"
                            "0000001|02:59:30|*|*|*|||PlayPlaylist|often\n");
     call.Write(u"once"_s, "first.mp3;60\nsecond.mp3;60\n");
     call.Write(u"often"_s, "first.mp3;60\nsecond.mp3;60\n");

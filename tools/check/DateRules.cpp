@@ -1,6 +1,6 @@
-#include "DueDays.h"
 #include "Rules.h"
 #include "SpotRules.h"
+#include "engine/DueDays.h"
 #include "meant/Meant.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "SpotRules.h"
 
-#include "DueDays.h"
+#include "engine/DueDays.h"
 #include "meant/Meant.h"
 #include "words/DaysText.h"
 

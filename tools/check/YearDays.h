@@ -1,7 +1,7 @@
 #pragma once
 
-#include "DueDays.h"
 #include "engine/DaysKey.h"
+#include "engine/DueDays.h"
 
 #include <bitset>
 #include <map>

@@ -4,9 +4,12 @@
 #include "base/Moment.h"
 #include "base/Progress.h"
 #include "base/Terminal.h"
+#include "engine/RunUp.h"
 #include "engine/Workspace.h"
+#include "words/CutText.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -15,6 +18,8 @@ const QString PLAYLISTS = QStringLiteral("playlists");
 const QString ZONE = QStringLiteral("tz");
 const QString FROM = QStringLiteral("from");
 const QString DAYS = QStringLiteral("days");
+const QString OLDER_STREAM =
+    QStringLiteral("nothing ever stops a stream: which one plays, and since when, depends on the load");
 constexpr int MOST_DAYS = 36600;
 
 } // namespace
@@ -68,24 +73,52 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     const Workspace workspace(file, playlists.isEmpty() ? line.Value(PLAYLISTS) : playlists);
     m_result.lines = ScheduleLine::ReadFile(workspace, file);
     static_cast<void>(TellRejected(file, m_result.lines));
-    const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
-    Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
+    Rehearsal::Plan plan{.start_ms = start_ms.value_or(from_ms), .from_ms = from_ms, .until_ms = until_ms};
+    bool areStreamsOlder = false;
+    if (!start_ms)
+    {
+        const RunUp::Start start = RunUp(m_result.lines).Before(from_ms, until_ms);
+        plan.start_ms = start.moment_ms;
+        plan.isSettled = true;
+        areStreamsOlder = start.areStreamsOlder;
+    }
+    const EventQueue::Take keep = [this](Event&& event) { m_result.events.push_back(std::move(event)); };
+    const EventQueue::Take take = followers.take ? followers.take : keep;
+    Rehearse(workspace, plan,
+             {followers.noted,
+              [&](Event&& event) {
+                  const bool isOld = areStreamsOlder && event.type == TASK_PLAY_STREAM && event.moment_ms < from_ms;
+                  if (isOld && event.kind == EventKind::START)
+                      event.reason = OLDER_STREAM;
+                  take(std::move(event));
+              },
+              followers.isEnough, followers.requested});
+}
+
+void RehearsalRun::Rehearse(const Workspace& workspace, const Rehearsal::Plan& plan,
+                            const RehearsalFollowers& followers)
+{
+    Rehearsal rehearsal(workspace, plan);
     rehearsal.SetNoted(followers.noted);
     rehearsal.SetRequested(followers.requested);
-    if (followers.take)
-        rehearsal.SetTake(followers.take);
+    rehearsal.SetTake(followers.take);
     Progress progress;
-    qint64 reached_ms = from_ms;
     bool hasEnough = false;
-    m_isWhole = rehearsal.Run([&](double part) {
-        reached_ms = begin_ms + static_cast<qint64>(part * static_cast<double>(until_ms - begin_ms));
-        hasEnough = followers.isEnough && followers.isEnough(reached_ms);
+    const bool isWhole = rehearsal.Run([&](double part) {
+        const auto done_ms = static_cast<qint64>(part * static_cast<double>(plan.until_ms - plan.start_ms));
+        hasEnough = followers.isEnough && followers.isEnough(plan.start_ms + done_ms);
         return !hasEnough && progress.Show(part);
     });
-    m_result.events = rehearsal.TakeEvents();
-    if (!m_isWhole)
-        m_result.end_ms = std::max(reached_ms, from_ms);
-    m_isWhole = m_isWhole || hasEnough;
+    if (isWhole)
+        return;
+    m_result.end_ms = std::max(rehearsal.Reached_ms(), plan.from_ms);
+    m_result.isCut = !hasEnough;
+}
+
+void RehearsalRun::TellCut() const
+{
+    if (m_result.isCut)
+        Terminal::PrintError(QStringLiteral("%1: %2\n").arg(Terminal::Harmless(m_result.file), CutText::Of(m_result)));
 }
 
 int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLine>& lines)
@@ -111,7 +144,7 @@ int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLi
 
 int RehearsalRun::Status() const
 {
-    if (!m_isWhole)
+    if (m_result.isCut)
         return ExitStatus::INTERRUPTED;
     return m_result.Rejected() > 0 ? ExitStatus::ERRORS : ExitStatus::CLEAN;
 }

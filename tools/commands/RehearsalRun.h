@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/CommandLine.h"
+#include "engine/EventLog.h"
 #include "engine/Rehearsal.h"
 #include "engine/RehearsalResult.h"
 
@@ -41,10 +42,10 @@ public:
     static void SetTimeZone(const CommandLine& line);
     [[nodiscard]] static bool HasTimeZone(const CommandLine& line);
 
-    // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long. from_ms, until_ms: the
-    // span of interest, which ends earlier where a follower says so. Shows progress. Rejected lines are told on
-    // standard error, with file and line. playlists: the folder of the playlists, if not the one that line
-    // names. Throws ToolError when file cannot be read.
+    // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long, see RunUp. from_ms,
+    // until_ms: the span of interest, which ends earlier where a follower says so. Shows progress. Rejected lines are
+    // told on standard error, with file and line. playlists: the folder of the playlists, if not
+    // the one that line names. Throws ToolError when file cannot be read.
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
                  qint64 until_ms, const RehearsalFollowers& followers = {}, const QString& playlists = {});
 
@@ -55,10 +56,14 @@ public:
 
     [[nodiscard]] const RehearsalResult& Result() const { return m_result; }
 
+    // Tells on standard error up to where it has run, if the user has ended it.
+    void TellCut() const;
+
     // The exit status of a command that has no more to say: of the lines, and of an interruption.
     [[nodiscard]] int Status() const;
 
 private:
+    void Rehearse(const Workspace& workspace, const Rehearsal::Plan& plan, const RehearsalFollowers& followers);
+
     RehearsalResult m_result;
-    bool m_isWhole = false;
 };

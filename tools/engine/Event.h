@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 
+#include <algorithm>
 #include <cstdint>
 
 // What becomes of an entry at one of its times.
@@ -51,6 +52,9 @@ struct Event
     int riskLine = 0;        // the line whose peer makes the daemon miss this start if it does not answer; 0: none
     qint64 riskUntil_ms = 0; // how long that one may keep the daemon waiting
     QList<TrackTime> tracks; // of a playlist, from the one that it is joined at
+
+    // When what it is about begins: a message is asked for ahead of its time, a late playlist behind it.
+    [[nodiscard]] qint64 Start_ms() const { return std::max(moment_ms, due_ms); }
 
     // Whether the daemon sends requests there.
     [[nodiscard]] bool Acts() const { return kind == EventKind::START || kind == EventKind::FOLLOWUP; }

@@ -105,9 +105,11 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.lineNumber = action.m_lineNumber;
     event.type = action.m_task->m_type;
     event.taskName = action.m_task->GetName();
-    event.due_ms = action.IsBehind() ? FloorToSecond(m_now_ms) - Clock::SecondsSince(action.m_startTime) * MS_PER_S
-                                     : FloorToSecond(m_now_ms) +
-                                           Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second) * MS_PER_S;
+    // The delay is that of the last start: of what does not start, an earlier one's.
+    const bool isLate = kind == EventKind::START ? action.IsBehind() : !action.IsAhead();
+    event.due_ms =
+        isLate ? FloorToSecond(m_now_ms) - Clock::SecondsSince(action.m_startTime) * MS_PER_S
+               : FloorToSecond(m_now_ms) + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second) * MS_PER_S;
     return event;
 }
 

@@ -20,17 +20,10 @@ using Moment::MS_PER_S;
 
 constexpr qint64 HOUR_MS = 3600 * MS_PER_S;
 
-constexpr int WARM_UP_DAYS = 7;
-
 // A day of thousands of lines takes a while: who waits is asked in between as well.
 constexpr int TICKS_A_QUESTION = 256;
 
 } // namespace
-
-qint64 Rehearsal::LongBefore_ms(qint64 from_ms)
-{
-    return Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(-WARM_UP_DAYS), QTime(0, 0));
-}
 
 Rehearsal::Rehearsal(const Workspace& workspace, const Plan& plan)
     : m_use(workspace)
@@ -38,6 +31,7 @@ Rehearsal::Rehearsal(const Workspace& workspace, const Plan& plan)
     , m_clock(plan.start_ms)
     , m_log(m_clock.Now_ms())
     , m_take([this](Event&& event) { m_events.push_back(std::move(event)); })
+    , m_reached_ms(std::numeric_limits<qint64>::max())
 {
     PeerCall::SetTransport([this](QDBusAbstractInterface* proxy, const QString& method, const QVariantList& arguments) {
         return Answer(Request::Sent(m_clock.Now_ms(), *proxy, method, arguments));
@@ -69,16 +63,24 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
         !connect(&scheduler, &Scheduler::ExpectedPddAction, this, &Rehearsal::OnPddAction))
         throw ToolError(QStringLiteral("the engine cannot be listened to"));
     scheduler.Start();
+    if (m_plan.isSettled)
+        ForgetLoad(scheduler);
     const auto always = [](double) { return true; };
     const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : always)
                                           : RunStretches(scheduler, goOn ? goOn : always);
-    if (isWhole)
-        Decide(scheduler);
+    m_reached_ms = isWhole ? End_ms() : m_clock.Now_ms();
+    Decide(scheduler, m_reached_ms);
     disconnect(&scheduler, nullptr, this, nullptr);
     m_log.Finish([this](Event&& event) { Take(std::move(event)); });
     // What still plays is stopped with the schedule: no part of what was asked for.
     PeerCall::SetTransport([](QDBusAbstractInterface*, const QString&, const QVariantList&) { return PeerReply(0); });
     return isWhole;
+}
+
+void Rehearsal::ForgetLoad(const Scheduler& scheduler)
+{
+    for (const auto& action : scheduler.FarActions())
+        action->m_forced = false;
 }
 
 // The calendar may be stepped back as long as there are disturbances: what comes then may be sorted before all others.
@@ -90,10 +92,10 @@ void Rehearsal::Release()
 
 void Rehearsal::Take(Event&& event)
 {
-    const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > m_plan.from_ms);
-    if ((event.moment_ms < m_plan.from_ms && !stillPlays) || event.moment_ms >= End_ms())
-        return;
     m_risks.Mark(event);
+    const bool stillPlays = event.plays && (event.end_ms == Event::OPEN || event.end_ms > m_plan.from_ms);
+    if ((event.moment_ms < m_plan.from_ms && !stillPlays) || event.moment_ms >= std::min(End_ms(), m_reached_ms))
+        return;
     m_take(std::move(event));
 }
 
@@ -214,9 +216,9 @@ bool Rehearsal::RunStretch(Scheduler& scheduler, const Stretch& stretch, const s
 }
 
 // What was due right before the end is decided on after it.
-void Rehearsal::Decide(Scheduler& scheduler)
+void Rehearsal::Decide(Scheduler& scheduler, qint64 end_ms)
 {
-    m_clock.PassTo(m_clock.TickFrom(std::max(m_clock.Now_ms() + 1, End_ms()), Scheduler::FAR_INTERVAL_MS));
+    m_clock.PassTo(m_clock.TickFrom(std::max(m_clock.Now_ms() + 1, end_ms), Scheduler::FAR_INTERVAL_MS));
     scheduler.CheckFarActions();
 }
 

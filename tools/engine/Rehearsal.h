@@ -40,18 +40,15 @@ public:
         bool everyPass = false;                     // run each pass of the timers, also those that can find nothing
         std::vector<Disturbance> disturbances = {}; // in the order of their moments
         QStringList silentPeers = {};               // which never answer, as "soundmanager"
+        bool isSettled = false;                     // the load is long ago: what it forces has been started
     };
-
-    // When to start a daemon that is to have been running for long at from_ms: early enough for what is switched on
-    // once a week. At a midnight, because later in the day the load would force actions of other days.
-    [[nodiscard]] static qint64 LongBefore_ms(qint64 from_ms);
 
     // Rehearses the schedule of workspace, which outlives it.
     Rehearsal(const Workspace& workspace, const Plan& plan);
     ~Rehearsal() override;
 
     // Runs it. Calls goOn now and then with the fraction done, from 0 to 1. If goOn returns false, Run stops, keeps the
-    // events so far, and returns false. Called once.
+    // events before Reached_ms, and returns false. Called once.
     [[nodiscard]] bool Run(const std::function<bool(double)>& goOn = {});
 
     // Called for each event as it comes about; its requests, and the end of what it plays, are still to come.
@@ -65,6 +62,9 @@ public:
     // they are kept.
     void SetTake(const EventQueue::Take& take) { m_take = take; }
 
+    // Up to where it has run: the end of the plan, or where goOn ended it.
+    [[nodiscard]] qint64 Reached_ms() const { return m_reached_ms; }
+
     // Those that are kept, in the order of their moments.
     [[nodiscard]] const std::vector<Event>& Events() const { return m_events; }
     [[nodiscard]] std::vector<Event> TakeEvents() { return std::exchange(m_events, {}); }
@@ -77,6 +77,7 @@ public:
 
 private:
     void OnPddAction(uint action, bool enable);
+    static void ForgetLoad(const Scheduler& scheduler);
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
@@ -92,7 +93,7 @@ private:
     void Disturb(Scheduler& scheduler);
     [[nodiscard]] double DonePart() const;
     void Pass(Scheduler& scheduler);
-    void Decide(Scheduler& scheduler);
+    void Decide(Scheduler& scheduler, qint64 end_ms);
     void PlayDeviceBefore(qint64 moment_ms);
     void Release();
     void Take(Event&& event);
@@ -106,6 +107,7 @@ private:
     Requested m_requested;
     EventQueue::Take m_take;
     std::vector<Event> m_events;
+    qint64 m_reached_ms;
     size_t m_disturbed = 0; // how many of the disturbances have been
     qint64 m_farPasses = 0;
     qint64 m_earlyPasses = 0;

@@ -15,6 +15,10 @@ struct RehearsalResult
     qint64 end_ms;   // the first moment that is no part of it
     std::vector<ScheduleLine> lines = {};
     std::vector<Event> events = {}; // in the order of their moments
+    bool isCut = false;             // the user has ended it at end_ms, before its end
+
+    // Whether it has reached the span: if not, nothing is known of it.
+    [[nodiscard]] bool HasBegun() const { return end_ms > begin_ms; }
 
     // How many lines the daemon rejects.
     [[nodiscard]] int Rejected() const;

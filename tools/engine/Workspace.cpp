@@ -1,6 +1,7 @@
 #include "Workspace.h"
 
 #include "DataRoot.h"
+#include "ScheduleStream.h"
 #include "Scheduler.h"
 #include "base/SessionBus.h"
 #include "base/ToolError.h"
@@ -24,6 +25,7 @@ constexpr const char* CONFIGURATION_VARIABLE = "OZNA_CONFIG_FILE"; // of the pla
 const QString ZONE_FOLDER = QStringLiteral("/usr/share/zoneinfo/");
 const QByteArray ZONE_MAGIC = QByteArrayLiteral("TZif"); // which all zones' files begin with
 const QString SCHEDULE = QStringLiteral("schedule.csv");
+const QString NAMELESS = QStringLiteral("schedule.csv"); // of this folder, whether it is there or not
 const QString CONFIGURATION = QStringLiteral("/ozna.ini");
 
 // Which the daemon's code sees; null: none.
@@ -67,17 +69,26 @@ Workspace::Use::~Use()
         qputenv(CONFIGURATION_VARIABLE, QFile::encodeName(m_before->ConfigurationPath()));
 }
 
-Workspace::Workspace(const QString& file, const QString& playlists)
-    : m_file(file)
-    , m_playlists{playlists, {}}
+// Before there is a folder, which would be left behind when reading waits and is ended.
+std::optional<QByteArray> Workspace::ContentOf(const QString& file)
 {
-    const QFileInfo schedule(file);
-    // What is opened may be a pipe, and be waited for.
-    if (schedule.exists() && !schedule.isFile())
+    if (ScheduleStream::Is(file))
+        return ScheduleStream::Read(file);
+    if (QFileInfo::exists(file) && !QFileInfo(file).isFile())
         throw ToolError(QStringLiteral("%1: is not a file").arg(file));
     QFile readable(file);
     if (!readable.open(QIODevice::ReadOnly))
         throw ToolError(QStringLiteral("%1: %2").arg(file, readable.errorString()));
+    return std::nullopt;
+}
+
+Workspace::Workspace(const QString& file, const QString& playlists)
+    : m_file(file)
+    , m_playlists{playlists, {}}
+    , m_content(ContentOf(file))
+{
+    // What comes by a stream stands in no folder but that of who asks.
+    const QFileInfo schedule(m_content ? NAMELESS : file);
     if (m_playlists.path.isEmpty())
         m_playlists = PlaylistFolder::Near(schedule.absolutePath());
     if (!QFileInfo(m_playlists.path).isDir())
@@ -88,7 +99,10 @@ Workspace::Workspace(const QString& file, const QString& playlists)
     const Use use(*this);
     if (!QDir().mkpath(Scheduler::GetSchedulePath()))
         throw ToolError(QStringLiteral("%1: %2").arg(Scheduler::GetSchedulePath(), Reason()));
-    Link(schedule.absoluteFilePath(), SchedulePath());
+    if (m_content)
+        Write(SchedulePath(), *m_content);
+    else
+        Link(schedule.absoluteFilePath(), SchedulePath());
     Link(QFileInfo(m_playlists.path).absoluteFilePath(), PlayPlaylist::GetPlaylistsPath());
     WriteConfiguration();
     m_removal.emplace(QStringList{SchedulePath(), Scheduler::GetSchedulePath(), PlayPlaylist::GetPlaylistsPath(),
@@ -110,9 +124,13 @@ QString Workspace::ConfigurationPath() const
 
 void Workspace::WriteConfiguration() const
 {
-    QFile file(ConfigurationPath());
-    const QByteArray content = QByteArrayLiteral("[GENERAL]\nServerIp=") + SERVER + '\n';
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+    Write(ConfigurationPath(), QByteArrayLiteral("[GENERAL]\nServerIp=") + SERVER + '\n');
+}
+
+void Workspace::Write(const QString& name, const QByteArray& content)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
         throw ToolError(QStringLiteral("%1: %2").arg(file.fileName(), file.errorString()));
 }
 

@@ -17,8 +17,9 @@ class Workspace final
 public:
     static constexpr const char* SERVER = "<ServerIp>";
 
-    // file: the schedule. playlists: the folder of the playlists; empty: see PlaylistFolder. Throws ToolError when the
-    // schedule or the folder cannot be read.
+    // file: the schedule, or a stream by which it comes, whose folder is the one of the process; a stream can be read
+    // once. playlists: the folder of the playlists; empty: see PlaylistFolder. Throws ToolError when the schedule or
+    // the folder cannot be read.
     Workspace(const QString& file, const QString& playlists);
     ~Workspace();
 
@@ -71,9 +72,12 @@ private:
     void Link(const QString& target, const QString& name) const;
     [[nodiscard]] QString ConfigurationPath() const;
     void WriteConfiguration() const;
+    static void Write(const QString& name, const QByteArray& content);
+    [[nodiscard]] static std::optional<QByteArray> ContentOf(const QString& file);
 
     const QString m_file;
     PlaylistFolder m_playlists;
+    const std::optional<QByteArray> m_content; // of a stream
     QTemporaryDir m_folder;
     std::optional<RemovalAtSignal> m_removal;
 };

@@ -6,6 +6,7 @@
 #include "WeekLayout.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
+#include "words/CutText.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -61,6 +62,11 @@ QString Rejected(const RehearsalResult& run)
            Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
 }
 
+QString Cut(const RehearsalResult& run)
+{
+    return run.isCut ? Html::Element("p", QStringLiteral("cut"), Html::Text(CutText::Of(run))) + u'\n' : QString();
+}
+
 QString Header(const RehearsalResult& run, const QString& zone)
 {
     const qsizetype requests =
@@ -70,7 +76,7 @@ QString Header(const RehearsalResult& run, const QString& zone)
            QStringLiteral("</h1>\n<p>") + MomentText(run.begin_ms) + QStringLiteral(" to ") + MomentText(run.end_ms) +
            QStringLiteral(". Times are those of ") + Html::Text(zone) + QStringLiteral(". ") +
            Counted(static_cast<qsizetype>(run.events.size()), "event") + QStringLiteral(", ") +
-           Counted(requests, "request") + QStringLiteral(" to the device.</p>\n") + Rejected(run) +
+           Counted(requests, "request") + QStringLiteral(" to the device.</p>\n") + Cut(run) + Rejected(run) +
            Legend::Markup(run) + QStringLiteral("</header>\n");
 }
 

@@ -29,7 +29,9 @@ int Judge(const CommandLine& line, const Deployment& deployment, const DeployPla
         check.append(QStringLiteral("--strict"));
     const int status = Commands::Check(check);
     if (status == ExitStatus::CLEAN && plan.before)
-        static_cast<void>(Commands::Diff({deployment.SchedulePath(), plan.file, DASHED_PLAYLISTS, plan.playlists}));
+        static_cast<void>(
+            Commands::Diff({deployment.SchedulePath(), plan.file, QStringLiteral("--old-playlists"),
+                            deployment.PlaylistFolder(), QStringLiteral("--new-playlists"), plan.playlists}));
     return status;
 }
 

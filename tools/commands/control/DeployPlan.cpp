@@ -5,7 +5,9 @@
 #include "base/ToolError.h"
 #include "check/Entry.h"
 #include "control/WholeFile.h"
+#include "engine/PlaylistFolder.h"
 #include "engine/Rehearsal.h"
+#include "engine/RunUp.h"
 #include "words/EventText.h"
 
 #include <QDir>
@@ -58,15 +60,24 @@ void AddPlaylists(FileSet& files, const QString& file, const QString& folder)
 // Beside the schedule; the daemon's own where there is none.
 QString PlaylistFolderOf(const QString& file, const Deployment& deployment)
 {
-    const QString folder = Workspace(file, {}).PlaylistFolder();
-    return folder == QFileInfo(file).absolutePath() ? deployment.PlaylistFolder() : folder;
+    const PlaylistFolder folder = PlaylistFolder::Near(QFileInfo(file).absolutePath());
+    return folder.missing.isEmpty() ? folder.path : deployment.PlaylistFolder();
 }
 
-std::vector<Event> Rehearsed(const QString& file, const QString& playlists, qint64 start_ms, qint64 now_ms,
-                             qint64 until_ms)
+// start_ms: the daemon loads the schedule then; none: it has been running for long.
+std::vector<Event> Rehearsed(const QString& file, const QString& playlists, std::optional<qint64> start_ms,
+                             qint64 now_ms, qint64 until_ms)
 {
     const Workspace workspace(file, playlists);
-    Rehearsal rehearsal(workspace, {start_ms, std::max(start_ms, now_ms - QuietMoment::MARGIN_MS), until_ms});
+    const qint64 from_ms = std::max(start_ms.value_or(0), now_ms - QuietMoment::MARGIN_MS);
+    const std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
+    Rehearsal::Plan plan{.start_ms = start_ms.value_or(from_ms), .from_ms = from_ms, .until_ms = until_ms};
+    if (!start_ms)
+    {
+        plan.start_ms = RunUp(lines).Before(from_ms, until_ms).moment_ms;
+        plan.isSettled = true;
+    }
+    Rehearsal rehearsal(workspace, plan);
     static_cast<void>(rehearsal.Run()); // nobody interrupts it
     return rehearsal.TakeEvents();
 }
@@ -121,7 +132,7 @@ QuietMoment::Result DeployPlan::Quiet(const Deployment& deployment, qint64 since
     return QuietMoment::After(
         now_ms, until_ms,
         Rehearsed(deployment.SchedulePath(), deployment.PlaylistFolder(), std::min(since_ms, now_ms), now_ms, until_ms),
-        Rehearsed(file, playlists, Rehearsal::LongBefore_ms(now_ms), now_ms, until_ms));
+        Rehearsed(file, playlists, std::nullopt, now_ms, until_ms));
 }
 
 QString DeployPlan::Words(const QuietMoment::Reason& reason)

@@ -2,8 +2,10 @@
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
 #include "base/Terminal.h"
+#include "base/ToolError.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
+#include "engine/ScheduleStream.h"
 
 namespace
 {
@@ -11,6 +13,13 @@ namespace
 const QString OLD_PLAYLISTS = QStringLiteral("old-playlists");
 const QString NEW_PLAYLISTS = QStringLiteral("new-playlists");
 constexpr int USUAL_DAYS = 30;
+
+// Half a comparison would be untrue.
+int TellCut()
+{
+    Terminal::PrintError(QStringLiteral("interrupted: nothing is shown\n"));
+    return ExitStatus::INTERRUPTED;
+}
 
 } // namespace
 
@@ -30,6 +39,9 @@ int Commands::Diff(const QStringList& arguments)
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
 
+    if (ScheduleStream::IsStandardInput(line.Operand(0)) && ScheduleStream::IsStandardInput(line.Operand(1)))
+        throw ToolError(QStringLiteral("OLD and NEW cannot both be standard input: there is only one"));
+
     RehearsalRun::SetTimeZone(line);
     const qint64 from_ms = RehearsalRun::From_ms(line);
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms);
@@ -38,13 +50,13 @@ int Commands::Diff(const QStringList& arguments)
                               {.requested = [&](const Request& request) { oldInForce.Take(request); }},
                               line.Value(OLD_PLAYLISTS));
     if (before.Status() == ExitStatus::INTERRUPTED)
-        return ExitStatus::INTERRUPTED;
+        return TellCut();
     InForce newInForce;
     const RehearsalRun after(line, line.Operand(1), std::nullopt, from_ms, until_ms,
                              {.requested = [&](const Request& request) { newInForce.Take(request); }},
                              line.Value(NEW_PLAYLISTS));
     if (after.Status() == ExitStatus::INTERRUPTED)
-        return ExitStatus::INTERRUPTED;
+        return TellCut();
     const QString text = ScheduleDiff::Text({before.Result(), oldInForce}, {after.Result(), newInForce});
     Terminal::Print(text);
     if (after.Status() != ExitStatus::CLEAN)

@@ -8,6 +8,7 @@
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "engine/Rehearsal.h"
+#include "engine/RunUp.h"
 #include "engine/Workspace.h"
 
 #include <algorithm>
@@ -35,8 +36,9 @@ Span Around(const ClockChange& change)
 class Rehearsals final
 {
 public:
-    Rehearsals(const Workspace& workspace, size_t count)
+    Rehearsals(const Workspace& workspace, const std::vector<ScheduleLine>& lines, size_t count)
         : m_workspace(workspace)
+        , m_runUp(lines)
         , m_count(count)
     {
     }
@@ -46,7 +48,9 @@ public:
     {
         if (m_isEnded)
             return {};
-        Rehearsal rehearsal(m_workspace, {Rehearsal::LongBefore_ms(span.begin_ms), span.begin_ms, span.end_ms});
+        const qint64 start_ms = m_runUp.Before(span.begin_ms, span.end_ms).moment_ms;
+        Rehearsal rehearsal(
+            m_workspace, {.start_ms = start_ms, .from_ms = span.begin_ms, .until_ms = span.end_ms, .isSettled = true});
         m_isEnded = !rehearsal.Run([this](double part) {
             return m_progress.Show((static_cast<double>(m_done) + part) / static_cast<double>(m_count));
         });
@@ -58,6 +62,7 @@ public:
 
 private:
     const Workspace& m_workspace;
+    const RunUp m_runUp;
     Progress m_progress;
     const size_t m_count;
     size_t m_done = 0;
@@ -98,7 +103,7 @@ int Commands::Dst(const QStringList& arguments)
     const std::vector<ClockChange> changes = ClockChange::Between(from_ms, until_ms);
     const std::vector<Span> spans = SpotDates::Spans(lines, first, last.addDays(-1));
 
-    Rehearsals rehearsals(workspace, changes.size() + spans.size());
+    Rehearsals rehearsals(workspace, lines, changes.size() + spans.size());
     std::vector<std::vector<Event>> nights;
     nights.reserve(changes.size());
     std::ranges::transform(changes, std::back_inserter(nights),
@@ -116,6 +121,9 @@ int Commands::Dst(const QStringList& arguments)
         text = NothingText(from_ms, until_ms);
     Terminal::Print(text);
     if (rehearsals.IsEnded())
+    {
+        Terminal::PrintError(QStringLiteral("interrupted: not all dates are shown\n"));
         return ExitStatus::INTERRUPTED;
+    }
     return rejected > 0 ? ExitStatus::ERRORS : ExitStatus::CLEAN;
 }

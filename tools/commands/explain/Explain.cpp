@@ -5,45 +5,37 @@
 #include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/Commands.h"
+#include "engine/ScheduleStream.h"
 #include "text/TextFile.h"
 
-#include <QFile>
 #include <QTemporaryFile>
-
-#include <cstdio>
 
 namespace
 {
 
-const QString STANDARD_INPUT = QStringLiteral("-");
 const QString PLAYLISTS = QStringLiteral("playlists");
 
-[[noreturn]] void FailToRead(const QString& reason)
+[[noreturn]] void FailToRead(const QString& name, const QString& reason)
 {
-    throw ToolError(QStringLiteral("standard input: %1").arg(reason));
+    throw ToolError(QStringLiteral("%1: %2").arg(name, reason));
 }
 
 // By way of a file, so that encoding and ends of lines are those of a schedule's file.
-QStringList ReadStandardInput()
+QStringList ReadLines(const QString& name)
 {
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly))
-        FailToRead(input.errorString());
-    const QByteArray content = input.readAll();
-    if (input.error() != QFileDevice::NoError)
-        FailToRead(input.errorString());
+    const QByteArray content = ScheduleStream::Read(name);
     QTemporaryFile file;
     if (!file.open() || file.write(content) != content.size() || !file.flush())
-        FailToRead(file.errorString());
+        FailToRead(name, file.errorString());
     TextFile schedule(file.fileName());
     if (!schedule.Open())
-        FailToRead(QStringLiteral("%1: cannot be opened").arg(file.fileName()));
+        FailToRead(name, QStringLiteral("%1: cannot be opened").arg(file.fileName()));
     QStringList lines;
     QString text;
     while (schedule.ReadLine(text))
         lines.append(text);
     if (!schedule.ReadError().isEmpty())
-        FailToRead(schedule.ReadError());
+        FailToRead(name, schedule.ReadError());
     return lines;
 }
 
@@ -51,7 +43,7 @@ QStringList Texts(const QStringList& operands)
 {
     QStringList texts;
     for (const QString& operand : operands)
-        texts += operand == STANDARD_INPUT ? ReadStandardInput() : QStringList(operand);
+        texts += ScheduleStream::Is(operand) ? ReadLines(operand) : QStringList(operand);
     return texts;
 }
 
@@ -61,7 +53,8 @@ int Commands::Explain(const QStringList& arguments)
 {
     CommandLine line(QStringLiteral("explain"),
                      QStringLiteral("Says in words what a line of a schedule asks for, or why the daemon leaves it\n"
-                                    "out. Quote the line; the line - stands for all lines of standard input."),
+                                    "out. Quote the line; the line - stands for all lines of standard input, and\n"
+                                    "a pipe for all of its lines."),
                      {QStringLiteral("LINE...")});
     line.AddValue(PLAYLISTS, QStringLiteral("DIR"),
                   QStringLiteral("folder of the playlists (default: every playlist\nis taken to exist)"));

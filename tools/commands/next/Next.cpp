@@ -4,10 +4,13 @@
 #include "base/Terminal.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
+#include "commands/RehearsalText.h"
+#include "words/CutText.h"
 #include "words/EventText.h"
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <queue>
 #include <utility>
 #include <vector>
@@ -17,42 +20,63 @@ namespace
 
 const QString COUNT = QStringLiteral("n");
 const QString FROM = QStringLiteral("from");
+const QString JSON = QStringLiteral("json");
 constexpr int USUAL_COUNT = 10;
 constexpr int GREATEST_COUNT = 10000;
 constexpr int LONGEST_YEARS = 2; // what is due on a certain day of the week or of a year has come by then
 
 constexpr int SPAN_WIDTH = 16;
-constexpr int TASK_WIDTH = 18;
-constexpr int SUBJECT_WIDTH = 26;
-
-// A message is asked for ahead of its time, a late playlist starts behind it.
-qint64 StartOf(const Event& event)
-{
-    return std::max(event.moment_ms, event.due_ms);
-}
+constexpr int TASK_WIDTH = 14;
+constexpr int LINE_COLUMN = 70; // a number of four digits ends before the edge
+constexpr int MOST_COLUMNS = 80;
+const QString INDENT = QStringLiteral("                         "); // below the span
+const QString CUT = QStringLiteral("...");
 
 bool IsNext(const Event& event, qint64 from_ms)
 {
-    return event.kind == EventKind::START && StartOf(event) >= from_ms;
+    return event.kind == EventKind::START && event.Start_ms() >= from_ms;
 }
 
 // A column, and at least one blank behind it.
-QString Column(const QString& text, int width)
+QString Column(const QString& text, qsizetype width)
 {
     return text.leftJustified(width - 1) + u' ';
 }
 
-QString Row(const Event& event, qint64 from_ms)
+QString Shortened(const QString& text, qsizetype width)
 {
-    QString text = QStringLiteral("%1 %2  ").arg(Moment::DateText(Moment::LocalDate(event.due_ms)),
-                                                 Moment::TimeText(event.due_ms));
-    text += Column(QStringLiteral("in ") + Moment::SpanText((StartOf(event) - from_ms) / Moment::MS_PER_S), SPAN_WIDTH);
-    text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(EventText::Subject(event)), SUBJECT_WIDTH);
-    text += QStringLiteral("line %1").arg(event.lineNumber);
+    return text.size() <= width ? text : text.left(std::max<qsizetype>(width - CUT.size(), 0)) + CUT;
+}
+
+QString MomentText(qint64 moment_ms)
+{
+    return Moment::DateText(Moment::LocalDate(moment_ms)) + u' ' + Moment::TimeText(moment_ms);
+}
+
+// What is unlike the plan: the moment of the start, and its marks.
+QString Notes(const Event& event, qint64 from_ms)
+{
+    QStringList notes;
+    if (event.Start_ms() / Moment::MS_PER_S != event.due_ms / Moment::MS_PER_S)
+        notes.append(QStringLiteral("starts ") + MomentText(event.Start_ms()));
     const QString mark = event.moment_ms < from_ms ? QString() : EventText::Mark(event, from_ms);
     if (!mark.isEmpty())
-        text += QStringLiteral("  ") + Terminal::Coloured(mark, Terminal::Colour::YELLOW);
-    return text + u'\n';
+        notes.append(mark);
+    return notes.join(QStringLiteral(", "));
+}
+
+QString Row(const Event& event, qint64 from_ms)
+{
+    const QString line = QStringLiteral("line %1").arg(event.lineNumber);
+    QString text = MomentText(event.due_ms) + QStringLiteral("  ");
+    text +=
+        Column(QStringLiteral("in ") + Moment::SpanText((event.Start_ms() - from_ms) / Moment::MS_PER_S), SPAN_WIDTH);
+    text += Column(event.taskName, TASK_WIDTH);
+    const qsizetype end = std::min<qsizetype>(LINE_COLUMN, MOST_COLUMNS - line.size());
+    const qsizetype width = std::max<qsizetype>(end - text.size(), 1);
+    text += Column(Shortened(Terminal::Harmless(EventText::Subject(event)), width - 1), width) + line + u'\n';
+    const QString notes = Notes(event, from_ms);
+    return notes.isEmpty() ? text : text + INDENT + Terminal::Coloured(notes, Terminal::Colour::YELLOW) + u'\n';
 }
 
 // Counts the starts to come as they come about.
@@ -67,21 +91,21 @@ public:
     void Note(const Event& event)
     {
         if (IsNext(event, m_from_ms))
-            m_dues.push(event.due_ms);
+            m_starts.push(event.Start_ms());
     }
 
-    // How many of them are due before reached_ms, which never goes back. What is asked for ahead of its time stands
+    // How many of them start before reached_ms, which never goes back. What is asked for ahead of its time stands
     // before what comes earlier.
     [[nodiscard]] int Before(qint64 reached_ms)
     {
-        for (; !m_dues.empty() && m_dues.top() < reached_ms; m_dues.pop())
+        for (; !m_starts.empty() && m_starts.top() < reached_ms; m_starts.pop())
             ++m_count;
         return m_count;
     }
 
 private:
     const qint64 m_from_ms;
-    std::priority_queue<qint64, std::vector<qint64>, std::greater<>> m_dues; // that have not been counted
+    std::priority_queue<qint64, std::vector<qint64>, std::greater<>> m_starts; // that have not been counted
     int m_count = 0;
 };
 
@@ -90,9 +114,26 @@ QString FewerText(const RehearsalResult& run, size_t found)
     const QString what = found == 0   ? QStringLiteral("no start")
                          : found == 1 ? QStringLiteral("only 1 start")
                                       : QStringLiteral("only %1 starts").arg(found);
-    return QStringLiteral("%1 from %2 %3 to %4 %5\n")
-        .arg(what, Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
-             Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms));
+    return QStringLiteral("%1 from %2 to %3\n").arg(what, MomentText(run.begin_ms), MomentText(run.end_ms));
+}
+
+QString Table(const std::vector<Event>& starts, size_t wanted, const RehearsalResult& run)
+{
+    QString text;
+    for (const Event& event : starts)
+        text += Row(event, run.begin_ms);
+    if (starts.size() < wanted)
+        text += FewerText(run, starts.size());
+    return run.isCut ? text + CutText::Of(run) + u'\n' : text;
+}
+
+QString Json(const std::vector<Event>& starts, const RehearsalResult& run)
+{
+    const std::unique_ptr<RehearsalText> json = RehearsalText::Json(run.begin_ms);
+    QString text = json->Head();
+    for (const Event& event : starts)
+        text += json->Of(event);
+    return text + json->Foot(run);
 }
 
 } // namespace
@@ -107,6 +148,7 @@ int Commands::Next(const QStringList& arguments)
                   QString::number(USUAL_COUNT));
     line.AddValue(FROM, QStringLiteral("MOMENT"),
                   QStringLiteral("2024-05-15, 2024-05-15T08:30 or ...:30:00, local\ntime (default: now)"));
+    line.AddFlag(JSON, QStringLiteral("for machines: one object, like that of rehearse"));
     RehearsalRun::AddPlaceOptions(line);
     if (!line.Parse(arguments))
         return ExitStatus::CLEAN;
@@ -125,13 +167,12 @@ int Commands::Next(const QStringList& arguments)
                                     starts.push_back(std::move(event));
                             },
                             [&](qint64 reached_ms) { return counter.Before(reached_ms) >= count; }});
-    std::ranges::stable_sort(starts, {}, &Event::due_ms);
+    run.TellCut();
+    if (run.Result().isCut && !run.Result().HasBegun())
+        return run.Status();
+    std::ranges::stable_sort(starts, {}, &Event::Start_ms);
     starts.resize(std::min(starts.size(), static_cast<size_t>(count)));
-    QString text;
-    for (const Event& event : starts)
-        text += Row(event, from_ms);
-    if (starts.size() < static_cast<size_t>(count))
-        text += FewerText(run.Result(), starts.size());
-    Terminal::Print(text);
+    Terminal::Print(line.Has(JSON) ? Json(starts, run.Result())
+                                   : Table(starts, static_cast<size_t>(count), run.Result()));
     return run.Status();
 }

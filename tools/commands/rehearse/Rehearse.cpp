@@ -1,4 +1,3 @@
-#include "RehearsalText.h"
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
@@ -7,6 +6,7 @@
 #include "base/ToolError.h"
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
+#include "commands/RehearsalText.h"
 #include "html/Page.h"
 #include "html/WeekLayout.h"
 
@@ -40,9 +40,16 @@ void CheckPage(const QString& name, const QString& schedule)
         throw ToolError(QStringLiteral("--html: %1 is the schedule itself").arg(name));
 }
 
-// The file is there whole, or as it was before.
+// The file is there whole, or as it was before. What is cut takes no page's place.
 void WritePage(const RehearsalResult& run, const QString& name)
 {
+    if (run.isCut && !run.HasBegun())
+        return;
+    if (run.isCut && name != STANDARD_OUTPUT && QFileInfo::exists(name))
+    {
+        Terminal::PrintError(QStringLiteral("%1: left as it was\n").arg(Terminal::Harmless(name)));
+        return;
+    }
     const QString page = Page::Markup(run, QString::fromLatin1(QTimeZone::systemTimeZoneId()));
     if (name == STANDARD_OUTPUT)
     {
@@ -71,8 +78,11 @@ public:
             Print();
     }
 
+    // Of what was cut off before its beginning nothing has been written.
     void Finish(const RehearsalResult& run)
     {
+        if (run.isCut && !run.HasBegun())
+            return;
         m_waiting += m_text->Foot(run);
         Print();
     }
@@ -111,7 +121,7 @@ int Commands::Rehearse(const QStringList& arguments)
     RehearsalRun::AddSpanOptions(line, 1);
     line.AddValue(START_AT, QStringLiteral("MOMENT"),
                   QStringLiteral("the daemon starts, or loads the schedule, then\n"
-                                 "(default: it has been running for long)"));
+                                 "(default: long ago, so that nothing is left of\nthe load)"));
     line.AddFlag(JSON, QStringLiteral("for machines: one object with all events"));
     line.AddFlag(CSV, QStringLiteral("for spreadsheets: a row for each request"));
     line.AddValue(
@@ -140,12 +150,14 @@ int Commands::Rehearse(const QStringList& arguments)
     if (line.Has(HTML))
     {
         const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms);
+        run.TellCut();
         WritePage(run.Result(), line.Value(HTML));
         return run.Status();
     }
     Writer writer(TextFor(line, from_ms, until_ms));
     const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms,
                            {.take = [&](const Event& event) { writer.Take(event); }});
+    run.TellCut();
     writer.Finish(run.Result());
     return run.Status();
 }

@@ -84,6 +84,16 @@ QDate DueDays::FirstDue(const Action& action, const QDate& first, const QDate& l
     return {};
 }
 
+QDate DueDays::LastDue(const Action& action, const QDate& first, const QDate& last, bool isPlain)
+{
+    for (QDate date = last; date >= first; date = date.addDays(-1))
+    {
+        if (IsInSpotMonth(action, date) && (!isPlain || IsPlain(date)) && IsDue(action, date))
+            return date;
+    }
+    return {};
+}
+
 bool DueDays::IsUtcDateOther(const QTime& time, const QDate& date)
 {
     if (const Day& day = DayOf(date); day.isPlain)

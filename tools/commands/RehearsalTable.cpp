@@ -2,6 +2,7 @@
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
+#include "words/CutText.h"
 #include "words/EventText.h"
 
 namespace
@@ -112,7 +113,8 @@ public:
                QStringLiteral("%1 %2 to %3 %4: %5, %6\n")
                    .arg(Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
                         Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms),
-                        Counted(m_events, "event"), Counted(m_requests, "request"));
+                        Counted(m_events, "event"), Counted(m_requests, "request")) +
+               (run.isCut ? CutText::Of(run) + u'\n' : QString());
     }
 
 private:

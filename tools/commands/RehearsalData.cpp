@@ -1,6 +1,7 @@
 #include "RehearsalText.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
+#include "words/CutText.h"
 #include "words/EventText.h"
 
 #include <QJsonArray>
@@ -13,6 +14,7 @@ namespace
 {
 
 const QString NO_VALUE;
+const QString INTERRUPTED = QStringLiteral("interrupted"); // in the place of a mark
 
 QJsonArray Arguments(const Request& request)
 {
@@ -48,6 +50,7 @@ QJsonArray Tracks(const Event& event)
 QJsonObject Object(const Event& event, qint64 from_ms)
 {
     QJsonObject object{{QStringLiteral("time"), Moment::IsoText(event.moment_ms)},
+                       {QStringLiteral("start"), Moment::IsoText(event.Start_ms())},
                        {QStringLiteral("due"), Moment::IsoText(event.due_ms)},
                        {QStringLiteral("kind"), EventText::KindName(event.kind)},
                        {QStringLiteral("line"), event.lineNumber},
@@ -112,6 +115,7 @@ public:
     {
         const QString rest = Document({{QStringLiteral("schedule"), run.file},
                                        {QStringLiteral("from"), Moment::IsoText(run.begin_ms)},
+                                       {QStringLiteral("interrupted"), run.isCut},
                                        {QStringLiteral("until"), Moment::IsoText(run.end_ms)}});
         return (m_separator.isEmpty() ? QString() : QStringLiteral("\n")) + QStringLiteral("    ],\n") +
                rest.mid(rest.indexOf(u'\n') + 1);
@@ -130,9 +134,9 @@ public:
 
     QString Head() override
     {
-        return CsvRow({QStringLiteral("time"), QStringLiteral("line"), QStringLiteral("task"), QStringLiteral("marks"),
-                       QStringLiteral("reason"), QStringLiteral("peer"), QStringLiteral("method"),
-                       QStringLiteral("arguments")});
+        return CsvRow({QStringLiteral("time"), QStringLiteral("due"), QStringLiteral("line"), QStringLiteral("task"),
+                       QStringLiteral("marks"), QStringLiteral("reason"), QStringLiteral("peer"),
+                       QStringLiteral("method"), QStringLiteral("arguments")});
     }
 
     QString Of(const Event& event) override
@@ -140,8 +144,9 @@ public:
         QString text;
         const auto append = [&](qint64 moment_ms, const QString& peer, const QString& method,
                                 const QString& arguments) {
-            text += CsvRow({Moment::IsoText(moment_ms), QString::number(event.lineNumber), event.taskName,
-                            EventText::Mark(event, m_from_ms), event.reason, peer, method, arguments});
+            text +=
+                CsvRow({Moment::IsoText(moment_ms), Moment::IsoText(event.due_ms), QString::number(event.lineNumber),
+                        event.taskName, EventText::Mark(event, m_from_ms), event.reason, peer, method, arguments});
         };
         for (const Request& request : event.requests)
             append(request.moment_ms, request.peer, request.method, request.ArgumentTexts().join(QStringLiteral(", ")));
@@ -150,7 +155,13 @@ public:
         return text;
     }
 
-    QString Foot(const RehearsalResult&) override { return {}; }
+    QString Foot(const RehearsalResult& run) override
+    {
+        if (!run.isCut)
+            return {};
+        return CsvRow({Moment::IsoText(run.end_ms), NO_VALUE, NO_VALUE, NO_VALUE, INTERRUPTED, CutText::Of(run),
+                       NO_VALUE, NO_VALUE, NO_VALUE});
+    }
 };
 
 } // namespace

@@ -23,6 +23,9 @@ public:
     // The first such date of those from first to last; invalid where there is none.
     [[nodiscard]] QDate FirstDue(const Action& action, const QDate& first, const QDate& last);
 
+    // The last of them, or the last on which no clock is changed; invalid where there is none.
+    [[nodiscard]] QDate LastDue(const Action& action, const QDate& first, const QDate& last, bool isPlain = false);
+
     // Whether no clock is changed on that date.
     [[nodiscard]] bool IsPlain(const QDate& date) { return DayOf(date).isPlain; }
 
