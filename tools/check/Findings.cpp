@@ -3,6 +3,13 @@
 #include <algorithm>
 #include <tuple>
 
+QString Finding::Sentence() const
+{
+    // The daemon's own words may be a sentence.
+    const QString what = text.endsWith(u'.') ? text.chopped(1) : text;
+    return field + QStringLiteral(": ") + what + QStringLiteral("; ") + advice;
+}
+
 void Findings::Sort()
 {
     std::ranges::stable_sort(m_all, [](const Finding& left, const Finding& right) {

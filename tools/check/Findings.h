@@ -14,6 +14,9 @@ struct Finding
     QString field;  // which it is about, as the documents call it
     QString text;   // what is wrong
     QString advice; // what to write instead
+
+    // The three of them as one, without a full stop: "start time: at midnight sharp it never starts; write ...".
+    [[nodiscard]] QString Sentence() const;
 };
 
 // What a check has found so far.

@@ -35,4 +35,7 @@ void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
                   Findings& findings);
 
+// What all of them find, sorted. lines: all of the schedule.
+[[nodiscard]] Findings FindAll(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today);
+
 } // namespace Rules

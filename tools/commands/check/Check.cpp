@@ -22,22 +22,6 @@ QDate Today(const CommandLine& line)
                                              : Moment::Now_ms());
 }
 
-Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, const QDate& today)
-{
-    const std::vector<Entry> entries = Entry::Of(lines);
-    Findings findings;
-    Rules::FindRejected(entries, findings);
-    Rules::FindOddText(lines, entries, findings);
-    Rules::FindOddTimes(entries, findings);
-    Rules::FindOddDates(entries, today, findings);
-    Rules::FindOddParameters(entries, findings);
-    Rules::FindOddPlaylists(workspace, entries, findings);
-    Rules::FindOddPairs(entries, findings);
-    Rules::FindBlocking(workspace, entries, today, findings);
-    findings.Sort();
-    return findings;
-}
-
 } // namespace
 
 int Commands::Check(const QStringList& arguments)
@@ -58,7 +42,7 @@ int Commands::Check(const QStringList& arguments)
     const QString file = line.Operand(0);
     const Workspace workspace(file, line.Value(PLAYLISTS));
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    const Findings findings = Look(workspace, lines, today);
+    const Findings findings = Rules::FindAll(workspace, lines, today);
     const CheckText::Result result{file, static_cast<int>(lines.size()), findings};
     Terminal::Print(line.Has(JSON) ? CheckText::Json(result) : CheckText::Lines(result));
     if (findings.Errors() > 0)

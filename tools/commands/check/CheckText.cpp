@@ -22,13 +22,6 @@ QString Name(const Finding& finding)
     return QString::fromLatin1(FindingKinds::Row(finding.kind).name);
 }
 
-// The daemon's own words may be a sentence.
-QString Sentence(const Finding& finding)
-{
-    const QString text = finding.text.endsWith(u'.') ? finding.text.chopped(1) : finding.text;
-    return finding.field + QStringLiteral(": ") + text + QStringLiteral("; ") + finding.advice;
-}
-
 QString Counted(int count, const char* what)
 {
     return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(what), count == 1 ? QString() : QStringLiteral("s"));
@@ -46,7 +39,7 @@ QString CheckText::Lines(const Result& result)
             Terminal::Coloured(Severity(finding), isError ? Terminal::Colour::RED : Terminal::Colour::YELLOW);
         text += QStringLiteral("%1:%2: %3: %4 %5\n")
                     .arg(Terminal::Harmless(result.file), QString::number(finding.line), severity,
-                         Terminal::Harmless(Sentence(finding)),
+                         Terminal::Harmless(finding.Sentence()),
                          Terminal::Coloured(u'[' + Name(finding) + u']', Terminal::Colour::GREY));
     }
     return text + QStringLiteral("%1, %2, %3\n")
