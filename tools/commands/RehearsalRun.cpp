@@ -64,6 +64,8 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     const Workspace workspace(file, line.Value(PLAYLISTS));
     m_result.lines = ScheduleLine::ReadFile(workspace, file);
     static_cast<void>(TellRejected(file, m_result.lines));
+    if (followers.read)
+        followers.read(workspace);
     const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
     Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
     rehearsal.SetNoted(followers.noted);

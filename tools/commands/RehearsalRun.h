@@ -8,6 +8,8 @@
 #include <optional>
 #include <vector>
 
+class Workspace;
+
 // What follows a rehearsal; each may be empty.
 struct RehearsalFollowers
 {
@@ -19,6 +21,9 @@ struct RehearsalFollowers
 
     // Called now and then: whether what has been noted is enough. All events before reached_ms have been.
     std::function<bool(qint64 reached_ms)> isEnough = {};
+
+    // Called once the schedule has been read, before the rehearsal: it may read more of the workspace.
+    std::function<void(const Workspace& workspace)> read = {};
 };
 
 // A rehearsal as the commands that have one ask for it: their common options, its span, and its result.

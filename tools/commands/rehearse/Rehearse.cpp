@@ -1,3 +1,4 @@
+#include "PageFollower.h"
 #include "RehearsalText.h"
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
@@ -12,7 +13,6 @@
 
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QTimeZone>
 
 #include <memory>
 #include <utility>
@@ -39,9 +39,9 @@ void CheckPage(const QString& name, const QString& schedule)
 }
 
 // The file is there whole, or as it was before.
-void WritePage(const RehearsalResult& run, const QString& name)
+void WritePage(const RehearsalResult& run, const PageNotes& notes, const QString& name)
 {
-    const QString page = Page::Markup(run, QString::fromLatin1(QTimeZone::systemTimeZoneId()));
+    const QString page = Page::Markup(run, notes);
     if (name == STANDARD_OUTPUT)
     {
         Terminal::Print(page);
@@ -132,8 +132,9 @@ int Commands::Rehearse(const QStringList& arguments)
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms, days);
     if (line.Has(HTML))
     {
-        const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms);
-        WritePage(run.Result(), line.Value(HTML));
+        PageFollower follower(from_ms);
+        const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms, follower.Followers());
+        WritePage(run.Result(), follower.Notes(), line.Value(HTML));
         return run.Status();
     }
     Writer writer(TextFor(line, from_ms));
