@@ -23,6 +23,11 @@ for (const part of shown) {
     if (isSqueezed || box.right > innerWidth + 1 || box.bottom > frame.bottom + 1 || box.right > frame.right + 1)
         cut.add(part.closest("button, h1, h2, h3, header p")?.textContent.trim() ?? part.textContent.trim());
 }
+document.querySelector(".stream button")?.focus();
+for (const part of document.querySelectorAll("#details, #details *")) {
+    if (part.checkVisibility() && part.scrollWidth > part.clientWidth + 1 && part.clientWidth > 0)
+        cut.add("details: " + part.textContent.trim());
+}
 const isWide = document.documentElement.scrollWidth > innerWidth;
 report(`${shown.length > 100 ? "many" : shown.length} parts, cut: ${[...cut].join("; ") || "none"}${isWide ? ", too wide" : ""}`);
 )";

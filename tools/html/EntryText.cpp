@@ -5,6 +5,7 @@
 #include "words/EventText.h"
 #include "words/Kinds.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -18,9 +19,8 @@ constexpr int BLANK_WIDTH = 32;
 constexpr int ICON_WIDTH = 90;
 constexpr int MARK_WIDTH = 260; // around its word, with its sign
 
-// Of one of seven columns, where the page is as narrow as columns can be, and on a sheet of paper.
+// Of one of seven columns, where the page is as narrow as columns can be.
 constexpr int COLUMN_WIDTH = 970;
-constexpr int PAPER_WIDTH = 1150;
 constexpr int WEEK_COLUMNS = 7;
 
 constexpr int MOST_CHARACTERS = 45;
@@ -35,10 +35,13 @@ int Width(const QString& word)
     return static_cast<int>(word.size()) * CHARACTER_WIDTH;
 }
 
+// The widths of the parts of text behind which a line may be broken.
 void AppendWords(QList<int>& widths, const QString& text)
 {
-    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts))
-        widths.append(Width(word));
+    static const QRegularExpression WORD(QStringLiteral("[^ /\u2026-]*[/\u2026-]+|[^ /\u2026-]+"));
+    QRegularExpressionMatchIterator words = WORD.globalMatch(text);
+    while (words.hasNext())
+        widths.append(Width(words.next().captured()));
 }
 
 // How many lines words of these widths take, with a blank between them.
@@ -100,6 +103,8 @@ WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, con
         markWidths.append(Width(mark) + MARK_WIDTH);
     const int room = COLUMN_WIDTH * WEEK_COLUMNS / share;
     const int lines = Lines(widths, room) + Lines(markWidths, room);
-    const int paperLines = Lines(widths + markWidths, PAPER_WIDTH * WEEK_COLUMNS / share);
-    return {(lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT, paperLines};
+    int paperWidth = 0;
+    for (const int width : widths + markWidths)
+        paperWidth += width + BLANK_WIDTH;
+    return {(lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT, paperWidth};
 }

@@ -3,12 +3,11 @@
 #include "EventHtml.h"
 #include "Html.h"
 #include "InForce.h"
+#include "PaperSheet.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
 
 #include <QLocale>
-
-#include <algorithm>
 
 namespace
 {
@@ -47,20 +46,6 @@ QString Knots(const HourScale& scale)
     for (const HourScale::Knot& knot : scale.Knots())
         texts.append(QString::number(knot.time_s) + u',' + Html::Rows(knot.top));
     return texts.join(u' ');
-}
-
-// How many lines the fullest day has on a printed sheet.
-int MostLines(const WeekLayout::Week& week)
-{
-    int most = 1;
-    for (const WeekLayout::Day& day : week.days)
-    {
-        int lines = 0;
-        for (const WeekLayout::Entry& entry : day.entries)
-            lines += entry.room.paperLines;
-        most = std::max(most, lines);
-    }
-    return most;
 }
 
 QString Column(const RehearsalResult& run, const PageNotes& notes, const InForce& inForce, const WeekLayout::Day& day)
@@ -106,9 +91,9 @@ QString WeekHtml::Section(const RehearsalResult& run, const PageNotes& notes, co
 {
     QString text =
         QStringLiteral(
-            "<section class=\"week\" id=\"%1\" data-scale=\"%2\" style=\"--rows:%3;--most:%4;--days:%5\">\n<h2>")
+            "<section class=\"week\" id=\"%1\" data-scale=\"%2\" style=\"--rows:%3;--lines:%4;--days:%5\">\n<h2>")
             .arg(Id(number), Knots(week.scale), Html::Rows(week.scale.Rows()))
-            .arg(MostLines(week))
+            .arg(PaperSheet::Lines(week))
             .arg(week.days.size());
     text += Title(week) + QStringLiteral("</h2>\n<div class=\"days\">\n") + Hours(week.scale);
     for (const WeekLayout::Day& day : week.days)

@@ -19,7 +19,7 @@ inline constexpr int WEEK_DAYS = 7;
 struct Room
 {
     int rows;
-    int paperLines; // on a printed sheet
+    int paperWidth; // of all its text on a printed sheet, in hundredths of the text's height
 };
 
 struct Entry
