@@ -87,7 +87,6 @@ QString EventHtml::DateText(const QDate& date)
 QString EventHtml::Entry(const RehearsalResult& run, const PageNotes& notes, const WeekLayout::Entry& entry)
 {
     const Event& event = run.events[entry.event];
-    const QLatin1String style(Kinds::Of(event.type).style);
     const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
     const QString subject = EntryText::Subject(event, notes);
     const QString label = Label(event, EntryText::Shortened(subject));
@@ -98,18 +97,19 @@ QString EventHtml::Entry(const RehearsalResult& run, const PageNotes& notes, con
             .arg(KindGroup::Of(event.type).name, Html::Rows(entry.top))
             .arg(entry.room.rows);
     const QDate date = Moment::LocalDate(shown_ms);
+    QStringList classes{QLatin1String(Kinds::Of(event.type).style)};
+    if (entry.room.rows == 1)
+        classes.append(QStringLiteral("single"));
     if (entry.isCarried)
         return QStringLiteral(
                    "<li class=\"entry carried %1\" data-of=\"%2\" %3><button type=\"button\">%4</button></li>\n")
-            .arg(style, QString::number(entry.event), place,
+            .arg(classes.join(u' '), QString::number(entry.event), place,
                  Html::Element("span", QStringLiteral("still"), CARRIED) + u' ' + label);
     const QStringList marks = Marks(run, event);
     const QString title = DateText(date) + QStringLiteral(", ") + Moment::TimeText(shown_ms) + QStringLiteral(": ") +
                           Label(event, subject);
     return QStringLiteral("<li class=\"entry %1\" id=\"%2\" data-event=\"%3\" %4>%5%6</li>\n")
-        .arg((QStringList{style, marks.isEmpty() ? QStringLiteral("plain") : QStringLiteral("marked")} + marks)
-                 .join(u' '),
-             Id(entry.event), QString::number(entry.event), place,
+        .arg((classes + marks).join(u' '), Id(entry.event), QString::number(entry.event), place,
              Button(shown_ms, label + Badges(marks) + Extent(run, event, date)),
              EventDetails::Markup(run, event, title));
 }
