@@ -36,8 +36,9 @@ const pointAt = (number, hour) => {
     column.scrollIntoView();
     const line = document.querySelectorAll(".hours i")[hour];
     const box = column.getBoundingClientRect();
+    const top = line ? line.getBoundingClientRect().top : box.bottom;
     column.dispatchEvent(new MouseEvent("mousemove", { bubbles: true, clientX: box.left + 1,
-        clientY: Math.ceil(line.getBoundingClientRect().top) + 1 }));
+        clientY: Math.ceil(top) + 1 }));
 };
 )";
 

@@ -160,7 +160,7 @@ void HtmlPageTest::TextOfTheScheduleIsNoMarkup()
     QVERIFY(!page.contains("Nothing<i>"));
     QVERIFY(!page.contains('\x1b'));
     QVERIFY(page.contains("&lt;script&gt;throw 1&lt;/script&gt; &amp; more.mp3"));
-    QVERIFY(page.contains("Unknown task (99)"));
+    QVERIFY(page.contains("Nothing&lt;i&gt;"));
 }
 
 void HtmlPageTest::DetailsFollowFocusKeysAndPointer()

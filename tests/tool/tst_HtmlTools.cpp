@@ -51,6 +51,7 @@ const QList<Pointed> POINTED{
     {"playlist", "", 0, 12, "In force on Fri 29 March at 12: 45.0, 5, off, Playlist two & <three>"},
     {"aux", "", 0, 13, "In force on Fri 29 March at 13: 0.0, 5, off, Aux input"},
     {"switched off", "", 0, 20, "In force on Fri 29 March at 20: 0.0, off, off, nothing"},
+    {"the day's end", "", 0, 24, "In force on Fri 29 March at 23: 0.0, off, off, nothing"},
     {"the missing hour", "", 2, 9, "In force on Sun 31 March at 09: 45.0, 5, 98.5 MHz, nothing"},
     {"nothing set yet", MORNING, 0, 3, "In force on Fri 29 March at 03: not set yet, not set yet, off, nothing"},
     {"switched to what should be on", MORNING, 0, 9,

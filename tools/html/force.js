@@ -1,6 +1,7 @@
 // Tells what is in force at the moment that the pointer or the focus is on.
 (() => {
     const MINUTE_S = 60;
+    const LAST_S = 86400 - MINUTE_S;
     const names = ["Volume", "Light", "Radio", "Playing"];
     const unset = ["not set yet", "not set yet", "off", "nothing"];
     const states = JSON.parse(document.getElementById("states").textContent);
@@ -22,7 +23,8 @@
     // The second of the day that lies rows below the day's beginning.
     const secondAt = (week, rows) => {
         const knots = pairs(week, week.dataset.scale, ",");
-        const next = Math.max(1, knots.findIndex(([, top]) => top > rows));
+        const found = knots.findIndex(([, top]) => top > rows);
+        const next = found < 0 ? knots.length - 1 : Math.max(1, found);
         const [[from, above], [until, below]] = [knots[next - 1], knots[next]];
         const part = below > above ? (rows - above) / (below - above) : 0;
         return from + Math.min(1, Math.max(0, part)) * (until - from);
@@ -71,7 +73,7 @@
         if (event.clientY < box.top)
             return;
         const rows = (event.clientY - box.top) / box.height * getComputedStyle(week).getPropertyValue("--rows");
-        show(day, Math.floor(secondAt(week, rows) / MINUTE_S) * MINUTE_S, false);
+        show(day, Math.min(LAST_S, Math.floor(secondAt(week, rows) / MINUTE_S) * MINUTE_S), false);
     };
 
     for (const name of ["focusin", "mousemove", "click"])
