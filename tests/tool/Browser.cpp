@@ -14,6 +14,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+constexpr int MIDDLE_WIDTH = 1100;
+constexpr int MIDDLE_HEIGHT = 800;
 constexpr int PHONE_WIDTH = 390;
 constexpr int PHONE_HEIGHT = 844;
 
@@ -76,10 +78,12 @@ void Browser::Open(const QByteArray& page, Look look)
 
 void Browser::SetLook(Look look)
 {
-    if (look == Look::PHONE)
-        Call(
-            "Emulation.setDeviceMetricsOverride",
-            {{u"width"_s, PHONE_WIDTH}, {u"height"_s, PHONE_HEIGHT}, {u"deviceScaleFactor"_s, 1}, {u"mobile"_s, true}});
+    const bool isPhone = look == Look::PHONE;
+    if (isPhone || look == Look::MIDDLE)
+        Call("Emulation.setDeviceMetricsOverride", {{u"width"_s, isPhone ? PHONE_WIDTH : MIDDLE_WIDTH},
+                                                    {u"height"_s, isPhone ? PHONE_HEIGHT : MIDDLE_HEIGHT},
+                                                    {u"deviceScaleFactor"_s, 1},
+                                                    {u"mobile"_s, isPhone}});
     const QJsonObject colours{{u"name"_s, u"prefers-color-scheme"_s},
                               {u"value"_s, look == Look::DARK ? u"dark"_s : u"light"_s}};
     Call("Emulation.setEmulatedMedia",
@@ -105,6 +109,16 @@ void Browser::Press(const char* key)
                                         {u"key"_s, name},
                                         {u"code"_s, name},
                                         {u"windowsVirtualKeyCode"_s, code}});
+}
+
+QByteArray Browser::Print(double paperWidth, double paperHeight)
+{
+    Call("Emulation.setEmulatedMedia", {{u"media"_s, u"print"_s}});
+    const QJsonObject reply = Call("Page.printToPDF", {{u"paperWidth"_s, paperWidth},
+                                                       {u"paperHeight"_s, paperHeight},
+                                                       {u"preferCSSPageSize"_s, true},
+                                                       {u"printBackground"_s, false}});
+    return QByteArray::fromBase64(reply.value(u"data"_s).toString().toLatin1());
 }
 
 QJsonObject Browser::Call(const char* method, const QJsonObject& parameters)

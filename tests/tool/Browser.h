@@ -16,6 +16,7 @@ public:
     enum class Look
     {
         WIDE,
+        MIDDLE,
         DARK,
         PHONE,
         PAPER,
@@ -37,6 +38,9 @@ public:
 
     // Presses and releases a key, as "Tab" or "ArrowDown".
     void Press(const char* key);
+
+    // Prints the page; a size in inches, the paper upright.
+    [[nodiscard]] QByteArray Print(double paperWidth, double paperHeight);
 
     // What the page has brought onto its console, errors and warnings too; a line each, as the browser tells it.
     [[nodiscard]] const QStringList& Console() const { return m_console; }

@@ -33,13 +33,6 @@ const bad = all.filter((button) => button.tabIndex !== 0 || !button.textContent.
 report(`${all.length} entries, ${bad.length} bad`);
 )";
 
-// What of a page is to be seen on paper.
-inline constexpr const char* PRINTED = R"(
-const seen = (selector) => [...document.querySelectorAll(selector)].filter((part) => part.checkVisibility()).length;
-report(`${seen("[data-event]")} events, ${seen("[data-event] .more")} details, ` +
-    `${seen("nav, #details, .legend, .hours, .bars, .requests")} others`);
-)";
-
 // Each pair of colours of text and what is behind it that is told apart too badly.
 inline constexpr const char* CONTRASTS = R"(
 const numbers = (colour) => colour.match(/[\d.]+/g).map(Number);

@@ -38,13 +38,15 @@ PageTest::PageTest(const QByteArray& lines, int days, const char* start)
     RehearsalRun::SetTimeZone(line);
     const qint64 from_ms = MomentOf(*start != '\0' ? QString::fromLatin1(start) : FROM);
     const auto start_ms = *start != '\0' ? std::optional<qint64>(from_ms) : std::nullopt;
+    m_follower = std::make_unique<PageFollower>(from_ms);
     m_run = std::make_unique<RehearsalRun>(line, file, start_ms, from_ms,
-                                           Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(days), QTime(0, 0)));
+                                           Moment::FromLocal_ms(Moment::LocalDate(from_ms).addDays(days), QTime(0, 0)),
+                                           m_follower->Followers());
 }
 
 QByteArray PageTest::Page() const
 {
-    return Page::Markup(m_run->Result(), ZONE).toUtf8();
+    return Page::Markup(m_run->Result(), m_follower->Notes()).toUtf8();
 }
 
 QStringList PageTest::Events() const

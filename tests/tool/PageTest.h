@@ -1,6 +1,7 @@
 #pragma once
 
 #include "commands/RehearsalRun.h"
+#include "commands/rehearse/PageFollower.h"
 
 #include <QByteArray>
 #include <QTemporaryDir>
@@ -16,6 +17,7 @@ public:
     PageTest(const QByteArray& lines, int days, const char* start = "");
 
     [[nodiscard]] const RehearsalRun& Run() const { return *m_run; }
+    [[nodiscard]] const PageNotes& Notes() const { return m_follower->Notes(); }
     [[nodiscard]] QByteArray Page() const;
 
     // What the page has to tell of each event, as PageScripts::EVENTS reports it.
@@ -26,5 +28,6 @@ private:
     void Write(const QString& name, const QByteArray& content) const;
 
     QTemporaryDir m_folder;
+    std::unique_ptr<PageFollower> m_follower;
     std::unique_ptr<RehearsalRun> m_run;
 };

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void ADashIsStandardOutput();
     void APageThatCannotBeWrittenIsTold();
     void WhatStoodThereIsReplacedWhole();
+    void TooLargeAPageIsRefused_data();
+    void TooLargeAPageIsRefused();
     void WhatIsNoPageIsLeftAlone();
     void OneFormAtATime();
     void TheHelpFitsAScreen();
@@ -102,6 +104,45 @@ void HtmlOptionTest::WhatStoodThereIsReplacedWhole()
     QCOMPARE(Rehearse({u"--html"_s, name}).status, CLEAN);
     QVERIFY(Content(name).endsWith("</html>\n"));
     QCOMPARE(QDir(m_call.Folder()).entryList({u"old.html*"_s}), QStringList{name});
+}
+
+void HtmlOptionTest::TooLargeAPageIsRefused_data()
+{
+    QTest::addColumn<int>("letters"); // of a file's name, which stands three times with each event
+    QTest::addColumn<bool>("isRefused");
+
+    QTest::newRow("not quite") << 500 << false;
+    QTest::newRow("too large") << 1500 << true;
+}
+
+void HtmlOptionTest::TooLargeAPageIsRefused()
+{
+    QFETCH(const int, letters);
+    QFETCH(const bool, isRefused);
+    constexpr int LINES = 400;
+    constexpr qint64 MOST_BYTES = 20'000'000;
+    QByteArray lines;
+    for (int i = 0; i < LINES; ++i)
+        lines += "1111111|" + QTime(6, 0).addSecs(60 * i).toString(u"HH:mm:ss"_s).toLatin1() + "|*|*|*|||PlayMessage|" +
+                 QByteArray(letters, 'a') + ".mp3\n";
+    m_call.Write(u"large.csv"_s, lines);
+    m_call.Write(u"large.html"_s, "old");
+    const auto run = [&](const QString& page) {
+        return m_call.Run(
+            {u"rehearse"_s, u"large.csv"_s, u"--from"_s, u"2024-05-15"_s, u"--days"_s, u"10"_s, u"--html"_s, page});
+    };
+    const Outcome outcome = run(u"large.html"_s);
+    QCOMPARE(outcome.status, isRefused ? FAILED : CLEAN);
+    QCOMPARE(Content(u"large.html"_s) == "old", isRefused);
+    if (!isRefused)
+    {
+        const qint64 size = Content(u"large.html"_s).size();
+        QVERIFY2(size > MOST_BYTES / 3 && size <= MOST_BYTES, qPrintable(QString::number(size)));
+        return;
+    }
+    QCOMPARE(outcome.errors,
+             u"ozna-schedule: the page would be larger than 20 MB: ask for fewer --days, or for --csv\n"_s);
+    QCOMPARE(run(u"-"_s).output, QString());
 }
 
 void HtmlOptionTest::WhatIsNoPageIsLeftAlone()

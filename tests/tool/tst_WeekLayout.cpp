@@ -1,7 +1,6 @@
 #include "Suite.h"
 #include "TimeZone.h"
 #include "base/Moment.h"
-#include "html/HourScale.h"
 #include "html/Lanes.h"
 #include "html/WeekLayout.h"
 
@@ -14,7 +13,11 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr int HOUR_S = HourScale::HOUR_S;
+// A marked entry has a line for its mark.
+const WeekLayout::RoomOf ROOM = [](const Event& /*event*/, bool isCarried, int /*columns*/) {
+    return WeekLayout::Room{isCarried ? 1 : 2, 1};
+};
+
 const QTime MIDNIGHT(0, 0);
 
 qint64 At(const char* text)
@@ -62,9 +65,6 @@ class WeekLayoutTest final : public QObject
 private Q_SLOTS:
     void BarsThatOverlapStandSideBySide_data();
     void BarsThatOverlapStandSideBySide();
-    void NoEntryCoversAnother_data();
-    void NoEntryCoversAnother();
-    void AnHourIsAsHighAsItsBusiestDayNeeds();
     void APlaybackIsCutAtMidnight_data();
     void APlaybackIsCutAtMidnight();
     void EveryEventHasOneEntryOfItsOwn();
@@ -90,42 +90,6 @@ void WeekLayoutTest::BarsThatOverlapStandSideBySide()
 {
     QFETCH(const std::vector<Lanes::Bar>, bars);
     QTEST(Lanes::Assign(bars), "lanes");
-}
-
-void WeekLayoutTest::NoEntryCoversAnother_data()
-{
-    using Items = HourScale::Items;
-    using Places = std::vector<double>;
-    QTest::addColumn<Items>("items");
-    QTest::addColumn<Places>("places");
-    QTest::newRow("none") << Items{} << Places{};
-    QTest::newRow("alone") << Items{{HOUR_S, 1}} << Places{1};
-    QTest::newRow("alone, within its hour") << Items{{HOUR_S + 1800, 1}} << Places{1};
-    QTest::newRow("at the day's end") << Items{{HourScale::DAY_S - 1, 1}} << Places{23};
-    QTest::newRow("in the same second") << Items{{0, 1}, {0, 1}, {0, 1}} << Places{0, 1, 2};
-    QTest::newRow("at the end of an hour") << Items{{3599, 1}, {3599, 1}} << Places{0, 1};
-    QTest::newRow("an hour and the next") << Items{{3598, 1}, {3599, 1}, {3600, 1}} << Places{0, 1, 2};
-    QTest::newRow("apart") << Items{{0, 1}, {1800, 1}} << Places{0, 1};
-    QTest::newRow("high ones") << Items{{0, 2}, {1, 1}, {3599, 2}} << Places{0, 2, 3};
-    QTest::newRow("out of the day") << Items{{-1, 1}, {90000, 1}} << Places{0, 23};
-}
-
-void WeekLayoutTest::NoEntryCoversAnother()
-{
-    QFETCH(const HourScale::Items, items);
-    const HourScale scale({items});
-    QTEST(scale.Places(items), "places");
-}
-
-void WeekLayoutTest::AnHourIsAsHighAsItsBusiestDayNeeds()
-{
-    const HourScale scale({{{0, 1}, {1, 2}, {3, 1}}, {{5, 1}, {HOUR_S, 1}, {HOUR_S + 1, 1}}});
-    QCOMPARE(scale.Rows(), 4 + 2 + 22);
-    QCOMPARE(scale.Place(0), 0.0);
-    QCOMPARE(scale.Place(HOUR_S / 2), 2.0);
-    QCOMPARE(scale.Place(HOUR_S), 4.0);
-    QCOMPARE(scale.Place(2 * HOUR_S), 6.0);
-    QCOMPARE(scale.Place(HourScale::DAY_S), 28.0);
 }
 
 void WeekLayoutTest::APlaybackIsCutAtMidnight_data()
@@ -154,7 +118,7 @@ void WeekLayoutTest::APlaybackIsCutAtMidnight()
     QFETCH(const QByteArray, begin);
     QFETCH(const QByteArray, end);
     const TimeZone zone("Europe/Rome");
-    const auto weeks = WeekLayout::Weeks({Playing(begin, end)}, At("2024-03-29T09:00"), At("2024-04-01T12:00"));
+    const auto weeks = WeekLayout::Weeks({Playing(begin, end)}, At("2024-03-29T09:00"), At("2024-04-01T12:00"), ROOM);
     QTEST(Parts(weeks), "parts");
 }
 
@@ -166,7 +130,7 @@ void WeekLayoutTest::EveryEventHasOneEntryOfItsOwn()
     // In the night in which an hour comes twice, and asked for at the very end for what comes after it.
     events.push_back(Playing("2024-10-27T02:30", "2024-10-27T02:40"));
     events.push_back(Playing("2024-11-04T00:00:05", ""));
-    const auto weeks = WeekLayout::Weeks(events, At("2024-10-26"), At("2024-11-04"));
+    const auto weeks = WeekLayout::Weeks(events, At("2024-10-26"), At("2024-11-04"), ROOM);
     std::vector<int> own(events.size());
     int carried = 0;
     for (const WeekLayout::Week& week : weeks)
@@ -178,7 +142,7 @@ void WeekLayoutTest::EveryEventHasOneEntryOfItsOwn()
             {
                 (entry.isCarried ? carried : own[entry.event]) += 1;
                 QVERIFY2(entry.top >= free, qPrintable(day.date.toString()));
-                free = entry.top + entry.rows;
+                free = entry.top + entry.room.rows;
             }
             QVERIFY(free <= week.scale.Rows());
         }
@@ -205,7 +169,7 @@ void WeekLayoutTest::ASpanIsCutIntoWeeks()
 {
     QFETCH(const QByteArray, from);
     QFETCH(const QByteArray, until);
-    const auto weeks = WeekLayout::Weeks({}, At(from), At(until));
+    const auto weeks = WeekLayout::Weeks({}, At(from), At(until), ROOM);
     std::vector<size_t> days(weeks.size());
     std::ranges::transform(weeks, days.begin(), [](const WeekLayout::Week& week) { return week.days.size(); });
     QTEST(days, "days");

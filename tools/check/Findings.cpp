@@ -3,6 +3,14 @@
 #include <algorithm>
 #include <tuple>
 
+QString Finding::Sentence() const
+{
+    // The daemon's own words may be a sentence.
+    const QString what = text.endsWith(u'.') ? text.chopped(1) : text;
+    const QString log = logged.isEmpty() ? QString() : QStringLiteral(" (the daemon logs \"%1\")").arg(logged);
+    return field + QStringLiteral(": ") + what + QStringLiteral("; ") + advice + log;
+}
+
 void Findings::Add(Finding finding)
 {
     if (!m_closed.contains(finding.line))

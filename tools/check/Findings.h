@@ -25,6 +25,10 @@ struct Finding
 
     QString logged = {};      // what the daemon's log will have of it, where the text has other words
     bool isRejection = false; // the daemon leaves the line out, be the kind a warning
+
+    // Field, text, advice and log as one, without a full stop: "start time: at midnight sharp it never starts; write
+    // ...".
+    [[nodiscard]] QString Sentence() const;
 };
 
 // What a check has found so far.

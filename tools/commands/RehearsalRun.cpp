@@ -73,6 +73,8 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     const Workspace workspace(file, playlists.isEmpty() ? line.Value(PLAYLISTS) : playlists);
     m_result.lines = ScheduleLine::ReadFile(workspace, file);
     static_cast<void>(TellRejected(file, m_result.lines));
+    if (followers.read)
+        followers.read(workspace);
     Rehearsal::Plan plan{.start_ms = start_ms.value_or(from_ms), .from_ms = from_ms, .until_ms = until_ms};
     bool areStreamsOlder = false;
     if (!start_ms)

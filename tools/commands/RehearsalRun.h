@@ -9,6 +9,8 @@
 #include <optional>
 #include <vector>
 
+class Workspace;
+
 // What follows a rehearsal; each may be empty.
 struct RehearsalFollowers
 {
@@ -23,6 +25,9 @@ struct RehearsalFollowers
 
     // Called for each request, those of the run-up included.
     Rehearsal::Requested requested = {};
+
+    // Called once the schedule has been read, before the rehearsal: it may read more of the workspace.
+    std::function<void(const Workspace& workspace)> read = {};
 };
 
 // A rehearsal as the commands that have one ask for it: their common options, its span, and its result.

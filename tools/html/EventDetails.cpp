@@ -2,12 +2,11 @@
 
 #include "EventHtml.h"
 #include "Html.h"
+#include "LineHtml.h"
 #include "WeekLayout.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
 #include "words/EventText.h"
-
-#include <algorithm>
 
 namespace
 {
@@ -59,13 +58,9 @@ QString Tracks(const Event& event)
 
 QString Line(const RehearsalResult& run, const Event& event)
 {
-    const auto line =
-        std::ranges::lower_bound(run.lines, event.lineNumber, {}, [](const ScheduleLine& row) { return row.number; });
-    const QString text = line != run.lines.end() && line->number == event.lineNumber
-                             ? Html::Element("code", {}, Html::Text(line->text))
-                             : QString();
     return Html::Element("p", QStringLiteral("source"),
-                         QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) + text);
+                         QStringLiteral("Line %1, %2: ").arg(event.lineNumber).arg(event.taskName) +
+                             LineHtml::Source(run, event.lineNumber));
 }
 
 QString Requests(const Event& event)

@@ -1,10 +1,11 @@
 #include "EventHtml.h"
 
+#include "EntryText.h"
 #include "EventDetails.h"
 #include "Html.h"
+#include "KindGroup.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
-#include "engine/Workspace.h"
 #include "words/EventText.h"
 #include "words/Kinds.h"
 
@@ -14,21 +15,11 @@ namespace
 {
 
 const QString MARK_SEPARATOR = QStringLiteral(", ");
+const QString CARRIED = QStringLiteral("still"); // in the place of a time
 
-QString Subject(const Event& event)
-{
-    // What asks for nothing cannot tell what it is about but by its line.
-    if (event.requests.isEmpty())
-        return QStringLiteral("line %1").arg(event.lineNumber);
-    const QString subject = EventText::Subject(event);
-    const qsizetype server = subject.indexOf(QLatin1String(Workspace::SERVER));
-    return server < 0 ? subject : subject.mid(server + QLatin1String(Workspace::SERVER).size() + 1);
-}
-
-QString Label(const Event& event)
+QString Label(const Event& event, const QString& subject)
 {
     const Kind& kind = Kinds::Of(event.type);
-    const QString subject = Subject(event);
     const bool isIconic = kind.hasIcon && !subject.isEmpty();
     return Html::Element("span", isIconic ? QStringLiteral("kind iconic") : QStringLiteral("kind"),
                          QLatin1String(kind.label)) +
@@ -40,7 +31,7 @@ QString Badges(const QStringList& marks)
     QString text;
     for (const QString& mark : marks)
         text += Html::Element("span", QStringLiteral("badge ") + mark, mark) + u' ';
-    return text.isEmpty() ? QString() : u' ' + Html::Element("span", QStringLiteral("badges"), text.trimmed());
+    return text.isEmpty() ? QString() : u' ' + Html::Element("span", QStringLiteral("badges"), text);
 }
 
 QString Button(qint64 shown_ms, const QString& content)
@@ -93,28 +84,43 @@ QString EventHtml::DateText(const QDate& date)
     return QLocale::c().toString(date, QStringLiteral("ddd d MMMM"));
 }
 
-QString EventHtml::Entry(const RehearsalResult& run, const WeekLayout::Entry& entry)
+QString EventHtml::Entry(const RehearsalResult& run, const PageNotes& notes, const WeekLayout::Entry& entry)
 {
     const Event& event = run.events[entry.event];
-    const QLatin1String style(Kinds::Of(event.type).style);
     const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
+    const QString subject = EntryText::Subject(event, notes);
+    const QString label = Label(event, EntryText::Shortened(subject));
     const QString place =
-        QStringLiteral("data-s=\"%1\" style=\"--top:%2\"").arg(entry.time_s).arg(Html::Rows(entry.top));
+        QStringLiteral("data-s=\"%1\" data-line=\"%2\" data-kind=\"%3\" style=\"--top:%4;--height:%5\"")
+            .arg(entry.time_s)
+            .arg(event.lineNumber)
+            .arg(KindGroup::Of(event.type).name, Html::Rows(entry.top))
+            .arg(entry.room.rows);
     const QDate date = Moment::LocalDate(shown_ms);
+    QStringList classes{QLatin1String(Kinds::Of(event.type).style)};
+    if (entry.room.rows == 1)
+        classes.append(QStringLiteral("single"));
     if (entry.isCarried)
         return QStringLiteral(
                    "<li class=\"entry carried %1\" data-of=\"%2\" %3><button type=\"button\">%4</button></li>\n")
-            .arg(style, QString::number(entry.event), place,
-                 Html::Element("span", QStringLiteral("kind"), QStringLiteral("still")) + u' ' + Label(event));
+            .arg(classes.join(u' '), QString::number(entry.event), place,
+                 Html::Element("span", QStringLiteral("still"), CARRIED) + u' ' + label);
     const QStringList marks = Marks(run, event);
-    const QString title =
-        DateText(date) + QStringLiteral(", ") + Moment::TimeText(shown_ms) + QStringLiteral(": ") + Label(event);
+    const QString title = DateText(date) + QStringLiteral(", ") + Moment::TimeText(shown_ms) + QStringLiteral(": ") +
+                          Label(event, subject);
     return QStringLiteral("<li class=\"entry %1\" id=\"%2\" data-event=\"%3\" %4>%5%6</li>\n")
-        .arg((QStringList{style, marks.isEmpty() ? QStringLiteral("plain") : QStringLiteral("marked")} + marks)
-                 .join(u' '),
-             Id(entry.event), QString::number(entry.event), place,
-             Button(shown_ms, Label(event) + Badges(marks) + Extent(run, event, date)),
+        .arg((classes + marks).join(u' '), Id(entry.event), QString::number(entry.event), place,
+             Button(shown_ms, label + Badges(marks) + Extent(run, event, date)),
              EventDetails::Markup(run, event, title));
+}
+
+WeekLayout::Room EventHtml::RoomFor(const RehearsalResult& run, const PageNotes& notes, const Event& event,
+                                    bool isCarried, int columns)
+{
+    if (isCarried)
+        return EntryText::RoomFor(event, CARRIED, {}, notes, columns);
+    const QString time = TimeText(WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms));
+    return EntryText::RoomFor(event, time, Marks(run, event), notes, columns);
 }
 
 QString EventHtml::Bar(const RehearsalResult& run, const WeekLayout::Bar& bar)
@@ -126,7 +132,8 @@ QString EventHtml::Bar(const RehearsalResult& run, const WeekLayout::Bar& bar)
         classes.append(QStringLiteral("open"));
     else if (bar.goesOn)
         classes.append(QStringLiteral("goes-on"));
-    return QStringLiteral("<i class=\"%1\" data-of=\"%2\" style=\"--top:%3;--length:%4;--lane-number:%5\"></i>\n")
-        .arg(classes.join(u' '), QString::number(bar.event), Html::Rows(bar.top), Html::Rows(bar.length),
-             QString::number(bar.lane));
+    return QStringLiteral(
+               "<i class=\"%1\" data-of=\"%2\" data-kind=\"%3\" style=\"--top:%4;--length:%5;--lane-number:%6\"></i>\n")
+        .arg(classes.join(u' '), QString::number(bar.event), KindGroup::Of(run.events[bar.event].type).name,
+             Html::Rows(bar.top), Html::Rows(bar.length), QString::number(bar.lane));
 }

@@ -4,7 +4,9 @@
 #include "engine/Event.h"
 
 #include <QString>
+#include <QStringList>
 
+struct PageNotes;
 struct RehearsalResult;
 
 // One event on a page: its entry in a day, which carries its details, and its bars.
@@ -16,7 +18,11 @@ namespace EventHtml
 
 // A list item: a button with time, kind, subject and marks, and the details, which the page's script shows. For a
 // carried entry only a button that leads to the event's own.
-[[nodiscard]] QString Entry(const RehearsalResult& run, const WeekLayout::Entry& entry);
+[[nodiscard]] QString Entry(const RehearsalResult& run, const PageNotes& notes, const WeekLayout::Entry& entry);
+
+// How much room that needs, see WeekLayout::RoomOf.
+[[nodiscard]] WeekLayout::Room RoomFor(const RehearsalResult& run, const PageNotes& notes, const Event& event,
+                                       bool isCarried, int columns);
 
 // The coloured part of a day's column.
 [[nodiscard]] QString Bar(const RehearsalResult& run, const WeekLayout::Bar& bar);

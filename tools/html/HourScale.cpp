@@ -1,58 +1,88 @@
 #include "HourScale.h"
 
 #include <algorithm>
+#include <set>
 
 namespace
 {
 
-int HourOf(int time_s)
+int Inside(int time_s)
 {
-    return std::clamp(time_s / HourScale::HOUR_S, 0, HourScale::HOURS - 1);
+    return std::clamp(time_s, 0, HourScale::DAY_S - 1);
 }
+
+std::set<int> Times(const std::vector<HourScale::Items>& days)
+{
+    std::set<int> times;
+    for (int hour = 0; hour <= HourScale::HOURS; ++hour)
+        times.insert(hour * HourScale::HOUR_S);
+    for (const HourScale::Items& items : days)
+    {
+        for (const HourScale::Item& item : items)
+            times.insert(Inside(item.time_s));
+    }
+    return times;
+}
+
+// How far one day has been placed.
+struct Reached
+{
+    const HourScale::Items& items;
+    size_t next = 0;
+    double free = 0; // the first free row
+
+    [[nodiscard]] bool IsNext(int time_s) const { return next < items.size() && Inside(items[next].time_s) == time_s; }
+};
 
 } // namespace
 
 HourScale::HourScale(const std::vector<Items>& days)
 {
-    std::array<int, HOURS> rows{};
-    rows.fill(LEAST_ROWS);
+    std::vector<Reached> all;
     for (const Items& items : days)
+        all.push_back({items});
+    for (const int time_s : Times(days))
     {
-        std::array<int, HOURS> needed{};
-        for (const Item& item : items)
-            needed[static_cast<size_t>(HourOf(item.time_s))] += item.rows;
-        for (size_t hour = 0; hour < needed.size(); ++hour)
-            rows[hour] = std::max(rows[hour], needed[hour]);
+        double top = 0;
+        if (!m_knots.empty())
+            top = m_knots.back().top + LEAST_ROWS * (time_s - m_knots.back().time_s) / HOUR_S;
+        // An hour begins below everything of the one before; any other time only below what its own days have.
+        const bool isHour = time_s % HOUR_S == 0;
+        for (const Reached& day : all)
+        {
+            if (isHour || day.IsNext(time_s))
+                top = std::max(top, day.free);
+        }
+        m_knots.push_back({time_s, top});
+        for (Reached& day : all)
+        {
+            if (day.IsNext(time_s))
+                day.free = top;
+            while (day.IsNext(time_s))
+                day.free += day.items[day.next++].rows;
+        }
     }
-    for (size_t hour = 0; hour < rows.size(); ++hour)
-        m_tops[hour + 1] = m_tops[hour] + rows[hour];
 }
 
 double HourScale::Place(int time_s) const
 {
     const int inside_s = std::clamp(time_s, 0, DAY_S);
-    const auto hour = static_cast<size_t>(HourOf(inside_s));
-    const double part = static_cast<double>(inside_s - static_cast<int>(hour) * HOUR_S) / HOUR_S;
-    return m_tops[hour] + part * (m_tops[hour + 1] - m_tops[hour]);
+    const auto next = std::ranges::lower_bound(m_knots, inside_s, {}, &Knot::time_s);
+    if (next == m_knots.begin())
+        return next->top;
+    const auto before = next - 1;
+    const double part = static_cast<double>(inside_s - before->time_s) / (next->time_s - before->time_s);
+    return before->top + part * (next->top - before->top);
 }
 
 std::vector<double> HourScale::Places(const Items& items) const
 {
     std::vector<double> places;
     places.reserve(items.size());
-    double free = 0;
-    for (const Item& item : items)
+    for (size_t i = 0; i < items.size(); ++i)
     {
-        places.push_back(std::max(free, Place(item.time_s)));
-        free = places.back() + item.rows;
-    }
-    // What the hour's end leaves no room for moves up again.
-    double limit = Rows();
-    for (size_t i = items.size(); i-- > 0;)
-    {
-        limit = std::min<double>(limit, m_tops[static_cast<size_t>(HourOf(items[i].time_s)) + 1]);
-        places[i] = std::min(places[i], limit - items[i].rows);
-        limit = places[i];
+        const bool isBeside = i > 0 && Inside(items[i].time_s) == Inside(items[i - 1].time_s);
+        places.push_back(isBeside ? places.back() + items[i - 1].rows : Place(Inside(items[i].time_s)));
     }
     return places;
 }

@@ -19,6 +19,11 @@ QString Html::Element(const char* name, const QString& classes, const QString& c
            content + QStringLiteral("</") + tag + u'>';
 }
 
+QString Html::Counted(qsizetype number, const char* noun)
+{
+    return QStringLiteral("%1 %2%3").arg(number).arg(QLatin1String(noun), QLatin1String(number == 1 ? "" : "s"));
+}
+
 QString Html::Rows(double rows)
 {
     return QString::number(rows, 'f', 2);

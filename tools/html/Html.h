@@ -16,6 +16,9 @@ namespace Html
 // `<name class="classes">content</name>`; content is markup already.
 [[nodiscard]] QString Element(const char* name, const QString& classes, const QString& content);
 
+// "1 error", "2 errors".
+[[nodiscard]] QString Counted(qsizetype number, const char* noun);
+
 // A length for a style: rows with two decimals and a point, whatever the locale.
 [[nodiscard]] QString Rows(double rows);
 

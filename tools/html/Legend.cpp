@@ -2,6 +2,7 @@
 
 #include "EventHtml.h"
 #include "Html.h"
+#include "KindFilter.h"
 #include "engine/RehearsalResult.h"
 
 #include <QHash>
@@ -26,30 +27,6 @@ constexpr std::array MARKS{
     MarkRow{"forced", "switched to what should be on"},
     MarkRow{"playing", "began before this rehearsal"},
 };
-
-// The kinds of drawing, and what they are called.
-struct StyleRow
-{
-    const char* style;
-    const char* label;
-    bool isBar;
-};
-
-constexpr std::array STYLES{
-    StyleRow{"playlist", "playlist", true}, StyleRow{"stream", "stream", true},
-    StyleRow{"radio", "radio", true},       StyleRow{"aux", "aux input", true},
-    StyleRow{"message", "message", false},  StyleRow{"setting", "everything else", false},
-};
-
-QString Styles()
-{
-    QString items;
-    for (const StyleRow& style : STYLES)
-        items +=
-            QStringLiteral("<li><i class=\"swatch %1%2\"></i><i class=\"icon %1\"></i>%3</li>\n")
-                .arg(QLatin1String(style.style), QLatin1String(style.isBar ? " bar" : ""), QLatin1String(style.label));
-    return items;
-}
 
 } // namespace
 
@@ -79,7 +56,6 @@ QString Legend::Markup(const RehearsalResult& run)
                      .arg(count == 1 ? QStringLiteral("once") : QStringLiteral("%1 times").arg(count))
                      .arg(QLatin1String(row.meaning));
     }
-    return QStringLiteral("<section class=\"legend\" aria-label=\"Legend\">\n<ul>\n") + Styles() +
-           QStringLiteral("</ul>\n") + (marks.isEmpty() ? QString() : Html::Element("ul", {}, marks)) +
-           QStringLiteral("</section>\n");
+    return QStringLiteral("<section class=\"legend\" aria-label=\"Legend\">\n") + KindFilter::Markup(run.events) +
+           (marks.isEmpty() ? QString() : Html::Element("ul", {}, marks)) + QStringLiteral("</section>\n");
 }

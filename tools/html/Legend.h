@@ -4,7 +4,7 @@
 
 struct RehearsalResult;
 
-// What the page's colours, patterns and marks mean, and how often each mark is there.
+// What the page's colours, patterns and marks mean, which of the kinds are shown, and how often each mark is there.
 namespace Legend
 {
 

@@ -1,10 +1,15 @@
 #include "Page.h"
 
+#include "EventHtml.h"
+#include "FindingsHtml.h"
 #include "Html.h"
+#include "InForce.h"
 #include "Legend.h"
+#include "PageNotes.h"
 #include "WeekHtml.h"
 #include "WeekLayout.h"
 #include "base/Moment.h"
+#include "base/ToolError.h"
 #include "engine/RehearsalResult.h"
 #include "words/CutText.h"
 
@@ -12,7 +17,9 @@
 #include <QFileInfo>
 #include <QLocale>
 
+#include <array>
 #include <numeric>
+#include <span>
 
 namespace
 {
@@ -20,17 +27,24 @@ namespace
 // What the page may load: nothing. Its style and its script are its own.
 const QString POLICY = QStringLiteral("default-src 'none'; style-src 'unsafe-inline'; script-src 'unsafe-inline'");
 
-const QString STYLE_FILE = QStringLiteral(":/page/page.css");
-const QString LIST_STYLE_FILE = QStringLiteral(":/page/list.css"); // overrules the other, so it comes behind it
-const QString SCRIPT_FILE = QStringLiteral(":/page/page.js");
+// A later one overrules those before it.
+constexpr std::array STYLES{"page.css", "week.css", "panel.css", "list.css", "paper.css"};
+constexpr std::array SCRIPTS{"filter.js", "force.js", "page.js"};
 
-// A part of the program: it is there.
-QString Part(const QString& name)
+constexpr qsizetype MOST_BYTES = Page::MOST_MB * 1000 * 1000;
+
+// Parts of the program: they are there.
+QString Parts(std::span<const char* const> names)
 {
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly))
-        qFatal("%s: %s", qPrintable(name), qPrintable(file.errorString()));
-    return QString::fromUtf8(file.readAll());
+    QString text;
+    for (const char* name : names)
+    {
+        QFile file(QStringLiteral(":/page/") + QLatin1String(name));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("%s: %s", name, qPrintable(file.errorString()));
+        text += QString::fromUtf8(file.readAll());
+    }
+    return text;
 }
 
 QString MomentText(qint64 moment_ms)
@@ -39,45 +53,24 @@ QString MomentText(qint64 moment_ms)
            Moment::LocalTime(moment_ms).toString(QStringLiteral("HH:mm"));
 }
 
-QString Counted(qsizetype number, const char* noun)
-{
-    return QStringLiteral("%1 %2%3").arg(number).arg(QLatin1String(noun), QLatin1String(number == 1 ? "" : "s"));
-}
-
-QString Rejected(const RehearsalResult& run)
-{
-    QString items;
-    for (const ScheduleLine& line : run.lines)
-    {
-        if (line.IsRejected())
-            items +=
-                Html::Element("li", {},
-                              QStringLiteral("Line %1: ").arg(line.number) + Html::Attribute(line.rejected->reason) +
-                                  QStringLiteral(": ") + Html::Element("code", {}, Html::Text(line.text)));
-    }
-    if (items.isEmpty())
-        return {};
-    return QStringLiteral("<details class=\"rejected\"><summary>The device leaves out %1 of the schedule</summary>")
-               .arg(Counted(run.Rejected(), "line")) +
-           Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
-}
-
 QString Cut(const RehearsalResult& run)
 {
     return run.isCut ? Html::Element("p", QStringLiteral("cut"), Html::Text(CutText::Of(run))) + u'\n' : QString();
 }
 
-QString Header(const RehearsalResult& run, const QString& zone)
+QString Header(const RehearsalResult& run, const PageNotes& notes)
 {
     const qsizetype requests =
         std::accumulate(run.events.begin(), run.events.end(), qsizetype{0},
                         [](qsizetype sum, const Event& event) { return sum + event.requests.size(); });
-    return QStringLiteral("<header>\n<h1>Schedule ") + Html::Text(QFileInfo(run.file).fileName()) +
-           QStringLiteral("</h1>\n<p>") + MomentText(run.begin_ms) + QStringLiteral(" to ") + MomentText(run.end_ms) +
-           QStringLiteral(". Times are those of ") + Html::Text(zone) + QStringLiteral(". ") +
-           Counted(static_cast<qsizetype>(run.events.size()), "event") + QStringLiteral(", ") +
-           Counted(requests, "request") + QStringLiteral(" to the device.</p>\n") + Cut(run) + Rejected(run) +
-           Legend::Markup(run) + QStringLiteral("</header>\n");
+    return QStringLiteral("<header>\n<a class=\"skip\" href=\"#%1\">To the first week</a>\n<h1>Schedule ")
+               .arg(WeekHtml::Id(1)) +
+           Html::Text(QFileInfo(run.file).fileName()) + QStringLiteral("</h1>\n<p>") + MomentText(run.begin_ms) +
+           QStringLiteral(" to ") + MomentText(run.end_ms) + QStringLiteral(". Times are those of ") +
+           Html::Text(notes.zone) + QStringLiteral(". ") +
+           Html::Counted(static_cast<qsizetype>(run.events.size()), "event") + QStringLiteral(", ") +
+           Html::Counted(requests, "request") + QStringLiteral(" to the device.</p>\n") + Cut(run) +
+           FindingsHtml::Summary(run, notes) + Legend::Markup(run) + QStringLiteral("</header>\n");
 }
 
 QString Navigation(const std::vector<WeekLayout::Week>& weeks)
@@ -92,25 +85,35 @@ QString Navigation(const std::vector<WeekLayout::Week>& weeks)
 }
 
 const QString DETAILS = QStringLiteral(
-    "<aside id=\"details\" aria-label=\"Details\">\n<button type=\"button\" class=\"close\">Close</button>\n"
-    "<div class=\"content\" aria-live=\"polite\"><p>Choose an entry to see what the device "
-    "does.</p></div>\n</aside>\n");
+    "<aside id=\"details\" aria-label=\"Details\">\n<div class=\"top\">\n"
+    "<div class=\"force\"><p>Choose an entry, or point at a time, to see what the device does.</p></div>\n"
+    "<button type=\"button\" class=\"close\">Close</button>\n</div>\n"
+    "<div class=\"content\" aria-live=\"polite\"></div>\n</aside>\n");
 
 } // namespace
 
-QString Page::Markup(const RehearsalResult& run, const QString& zone)
+QString Page::Markup(const RehearsalResult& run, const PageNotes& notes)
 {
-    const std::vector<WeekLayout::Week> weeks = WeekLayout::Weeks(run.events, run.begin_ms, run.end_ms);
+    const std::vector<WeekLayout::Week> weeks =
+        WeekLayout::Weeks(run.events, run.begin_ms, run.end_ms, [&](const Event& event, bool isCarried, int columns) {
+            return EventHtml::RoomFor(run, notes, event, isCarried, columns);
+        });
+    const InForce inForce(run, notes);
     QString text = QStringLiteral("<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
                                   "<meta http-equiv=\"Content-Security-Policy\" content=\"%1\">\n"
                                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n")
                        .arg(POLICY);
     text += QStringLiteral("<title>Schedule ") + Html::Attribute(QFileInfo(run.file).fileName()) +
-            QStringLiteral("</title>\n<style>\n") + Part(STYLE_FILE) + Part(LIST_STYLE_FILE) +
-            QStringLiteral("</style>\n</head>\n<body>\n");
-    text += Header(run, zone) + Navigation(weeks) + QStringLiteral("<main>\n");
-    for (size_t i = 0; i < weeks.size(); ++i)
-        text += WeekHtml::Section(run, weeks[i], i + 1);
-    return text + QStringLiteral("</main>\n") + DETAILS + QStringLiteral("<script>\n") + Part(SCRIPT_FILE) +
-           QStringLiteral("</script>\n</body>\n</html>\n");
+            QStringLiteral("</title>\n<style>\n") + Parts(STYLES) + QStringLiteral("</style>\n</head>\n<body>\n");
+    text += Header(run, notes) + Navigation(weeks) + QStringLiteral("<main>\n");
+    for (size_t i = 0; i < weeks.size() && text.size() <= MOST_BYTES; ++i)
+        text += WeekHtml::Section(run, notes, inForce, weeks[i], i + 1);
+    text += FindingsHtml::Section(run, notes) + QStringLiteral("</main>\n") + DETAILS +
+            QStringLiteral("<script type=\"application/json\" id=\"states\">") + QString::fromUtf8(inForce.Table()) +
+            QStringLiteral("</script>\n<script>\n\"use strict\";\n") + Parts(SCRIPTS) +
+            QStringLiteral("</script>\n</body>\n</html>\n");
+    if (text.toUtf8().size() > MOST_BYTES)
+        throw ToolError(
+            QStringLiteral("the page would be larger than %1 MB: ask for fewer --days, or for --csv").arg(MOST_MB));
+    return text;
 }

@@ -2,6 +2,8 @@
 
 #include "EventHtml.h"
 #include "Html.h"
+#include "InForce.h"
+#include "PaperSheet.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
 
@@ -37,22 +39,32 @@ QString Hours(const HourScale& scale)
     return QStringLiteral("<div class=\"hours\" aria-hidden=\"true\">%1</div>\n").arg(text);
 }
 
-QString Column(const RehearsalResult& run, const WeekLayout::Day& day)
+// "0,0 3600,1.00": for the page's script, which turns a height into a time of day.
+QString Knots(const HourScale& scale)
+{
+    QStringList texts;
+    for (const HourScale::Knot& knot : scale.Knots())
+        texts.append(QString::number(knot.time_s) + u',' + Html::Rows(knot.top));
+    return texts.join(u' ');
+}
+
+QString Column(const RehearsalResult& run, const PageNotes& notes, const InForce& inForce, const WeekLayout::Day& day)
 {
     QString bars;
     for (const WeekLayout::Bar& bar : day.bars)
         bars += EventHtml::Bar(run, bar);
     QString entries;
     for (const WeekLayout::Entry& entry : day.entries)
-        entries += EventHtml::Entry(run, entry);
+        entries += EventHtml::Entry(run, notes, entry);
     const QString list = entries.isEmpty()
                              ? Html::Element("p", QStringLiteral("nothing"), QStringLiteral("Nothing on this day"))
                              : Html::Element("ol", QStringLiteral("entries"), u'\n' + entries);
     const QString id = QStringLiteral("day-") + day.date.toString(Qt::ISODate);
     const bool isWeekend = day.date.dayOfWeek() >= Qt::Saturday;
-    QString text = QStringLiteral("<section class=\"day%1\" aria-labelledby=\"%2\" style=\"--lanes:%3\">\n")
-                       .arg(isWeekend ? QStringLiteral(" weekend") : QString(), id)
-                       .arg(day.lanes);
+    QString text =
+        QStringLiteral("<section class=\"day%1\" aria-labelledby=\"%2\" data-force=\"%3\" style=\"--lanes:%4\">\n")
+            .arg(isWeekend ? QStringLiteral(" weekend") : QString(), id, inForce.Of(day))
+            .arg(day.lanes);
     text += QStringLiteral("<h3 id=\"%1\">").arg(id) + EventHtml::DateText(day.date) + LengthNote(day) +
             QStringLiteral("</h3>\n<div class=\"column\">\n");
     if (!bars.isEmpty())
@@ -74,14 +86,17 @@ QString WeekHtml::Title(const WeekLayout::Week& week)
     return first == last ? WithYear(first) : EventHtml::DateText(first) + QStringLiteral(" to ") + WithYear(last);
 }
 
-QString WeekHtml::Section(const RehearsalResult& run, const WeekLayout::Week& week, size_t number)
+QString WeekHtml::Section(const RehearsalResult& run, const PageNotes& notes, const InForce& inForce,
+                          const WeekLayout::Week& week, size_t number)
 {
-    QString text = QStringLiteral("<section class=\"week\" id=\"%1\" style=\"--rows:%2;--days:%3\">\n<h2>")
-                       .arg(Id(number))
-                       .arg(week.scale.Rows())
-                       .arg(week.days.size());
+    QString text =
+        QStringLiteral(
+            "<section class=\"week\" id=\"%1\" data-scale=\"%2\" style=\"--rows:%3;--lines:%4;--days:%5\">\n<h2>")
+            .arg(Id(number), Knots(week.scale), Html::Rows(week.scale.Rows()))
+            .arg(PaperSheet::Lines(week))
+            .arg(week.days.size());
     text += Title(week) + QStringLiteral("</h2>\n<div class=\"days\">\n") + Hours(week.scale);
     for (const WeekLayout::Day& day : week.days)
-        text += Column(run, day);
+        text += Column(run, notes, inForce, day);
     return text + QStringLiteral("</div>\n</section>\n");
 }

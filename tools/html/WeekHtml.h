@@ -4,6 +4,8 @@
 
 #include <QString>
 
+class InForce;
+struct PageNotes;
 struct RehearsalResult;
 
 // A week on a page: a section with a column for each day.
@@ -16,6 +18,7 @@ namespace WeekHtml
 // "Mon 25 March to Sun 31 March 2024".
 [[nodiscard]] QString Title(const WeekLayout::Week& week);
 
-[[nodiscard]] QString Section(const RehearsalResult& run, const WeekLayout::Week& week, size_t number);
+[[nodiscard]] QString Section(const RehearsalResult& run, const PageNotes& notes, const InForce& inForce,
+                              const WeekLayout::Week& week, size_t number);
 
 } // namespace WeekHtml

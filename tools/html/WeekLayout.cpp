@@ -2,7 +2,6 @@
 
 #include "Lanes.h"
 #include "base/Moment.h"
-#include "words/EventText.h"
 
 #include <QTime>
 
@@ -17,8 +16,6 @@ using WeekLayout::Entry;
 using WeekLayout::Week;
 
 const QTime MIDNIGHT(0, 0);
-constexpr int PLAIN_ROWS = 1;
-constexpr int MARKED_ROWS = 2;
 
 int SecondOfDay(qint64 moment_ms)
 {
@@ -60,7 +57,7 @@ void AddBars(std::vector<Day>& days, const Event& event, size_t index, qint64 fr
         const int end_s = end_ms >= day.end_ms ? HourScale::DAY_S : std::max(begin_s, SecondOfDay(end_ms));
         day.bars.push_back({index, begin_s, end_s, isBegun, !isLast || isOpen || isCut, isLast && isOpen, 0, 0, 0});
         if (i != own)
-            day.entries.push_back({index, begin_s, true, PLAIN_ROWS, 0});
+            day.entries.push_back({index, begin_s, true, {}, 0});
     }
 }
 
@@ -73,7 +70,7 @@ void Place(Week& week)
         std::ranges::stable_sort(day.bars, {}, &Bar::begin_s);
         HourScale::Items needed(day.entries.size());
         std::ranges::transform(day.entries, needed.begin(), [](const Entry& entry) {
-            return HourScale::Item{entry.time_s, entry.rows};
+            return HourScale::Item{entry.time_s, entry.room.rows};
         });
         items.push_back(std::move(needed));
     }
@@ -115,22 +112,25 @@ qint64 WeekLayout::Shown_ms(const Event& event, qint64 from_ms, qint64 until_ms)
     return std::clamp(moment_ms, from_ms, std::max(from_ms, until_ms - 1));
 }
 
-std::vector<Week> WeekLayout::Weeks(const std::vector<Event>& events, qint64 from_ms, qint64 until_ms)
+std::vector<Week> WeekLayout::Weeks(const std::vector<Event>& events, qint64 from_ms, qint64 until_ms,
+                                    const RoomOf& roomOf)
 {
     std::vector<Day> days = Days(from_ms, until_ms);
     for (size_t i = 0; i < events.size(); ++i)
     {
         const qint64 shown_ms = Shown_ms(events[i], from_ms, until_ms);
-        const int rows = EventText::Mark(events[i], from_ms).isEmpty() ? PLAIN_ROWS : MARKED_ROWS;
-        days[IndexOf(days, shown_ms)].entries.push_back({i, SecondOfDay(shown_ms), false, rows, 0});
+        days[IndexOf(days, shown_ms)].entries.push_back({i, SecondOfDay(shown_ms), false, {}, 0});
         if (IsBar(events[i]))
             AddBars(days, events[i], i, from_ms, until_ms);
     }
+    const auto columns = static_cast<int>(std::min<size_t>(days.size(), WEEK_DAYS));
     std::vector<Week> weeks;
     for (size_t i = 0; i < days.size(); ++i)
     {
         if (i % WEEK_DAYS == 0)
             weeks.push_back({{}, HourScale({})});
+        for (Entry& entry : days[i].entries)
+            entry.room = roomOf(events[entry.event], entry.isCarried, columns);
         weeks.back().days.push_back(std::move(days[i]));
     }
     for (Week& week : weeks)

@@ -5,6 +5,7 @@
 
 #include <QDate>
 
+#include <functional>
 #include <vector>
 
 // Where the events of a rehearsal stand on a page that has a column for each day: by the local date and the local time
@@ -14,13 +15,19 @@ namespace WeekLayout
 
 inline constexpr int WEEK_DAYS = 7;
 
-// An entry that needs rows of its own: one, and another one for its marks.
+// What an entry needs of its own.
+struct Room
+{
+    int rows;
+    int paperWidth; // of all its text on a printed sheet, in hundredths of the text's height
+};
+
 struct Entry
 {
     size_t event;   // its index in the rehearsal
     int time_s;     // of the local day
     bool isCarried; // a bar that goes on from the day before: the event's own entry stands there
-    int rows;
+    Room room;
     double top;
 };
 
@@ -62,7 +69,11 @@ struct Week
 // that began before from_ms is shown at from_ms.
 [[nodiscard]] qint64 Shown_ms(const Event& event, qint64 from_ms, qint64 until_ms);
 
+// The room that an entry of that event needs. columns: that share the page's width.
+using RoomOf = std::function<Room(const Event& event, bool isCarried, int columns)>;
+
 // All days from from_ms to until_ms, seven to a week from the first one on.
-[[nodiscard]] std::vector<Week> Weeks(const std::vector<Event>& events, qint64 from_ms, qint64 until_ms);
+[[nodiscard]] std::vector<Week> Weeks(const std::vector<Event>& events, qint64 from_ms, qint64 until_ms,
+                                      const RoomOf& roomOf);
 
 } // namespace WeekLayout

@@ -1,11 +1,8 @@
 // Shows the details of the entry that the pointer or the focus is on, and moves the focus with the arrow keys.
-"use strict";
-
 (() => {
     const DAY_S = 86400;
     const panel = document.getElementById("details");
     const content = panel.querySelector(".content");
-    const hint = content.cloneNode(true);
     let lit = [];
 
     // The entry that has the details of what target is part of; null for what is part of none.
@@ -19,8 +16,18 @@
             part.classList.remove("lit");
         lit = [];
         panel.classList.remove("open");
-        content.replaceChildren(...hint.cloneNode(true).childNodes);
+        content.replaceChildren();
     };
+
+    const close = () => {
+        clear();
+        document.dispatchEvent(new Event("details-closed"));
+    };
+
+    // What the check has found about the line of an entry.
+    const findingsOf = (entry) =>
+        [...document.querySelectorAll(`#findings [data-line="${entry.dataset.line}"] .finding`)]
+            .map((finding) => finding.cloneNode(true));
 
     const show = (entry) => {
         if (lit[0] === entry)
@@ -29,7 +36,9 @@
         lit = [entry, ...document.querySelectorAll(`[data-of="${entry.dataset.event}"]`)];
         for (const part of lit)
             part.classList.add("lit");
-        content.replaceChildren(entry.querySelector(".more").cloneNode(true));
+        const more = entry.querySelector(".more").cloneNode(true);
+        more.append(...findingsOf(entry));
+        content.replaceChildren(more);
         content.scrollTop = 0;
         panel.classList.add("open");
     };
@@ -37,7 +46,7 @@
     // The entry of a column that is nearest to that second of the day.
     const nearest = (column, second) => {
         let best = null;
-        for (const entry of column.querySelectorAll(".entry")) {
+        for (const entry of column.querySelectorAll(".entry:not([hidden])")) {
             if (best && Math.abs(entry.dataset.s - second) >= Math.abs(best.dataset.s - second))
                 continue;
             best = entry;
@@ -59,21 +68,30 @@
     };
 
     const sideways = (entry, step) => beyond(entry.closest(".day"), entry.dataset.s, step);
-    const down = (entry) => entry.nextElementSibling ?? beyond(entry.closest(".day"), 0, 1);
-    const up = (entry) => entry.previousElementSibling ?? beyond(entry.closest(".day"), DAY_S, -1);
+    // The next or the previous one that is shown; property: of its element.
+    const beside = (entry, property) => {
+        let other = entry[property];
+        while (other?.hidden)
+            other = other[property];
+        return other;
+    };
+
+    const down = (entry) => beside(entry, "nextElementSibling") ?? beyond(entry.closest(".day"), 0, 1);
+    const up = (entry) => beside(entry, "previousElementSibling") ?? beyond(entry.closest(".day"), DAY_S, -1);
+    const shownOf = (entry) => [...entry.parentElement.children].filter((other) => !other.hidden);
 
     const moves = {
         ArrowDown: down,
         ArrowUp: up,
         ArrowRight: (entry) => sideways(entry, 1),
         ArrowLeft: (entry) => sideways(entry, -1),
-        Home: (entry) => entry.parentElement.firstElementChild,
-        End: (entry) => entry.parentElement.lastElementChild,
+        Home: (entry) => shownOf(entry)[0],
+        End: (entry) => shownOf(entry).at(-1),
     };
 
     document.addEventListener("keydown", (event) => {
         if (event.key === "Escape")
-            clear();
+            close();
         const entry = event.target instanceof Element ? event.target.closest(".entry") : null;
         if (!entry || event.ctrlKey || event.altKey || event.metaKey || !Object.hasOwn(moves, event.key))
             return;
@@ -98,5 +116,5 @@
         entry.querySelector("button").focus();
     });
 
-    panel.querySelector(".close").addEventListener("click", clear);
+    panel.querySelector(".close").addEventListener("click", close);
 })();

@@ -151,7 +151,7 @@ constexpr std::array TABLE{
     Kind{TASK_VOLUME, "Volume", "setting", false, Roles(MASTER_VOLUME), MasterVolume, Value},
     Kind{TASK_PLAY_RADIO_FM, "Radio", "radio", true, Roles(FREQUENCY), Radio, RadioFrequency},
     Kind{TASK_RECORD_VIDEO, "Other", "setting", false, Roles(), DO_NOTHING, NOTHING},
-    Kind{TASK_AMPLIFIERS, "Outputs", "setting", false, Roles(MASK), Outputs, Value},
+    Kind{TASK_AMPLIFIERS, "Amplifiers", "setting", false, Roles(MASK), Outputs, Value},
     Kind{TASK_SET_CPU_FREQ, "Processor", "setting", false, Roles(CPU_FREQUENCY), Frequency, Value},
     Kind{TASK_CAMERA, "Camera", "setting", false, Roles(SWITCH), Camera, Value},
     Kind{TASK_GPS, "GPS", "setting", false, Roles(SWITCH), Gps, Value},

@@ -22,15 +22,6 @@ QString Name(const Finding& finding)
     return QString::fromLatin1(FindingKinds::Row(finding.kind).name);
 }
 
-// The daemon's own words may be a sentence.
-QString Sentence(const Finding& finding)
-{
-    const QString text = finding.text.endsWith(u'.') ? finding.text.chopped(1) : finding.text;
-    const QString logged =
-        finding.logged.isEmpty() ? QString() : QStringLiteral(" (the daemon logs \"%1\")").arg(finding.logged);
-    return finding.field + QStringLiteral(": ") + text + QStringLiteral("; ") + finding.advice + logged;
-}
-
 QString Counted(int count, const char* what)
 {
     return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(what), count == 1 ? QString() : QStringLiteral("s"));
@@ -64,7 +55,7 @@ QString CheckText::Lines(const Result& result)
             Terminal::Coloured(Severity(finding), isError ? Terminal::Colour::RED : Terminal::Colour::YELLOW);
         text += QStringLiteral("%1:%2:%3: %4: %5 %6\n")
                     .arg(Terminal::Harmless(result.file), QString::number(finding.line),
-                         QString::number(finding.column), severity, Terminal::Harmless(Sentence(finding)),
+                         QString::number(finding.column), severity, Terminal::Harmless(finding.Sentence()),
                          Terminal::Coloured(u'[' + Name(finding) + u']', Terminal::Colour::GREY));
     }
     return text + QStringLiteral("%1, %2, %3\n")

@@ -1,3 +1,4 @@
+#include "PageFollower.h"
 #include "base/CommandLine.h"
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
@@ -12,7 +13,6 @@
 
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QTimeZone>
 
 #include <memory>
 #include <utility>
@@ -41,7 +41,7 @@ void CheckPage(const QString& name, const QString& schedule)
 }
 
 // The file is there whole, or as it was before. What is cut takes no page's place.
-void WritePage(const RehearsalResult& run, const QString& name)
+void WritePage(const RehearsalResult& run, const PageNotes& notes, const QString& name)
 {
     if (run.isCut && !run.HasBegun())
         return;
@@ -50,7 +50,7 @@ void WritePage(const RehearsalResult& run, const QString& name)
         Terminal::PrintError(QStringLiteral("%1: left as it was\n").arg(Terminal::Harmless(name)));
         return;
     }
-    const QString page = Page::Markup(run, QString::fromLatin1(QTimeZone::systemTimeZoneId()));
+    const QString page = Page::Markup(run, notes);
     if (name == STANDARD_OUTPUT)
     {
         Terminal::Print(page);
@@ -149,9 +149,10 @@ int Commands::Rehearse(const QStringList& arguments)
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms, days);
     if (line.Has(HTML))
     {
-        const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms);
+        PageFollower follower(from_ms);
+        const RehearsalRun run(line, line.Operand(0), start_ms, from_ms, until_ms, follower.Followers());
         run.TellCut();
-        WritePage(run.Result(), line.Value(HTML));
+        WritePage(run.Result(), follower.Notes(), line.Value(HTML));
         return run.Status();
     }
     Writer writer(TextFor(line, from_ms, until_ms));

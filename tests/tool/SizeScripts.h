@@ -1,0 +1,62 @@
+#pragma once
+
+// What is read of the sizes of a page's parts in the browser, see Browser::Run.
+namespace SizeScripts
+{
+
+// What of a page is to be seen on paper.
+inline constexpr const char* PRINTED = R"(
+const seen = (selector) => [...document.querySelectorAll(selector)].filter((part) => part.checkVisibility()).length;
+report(`${seen("[data-event]")} events, ${seen("nav, #details, #filter, .hours, .bars, .requests")} others`);
+)";
+
+// Every text that does not fit where it stands, or reaches out of the window.
+inline constexpr const char* CUT = R"(
+const parts = [...document.querySelectorAll(".entry > button, .entry > button *, h1, h2, h3, h3 *, .badge, header *")];
+const shown = parts.filter((part) => part.checkVisibility() && !part.closest(".extent, .iconic"));
+const cut = new Set();
+for (const part of shown) {
+    const box = part.getBoundingClientRect();
+    const frame = part.closest(".entry")?.firstElementChild.getBoundingClientRect() ?? box;
+    const isSqueezed = part.tagName !== "I" && getComputedStyle(part).display !== "inline" &&
+        (part.scrollWidth > part.clientWidth + 1 && part.clientWidth > 0 || part.scrollHeight > part.clientHeight + 1 && part.clientHeight > 0);
+    if (isSqueezed || box.right > innerWidth + 1 || box.bottom > frame.bottom + 1 || box.right > frame.right + 1)
+        cut.add(part.closest("button, h1, h2, h3, header p")?.textContent.trim() ?? part.textContent.trim());
+}
+document.querySelector(".stream button")?.focus();
+for (const part of document.querySelectorAll("#details, #details *")) {
+    if (part.checkVisibility() && part.scrollWidth > part.clientWidth + 1 && part.clientWidth > 0)
+        cut.add("details: " + part.textContent.trim());
+}
+const isWide = document.documentElement.scrollWidth > innerWidth;
+report(`${shown.length > 100 ? "many" : shown.length} parts, cut: ${[...cut].join("; ") || "none"}${isWide ? ", too wide" : ""}`);
+)";
+
+// Whether what closes the details covers some of what is in the panel.
+inline constexpr const char* CLOSING = R"(
+document.querySelector("[data-event] button").focus();
+const close = document.querySelector("#details .close").getBoundingClientRect();
+const others = ["#details .content", "#details .force"].map((name) => document.querySelector(name)).filter(Boolean);
+const covered = others.map((part) => part.getBoundingClientRect()).filter((box) => box.left < close.right &&
+    box.right > close.left && box.top < close.bottom && box.bottom > close.top);
+report(`${close.width > 0 ? "shown" : "hidden"}, ${covered.length} covered`);
+)";
+
+// The heights at which each text of an entry stands, where there are several: none in a page that keeps them.
+inline constexpr const char* HEIGHTS = R"(
+const tops = new Map();
+for (const day of document.querySelectorAll(".day")) {
+    let last = "";
+    for (const entry of day.querySelectorAll(".entry")) {
+        if (entry.dataset.s === last)
+            continue;
+        last = entry.dataset.s;
+        const top = Math.round(entry.getBoundingClientRect().top - day.getBoundingClientRect().top);
+        tops.set(last, (tops.get(last) ?? new Set()).add(top));
+    }
+}
+const several = [...tops].filter(([, heights]) => heights.size > 1).map(([second]) => second);
+report(`${tops.size} times, at several heights: ${several.join(" ") || "none"}`);
+)";
+
+} // namespace SizeScripts
