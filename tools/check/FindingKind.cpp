@@ -49,6 +49,7 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::UNMATCHED_STOP, "unmatched-stop", false},
     FindingKindRow{FindingKind::NEVER_STOPPED, "never-stopped", false},
     FindingKindRow{FindingKind::DUPLICATE, "duplicate", false},
+    FindingKindRow{FindingKind::EARLY_LOAD, "early-load", false},
     FindingKindRow{FindingKind::BLOCKING, "blocking", false},
 };
 

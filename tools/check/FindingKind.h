@@ -48,6 +48,7 @@ enum class FindingKind : std::uint8_t
     UNMATCHED_STOP,
     NEVER_STOPPED,
     DUPLICATE,
+    EARLY_LOAD,
     BLOCKING,
     COUNT,
 };

@@ -31,6 +31,9 @@ void FindOddPlaylists(const Workspace& workspace, const std::vector<Entry>& entr
 // Stops without a start, starts without a stop, and lines that come twice.
 void FindOddPairs(const std::vector<Entry>& entries, Findings& findings);
 
+// What a load on another day starts at midnight of its day, in the year from today on.
+void FindEarlyLoads(const std::vector<ScheduleLine>& lines, const QDate& today, Findings& findings);
+
 // Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
                   Findings& findings);

@@ -33,6 +33,7 @@ Findings Look(const Workspace& workspace, std::vector<ScheduleLine>& lines, cons
     Rules::FindOddParameters(entries, findings);
     Rules::FindOddPlaylists(workspace, entries, findings);
     Rules::FindOddPairs(entries, findings);
+    Rules::FindEarlyLoads(lines, today, findings);
     Rules::FindBlocking(workspace, entries, today, findings);
     findings.Sort();
     return findings;
