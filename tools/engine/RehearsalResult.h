@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <set>
 #include <vector>
 
 // What a rehearsal of a schedule file has given. Moments in milliseconds since 1970-01-01 00:00:00 UTC.
@@ -15,6 +16,7 @@ struct RehearsalResult
     qint64 end_ms;   // the first moment that is no part of it
     std::vector<ScheduleLine> lines = {};
     std::vector<Event> events = {}; // in the order of their moments
+    std::set<int> active = {};      // the lines that have an event, also where the events were taken meanwhile
 
     // How many lines the daemon rejects.
     [[nodiscard]] int Rejected() const;

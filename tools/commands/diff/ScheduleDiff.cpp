@@ -3,6 +3,7 @@
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
+#include "text/ScheduleFields.h"
 #include "words/DatesText.h"
 #include "words/Kinds.h"
 
@@ -17,6 +18,8 @@ namespace
 {
 
 using Terminal::Colour;
+
+const QString BY_CHANCE = QStringLiteral(", by chance");
 
 constexpr int TIME_WIDTH = 22;
 constexpr int PHRASE_WIDTH = 44;
@@ -65,6 +68,10 @@ using Changes = std::map<Change, std::set<QDate>>;
 Content ContentOf(const Event& event, const RehearsalResult& run)
 {
     const ScheduleLine& line = run.lines.at(static_cast<size_t>(event.lineNumber) - 1);
+    // Whether it has come in this rehearsal says nothing.
+    if (event.IsByChance())
+        return {line.text.section(QLatin1Char(ScheduleFields::FIELD_SEPARATOR), ScheduleFields::FIELD_TASK) + BY_CHANCE,
+                {}};
     QString requests = QString::number(event.type);
     for (Request request : event.requests)
     {
@@ -80,7 +87,8 @@ StartsOfDays StartsOf(const RehearsalResult& run)
     for (const Event& event : run.events)
     {
         const bool isInside = std::max(event.due_ms, event.moment_ms) >= run.begin_ms;
-        if (event.kind == EventKind::START && isInside)
+        const bool mayStart = event.kind == EventKind::START || event.IsByChance();
+        if (mayStart && isInside)
             starts[Moment::LocalDate(event.due_ms)][ContentOf(event, run)].push_back({event.due_ms, event.lineNumber});
     }
     return starts;
