@@ -8,6 +8,7 @@
 #include "engine/Workspace.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -67,8 +68,13 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
     const qint64 begin_ms = start_ms.value_or(Rehearsal::LongBefore_ms(from_ms));
     Rehearsal rehearsal(workspace, {begin_ms, from_ms, until_ms});
     rehearsal.SetNoted(followers.noted);
-    if (followers.take)
-        rehearsal.SetTake(followers.take);
+    rehearsal.SetTake([&](Event&& event) {
+        m_result.active.insert(event.lineNumber);
+        if (followers.take)
+            followers.take(std::move(event));
+        else
+            m_result.events.push_back(std::move(event));
+    });
     Progress progress;
     qint64 reached_ms = from_ms;
     bool hasEnough = false;
@@ -77,7 +83,6 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
         hasEnough = followers.isEnough && followers.isEnough(reached_ms);
         return !hasEnough && progress.Show(part);
     });
-    m_result.events = rehearsal.TakeEvents();
     if (!m_isWhole)
         m_result.end_ms = std::max(reached_ms, from_ms);
     m_isWhole = m_isWhole || hasEnough;

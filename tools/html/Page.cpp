@@ -6,6 +6,7 @@
 #include "WeekLayout.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
+#include "words/LineNotes.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -61,6 +62,20 @@ QString Rejected(const RehearsalResult& run)
            Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
 }
 
+// The lines that the columns do not show.
+QString Idle(const RehearsalResult& run)
+{
+    QString items;
+    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
+        items += Html::Element("li", {}, QStringLiteral("Line %1 %2").arg(note.line).arg(Html::Attribute(note.text)));
+    if (const std::vector<int> lines = LineNotes::NotDue(run); !lines.empty())
+        items += Html::Element("li", {}, QStringLiteral("Not due in this time: ") + LineNotes::Numbers(lines));
+    if (items.isEmpty())
+        return {};
+    return QStringLiteral("<details class=\"rejected idle\"><summary>Lines that do not start at their time</summary>") +
+           Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
+}
+
 QString Header(const RehearsalResult& run, const QString& zone)
 {
     const qsizetype requests =
@@ -105,6 +120,6 @@ QString Page::Markup(const RehearsalResult& run, const QString& zone)
     text += Header(run, zone) + Navigation(weeks) + QStringLiteral("<main>\n");
     for (size_t i = 0; i < weeks.size(); ++i)
         text += WeekHtml::Section(run, weeks[i], i + 1);
-    return text + QStringLiteral("</main>\n") + DETAILS + QStringLiteral("<script>\n") + Part(SCRIPT_FILE) +
+    return text + Idle(run) + QStringLiteral("</main>\n") + DETAILS + QStringLiteral("<script>\n") + Part(SCRIPT_FILE) +
            QStringLiteral("</script>\n</body>\n</html>\n");
 }

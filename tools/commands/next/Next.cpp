@@ -5,6 +5,7 @@
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "words/EventText.h"
+#include "words/LineNotes.h"
 
 #include <algorithm>
 #include <functional>
@@ -31,9 +32,11 @@ qint64 StartOf(const Event& event)
     return std::max(event.moment_ms, event.due_ms);
 }
 
+// What comes by chance may come, whatever becomes of it here.
 bool IsNext(const Event& event, qint64 from_ms)
 {
-    return event.kind == EventKind::START && StartOf(event) >= from_ms;
+    const bool mayStart = event.kind == EventKind::START || (event.kind == EventKind::MISSED && event.IsByChance());
+    return mayStart && StartOf(event) >= from_ms;
 }
 
 // A column, and at least one blank behind it.
@@ -132,6 +135,8 @@ int Commands::Next(const QStringList& arguments)
         text += Row(event, from_ms);
     if (starts.size() < static_cast<size_t>(count))
         text += FewerText(run.Result(), starts.size());
+    for (const LineNotes::Note& note : LineNotes::Of(run.Result().lines))
+        text += QStringLiteral("line %1 %2\n").arg(note.line).arg(note.text);
     Terminal::Print(text);
     return run.Status();
 }
