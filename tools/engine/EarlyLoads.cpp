@@ -114,15 +114,15 @@ Days::Bits PutRight(const Settings& settings, size_t days)
     return bits;
 }
 
-// The first of those days, from BACK_DAYS on, that begins with what has no place there; none where there is none.
+// The first of those days, behind BACK_DAYS and another one, that begins with what has no place there; none where there
+// is none.
 std::optional<size_t> FirstEarly(const Setting& early, const Days::Bits& putRight, const std::vector<QString>& inForce)
 {
-    bool mayBeLoaded = false; // on another day before
-    for (size_t day = BACK_DAYS; day < early.days.size(); ++day)
+    // It starts on the first of its days after the load.
+    for (size_t day = BACK_DAYS + 1; day < early.days.size(); ++day)
     {
-        if (early.days[day] && mayBeLoaded && !putRight[day] && inForce[day] != early.value)
+        if (early.days[day] && !early.days[day - 1] && !putRight[day] && inForce[day] != early.value)
             return day;
-        mayBeLoaded = mayBeLoaded || !early.days[day];
     }
     return {};
 }
@@ -166,7 +166,7 @@ void AddPlaylists(const std::vector<ScheduleLine>& lines, const QDate& first, Da
         if (qint64{line.action->m_task->GetDelayable_s()} < Moment::DAY_S - second || second == 0)
             continue;
         const Days::Bits bits = days.Of(*line.action);
-        for (size_t day = BACK_DAYS; day < bits.size(); ++day)
+        for (size_t day = BACK_DAYS + 1; day < bits.size(); ++day)
         {
             if (!bits[day] || bits[day - 1])
                 continue;
