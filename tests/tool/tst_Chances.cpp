@@ -205,7 +205,7 @@ void ChancesTest::RandomSchedulesAreMarkedAsTheirPhasesGive_data()
     int seed = 0;
     for (const char* zone : {"UTC", "Europe/Rome", "America/New_York", "Australia/Lord_Howe", "Asia/Kathmandu"})
     {
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < OZNA_CHANCE_SEEDS; ++i)
             QTest::addRow("%s %d", zone, i) << QByteArray(zone) << ++seed;
     }
 }

@@ -6,6 +6,7 @@
 #include "WeekLayout.h"
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
+#include "words/EarlyText.h"
 #include "words/LineNotes.h"
 
 #include <QFile>
@@ -62,18 +63,27 @@ QString Rejected(const RehearsalResult& run)
            Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
 }
 
-// The lines that the columns do not show.
-QString Idle(const RehearsalResult& run)
+QString Notes(const QString& title, const QString& items)
 {
-    QString items;
-    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
-        items += Html::Element("li", {}, QStringLiteral("Line %1 %2").arg(note.line).arg(Html::Attribute(note.text)));
-    if (const std::vector<int> lines = LineNotes::NotDue(run); !lines.empty())
-        items += Html::Element("li", {}, QStringLiteral("Not due in this time: ") + LineNotes::Numbers(lines));
     if (items.isEmpty())
         return {};
-    return QStringLiteral("<details class=\"rejected idle\"><summary>Lines that do not start at their time</summary>") +
+    return QStringLiteral("<details class=\"rejected notes\"><summary>%1</summary>").arg(title) +
            Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
+}
+
+// What the columns do not show.
+QString Notes(const RehearsalResult& run)
+{
+    QString idle;
+    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
+        idle += Html::Element("li", {}, QStringLiteral("Line %1 %2").arg(note.line).arg(Html::Attribute(note.text)));
+    if (const std::vector<int> lines = LineNotes::NotDue(run); !lines.empty())
+        idle += Html::Element("li", {}, QStringLiteral("Not due in this time: ") + LineNotes::Numbers(lines));
+    QString loads;
+    for (const EarlyLoads::Early& early : EarlyLoads::Of(run.lines, Moment::LocalDate(run.begin_ms)))
+        loads += Html::Element("li", {}, QStringLiteral("Line %1: %2").arg(early.line).arg(EarlyText::Of(early)));
+    return Notes(QStringLiteral("Lines that do not start at their time"), idle) +
+           Notes(QStringLiteral("What a load at another moment would start too early"), loads);
 }
 
 QString Header(const RehearsalResult& run, const QString& zone)
@@ -120,6 +130,6 @@ QString Page::Markup(const RehearsalResult& run, const QString& zone)
     text += Header(run, zone) + Navigation(weeks) + QStringLiteral("<main>\n");
     for (size_t i = 0; i < weeks.size(); ++i)
         text += WeekHtml::Section(run, weeks[i], i + 1);
-    return text + Idle(run) + QStringLiteral("</main>\n") + DETAILS + QStringLiteral("<script>\n") + Part(SCRIPT_FILE) +
-           QStringLiteral("</script>\n</body>\n</html>\n");
+    return text + Notes(run) + QStringLiteral("</main>\n") + DETAILS + QStringLiteral("<script>\n") +
+           Part(SCRIPT_FILE) + QStringLiteral("</script>\n</body>\n</html>\n");
 }
