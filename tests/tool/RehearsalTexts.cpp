@@ -23,17 +23,18 @@ QStringList RehearsalTexts::Starts(const Rehearsal& rehearsal)
     for (const Event& event : rehearsal.Events())
     {
         if (event.kind != EventKind::MISSED)
-            texts.append(
-                u"%1 line %2: kind %3, due %4, delay %5, forced %6, repeated %7, %8 to %9 by %10"_s.arg(event.moment_ms)
-                    .arg(event.lineNumber)
-                    .arg(static_cast<int>(event.kind))
-                    .arg(event.due_ms)
-                    .arg(event.delay_s)
-                    .arg(event.isForced)
-                    .arg(event.isRepeated)
-                    .arg(event.begin_ms)
-                    .arg(event.end_ms)
-                    .arg(event.stoppedByLine));
+            texts.append(u"%1 line %2: kind %3, due %4, delay %5, forced %6, repeated %7, %8 to %9 by %10, phases %11"_s
+                             .arg(event.moment_ms)
+                             .arg(event.lineNumber)
+                             .arg(static_cast<int>(event.kind))
+                             .arg(event.due_ms)
+                             .arg(event.delay_s)
+                             .arg(event.isForced)
+                             .arg(event.isRepeated)
+                             .arg(event.begin_ms)
+                             .arg(event.end_ms)
+                             .arg(event.stoppedByLine)
+                             .arg(event.phases_ms));
     }
     return texts;
 }

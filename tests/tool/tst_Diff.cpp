@@ -117,6 +117,9 @@ void tst_Diff::OnlyRequestsCount_data()
         "+ 06:00:00              set the master volume to 5                    5 dates: 2024-05-20, 2024-05-21, "
         "2024-05-28, 2024-06-04, 2024-06-11  (line 1)\n",
         "    ~ master volume: not set -> 5\n");
+    row("what comes by chance", "", "1111111|00:00:01|*|*|*|||Volume|5\n1111111|00:00:02|*|*|*|||Volume|5\n",
+        "+ 00:00:01              Volume|5, by chance                           every day  (line 1)\n"
+        "+ 00:00:02              Volume|5, by chance                           every day  (line 2)\n");
     row("what never starts", "", "1111111|00:00:00|*|*|*|||Volume|5\n", "");
 }
 

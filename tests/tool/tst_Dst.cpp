@@ -26,7 +26,7 @@ void tst_Dst::TheClocksChange_data()
         QTest::newRow(name) << QByteArray(schedule) << QString::fromLatin1(zone) << QString::fromLatin1(text);
     };
     constexpr const char* NOTHING =
-        "From Wed 2024-05-15 to Thu 2025-05-15 every start comes once, on the day that its line names.\n";
+        "From Wed 2024-05-15 to Thu 2025-05-15 no start is touched by a change of the clocks.\n";
 
     row("an hour comes twice, and is left out", "1111111|02:30:00|*|*|*|||Volume|5\n", "Europe/Rome",
         "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
@@ -69,6 +69,27 @@ void tst_Dst::TheClocksChange_data()
     row("a whole month by spot ends a day late", "0000000|00:30:00|*|12|*|||Volume|5\n", "Europe/Rome",
         "Spot dates that come on another day, as they go by UTC:\n"
         "  line 1, 00:30:00, set the master volume to 5: starts on Wed 2025-01-01, when it is Tue 2024-12-31 in UTC\n");
+    row("what never starts, or by chance",
+        "1111111|00:00:00|*|*|*|||Volume|1\n1111111|24:00:00|*|*|*|||Volume|2\n0000000|08:00:00|31|2|*|||Volume|3\n"
+        "1111111|00:00:01|*|*|*|||Volume|4\n1111111|08:00:00|*|*|*|||Volume|5 # later\n",
+        "Europe/Rome",
+        "From Wed 2024-05-15 to Thu 2025-05-15 no start is touched by a change of the clocks.\n"
+        "Lines that do not start at their time on any day:\n"
+        "  line 1, 00:00:00, set the master volume to 1: never starts\n"
+        "  line 2, 24:00:00, set the master volume to 2: never starts\n"
+        "  line 3, 08:00:00, set the master volume to 3: is never due: there is no such spot date\n"
+        "  line 4, 00:00:01, set the master volume to 4: starts by chance, in 1 of 3 cases, depending on when the "
+        "daemon was started\n"
+        "  line 5 is a comment, as there is a \"#\" in it\n");
+    row("the first seconds after a change", "1111111|03:00:02|*|*|*|||Volume|1\n1111111|02:00:01|*|*|*|||Volume|2\n",
+        "Europe/Rome",
+        "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
+        "  line 2, 02:00:01, set the master volume to 2: is asked for twice: at 02:00:01+02:00 and 02:00:01+01:00; "
+        "the second time by chance, in 1 of 3 cases, depending on when the daemon was started\n"
+        "Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+        "  line 1, 03:00:02, set the master volume to 1: is asked for once: at 03:00:02+02:00; by chance, in 2 of 3 "
+        "cases, depending on when the daemon was started\n"
+        "  line 2, 02:00:01, set the master volume to 2: does not start: the clocks are put forward over 02:00:01\n");
     row("a spot date by day", "0000000|12:00:00|25|12|*|||Volume|5\n", "Europe/Rome", NOTHING);
 }
 
@@ -110,8 +131,8 @@ void tst_Dst::ARejectedLineIsToldAndGivesStatus2()
     QCOMPARE(result.errors,
              u"s.csv:1: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
              "line out\n"_s);
-    QCOMPARE(result.output, u"From Wed 2024-05-15 to Tue 2029-05-15 every start comes once, on the day that its line "
-                            "names.\n"_s);
+    QCOMPARE(result.output,
+             u"From Wed 2024-05-15 to Tue 2029-05-15 no start is touched by a change of the clocks.\n"_s);
     QCOMPARE(result.status, 2);
 }
 

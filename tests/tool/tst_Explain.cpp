@@ -111,10 +111,13 @@ void tst_Explain::ALineIsSaidInWords_data()
         "Every day at 06:00:00, from 1 January 2025 to 1 January 2024, set the master volume to 5. Its last date comes "
         "before its first: it is never valid.");
     odd("1111111|25:00:00|*|*|*|||Volume|5",
-        "Every day at 25:00:00, set the master volume to 5. 25:00:00 is no time of day: it does not start then.");
+        "Every day at 25:00:00, set the master volume to 5. 25:00:00 is no time of day: it never starts.");
     odd("1111111|25:00:00|*|*|*|||Light|5", "Every day at 25:00:00, switch the lights on with intensity 5. 25:00:00 is "
-                                            "no time of day: it does not start then. "
-                                            "The time does not exist: a load starts it, as one of midnight.");
+                                            "no time of day: it starts only when the schedule is loaded.");
+    odd("1111111|07:60:05|*|*|*|||Light|5", "Every day at 08:00:05, switch the lights on with intensity 5. The time "
+                                            "does not exist: a load starts it, as one of midnight.");
+    odd("1111111|00:00:00|*|*|*|||Volume|5", "Every day at 00:00:00, set the master volume to 5. At 00:00:00 it never "
+                                             "starts.");
     odd("1111111|07:60:05|*|*|*|||Volume|5", "Every day at 08:00:05, set the master volume to 5.");
     odd("1111111|07:60:05|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:00:05, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
@@ -123,7 +126,7 @@ void tst_Explain::ALineIsSaidInWords_data()
         "Every day at 24:00:07, play the message gong.mp3. 24:00:07 is no time of day: it is asked for on the evening "
         "before. The sound manager is told no start time: hh:mm:ss has two digits each.");
     odd("1111111|24:00:08|*|*|*|||PlayMessage|gong.mp3",
-        "Every day at 24:00:08, play the message gong.mp3. 24:00:08 is no time of day: it does not start then. The "
+        "Every day at 24:00:08, play the message gong.mp3. 24:00:08 is no time of day: it never starts. The "
         "sound manager is told no start time: hh:mm:ss has two digits each.");
     odd("1111111|8:30:00|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:30:00, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "

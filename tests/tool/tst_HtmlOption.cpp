@@ -27,6 +27,8 @@ private Q_SLOTS:
     void initTestCase();
     void ThePageOfAWeekIsWritten();
     void DaysMayBeTold();
+    void LinesThatDoNotStartAreListed();
+    void WhatComesByChanceIsMarked();
     void ADashIsStandardOutput();
     void APageThatCannotBeWrittenIsTold();
     void WhatStoodThereIsReplacedWhole();
@@ -77,6 +79,33 @@ void HtmlOptionTest::DaysMayBeTold()
     QCOMPARE(outcome.status, CLEAN);
     QCOMPARE(outcome.output.count("data-event=\""_L1), 9);
     QVERIFY(outcome.output.contains("href=\"#week-2\""_L1));
+}
+
+void HtmlOptionTest::LinesThatDoNotStartAreListed()
+{
+    const CommandCall call;
+    call.Write(u"s.csv"_s, "1111111|24:00:00|*|*|*|||Volume|5\n0000000|08:00:00|25|12|*|||Volume|5\n"
+                           "1111111|08:00:00|*|*|*|||Volume|5 # later\n1111111|08:00:00|*|*|*|||Volume|5\n");
+    const Outcome outcome = call.Run("rehearse s.csv --html - --from 2024-05-15");
+    QVERIFY(outcome.output.contains("<ul><li>Line 1 never starts</li><li>Line 3 is a comment, as there is a "
+                                    "&quot;#&quot; in it</li><li>Not due in this time: line 2</li></ul>"_L1));
+    QVERIFY(!Rehearse({u"--html"_s, u"-"_s}).output.contains("do not start at their time"_L1));
+
+    call.Write(u"s.csv"_s, "0000010|08:00:00|*|*|*|||Light|40\n1111111|20:00:00|*|*|*|||Light|0\n");
+    QVERIFY(
+        call.Run("rehearse s.csv --html - --from 2024-05-15")
+            .output.contains("<summary>What a load at another moment would start too early</summary><ul><li>Line 1: "
+                             "a load on another day, from 08:00:00 to 20:00:00, starts it at 00:00:00 on Sat "
+                             "2024-05-18, 8 h early</li></ul>"_L1));
+}
+
+void HtmlOptionTest::WhatComesByChanceIsMarked()
+{
+    const CommandCall call;
+    call.Write(u"s.csv"_s, "1111111|00:00:01|*|*|*|||Volume|5\n");
+    const QString page = call.Run("rehearse s.csv --html - --from 2024-05-15 --tz UTC").output;
+    QCOMPARE(page.count("class=\"badge by chance\">by chance</span>"_L1), 15);
+    QVERIFY(page.contains("7 times: comes only if the device was started at the right moment"_L1));
 }
 
 void HtmlOptionTest::ADashIsStandardOutput()

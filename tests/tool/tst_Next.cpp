@@ -66,10 +66,11 @@ void tst_Next::TheNextStartsComeInOrder_data()
                                      "only 1 start from Wed 2024-12-25 17:00:00 to Fri 2026-12-25 17:00:00\n";
     QTest::newRow("none, as midnight never starts")
         << QByteArray("1111111|00:00:00|*|*|*|||Volume|5\n") << "2024-05-15" << 10
-        << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
+        << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\nline 1 never starts\n";
     QTest::newRow("none, as a playlist that has played is not joined late")
         << QByteArray("1111111|00:00:00|*|*|*|||PlayPlaylist|night\n") << "2024-05-15" << 10
-        << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
+        << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n"
+           "line 1 starts at midnight, once after a load, and then never again\n";
     QTest::newRow("a playlist at midnight that has not played yet")
         << QByteArray("0000000|00:00:00|15|5|2024|||PlayPlaylist|night\n") << "2024-05-14" << 1
         << "Thu 2024-05-16 00:00:00  in 2 d          PlayPlaylist  night          line 1\n";
@@ -86,6 +87,15 @@ void tst_Next::TheNextStartsComeInOrder_data()
         << "2024-05-17" << 2
         << "Fri 2024-05-17 08:30:00  in 8 h 30 min   PlayMessage   a message f... line 1\n"
            "Fri 2024-05-17 09:30:00  in 9 h 30 min   RequestPddAction 1, true     line 2\n";
+    QTest::newRow("by chance")
+        << QByteArray("1111111|00:00:01|*|*|*|||Volume|5\n1111111|00:00:02|*|*|*|||Volume|6\n") << "2024-05-14T20:00"
+        << 2
+        << "Wed 2024-05-15 00:00:01  in 4 h          Volume        5.0            line 1\n                         by "
+           "chance\n"
+           "Wed 2024-05-15 00:00:02  in 4 h          Volume        6.0            line 2\n                         by "
+           "chance\n"
+           "line 1 starts by chance, in 1 of 3 cases, depending on when the daemon was started\n"
+           "line 2 starts by chance, in 2 of 3 cases, depending on when the daemon was started\n";
     QTest::newRow("no lines") << QByteArray() << "2024-05-15" << 10
                               << "no start from Wed 2024-05-15 00:00:00 to Fri 2026-05-15 00:00:00\n";
 }

@@ -21,6 +21,7 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
     FindOddPlaylistTimes(entries, today, findings);
     if (options.isZoneKnown)
         FindChangedHours(entries, today, findings);
+    FindEarlyLoads(lines, today, findings);
     FindBlocking(workspace, entries, today, findings);
     FindAbsentPeers(workspace, entries, options.absentPeers, findings);
     Columns::Fill(lines, findings);

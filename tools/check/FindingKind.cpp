@@ -64,6 +64,7 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::TWO_MESSAGES, "two-messages", false},
     FindingKindRow{FindingKind::TWO_VALUES, "two-values", false},
     FindingKindRow{FindingKind::DUPLICATE, "duplicate", false},
+    FindingKindRow{FindingKind::EARLY_LOAD, "early-load", false},
     FindingKindRow{FindingKind::BLOCKING, "blocking", false},
     FindingKindRow{FindingKind::ABSENT_PEER, "absent-peer", false},
 };

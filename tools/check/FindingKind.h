@@ -63,6 +63,7 @@ enum class FindingKind : std::uint8_t
     TWO_MESSAGES,
     TWO_VALUES,
     DUPLICATE,
+    EARLY_LOAD,
     BLOCKING,
     ABSENT_PEER,
     COUNT,

@@ -3,6 +3,7 @@
 #include "engine/StartTime.h"
 #include "meant/Meant.h"
 #include "peers/SoundManager.h"
+#include "words/StartText.h"
 
 using namespace ScheduleFields;
 
@@ -25,17 +26,6 @@ Finding NewFor(const Entry& entry, FindingKind kind, const QString& text, const 
     return finding;
 }
 
-// What becomes of a time that is on no day.
-QString InsteadOf(const Action& action)
-{
-    if (StartTime::IsAskedForTheEveningBefore(action))
-        return QStringLiteral("it is asked for on the evening before");
-    if (StartTime::IsFoundAtMidnight(action))
-        return QStringLiteral("it starts at midnight instead, once after the schedule is loaded, and then never again");
-    return StartTime::IsForcedByEveryLoad(action) ? QStringLiteral("it starts only when the schedule is loaded")
-                                                  : QStringLiteral("it does not start then");
-}
-
 // What becomes of a time that is not the one that is written.
 QString CountsAs(const Action& action, const QString& meant)
 {
@@ -51,6 +41,13 @@ QString CountsAs(const Action& action, const QString& meant)
                         : QString());
 }
 
+// What becomes of the time that it counts as.
+QString AndThen(const Action& action)
+{
+    const QString fate = StartText::Fate(action);
+    return fate.isEmpty() ? QString() : QStringLiteral("; it ") + fate;
+}
+
 Finding OutOfRange(const Entry& entry)
 {
     const Action& action = *entry.GetAction();
@@ -58,10 +55,10 @@ Finding OutOfRange(const Entry& entry)
     const QTime time = StartTime::Of(action);
     if (!time.isValid())
         return New(entry, FindingKind::TIME_RANGE,
-                   QStringLiteral("%1 is no time of a day: %2").arg(given, InsteadOf(action)), EXISTING);
+                   QStringLiteral("%1 is no time of a day: it %2").arg(given, StartText::Fate(action)), EXISTING);
     const QString meant = time.toString(FORMAT);
     return NewFor(entry, FindingKind::TIME_RANGE,
-                  QStringLiteral("%1 does not exist%2").arg(given, CountsAs(action, meant)), meant);
+                  QStringLiteral("%1 does not exist%2%3").arg(given, CountsAs(action, meant), AndThen(action)), meant);
 }
 
 // A time whose parts the daemon does not read as they are meant. written: that time.
@@ -76,28 +73,17 @@ Finding Misread(const Entry& entry, const QString& written)
                   written);
 }
 
-// What may start late is found late, but only as long as it has not played.
-QString AtMidnight(const Action& action)
-{
-    if (StartTime::IsFoundAtMidnight(action))
-        return QStringLiteral("starts once after the schedule is loaded, and then never again");
-    return StartTime::IsForcedByEveryLoad(action) ? QStringLiteral("starts only when the schedule is loaded")
-                                                  : QStringLiteral("never starts");
-}
-
 void LookAtMidnight(const Entry& entry, Findings& findings)
 {
     const Action& action = *entry.GetAction();
-    const int second = QTime(0, 0).secsTo(action.m_startTime);
-    if (second > Action::IN_TIME_S)
-        return;
-    if (second == 0)
+    const StartTime::Fate fate = StartTime::FateOf(action);
+    if (fate == StartTime::Fate::NEVER)
         findings.Add(New(entry, FindingKind::MIDNIGHT,
-                         QStringLiteral("at midnight sharp it %1").arg(AtMidnight(action)),
+                         QStringLiteral("at midnight sharp it %1").arg(StartText::Fate(action)),
                          QStringLiteral("write 00:00:03 or later, or 23:59:59")));
-    else
+    else if (fate == StartTime::Fate::BY_CHANCE)
         findings.Add(New(entry, FindingKind::AFTER_MIDNIGHT,
-                         QStringLiteral("so close to midnight it starts on some days only, by luck"),
+                         QStringLiteral("so close to midnight it %1").arg(StartText::Fate(action)),
                          QStringLiteral("write 00:00:03 or later")));
 }
 

@@ -2,7 +2,9 @@
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
 #include "words/CutText.h"
+#include "words/EarlyText.h"
 #include "words/EventText.h"
+#include "words/LineNotes.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -64,6 +66,8 @@ QJsonObject Object(const Event& event, qint64 from_ms)
         object.insert(QStringLiteral("riskLine"), event.riskLine);
         object.insert(QStringLiteral("riskUntil"), Moment::IsoText(event.riskUntil_ms));
     }
+    if (event.IsByChance())
+        object.insert(QStringLiteral("chance"), static_cast<double>(event.phases_ms) / Event::PHASES_MS);
     if (!event.plays)
         return object;
     object.insert(QStringLiteral("begin"), Moment::IsoText(event.begin_ms));
@@ -74,6 +78,31 @@ QJsonObject Object(const Event& event, qint64 from_ms)
     if (!event.tracks.isEmpty())
         object.insert(QStringLiteral("tracks"), Tracks(event));
     return object;
+}
+
+QJsonObject Note(int line, const QString& reason)
+{
+    return {{QStringLiteral("line"), line}, {QStringLiteral("reason"), reason}};
+}
+
+// The lines that do not start at their time, or not in this one.
+QJsonArray Idle(const RehearsalResult& run)
+{
+    QJsonArray notes;
+    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
+        notes.append(Note(note.line, note.text));
+    for (const int line : LineNotes::NotDue(run))
+        notes.append(Note(line, QStringLiteral("is not due in this time")));
+    return notes;
+}
+
+// What a load on another day would start too early.
+QJsonArray Loads(const RehearsalResult& run)
+{
+    QJsonArray notes;
+    for (const EarlyLoads::Early& early : EarlyLoads::Of(run.lines, Moment::LocalDate(run.begin_ms)))
+        notes.append(Note(early.line, EarlyText::Of(early)));
+    return notes;
 }
 
 QString Quoted(const QString& value)
@@ -115,8 +144,10 @@ public:
     {
         const QString rest = Document({{QStringLiteral("schedule"), run.file},
                                        {QStringLiteral("from"), Moment::IsoText(run.begin_ms)},
+                                       {QStringLiteral("until"), Moment::IsoText(run.end_ms)},
                                        {QStringLiteral("interrupted"), run.isCut},
-                                       {QStringLiteral("until"), Moment::IsoText(run.end_ms)}});
+                                       {QStringLiteral("idle"), Idle(run)},
+                                       {QStringLiteral("loads"), Loads(run)}});
         return (m_separator.isEmpty() ? QString() : QStringLiteral("\n")) + QStringLiteral("    ],\n") +
                rest.mid(rest.indexOf(u'\n') + 1);
     }

@@ -103,7 +103,10 @@ void RehearsalRun::Rehearse(const Workspace& workspace, const Rehearsal::Plan& p
     Rehearsal rehearsal(workspace, plan);
     rehearsal.SetNoted(followers.noted);
     rehearsal.SetRequested(followers.requested);
-    rehearsal.SetTake(followers.take);
+    rehearsal.SetTake([&](Event&& event) {
+        m_result.active.insert(event.lineNumber);
+        followers.take(std::move(event));
+    });
     Progress progress;
     bool hasEnough = false;
     const bool isWhole = rehearsal.Run([&](double part) {

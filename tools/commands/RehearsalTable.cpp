@@ -3,7 +3,9 @@
 #include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
 #include "words/CutText.h"
+#include "words/EarlyText.h"
 #include "words/EventText.h"
+#include "words/LineNotes.h"
 
 namespace
 {
@@ -87,6 +89,29 @@ QString Counted(qint64 count, const char* thing)
     return QStringLiteral("%1 %2%3").arg(count).arg(QLatin1String(thing), count == 1 ? QString() : QStringLiteral("s"));
 }
 
+QString Note(int line, const QString& text)
+{
+    return QStringLiteral("  line %1%2\n").arg(line).arg(text);
+}
+
+QString Idle(const RehearsalResult& run)
+{
+    QString text;
+    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
+        text += Note(note.line, u' ' + note.text);
+    if (const std::vector<int> lines = LineNotes::NotDue(run); !lines.empty())
+        text += QStringLiteral("  not due in this time: %1\n").arg(LineNotes::Numbers(lines));
+    return text.isEmpty() ? text : QStringLiteral("Lines that do not start at their time:\n") + text;
+}
+
+QString Early(const RehearsalResult& run)
+{
+    QString text;
+    for (const EarlyLoads::Early& early : EarlyLoads::Of(run.lines, Moment::LocalDate(run.begin_ms)))
+        text += Note(early.line, QStringLiteral(": ") + EarlyText::Of(early));
+    return text.isEmpty() ? text : QStringLiteral("What a load at another moment would start too early:\n") + text;
+}
+
 class RehearsalTable final : public RehearsalText
 {
 public:
@@ -114,7 +139,7 @@ public:
                    .arg(Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
                         Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms),
                         Counted(m_events, "event"), Counted(m_requests, "request")) +
-               (run.isCut ? CutText::Of(run) + u'\n' : QString());
+               Idle(run) + Early(run) + (run.isCut ? CutText::Of(run) + u'\n' : QString());
     }
 
 private:

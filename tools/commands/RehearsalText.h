@@ -15,8 +15,8 @@ public:
     // For a terminal: a heading for each day, a line for each event, and below it its requests and tracks.
     [[nodiscard]] static std::unique_ptr<RehearsalText> Table(qint64 from_ms);
 
-    // One object: "schedule", "from", "until", "interrupted", "events". Moments are ISO 8601, in local time with the
-    // offset.
+    // One object: "schedule", "from", "until", "interrupted", "events", "idle" (lines that do not start), "loads" (what
+    // a load at another moment would start too early). Moments are ISO 8601, in local time with the offset.
     [[nodiscard]] static std::unique_ptr<RehearsalText> Json(qint64 from_ms);
 
     // RFC 4180: a row of names, then a row for each request, or for each event that has none.

@@ -33,25 +33,30 @@ struct TrackTime
 struct Event
 {
     static constexpr qint64 OPEN = -1;
+    static constexpr int PHASES_MS = 3000; // all of them
 
     EventKind kind = EventKind::START;
     qint64 moment_ms = 0; // when the daemon acts; of what it misses, when it was due
     qint64 due_ms = 0;    // the entry's own time
     int lineNumber = 0;
     TaskType type = TASK_UNKNOWN;
-    QString taskName;        // in log records
-    int delay_s = 0;         // how late it is started, 0 in time
-    bool isForced = false;   // the light or radio state that should be in force when the schedule is loaded
-    bool isRepeated = false; // started before for the same day
-    QString reason;          // why it is marked, for people; empty where there is nothing to say
-    QList<Request> requests; // in order
-    bool plays = false;      // has begun a playback, to which the rest belongs
-    qint64 begin_ms = 0;     // when it is first heard
-    qint64 end_ms = OPEN;    // OPEN: it goes on at the end of the rehearsal
-    int stoppedByLine = 0;   // the line whose request ended it before its time
-    int riskLine = 0;        // the line whose peer makes the daemon miss this start if it does not answer; 0: none
-    qint64 riskUntil_ms = 0; // how long that one may keep the daemon waiting
-    QList<TrackTime> tracks; // of a playlist, from the one that it is joined at
+    QString taskName;          // in log records
+    int delay_s = 0;           // how late it is started, 0 in time
+    bool isForced = false;     // the light or radio state that should be in force when the schedule is loaded
+    bool isRepeated = false;   // started before for the same day
+    QString reason;            // why it is marked, for people; empty where there is nothing to say
+    QList<Request> requests;   // in order
+    bool plays = false;        // has begun a playback, to which the rest belongs
+    qint64 begin_ms = 0;       // when it is first heard
+    qint64 end_ms = OPEN;      // OPEN: it goes on at the end of the rehearsal
+    int phases_ms = PHASES_MS; // of the phases of the daemon's far timer, those in which it is found; 0: not known
+    int stoppedByLine = 0;     // the line whose request ended it before its time
+    int riskLine = 0;          // the line whose peer makes the daemon miss this start if it does not answer; 0: none
+    qint64 riskUntil_ms = 0;   // how long that one may keep the daemon waiting
+    QList<TrackTime> tracks;   // of a playlist, from the one that it is joined at
+
+    // Whether it depends on when the daemon was started, which nobody knows, if it comes.
+    [[nodiscard]] bool IsByChance() const { return phases_ms > 0 && phases_ms < PHASES_MS; }
 
     // When what it is about begins: a message is asked for ahead of its time, a late playlist behind it.
     [[nodiscard]] qint64 Start_ms() const { return std::max(moment_ms, due_ms); }

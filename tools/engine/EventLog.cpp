@@ -2,6 +2,7 @@
 
 #include "Clock.h"
 #include "ClockChange.h"
+#include "Phases.h"
 #include "StartTime.h"
 #include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
@@ -16,15 +17,25 @@ using Moment::MS_PER_S;
 
 constexpr qint64 DAY_AND_HOUR_MS = 25LL * 3600 * MS_PER_S; // a date on which the clocks are put back
 
+const QString TWICE = QStringLiteral("the clocks are put back: the time comes twice");
+
 qint64 FloorToSecond(qint64 moment_ms)
 {
     return moment_ms / MS_PER_S * MS_PER_S;
 }
 
+// Whole seconds since the wall clock last showed time, today or yesterday.
+qint64 SecondsSince(const QTime& time)
+{
+    const std::int64_t now_s = StartIndex::MomentOf(Clock::Read());
+    return now_s - StartIndex::Latest(QTime(0, 0).secsTo(time), now_s);
+}
+
 } // namespace
 
-EventLog::EventLog(const qint64& now_ms)
-    : m_now_ms(now_ms)
+EventLog::EventLog(RehearsalClock& clock)
+    : m_now_ms(clock.Now_ms())
+    , m_chances(clock)
     , m_device(m_events)
 {
 }
@@ -35,6 +46,7 @@ void EventLog::OnFound(const Action& action, ActionFinding finding)
     {
         Event event = NewEvent(action, EventKind::START);
         MarkStart(event, action);
+        m_chances.OnStart(action);
         m_running = &action;
         if (event.type == TASK_RECORD_PHOTO)
             m_series = {event.lineNumber, event.type, event.taskName};
@@ -80,6 +92,7 @@ void EventLog::OnMissed(const MissedStart& start)
     const bool isPlain = Moment::LocalDate(straight_ms) == date && Moment::LocalTime(straight_ms) == time;
     event.moment_ms = isPlain ? straight_ms : Moment::FromLocal_ms(date, time);
     event.reason = start.cause;
+    event.lineNumber = start.lineNumber;
     // A time that the clocks leave out is missed when they do.
     const std::vector<ClockChange> changes = ClockChange::Between(event.moment_ms - DAY_AND_HOUR_MS, m_now_ms + 1);
     if (Moment::LocalTime(event.moment_ms) != time && !changes.empty())
@@ -88,13 +101,34 @@ void EventLog::OnMissed(const MissedStart& start)
         event.reason =
             QStringLiteral("the clocks are put forward over %1").arg(time.toString(QStringLiteral("HH:mm:ss")));
     }
+    else
+        event.phases_ms = m_chances.OfMissed(event.lineNumber, event.moment_ms);
     event.due_ms = event.moment_ms;
-    event.lineNumber = start.lineNumber;
     event.type = start.type;
     event.taskName = start.taskName;
+    AppendMissed(std::move(event));
+}
+
+void EventLog::AppendMissed(Event event)
+{
+    if (event.IsByChance())
+        event.reason += QStringLiteral("; it starts %1").arg(Phases::Text(event.phases_ms));
     if (m_noted)
         m_noted(event);
     m_events.AppendMissed(std::move(event));
+}
+
+void EventLog::EndFarPass()
+{
+    for (const Chances::Unfound& unfound : m_chances.Repeated())
+    {
+        Event event = NewEvent(*unfound.action, EventKind::MISSED);
+        event.moment_ms = unfound.due_ms;
+        event.due_ms = unfound.due_ms;
+        event.phases_ms = unfound.phases_ms;
+        event.reason = TWICE;
+        AppendMissed(std::move(event));
+    }
 }
 
 Event EventLog::NewEvent(const Action& action, EventKind kind) const
@@ -105,11 +139,12 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.lineNumber = action.m_lineNumber;
     event.type = action.m_task->m_type;
     event.taskName = action.m_task->GetName();
-    // The delay is that of the last start: of what does not start, an earlier one's.
-    const bool isLate = kind == EventKind::START ? action.IsBehind() : !action.IsAhead();
-    event.due_ms =
-        isLate ? FloorToSecond(m_now_ms) - Clock::SecondsSince(action.m_startTime) * MS_PER_S
-               : FloorToSecond(m_now_ms) + Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second) * MS_PER_S;
+    const int left_s = Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second);
+    const bool isBehind = !action.IsAhead();
+    const bool isLate =
+        kind == EventKind::START ? action.m_forced || (!action.InTime().Has(left_s) && isBehind) : isBehind;
+    const qint64 away_s = isLate ? -SecondsSince(StartTime::ForLateness(action)) : left_s;
+    event.due_ms = FloorToSecond(m_now_ms) + away_s * MS_PER_S;
     return event;
 }
 
@@ -121,18 +156,37 @@ void EventLog::MarkStart(Event& event, const Action& action) const
     const std::optional<Outcome> earlier = Latest(event);
     event.isRepeated =
         earlier && !earlier->isForced && Moment::LocalDate(earlier->due_ms) == Moment::LocalDate(event.due_ms);
-    if (event.isForced)
-        event.reason = QStringLiteral("in force since %1 when the schedule is loaded")
-                           .arg(StartTime::ForLateness(action).toString(QStringLiteral("HH:mm:ss")));
+    // Its day has just begun, and the daemon does not look whether it was due on the day before.
+    const bool isEarly = (event.isForced || event.delay_s > 0) &&
+                         Moment::LocalDate(event.due_ms) < Moment::LocalDate(m_now_ms) &&
+                         !action.IsDueOn(Moment::LocalDate(event.due_ms));
+    const QString time = StartTime::ForLateness(action).toString(QStringLiteral("HH:mm:ss"));
+    if (isEarly && event.isForced)
+    {
+        event.due_ms = FloorToSecond(m_now_ms);
+        event.delay_s = 0;
+        event.reason = QStringLiteral("too early: the load took it for the latest by its time of day, %1, and its day "
+                                      "begins")
+                           .arg(time);
+    }
+    else if (event.isForced)
+        event.reason = QStringLiteral("in force since %1 when the schedule is loaded").arg(time);
     else if (event.isRepeated)
-        event.reason = earlier->due_ms == event.due_ms
-                           ? QStringLiteral("asked for again before its time")
-                           : QStringLiteral("the clocks are put back: the time comes twice");
+        event.reason = earlier->due_ms == event.due_ms ? QStringLiteral("asked for again before its time") : TWICE;
     else if (event.delay_s > 0)
         event.reason = QStringLiteral("by %1").arg(Moment::SpanText(event.delay_s));
     else if (action.m_delay > 0)
         event.reason = QStringLiteral("asked for %1 ahead: by its durations it may start a day late")
                            .arg(Moment::SpanText((event.due_ms - FloorToSecond(m_now_ms)) / MS_PER_S));
+    if (isEarly && !event.isForced)
+        event.reason += QStringLiteral(": its day begins, and counts from %1 of the day before, which is none of its "
+                                       "days")
+                            .arg(time);
+    // What is asked for again before its time comes anyway.
+    if (!event.isForced && !(event.isRepeated && earlier->due_ms == event.due_ms))
+        event.phases_ms = m_chances.OfStart(action, event.due_ms, event.delay_s > 0);
+    if (event.IsByChance())
+        event.reason += (event.reason.isEmpty() ? QString() : QStringLiteral("; ")) + Phases::Text(event.phases_ms);
 }
 
 void EventLog::Receive(Request request)
@@ -159,6 +213,7 @@ void EventLog::EndPass()
 {
     m_event = NONE;
     m_running = nullptr;
+    m_chances.NoteEnds();
 }
 
 void EventLog::PlayDevice()

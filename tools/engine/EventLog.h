@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Chances.h"
 #include "EventQueue.h"
 #include "Scheduler.h"
 #include "VirtualDevice.h"
@@ -16,8 +17,11 @@
 class EventLog final
 {
 public:
-    // now_ms: the rehearsal's clock, at its start; outlives the log.
-    explicit EventLog(const qint64& now_ms);
+    // clock: the rehearsal's, at its start; outlives the log.
+    explicit EventLog(RehearsalClock& clock);
+
+    // The scheduler has loaded its schedule now.
+    void Load(const Scheduler& scheduler) { m_chances.Load(scheduler); }
 
     // Called for each event as it comes about, a missed one when that is known: its requests, and the end of what it
     // plays, are still to come.
@@ -32,6 +36,9 @@ public:
 
     // A far pass tells that a start has passed.
     void OnMissed(const MissedStart& start);
+
+    // A far pass has looked; its early pass is still to come.
+    void EndFarPass();
 
     void Receive(Request request);
 
@@ -74,8 +81,10 @@ private:
     void MarkStart(Event& event, const Action& action) const;
     [[nodiscard]] std::optional<Outcome> Latest(const Event& event) const;
     [[nodiscard]] size_t Append(Event event);
+    void AppendMissed(Event event);
 
     const qint64& m_now_ms;
+    Chances m_chances;
     EventQueue m_events;
     VirtualDevice m_device;
     Noted m_noted;

@@ -29,7 +29,7 @@ Rehearsal::Rehearsal(const Workspace& workspace, const Plan& plan)
     : m_use(workspace)
     , m_plan(plan)
     , m_clock(plan.start_ms)
-    , m_log(m_clock.Now_ms())
+    , m_log(m_clock)
     , m_take([this](Event&& event) { m_events.push_back(std::move(event)); })
     , m_reached_ms(std::numeric_limits<qint64>::max())
 {
@@ -65,6 +65,7 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     scheduler.Start();
     if (m_plan.isSettled)
         ForgetLoad(scheduler);
+    m_log.Load(scheduler);
     const auto always = [](double) { return true; };
     const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : always)
                                           : RunStretches(scheduler, goOn ? goOn : always);
@@ -122,6 +123,7 @@ void Rehearsal::Disturb(Scheduler& scheduler)
             continue;
         }
         scheduler.Reload();
+        m_log.Load(scheduler);
         m_log.EndPass();
         m_clock.StartTimers();
         m_watches.Load(scheduler);
@@ -227,6 +229,7 @@ void Rehearsal::Pass(Scheduler& scheduler)
     if (m_clock.IsTick(Scheduler::FAR_INTERVAL_MS))
     {
         scheduler.CheckFarActions();
+        m_log.EndFarPass();
         ++m_farPasses;
     }
     scheduler.CheckEarlyActions();

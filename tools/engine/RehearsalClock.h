@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <utility>
+
 // The clocks of a rehearsal, in the system's place for as long as it lives. Milliseconds since 1970-01-01 00:00:00 UTC,
 // as the calendar has them; the scheduler's far timer follows the time that passes, its early one the calendar.
 class RehearsalClock final
@@ -18,6 +20,9 @@ public:
     // Lets time pass up to that moment; one that has passed changes nothing.
     void PassTo(qint64 moment_ms);
     void Pass(qint64 span_ms) { m_now_ms += span_ms; }
+
+    // Shows another moment, and no time passes; returns the one that was shown.
+    qint64 Show(qint64 moment_ms) { return std::exchange(m_now_ms, moment_ms); }
 
     // Steps the calendar forward or back; no time passes.
     void Step(qint64 step_ms);

@@ -5,6 +5,7 @@
 
 #include <QString>
 
+#include <set>
 #include <vector>
 
 // What a rehearsal of a schedule file has given. Moments in milliseconds since 1970-01-01 00:00:00 UTC.
@@ -16,6 +17,7 @@ struct RehearsalResult
     std::vector<ScheduleLine> lines = {};
     std::vector<Event> events = {}; // in the order of their moments
     bool isCut = false;             // the user has ended it at end_ms, before its end
+    std::set<int> active = {};      // the lines that have an event, also where the events were taken meanwhile
 
     // Whether it has reached the span: if not, nothing is known of it.
     [[nodiscard]] bool HasBegun() const { return end_ms > begin_ms; }

@@ -1,5 +1,6 @@
 #include "StartTime.h"
 
+#include "Event.h"
 #include "base/Moment.h"
 
 namespace
@@ -7,6 +8,7 @@ namespace
 
 constexpr int MINUTE_S = 60;
 constexpr int HOUR_S = 3600;
+constexpr qint64 SECONDS_OF_LUCK = Event::PHASES_MS / Moment::MS_PER_S;
 
 // Of the day, or beyond it.
 qint64 Second(const Action& action)
@@ -22,6 +24,22 @@ QTime StartTime::Of(const Action& action)
     return second < 0 || second >= Moment::DAY_S ? QTime() : QTime(0, 0).addSecs(static_cast<int>(second));
 }
 
+StartTime::Fate StartTime::FateOf(const Action& action)
+{
+    const QTime time = Of(action);
+    if (!time.isValid())
+        return IsAskedForTheEveningBefore(action) ? Fate::EVENING_BEFORE : Fate::NEVER;
+    const int second = QTime(0, 0).secsTo(time);
+    if (second >= SECONDS_OF_LUCK)
+        return Fate::COMES;
+    return second == 0 ? Fate::NEVER : Fate::BY_CHANCE;
+}
+
+int StartTime::Phases_ms(const Action& action)
+{
+    return Of(action).msecsSinceStartOfDay();
+}
+
 bool StartTime::IsAskedForTheEveningBefore(const Action& action)
 {
     const qint64 second = Second(action);
@@ -35,7 +53,7 @@ QTime StartTime::ForLateness(const Action& action)
 
 bool StartTime::IsFoundAtMidnight(const Action& action)
 {
-    return ForLateness(action) == QTime(0, 0) && !action.LateStart().IsEmpty();
+    return QTime(0, 0).secsTo(ForLateness(action)) < SECONDS_OF_LUCK && !action.LateStart().IsEmpty();
 }
 
 bool StartTime::IsForcedByEveryLoad(const Action& action)

@@ -12,6 +12,8 @@
 #include "base/ToolError.h"
 #include "engine/RehearsalResult.h"
 #include "words/CutText.h"
+#include "words/EarlyText.h"
+#include "words/LineNotes.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -56,6 +58,29 @@ QString MomentText(qint64 moment_ms)
 QString Cut(const RehearsalResult& run)
 {
     return run.isCut ? Html::Element("p", QStringLiteral("cut"), Html::Text(CutText::Of(run))) + u'\n' : QString();
+}
+
+QString Notes(const QString& title, const QString& items)
+{
+    if (items.isEmpty())
+        return {};
+    return QStringLiteral("<details class=\"notes\"><summary>%1</summary>").arg(title) +
+           Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
+}
+
+// What the columns do not show.
+QString Notes(const RehearsalResult& run)
+{
+    QString idle;
+    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
+        idle += Html::Element("li", {}, QStringLiteral("Line %1 %2").arg(note.line).arg(Html::Attribute(note.text)));
+    if (const std::vector<int> lines = LineNotes::NotDue(run); !lines.empty())
+        idle += Html::Element("li", {}, QStringLiteral("Not due in this time: ") + LineNotes::Numbers(lines));
+    QString loads;
+    for (const EarlyLoads::Early& early : EarlyLoads::Of(run.lines, Moment::LocalDate(run.begin_ms)))
+        loads += Html::Element("li", {}, QStringLiteral("Line %1: %2").arg(early.line).arg(EarlyText::Of(early)));
+    return Notes(QStringLiteral("Lines that do not start at their time"), idle) +
+           Notes(QStringLiteral("What a load at another moment would start too early"), loads);
 }
 
 QString Header(const RehearsalResult& run, const PageNotes& notes)
@@ -108,7 +133,7 @@ QString Page::Markup(const RehearsalResult& run, const PageNotes& notes)
     text += Header(run, notes) + Navigation(weeks) + QStringLiteral("<main>\n");
     for (size_t i = 0; i < weeks.size() && text.size() <= MOST_BYTES; ++i)
         text += WeekHtml::Section(run, notes, inForce, weeks[i], i + 1);
-    text += FindingsHtml::Section(run, notes) + QStringLiteral("</main>\n") + DETAILS +
+    text += FindingsHtml::Section(run, notes) + Notes(run) + QStringLiteral("</main>\n") + DETAILS +
             QStringLiteral("<script type=\"application/json\" id=\"states\">") + QString::fromUtf8(inForce.Table()) +
             QStringLiteral("</script>\n<script>\n\"use strict\";\n") + Parts(SCRIPTS) +
             QStringLiteral("</script>\n</body>\n</html>\n");

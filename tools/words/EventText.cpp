@@ -44,10 +44,12 @@ QString EventText::KindName(EventKind kind)
 
 QString EventText::Mark(const Event& event, qint64 from_ms)
 {
-    if (event.kind != EventKind::START)
-        return event.kind == EventKind::FOLLOWUP ? QString() : KindName(event.kind);
+    if (event.kind == EventKind::FOLLOWUP)
+        return {};
     QStringList marks;
-    if (event.moment_ms < from_ms)
+    if (event.kind != EventKind::START)
+        marks.append(KindName(event.kind));
+    else if (event.moment_ms < from_ms)
         marks.append(PLAYING);
     if (event.isForced)
         marks.append(QStringLiteral("forced"));
@@ -55,6 +57,8 @@ QString EventText::Mark(const Event& event, qint64 from_ms)
         marks.append(QStringLiteral("late"));
     if (event.isRepeated)
         marks.append(QStringLiteral("repeated"));
+    if (event.IsByChance())
+        marks.append(QStringLiteral("by chance"));
     return marks.join(QStringLiteral(", "));
 }
 

@@ -8,8 +8,8 @@
 namespace EventText
 {
 
-// "late", "forced", "repeated", "skipped", "lost", "missed", "playing" for what began before the rehearsal does
-// (from_ms); several joined by ", "; empty for what comes as it is written.
+// "late", "forced", "repeated", "by chance", "skipped", "lost", "missed", "playing" for what began before the rehearsal
+// does (from_ms); several joined by ", "; empty for what comes as it is written.
 [[nodiscard]] QString Mark(const Event& event, qint64 from_ms);
 
 // That a start may be missed, and behind which line; empty where it is not at risk.

@@ -2,6 +2,7 @@
 
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
+#include "text/ScheduleFields.h"
 #include "words/Kinds.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 namespace
 {
 
+const QString BY_CHANCE = QStringLiteral(", by chance");
 const QString OWN_TIME = QStringLiteral("<its time>");
 
 QString PhraseOf(const Event& event, const RehearsalResult& run)
@@ -16,6 +18,9 @@ QString PhraseOf(const Event& event, const RehearsalResult& run)
     if (event.kind == EventKind::FOLLOWUP)
         return QStringLiteral("end the series of photos");
     const ScheduleLine& line = run.lines.at(static_cast<size_t>(event.lineNumber) - 1);
+    // What is not found in this rehearsal may be found in another.
+    if (event.IsByChance())
+        return line.text.section(QLatin1Char(ScheduleFields::FIELD_SEPARATOR), ScheduleFields::FIELD_TASK) + BY_CHANCE;
     return Kinds::Of(event.type).phrase(*line.action->m_task, event.requests);
 }
 
@@ -42,6 +47,8 @@ RequestedStart RequestedStart::Of(const Event& event, const RehearsalResult& run
         std::ranges::replace(request.arguments, QVariant(Moment::TimeText(event.due_ms)), QVariant(OWN_TIME));
         start.content += request.Text() + u'\n';
     }
+    if (event.kind == EventKind::MISSED)
+        start.exact = start.content = start.phrase;
     start.requests += tracks;
     start.exact += tracks.join(u'\n');
     start.content += tracks.join(u'\n');
@@ -53,7 +60,8 @@ RequestedStarts Requested::StartsOf(const RehearsalResult& run)
     RequestedStarts starts;
     for (const Event& event : run.events)
     {
-        if (!event.requests.isEmpty() && std::max(event.due_ms, event.moment_ms) >= run.begin_ms)
+        if ((!event.requests.isEmpty() || event.IsByChance()) &&
+            std::max(event.due_ms, event.moment_ms) >= run.begin_ms)
             starts[event.moment_ms].push_back(RequestedStart::Of(event, run));
     }
     return starts;

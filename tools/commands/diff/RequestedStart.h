@@ -24,7 +24,8 @@ struct RequestedStart
     [[nodiscard]] static RequestedStart Of(const Event& event, const RehearsalResult& run);
 };
 
-// By the moments at which they are asked for, in order; what asks for nothing is left out.
+// By the moments at which they are asked for, in order; what asks for nothing is left out, but for what may do so by
+// chance.
 using RequestedStarts = std::map<qint64, std::vector<RequestedStart>>;
 
 namespace Requested

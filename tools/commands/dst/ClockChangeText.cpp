@@ -2,6 +2,7 @@
 
 #include "Action.h"
 #include "base/Moment.h"
+#include "engine/Phases.h"
 
 #include <QStringList>
 
@@ -33,7 +34,7 @@ bool IsConcerned(const Event& event, const ClockChange& change)
     const qint64 repeated_ms = std::max<qint64>(-change.shift_s, 0) * MS_PER_S;
     const bool isInside =
         event.due_ms >= change.moment_ms - repeated_ms && event.due_ms < change.moment_ms + repeated_ms;
-    return isInside || event.isRepeated || event.delay_s > 0 || event.kind != EventKind::START;
+    return isInside || event.isRepeated || event.IsByChance() || event.delay_s > 0 || event.kind != EventKind::START;
 }
 
 EventsOfLines Concerned(const ClockChange& change, const std::vector<Event>& events)
@@ -60,9 +61,14 @@ QString Outcome(const std::vector<Event>& events)
 {
     QStringList starts;
     QString reason;
+    QString chance;
     bool isLate = false;
     for (const Event& event : events)
     {
+        if (event.kind == EventKind::START && event.IsByChance())
+            chance =
+                (event.isRepeated ? QStringLiteral("; the second time by chance, ") : QStringLiteral("; by chance, ")) +
+                Phases::Text(event.phases_ms);
         if (event.kind != EventKind::START)
             reason = event.reason;
         else
@@ -73,10 +79,12 @@ QString Outcome(const std::vector<Event>& events)
         return QStringLiteral("does not start: ") + reason;
     if (starts.size() > 1)
         return QStringLiteral("is asked for %1: at %2")
-            .arg(starts.size() == 2 ? QStringLiteral("twice") : QStringLiteral("%1 times").arg(starts.size()),
-                 starts.join(QStringLiteral(" and ")));
+                   .arg(starts.size() == 2 ? QStringLiteral("twice") : QStringLiteral("%1 times").arg(starts.size()),
+                        starts.join(QStringLiteral(" and "))) +
+               chance;
     const QString once = isLate ? QStringLiteral("is asked for late: at ") : QStringLiteral("is asked for once: at ");
-    return once + starts.first() + (reason.isEmpty() || isLate ? QString() : QStringLiteral("; missed: ") + reason);
+    return once + starts.first() + chance +
+           (reason.isEmpty() || isLate ? QString() : QStringLiteral("; missed: ") + reason);
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "engine/Rehearsal.h"
 #include "engine/RunUp.h"
 #include "engine/Workspace.h"
+#include "words/LineNotes.h"
 
 #include <algorithm>
 #include <iterator>
@@ -69,9 +70,23 @@ private:
     bool m_isEnded = false;
 };
 
+// What does not start, or by chance, on any day.
+QString NotesText(const std::vector<ScheduleLine>& lines, LinePhrases& phrases)
+{
+    QString text;
+    for (const LineNotes::Note& note : LineNotes::Of(lines))
+    {
+        const bool isEntry = lines.at(static_cast<size_t>(note.line) - 1).action != nullptr;
+        text += QStringLiteral("  %1%2 %3\n")
+                    .arg(isEntry ? phrases.Of(note.line) : QStringLiteral("line %1").arg(note.line),
+                         isEntry ? QStringLiteral(":") : QString(), note.text);
+    }
+    return text.isEmpty() ? text : QStringLiteral("Lines that do not start at their time on any day:\n") + text;
+}
+
 QString NothingText(qint64 from_ms, qint64 until_ms)
 {
-    return QStringLiteral("From %1 to %2 every start comes once, on the day that its line names.\n")
+    return QStringLiteral("From %1 to %2 no start is touched by a change of the clocks.\n")
         .arg(Moment::DateText(Moment::LocalDate(from_ms)), Moment::DateText(Moment::LocalDate(until_ms)));
 }
 
@@ -82,7 +97,8 @@ int Commands::Dst(const QStringList& arguments)
     CommandLine line(QStringLiteral("dst"),
                      QStringLiteral("Shows what becomes of starts in the hours that are left out or come twice when\n"
                                     "the clocks are changed, and which spot dates come on another day, as they go by\n"
-                                    "UTC: what the daemon does on each of these days."),
+                                    "UTC: what the daemon does on each of these days. Names the lines that never\n"
+                                    "start at their time, or by chance."),
                      {QStringLiteral("FILE")});
     line.AddValue(FROM, QStringLiteral("MOMENT"), QStringLiteral("2024-05-15, local time (default: today)"));
     line.AddValue(YEARS, QStringLiteral("N"), QStringLiteral("how many years (default: %1)").arg(USUAL_YEARS),
@@ -119,6 +135,7 @@ int Commands::Dst(const QStringList& arguments)
     text += SpotDates::Text(lines, spots, phrases);
     if (text.isEmpty() && !rehearsals.IsEnded())
         text = NothingText(from_ms, until_ms);
+    text += NotesText(lines, phrases);
     Terminal::Print(text);
     if (rehearsals.IsEnded())
     {

@@ -2,8 +2,8 @@
 
 #include "base/Terminal.h"
 #include "engine/TaskRequests.h"
-#include "peers/SoundManager.h"
 #include "words/Kinds.h"
+#include "words/StartText.h"
 
 LinePhrases::LinePhrases(const Workspace& workspace, const std::vector<ScheduleLine>& lines)
     : m_workspace(workspace)
@@ -20,7 +20,7 @@ QString LinePhrases::Of(int number)
     const Task& task = *action.m_task;
     // An action is started once.
     phrase = Terminal::Harmless(QStringLiteral("line %1, %2, %3")
-                                    .arg(QString::number(number), SoundManager::FormatTime(action.m_startTime),
+                                    .arg(QString::number(number), StartText::Time(action),
                                          Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(m_workspace, action))));
     return phrase;
 }

@@ -7,6 +7,7 @@
 #include "tasks/PlayPlaylist.h"
 #include "words/DaysText.h"
 #include "words/Kinds.h"
+#include "words/StartText.h"
 
 #include <QStringList>
 
@@ -30,17 +31,6 @@ QString Days(const Action& action)
     if (!spot.isEmpty())
         parts.append(QStringLiteral("on %1 (the date in UTC)").arg(spot));
     return parts.isEmpty() ? QStringLiteral("never,") : parts.join(QStringLiteral(", and "));
-}
-
-QString Time(const Action& action)
-{
-    const QTime time = StartTime::Of(action);
-    if (time.isValid())
-        return SoundManager::FormatTime(time);
-    return QStringLiteral("%1:%2:%3")
-        .arg(action.m_hour, 2, 10, QLatin1Char('0'))
-        .arg(action.m_minute, 2, 10, QLatin1Char('0'))
-        .arg(action.m_second, 2, 10, QLatin1Char('0'));
 }
 
 QString Validity(const Action& action)
@@ -71,14 +61,14 @@ QStringList Notes(const ScheduleLine& line, const QList<Request>& requests)
         notes.append(QStringLiteral("There is no such spot date."));
     if (action.m_hasFrom && action.m_hasTo && action.m_to < action.m_from)
         notes.append(QStringLiteral("Its last date comes before its first: it is never valid."));
-    if (!StartTime::Of(action).isValid())
-        notes.append((StartTime::IsAskedForTheEveningBefore(action)
-                          ? QStringLiteral("%1 is no time of day: it is asked for on the evening before.")
-                          : QStringLiteral("%1 is no time of day: it does not start then."))
-                         .arg(Time(action)));
-    if (!action.m_startTime.isValid() && StartTime::IsFoundAtMidnight(action))
+    const bool isTime = StartTime::Of(action).isValid();
+    if (const QString fate = StartText::Fate(action); !fate.isEmpty())
+        notes.append((isTime ? QStringLiteral("At %1 it %2.") : QStringLiteral("%1 is no time of day: it %2."))
+                         .arg(StartText::Time(action), fate));
+    // What is written is none, and counts as one all the same.
+    if (isTime && !action.m_startTime.isValid() && StartTime::IsFoundAtMidnight(action))
         notes.append(QStringLiteral("The time does not exist: it may start at midnight, once after a load."));
-    if (!action.m_startTime.isValid() && StartTime::IsForcedByEveryLoad(action))
+    if (isTime && !action.m_startTime.isValid() && StartTime::IsForcedByEveryLoad(action))
         notes.append(QStringLiteral("The time does not exist: a load starts it, as one of midnight."));
     const bool sendsNoTime = action.IsPrepared() && std::ranges::none_of(requests, [&](const Request& request) {
                                  return request.arguments.contains(SoundManager::FormatTime(action.m_startTime));
@@ -106,8 +96,9 @@ QString LineText::Of(const Workspace& workspace, const ScheduleLine& line, bool 
                    : QStringLiteral("A comment, which the daemon skips: a \"#\" stands before its last character.");
     Action& action = *line.action;
     const QList<Request> requests = TaskRequests::Of(workspace, action);
-    const QString sentence = Capitalised(Days(action)) + QStringLiteral(" at ") + Time(action) + Validity(action) +
-                             QStringLiteral(", ") + Kinds::Of(action.m_task->m_type).phrase(*action.m_task, requests) +
+    const QString sentence = Capitalised(Days(action)) + QStringLiteral(" at ") + StartText::Time(action) +
+                             Validity(action) + QStringLiteral(", ") +
+                             Kinds::Of(action.m_task->m_type).phrase(*action.m_task, requests) +
                              Tracks(action, areTracksKnown) + u'.';
     return Terminal::Harmless((QStringList(sentence) + Notes(line, requests)).join(u' '));
 }

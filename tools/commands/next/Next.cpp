@@ -7,6 +7,7 @@
 #include "commands/RehearsalText.h"
 #include "words/CutText.h"
 #include "words/EventText.h"
+#include "words/LineNotes.h"
 
 #include <algorithm>
 #include <functional>
@@ -32,9 +33,11 @@ constexpr int MOST_COLUMNS = 80;
 const QString INDENT = QStringLiteral("                         "); // below the span
 const QString CUT = QStringLiteral("...");
 
+// What comes by chance may come, whatever becomes of it here.
 bool IsNext(const Event& event, qint64 from_ms)
 {
-    return event.kind == EventKind::START && event.Start_ms() >= from_ms;
+    const bool mayStart = event.kind == EventKind::START || (event.kind == EventKind::MISSED && event.IsByChance());
+    return mayStart && event.Start_ms() >= from_ms;
 }
 
 // A column, and at least one blank behind it.
@@ -124,6 +127,8 @@ QString Table(const std::vector<Event>& starts, size_t wanted, const RehearsalRe
         text += Row(event, run.begin_ms);
     if (starts.size() < wanted)
         text += FewerText(run, starts.size());
+    for (const LineNotes::Note& note : LineNotes::Of(run.lines))
+        text += QStringLiteral("line %1 %2\n").arg(note.line).arg(note.text);
     return run.isCut ? text + CutText::Of(run) + u'\n' : text;
 }
 

@@ -1,0 +1,15 @@
+#include "Rules.h"
+
+#include "engine/EarlyLoads.h"
+#include "words/EarlyText.h"
+
+void Rules::FindEarlyLoads(const std::vector<ScheduleLine>& lines, const QDate& today, Findings& findings)
+{
+    for (const EarlyLoads::Early& early : EarlyLoads::Of(lines, today))
+        findings.Add({early.line, FindingKind::EARLY_LOAD, Entry::FieldName(ScheduleFields::FIELD_START_TIME),
+                      EarlyText::Of(early),
+                      early.isPlaylist
+                          ? QStringLiteral("load the schedule on one of its days")
+                          : QStringLiteral("load the schedule at another time, or add a line of 00:00:03 on its days "
+                                           "that sets what is to be in force then")});
+}
