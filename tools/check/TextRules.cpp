@@ -111,7 +111,8 @@ void LookAtComment(const ScheduleLine& line, Findings& findings)
 
 void LookAtCount(const Entry& entry, Findings& findings)
 {
-    if (entry.fieldCount <= FIELD_COUNT)
+    // What is left out gets nothing anyway.
+    if (entry.fieldCount <= FIELD_COUNT || entry.line.IsRejected())
         return;
     findings.Add({entry.line.number, FindingKind::TEN_FIELDS, Entry::FieldName(FIELD_PARAMETERS),
                   QStringLiteral("with %1 fields the task gets no parameters").arg(entry.fieldCount),
