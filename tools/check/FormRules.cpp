@@ -18,7 +18,8 @@ using namespace ScheduleFields;
 namespace
 {
 
-constexpr qsizetype SHORT = 100; // a line of so many characters may stand in the advice
+constexpr qsizetype LONGEST = 2000; // nobody writes a line that is longer
+constexpr qsizetype SHORT = 100;    // a line of so many characters may stand in the advice
 const QString COMMENT = QStringLiteral("# ");
 
 // Of a line that was told of: nothing else is told, and it stands for what it means.
@@ -147,6 +148,8 @@ LineForm Header(const ScheduleLine& line)
 
 std::optional<LineForm> FormOf(const Workspace& workspace, const ScheduleLine& line, bool isFirst)
 {
+    if (line.text.size() > LONGEST)
+        return std::nullopt;
     if (line.IsRejected() && isFirst && IsHeader(line))
         return Header(line);
     std::optional<LineForm> form = LineForm::Of(workspace, line);

@@ -195,10 +195,12 @@ std::optional<LineForm> Structure(const Workspace& workspace, const ScheduleLine
     return WithFit(line);
 }
 
-bool IsAscii(const QString& text)
+constexpr char16_t LAST_ASCII = 0x7f;
+constexpr char16_t LAST_LATIN1 = 0xff;
+
+bool HasOnly(const QString& text, char16_t last)
 {
-    constexpr QChar LAST_ASCII = u'\x7f';
-    return std::ranges::all_of(text, [](QChar sign) { return sign <= LAST_ASCII; });
+    return std::ranges::all_of(text, [last](QChar sign) { return sign.unicode() <= last; });
 }
 
 // Whether the daemon reads other fields when the signs are the plain ones.
@@ -214,7 +216,9 @@ std::optional<LineForm> LineForm::Of(const Workspace& workspace, const ScheduleL
 {
     if (line.isSkipped)
         return std::nullopt;
-    const QString plain = IsAscii(line.text) ? line.text : LookAlikes::Plain(line.text);
+    // A name may have any sign of Latin-1.
+    const bool isPlain = HasOnly(line.text, line.IsRejected() ? LAST_ASCII : LAST_LATIN1);
+    const QString plain = isPlain ? line.text : LookAlikes::Plain(line.text);
     if (plain == line.text || !IsReadOtherwise(line.text, plain))
         return Structure(workspace, line);
     const auto place = std::ranges::mismatch(line.text, plain).in1 - line.text.begin();

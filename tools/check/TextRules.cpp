@@ -3,6 +3,7 @@
 #include "LineEnds.h"
 #include "Rules.h"
 
+#include "text/StringUtils.h"
 #include "text/TextFile.h"
 
 #include <QSet>

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 using namespace ScheduleFields;
 
@@ -134,13 +135,24 @@ class Search final
 public:
     explicit Search(const QStringList& parts)
         : m_parts(parts)
+        , m_known(static_cast<size_t>(parts.size()) + 1)
     {
     }
 
+    // Of the parts and fields from these on.
     FieldFit From(qsizetype part, int field)
     {
         if (field == FIELD_COUNT)
             return Rest(part);
+        std::optional<FieldFit>& known = m_known[static_cast<size_t>(part)].at(static_cast<size_t>(field));
+        if (!known)
+            known = Cheapest(part, field);
+        return *known;
+    }
+
+private:
+    FieldFit Cheapest(qsizetype part, int field)
+    {
         FieldFit best = WithMissing(part, field);
         if (part == m_parts.size())
             return best;
@@ -154,35 +166,21 @@ public:
             if (fit.cost <= best.cost)
                 best = fit;
         }
-        if (text.isEmpty() && m_spent + SURPLUS < UNLIKE)
+        if (text.isEmpty())
         {
-            m_spent += SURPLUS;
             FieldFit fit = From(part + 1, field);
-            m_spent -= SURPLUS;
             fit.cost += SURPLUS;
             fit.surplus.insert(fit.surplus.begin(), part);
-            Keep(best, fit);
+            if (fit.cost < best.cost)
+                best = fit;
         }
         return best;
-    }
-
-private:
-    static void Keep(FieldFit& best, const FieldFit& fit)
-    {
-        if (fit.cost < best.cost)
-            best = fit;
     }
 
     FieldFit WithMissing(qsizetype part, int field)
     {
         const Row& row = ROWS.at(static_cast<size_t>(field));
-        // What follows can only cost more.
-        m_spent += row.missing;
-        FieldFit fit;
-        fit.cost = NEVER;
-        if (m_spent < UNLIKE)
-            fit = From(part, field + 1);
-        m_spent -= row.missing;
+        FieldFit fit = From(part, field + 1);
         fit.cost += row.missing;
         fit.fields.prepend(QString::fromLatin1(row.instead));
         if (field != FIELD_PARAMETERS)
@@ -203,7 +201,7 @@ private:
     }
 
     const QStringList& m_parts;
-    int m_spent = 0;
+    std::vector<std::array<std::optional<FieldFit>, FIELD_COUNT>> m_known; // of each part and field
 };
 
 } // namespace

@@ -90,6 +90,8 @@ QString Meant::Date(const QString& text)
 {
     static const QRegularExpression CLOCK(QStringLiteral(R"([T ]\d{1,2}:\d{2}(:\d{2})?$)"));
     const QString plain = LookAlikes::Plain(text).simplified().remove(CLOCK);
+    if (plain.isEmpty())
+        return {};
     const QString named = FromParts(plain);
     if (!named.isEmpty())
         return named;

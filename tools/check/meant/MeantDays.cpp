@@ -7,6 +7,8 @@
 #include <QRegularExpression>
 #include <QStringList>
 
+#include <array>
+
 using ScheduleFields::DAYS_A_WEEK;
 
 namespace
@@ -17,14 +19,15 @@ const QString LETTERS = QStringLiteral("MTWTFSS");
 
 struct Word
 {
-    const char* pattern;
+    const char* text;
     const char* days;
 };
 
-constexpr Word WORDS[] = {
-    {"^(daily|every ?day|all( days)?|always|\\*)$", "1111111"},
-    {"^(weekdays?|work(ing )?days?)$", "1111100"},
-    {"^(weekends?)$", "0000011"},
+constexpr std::array WORDS{
+    Word{"daily", "1111111"},    Word{"every day", "1111111"}, Word{"everyday", "1111111"}, Word{"all", "1111111"},
+    Word{"all days", "1111111"}, Word{"always", "1111111"},    Word{"*", "1111111"},        Word{"weekday", "1111100"},
+    Word{"weekdays", "1111100"}, Word{"workdays", "1111100"},  Word{"weekend", "0000011"},  Word{"weekends", "0000011"},
+    Word{"0", "0000000"},
 };
 
 // Counted from 0; -1 where it is no day. A number counts from 1, as the calendar does.
@@ -96,15 +99,13 @@ QString FromSigns(const QString& text)
 QString Meant::Days(const QString& text)
 {
     const QString plain = LookAlikes::Plain(text).simplified();
+    if (plain.isEmpty())
+        return {};
     for (const Word& word : WORDS)
     {
-        if (QRegularExpression(QLatin1String(word.pattern), QRegularExpression::CaseInsensitiveOption)
-                .match(plain)
-                .hasMatch())
+        if (plain.compare(QLatin1String(word.text), Qt::CaseInsensitive) == 0)
             return QLatin1String(word.days);
     }
-    if (plain == QLatin1String("0"))
-        return NO_DAY;
     const QString days = FromSigns(plain);
     // A row of digits alone is not a list of days.
     static const QRegularExpression LIST(QStringLiteral("[^01]"));

@@ -4,6 +4,8 @@
 #include <QRegularExpression>
 #include <QTime>
 
+#include <array>
+
 namespace
 {
 
@@ -16,18 +18,18 @@ const QString TOGETHER = QStringLiteral(R"(^(\d{2})(\d{2})(\d{2})?)");
 const QString HOUR = QStringLiteral(R"(^(\d{1,2})(?=[a-z ]))");
 const QString TAIL = QStringLiteral(R"( ?(?:s|m|z|h|hrs|hours|uhr|:)? ?([ap])?\.?m?\.?$)");
 
-QTime Read(const QString& text, const QString& pattern)
+QTime Read(const QString& text, const QRegularExpression& pattern)
 {
-    const auto match = QRegularExpression(pattern + TAIL).match(text);
+    const auto match = pattern.match(text);
     if (!match.hasMatch())
         return {};
     int hour = match.captured(1).toInt();
-    const QString half = match.captured(match.regularExpression().captureCount());
+    const QString half = match.captured(pattern.captureCount());
     if (half == QLatin1String("p") && hour < NOON_HOUR)
         hour += NOON_HOUR;
     else if (half == QLatin1String("a") && hour == NOON_HOUR)
         hour = 0;
-    const bool hasMinute = match.regularExpression().captureCount() > 2;
+    const bool hasMinute = pattern.captureCount() > 2;
     return {hour, hasMinute ? match.captured(2).toInt() : 0, hasMinute ? match.captured(3).toInt() : 0};
 }
 
@@ -50,7 +52,11 @@ QString WithDigits(const QString& text)
 QString Meant::Time(const QString& text)
 {
     const QString plain = WithDigits(LookAlikes::Plain(text).simplified()).toLower();
-    for (const QString& pattern : {PARTED, TOGETHER, HOUR})
+    static const std::array PATTERNS{QRegularExpression(PARTED + TAIL), QRegularExpression(TOGETHER + TAIL),
+                                     QRegularExpression(HOUR + TAIL)};
+    if (plain.isEmpty())
+        return {};
+    for (const QRegularExpression& pattern : PATTERNS)
     {
         const QTime time = Read(plain, pattern);
         if (time.isValid())
