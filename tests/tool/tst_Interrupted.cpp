@@ -21,6 +21,7 @@ private Q_SLOTS:
     void WhatIsCutSaysSo_data();
     void WhatIsCutSaysSo();
     void WhatIsNotCutSaysNothing();
+    void HalfAComparisonIsNotShown();
     void ACutPageTakesNoOthersPlace();
 
 private:
@@ -118,6 +119,12 @@ void InterruptedTest::WhatIsNotCutSaysNothing()
     QCOMPARE(result.status, 0);
     QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8())[u"interrupted"_s], QJsonValue(false));
     QCOMPARE(m_call.Run("rehearse --csv long.csv --from 2024-05-15 --tz UTC").output.count(u"interrupted"_s), 0);
+}
+
+void InterruptedTest::HalfAComparisonIsNotShown()
+{
+    QCOMPARE(Interrupt(u"diff later.csv long.csv --from 2024-05-15 --days 36600"_s),
+             (CommandCall::Result{INTERRUPTED, {}, u"interrupted: nothing is shown\n"_s}));
 }
 
 void InterruptedTest::ACutPageTakesNoOthersPlace()
