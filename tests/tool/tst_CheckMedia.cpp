@@ -136,35 +136,38 @@ void CheckMediaTest::LengthsMayDifferByTwoSeconds()
 void CheckMediaTest::AMessageMustNotBeginWithinAnother_data()
 {
     QTest::addColumn<QByteArray>("schedule");
-    QTest::addColumn<QString>("until");
+    QTest::addColumn<QString>("told");
 
-    const auto row = [](const char* name, const QByteArray& lines, const char* until) {
-        QTest::newRow(name) << lines << QString::fromLatin1(until);
+    const auto row = [](const char* name, const QByteArray& lines, const char* told) {
+        QTest::newRow(name) << lines << QString::fromLatin1(told);
     };
     const QByteArray first = "1111111|08:00:00|*|*|*|||PlayMessage|long.wav\n";
-    row("within", first + "1111111|08:01:00|*|*|*|||PlayMessage|short.wav\n", "08:01:01");
+    row("within", first + "1111111|08:01:00|*|*|*|||PlayMessage|short.wav\n", "plays until 08:01:01");
     row("behind", first + "1111111|08:01:01|*|*|*|||PlayMessage|short.wav\n", "");
+    row("at once", first + "1111111|08:00:00|*|*|*|||PlayMessage|short.wav\n", "in the same second");
     row("on another day",
         "1111100|08:00:00|*|*|*|||PlayMessage|long.wav\n0000011|08:00:30|*|*|*|||PlayMessage|short.wav\n", "");
     row("past midnight",
-        "0000001|23:59:30|*|*|*|||PlayMessage|long.wav\n1000000|00:00:10|*|*|*|||PlayMessage|short.wav\n", "00:00:31");
+        "0000001|23:59:30|*|*|*|||PlayMessage|long.wav\n1000000|00:00:10|*|*|*|||PlayMessage|short.wav\n",
+        "plays until 00:00:31");
     row("stopped before",
         first + "1111111|08:00:30|*|*|*|||StopMessage\n1111111|08:00:40|*|*|*|||PlayMessage|short.wav\n", "");
     row("stopped on other days",
-        first + "1111100|08:00:30|*|*|*|||StopMessage\n1111111|08:00:40|*|*|*|||PlayMessage|short.wav\n", "08:01:01");
+        first + "1111100|08:00:30|*|*|*|||StopMessage\n1111111|08:00:40|*|*|*|||PlayMessage|short.wav\n",
+        "plays until 08:01:01");
 }
 
 void CheckMediaTest::AMessageMustNotBeginWithinAnother()
 {
     QFETCH(const QByteArray, schedule);
-    QFETCH(const QString, until);
+    QFETCH(const QString, told);
     if (!SoundFile::IsSupported())
         QSKIP(NO_LIBRARY);
     const QStringList findings = Findings(schedule);
-    QCOMPARE(findings.size(), until.isEmpty() ? 0 : 1);
-    if (until.isEmpty())
+    QCOMPARE(findings.size(), told.isEmpty() ? 0 : 1);
+    if (told.isEmpty())
         return;
-    QVERIFY2(findings[0].contains(u"plays until "_s + until), qPrintable(findings[0]));
+    QVERIFY2(findings[0].contains(told), qPrintable(findings[0]));
     QVERIFY2(findings[0].endsWith(u" [two-messages]"_s), qPrintable(findings[0]));
 }
 

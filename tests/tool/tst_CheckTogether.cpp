@@ -104,7 +104,7 @@ void CheckTogetherTest::OneCauseGivesOneFinding_data()
         "1111111|08:00:00|*|*|*|||PlayPlaylist|morning,50,music\n1111111|08:05:00|*|*|*|||StopPlaylist|musik\n"
         "1111111|08:05:00|*|*|*|||PlayPlaylist|evening\n");
     row("an unreadable value in the second of another", "fallback",
-        "1111111|08:00:00|*|*|*|||Volume|50\n1111111|08:00:00|*|*|*|||Volume|1O\n");
+        "1111111|08:00:00|*|*|*|||Volume|50\n1111111|08:00:00|*|*|*|||Volume|40.5\n");
     row("a tenth field behind the parameters", "wrong-parameters",
         "1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3|70\n");
     row("days that are no days", "days-form", "Mo-Fr|08:00:00|*|*|*|||PlayMessage|gong.mp3\n");
