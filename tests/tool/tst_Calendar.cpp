@@ -81,7 +81,7 @@ void CalendarTest::StartsAreEntries_data()
     row("a playlist longer than the rehearsal", "1111111|23:59:00|*|*|*|||PlayPlaylist|morning\n", SPAN, ALL,
         "2024-05-14T21:59:00+00:00 ; 2024-05-14T22:05:02+00:00 ; CONFIRMED ; - ; Playlist morning\n"
         "2024-05-15T21:59:00+00:00 ; 2024-05-15T22:05:02+00:00 ; CONFIRMED ; - ; Playlist morning\n");
-    row("a stream that goes on", "0000000|20:00:00|15|5|*|||PlayStream|8554/a\n", SPAN, ALL,
+    row("a stream that goes on", "0000000|20:00:00|15|5|2024|||PlayStream|8554/a\n", SPAN, ALL,
         "2024-05-15T18:00:00+00:00 ; 2024-05-15T22:00:00+00:00 ; CONFIRMED ; - ; Stream rtsp://<ServerIp>:8554/a\n");
     row("a setting", "1111111|10:00:00|*|*|*|||Volume|30\n", SPAN, ALL,
         "2024-05-15T08:00:00+00:00 ; - ; CONFIRMED ; - ; Volume 30.0\n");

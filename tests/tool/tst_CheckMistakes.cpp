@@ -41,7 +41,7 @@ private:
 std::vector<Mistake> CheckMistakesTest::All()
 {
     std::vector<Mistake> all;
-    for (const char* const file : {"line", "lines"})
+    for (const char* const file : {"line", "lines", "together"})
     {
         for (const Mistake& mistake : MistakeTable::Read(CheckRun::MistakeFile(file)))
             all.push_back(mistake);

@@ -119,7 +119,8 @@ void tst_Diff::OnlyRequestsCount_data()
         "    ~ master volume: not set -> 5\n");
     row("what comes by chance", "", "1111111|00:00:01|*|*|*|||Volume|5\n1111111|00:00:02|*|*|*|||Volume|5\n",
         "+ 00:00:01              Volume|5, by chance                           every day  (line 1)\n"
-        "+ 00:00:02              Volume|5, by chance                           every day  (line 2)\n");
+        "+ 00:00:02              Volume|5, by chance                           every day  (line 2)\n",
+        "    ~ master volume: not set -> 5, by chance\n");
     row("what never starts", "", "1111111|00:00:00|*|*|*|||Volume|5\n", "");
 }
 

@@ -45,9 +45,9 @@ Rehearsed Rehearse(const QString& path, const QString& playlists, qint64 from_ms
     Rehearsal rehearsal(workspace,
                         {.start_ms = start_ms, .from_ms = from_ms, .until_ms = result.run.end_ms, .isSettled = true});
     const auto text = [](const Request& request) { return u"%1 "_s.arg(request.moment_ms) + request.Text(); };
-    rehearsal.SetRequested([&](const Request& request) {
+    rehearsal.SetRequested([&](const Request& request, bool isByChance) {
         result.all.append(text(request));
-        result.inForce.Take(request);
+        result.inForce.Take(request, isByChance);
     });
     if (!rehearsal.Run())
         qFatal("no rehearsal");

@@ -73,10 +73,12 @@ void tst_Next::TheNextStartsComeInOrder_data()
            "line 1 starts at midnight, once after a load, and then never again\n";
     QTest::newRow("a playlist at midnight that has not played yet")
         << QByteArray("0000000|00:00:00|15|5|2024|||PlayPlaylist|night\n") << "2024-05-14" << 1
-        << "Thu 2024-05-16 00:00:00  in 2 d          PlayPlaylist  night          line 1\n";
+        << "Thu 2024-05-16 00:00:00  in 2 d          PlayPlaylist  night          line 1\n"
+           "line 1 starts at midnight, once after a load, and then never again\n";
     QTest::newRow("none, as it has played a year ago")
         << QByteArray("0000000|00:00:00|15|5|*|||PlayPlaylist|night\n") << "2024-05-14" << 1
-        << "no start from Tue 2024-05-14 00:00:00 to Thu 2026-05-14 00:00:00\n";
+        << "no start from Tue 2024-05-14 00:00:00 to Thu 2026-05-14 00:00:00\n"
+           "line 1 starts at midnight, once after a load, and then never again\n";
     QTest::newRow("a start at another moment than its own")
         << QByteArray("0000100|23:59:00|*|*|*|20240517|20240517|PlayPlaylist|night\n") << "2024-05-16" << 1
         << "Thu 2024-05-16 23:59:00  in 1 d          PlayPlaylist  night from ... line 1\n"

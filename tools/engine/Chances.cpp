@@ -80,7 +80,7 @@ std::vector<Chances::Unfound> Chances::Repeated() const
             const int second = action != nullptr ? action->StartSecond().value_or(-1) : -1;
             const qint64 due_ms = change.moment_ms + (second - back) * MS_PER_S;
             if (change.shift_s > 0 || second < back || due_ms > now_ms || action->m_isWatched ||
-                action->m_answeredDue_s != today_s + second)
+                action->m_answeredDay != StartIndex::DayOf(today_s))
                 continue;
             const int phases_ms = OfMissed(action->m_lineNumber, due_ms);
             if (phases_ms > 0)

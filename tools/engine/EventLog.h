@@ -42,6 +42,9 @@ public:
 
     void Receive(Request request);
 
+    // The event that the request received last belongs to. Asked for right behind Receive.
+    [[nodiscard]] const Event& Last() { return m_events[m_event]; }
+
     // Requests from now on belong to no action that was found.
     void EndPass();
 

@@ -66,9 +66,8 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     if (m_plan.isSettled)
         ForgetLoad(scheduler);
     m_log.Load(scheduler);
-    const auto always = [](double) { return true; };
-    const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, goOn ? goOn : always)
-                                          : RunStretches(scheduler, goOn ? goOn : always);
+    const std::function<bool(double)> ask = goOn ? goOn : [](double) { return true; };
+    const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, ask) : RunStretches(scheduler, ask);
     m_reached_ms = isWhole ? End_ms() : m_clock.Now_ms();
     Decide(scheduler, m_reached_ms);
     disconnect(&scheduler, nullptr, this, nullptr);

@@ -54,8 +54,8 @@ public:
     // Called for each event as it comes about; its requests, and the end of what it plays, are still to come.
     void SetNoted(const EventLog::Noted& noted) { m_log.SetNoted(noted); }
 
-    // Called for each request, from the start on.
-    using Requested = std::function<void(const Request& request)>;
+    // Called for each request, from the start on. isByChance: it belongs to a start that comes by chance.
+    using Requested = std::function<void(const Request& request, bool isByChance)>;
     void SetRequested(const Requested& requested) { m_requested = requested; }
 
     // Takes the events, in the order of their moments, as soon as nothing can change them any more. Unless it is set,
@@ -83,9 +83,9 @@ private:
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
     void Receive(const Request& request)
     {
-        if (m_requested)
-            m_requested(request);
         m_log.Receive(request);
+        if (m_requested)
+            m_requested(request, m_log.Last().IsByChance());
     }
     [[nodiscard]] PeerReply Answer(const Request& request);
     [[nodiscard]] qint64 End_ms() const;

@@ -46,15 +46,17 @@ int Commands::Diff(const QStringList& arguments)
     const qint64 from_ms = RehearsalRun::From_ms(line);
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms);
     InForce oldInForce;
-    const RehearsalRun before(line, line.Operand(0), std::nullopt, from_ms, until_ms,
-                              {.requested = [&](const Request& request) { oldInForce.Take(request); }},
-                              line.Value(OLD_PLAYLISTS));
+    const RehearsalRun before(
+        line, line.Operand(0), std::nullopt, from_ms, until_ms,
+        {.requested = [&](const Request& request, bool isByChance) { oldInForce.Take(request, isByChance); }},
+        line.Value(OLD_PLAYLISTS));
     if (before.Status() == ExitStatus::INTERRUPTED)
         return TellCut();
     InForce newInForce;
-    const RehearsalRun after(line, line.Operand(1), std::nullopt, from_ms, until_ms,
-                             {.requested = [&](const Request& request) { newInForce.Take(request); }},
-                             line.Value(NEW_PLAYLISTS));
+    const RehearsalRun after(
+        line, line.Operand(1), std::nullopt, from_ms, until_ms,
+        {.requested = [&](const Request& request, bool isByChance) { newInForce.Take(request, isByChance); }},
+        line.Value(NEW_PLAYLISTS));
     if (after.Status() == ExitStatus::INTERRUPTED)
         return TellCut();
     const QString text = ScheduleDiff::Text({before.Result(), oldInForce}, {after.Result(), newInForce});

@@ -50,7 +50,7 @@ QString Shown(const QVariant& value)
 
 } // namespace
 
-void InForce::Take(const Request& request)
+void InForce::Take(const Request& request, bool isByChance)
 {
     const auto* const setting =
         std::ranges::find_if(SETTINGS, [&](const Setting& row) { return request.method == QLatin1String(row.method); });
@@ -60,7 +60,8 @@ void InForce::Take(const Request& request)
     const QString format = QString::fromLatin1(setting->format);
     const bool hasValue = format.contains(QLatin1String(VALUE)) && !request.arguments.isEmpty();
     m_settings[name.contains(QLatin1String(VALUE)) ? name.arg(request.arguments.value(0).toString()) : name] =
-        hasValue ? format.arg(Shown(request.arguments.last())) : format;
+        (hasValue ? format.arg(Shown(request.arguments.last())) : format) +
+        (isByChance ? QStringLiteral(", by chance") : QString());
 }
 
 InForce::Values InForce::At(const RehearsalResult& run) const

@@ -16,8 +16,8 @@ public:
     // The name of what plays.
     static inline const QString PLAYING = QStringLiteral("playing");
 
-    // The next request.
-    void Take(const Request& request);
+    // The next request. isByChance: its start may as well not come; the value says so.
+    void Take(const Request& request, bool isByChance);
 
     // Values by what they are values of: "master volume": "70", "playing": "Stream evening". What was never set, and
     // "playing" where nothing plays, is left out.

@@ -1,8 +1,8 @@
 #include "CalendarEntry.h"
-#include "RehearsalText.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "base/ToolError.h"
+#include "commands/RehearsalText.h"
 
 #include <QDateTime>
 #include <QStringList>

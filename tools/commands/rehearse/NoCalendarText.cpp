@@ -1,5 +1,5 @@
-#include "RehearsalText.h"
 #include "base/ToolError.h"
+#include "commands/RehearsalText.h"
 
 // In the place of CalendarText where the tool is built without libical.
 
