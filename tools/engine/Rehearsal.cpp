@@ -63,8 +63,8 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
         !connect(&scheduler, &Scheduler::ExpectedPddAction, this, &Rehearsal::OnPddAction))
         throw ToolError(QStringLiteral("the engine cannot be listened to"));
     scheduler.Start();
-    if (m_plan.isSettled)
-        ForgetLoad(scheduler);
+    for (const auto& action : scheduler.FarActions())
+        action->m_forced = action->m_forced && !m_plan.isSettled;
     m_log.Load(scheduler);
     const std::function<bool(double)> ask = goOn ? goOn : [](double) { return true; };
     const bool isWhole = m_plan.everyPass ? RunEveryPass(scheduler, ask) : RunStretches(scheduler, ask);
@@ -75,12 +75,6 @@ bool Rehearsal::Run(const std::function<bool(double)>& goOn)
     // What still plays is stopped with the schedule: no part of what was asked for.
     PeerCall::SetTransport([](QDBusAbstractInterface*, const QString&, const QVariantList&) { return PeerReply(0); });
     return isWhole;
-}
-
-void Rehearsal::ForgetLoad(const Scheduler& scheduler)
-{
-    for (const auto& action : scheduler.FarActions())
-        action->m_forced = false;
 }
 
 // The calendar may be stepped back as long as there are disturbances: what comes then may be sorted before all others.

@@ -77,7 +77,6 @@ public:
 
 private:
     void OnPddAction(uint action, bool enable);
-    static void ForgetLoad(const Scheduler& scheduler);
     bool RunEveryPass(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretches(Scheduler& scheduler, const std::function<bool(double)>& goOn);
     bool RunStretch(Scheduler& scheduler, const Stretch& stretch, const std::function<bool(double)>& goOn);
