@@ -34,8 +34,8 @@ protected:
     void CheckEarly();
 
     // Lets that much time pass, what a pass itself takes apart, with the passes as the timers have them: the first far
-    // one after firstFar_ms, the others every 3 s; an early one behind each of them and, while an action is in the early
-    // list, at each fifth of a second. Calls after behind each pass.
+    // one after firstFar_ms, the others every 3 s; an early one behind each of them and, while an action is in the
+    // early list, at each fifth of a second. Calls after behind each pass.
     void PassTime(
         int span_ms, int firstFar_ms, const std::function<void()>& after = [] {});
 

@@ -31,7 +31,7 @@ constexpr int DAYS = 2;
 struct Rehearsed
 {
     RehearsalResult run;
-    InForce inForce;
+    EndState inForce;
     QStringList all;    // also before the span
     QStringList inSpan; // of starts in it
 };

@@ -12,24 +12,20 @@ constexpr const char* NO_BUS = "unix:path=/nonexistent";
 const QString BUS_SOCKET = QStringLiteral("/bus"); // of a user's session manager, in the folder of that variable
 const QString SOCKET_ADDRESS = QStringLiteral("unix:path=");
 
-QString& Kept()
-{
-    static QString address;
-    return address;
-}
+QString m_kept; // of the environment
 
 } // namespace
 
 void SessionBus::Hide()
 {
-    Kept() = qEnvironmentVariable(BUS_VARIABLE);
+    m_kept = qEnvironmentVariable(BUS_VARIABLE);
     qputenv(BUS_VARIABLE, NO_BUS);
 }
 
 QString SessionBus::Address()
 {
-    if (!Kept().isEmpty())
-        return Kept();
+    if (!m_kept.isEmpty())
+        return m_kept;
     const QString folder = qEnvironmentVariable(RUNTIME_VARIABLE);
     return !folder.isEmpty() && QFileInfo::exists(folder + BUS_SOCKET) ? SOCKET_ADDRESS + folder + BUS_SOCKET
                                                                        : QString();

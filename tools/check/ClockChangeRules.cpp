@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <map>
 
 using namespace ScheduleFields;
@@ -75,10 +76,10 @@ QString Concerned(const Startable& start, const std::vector<Hour>& hours, const 
 void Rules::FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings)
 {
     const qint64 from_ms = Moment::FromLocal_ms(today, QTime(0, 0));
+    const std::vector<ClockChange> changes =
+        ClockChange::Between(from_ms, Moment::FromLocal_ms(today.addDays(YearDays::DAYS), QTime(0, 0)));
     std::vector<Hour> hours;
-    for (const ClockChange& change :
-         ClockChange::Between(from_ms, Moment::FromLocal_ms(today.addDays(YearDays::DAYS), QTime(0, 0))))
-        hours.push_back(Hour::Of(change));
+    std::ranges::transform(changes, std::back_inserter(hours), Hour::Of);
     YearDays days(today);
     for (const Entry& entry : entries)
     {

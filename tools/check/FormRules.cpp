@@ -48,7 +48,7 @@ bool LookAtEncoding(const Workspace& workspace, std::vector<ScheduleLine>& lines
     finding.replacedLines = static_cast<int>(lines.size());
     finding.isRejection = true;
     findings.Add(finding);
-    for (ScheduleLine& line : lines)
+    for (const ScheduleLine& line : lines)
         findings.Close(line.number);
     return true;
 }

@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -105,12 +106,10 @@ Told TellParameters(const Entry& entry)
 QString Alike(const QString& path)
 {
     const QFileInfo missing(path);
-    for (const QString& name : missing.dir().entryList(QDir::Files))
-    {
-        if (name.compare(missing.fileName(), Qt::CaseInsensitive) == 0)
-            return name;
-    }
-    return {};
+    const QStringList names = missing.dir().entryList(QDir::Files);
+    const auto alike = std::ranges::find_if(
+        names, [&](const QString& name) { return name.compare(missing.fileName(), Qt::CaseInsensitive) == 0; });
+    return alike != names.end() ? *alike : QString();
 }
 
 Told TellPlaylist(const Entry& entry)

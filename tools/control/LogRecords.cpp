@@ -25,7 +25,7 @@ constexpr const char* MOMENT_FIELD = "__REALTIME_TIMESTAMP"; // in microseconds
 constexpr int ERROR_PRIORITY = 3;
 constexpr int US_PER_MS = 1000;
 
-void KeepLast(std::vector<LogRecord>& records, int count)
+void KeepLast(std::vector<LoggedRecord>& records, int count)
 {
     const auto surplus = static_cast<qsizetype>(records.size()) - count;
     if (surplus > 0)
@@ -43,7 +43,7 @@ QString Text(const QJsonValue& value)
     return QString::fromUtf8(bytes);
 }
 
-LogRecord OfEntry(const QJsonObject& entry)
+LoggedRecord OfEntry(const QJsonObject& entry)
 {
     bool hasLevel = false;
     unsigned int level = entry.value(QLatin1String(LEVEL_FIELD)).toString().toUInt(&hasLevel);
@@ -56,12 +56,12 @@ LogRecord OfEntry(const QJsonObject& entry)
 
 } // namespace
 
-std::vector<LogRecord> LogRecords::OfFile(const QString& file, int count)
+std::vector<LoggedRecord> LogRecords::OfFile(const QString& file, int count)
 {
     QFile log(file);
     if (!log.open(QIODevice::ReadOnly))
         throw ToolError(QStringLiteral("%1: %2").arg(file, log.errorString()));
-    std::vector<LogRecord> records;
+    std::vector<LoggedRecord> records;
     for (QByteArray line = log.readLine(); !line.isEmpty(); line = log.readLine())
     {
         const QString text = QString::fromUtf8(line).trimmed();
@@ -77,7 +77,7 @@ std::vector<LogRecord> LogRecords::OfFile(const QString& file, int count)
     return records;
 }
 
-std::optional<std::vector<LogRecord>> LogRecords::OfJournal(int count)
+std::optional<std::vector<LoggedRecord>> LogRecords::OfJournal(int count)
 {
     QProcess journal;
     journal.setStandardErrorFile(QProcess::nullDevice());
@@ -87,7 +87,7 @@ std::optional<std::vector<LogRecord>> LogRecords::OfJournal(int count)
                             QStringLiteral("--no-pager"), QStringLiteral("--quiet")});
     if (!journal.waitForFinished(JOURNAL_MS) || journal.exitStatus() != QProcess::NormalExit || journal.exitCode() != 0)
         return {};
-    std::vector<LogRecord> records;
+    std::vector<LoggedRecord> records;
     for (const QByteArray& line : journal.readAllStandardOutput().split('\n'))
     {
         const QJsonDocument entry = QJsonDocument::fromJson(line);

@@ -6,7 +6,7 @@
 #include <vector>
 
 // What the daemon has logged as errors (level 1) and warnings (level 2).
-struct LogRecord
+struct LoggedRecord
 {
     std::optional<qint64> moment_ms; // none: the source does not tell
     unsigned int level;
@@ -18,9 +18,9 @@ namespace LogRecords
 
 // The last count of them in a log file, whose lines are "<level> <origin> <text>"; other lines are passed over. Throws
 // ToolError when the file cannot be read.
-[[nodiscard]] std::vector<LogRecord> OfFile(const QString& file, int count);
+[[nodiscard]] std::vector<LoggedRecord> OfFile(const QString& file, int count);
 
 // The last count of them in the user's journal. None where there is no journal.
-[[nodiscard]] std::optional<std::vector<LogRecord>> OfJournal(int count);
+[[nodiscard]] std::optional<std::vector<LoggedRecord>> OfJournal(int count);
 
 } // namespace LogRecords

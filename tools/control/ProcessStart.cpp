@@ -4,6 +4,7 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <unistd.h>
 
 // Formats: proc(5), /proc/[pid]/stat and /proc/stat.
@@ -24,12 +25,9 @@ QByteArray Content(const QString& name)
 
 std::optional<qint64> BootSecond()
 {
-    for (const QByteArray& line : Content(SYSTEM).split('\n'))
-    {
-        if (line.startsWith(BOOT_FIELD))
-            return line.mid(BOOT_FIELD.size()).toLongLong();
-    }
-    return {};
+    const QByteArrayList lines = Content(SYSTEM).split('\n');
+    const auto line = std::ranges::find_if(lines, [](const QByteArray& each) { return each.startsWith(BOOT_FIELD); });
+    return line != lines.end() ? std::optional(line->mid(BOOT_FIELD.size()).toLongLong()) : std::nullopt;
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <numeric>
 
 namespace
 {
@@ -103,8 +104,7 @@ WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, con
         markWidths.append(Width(mark) + MARK_WIDTH);
     const int room = COLUMN_WIDTH * WEEK_COLUMNS / share;
     const int lines = Lines(widths, room) + Lines(markWidths, room);
-    int paperWidth = 0;
-    for (const int width : widths + markWidths)
-        paperWidth += width + BLANK_WIDTH;
+    const QList<int> all = widths + markWidths;
+    const int paperWidth = std::accumulate(all.begin(), all.end(), static_cast<int>(all.size()) * BLANK_WIDTH);
     return {(lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT, paperWidth};
 }

@@ -1,6 +1,7 @@
 #include "HourScale.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 
 namespace
@@ -39,8 +40,7 @@ struct Reached
 HourScale::HourScale(const std::vector<Items>& days)
 {
     std::vector<Reached> all;
-    for (const Items& items : days)
-        all.push_back({items});
+    std::ranges::transform(days, std::back_inserter(all), [](const Items& items) { return Reached{items}; });
     for (const int time_s : Times(days))
     {
         double top = 0;

@@ -79,7 +79,12 @@ public:
         QStringList radio;
         QStringList heard;
         for (const Playing& playing : m_playing)
-            (playing.event->type == TASK_PLAY_RADIO_FM ? radio : heard).append(playing.text);
+        {
+            if (playing.event->type == TASK_PLAY_RADIO_FM)
+                radio.append(playing.text);
+            else
+                heard.append(playing.text);
+        }
         QStringList texts{m_volume, m_light, radio.isEmpty() ? OFF : radio.join(QStringLiteral(", ")),
                           heard.join(QStringLiteral(", "))};
         std::ranges::transform(texts, texts.begin(), Terminal::Harmless);

@@ -1,6 +1,7 @@
 #include "PaperSheet.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace
 {
@@ -14,10 +15,9 @@ constexpr int ROOM_OF_A_LINE = 28;
 
 int LinesOf(const WeekLayout::Day& day, int room)
 {
-    int lines = 0;
-    for (const WeekLayout::Entry& entry : day.entries)
-        lines += (entry.room.paperWidth + room - 1) / room;
-    return lines;
+    return std::accumulate(day.entries.begin(), day.entries.end(), 0, [=](int lines, const WeekLayout::Entry& entry) {
+        return lines + (entry.room.paperWidth + room - 1) / room;
+    });
 }
 
 } // namespace

@@ -7,10 +7,9 @@
 namespace
 {
 
-constexpr std::array NAMES{
-    "a file name", "port and path", "an identifier",         "a volume",    "a volume",    "an intensity",
-    "a frequency", "a mask",        "1 (on) or 0 (off)", "a frequency", "an interval", "a number of photos",
-    "a PDD action"};
+constexpr std::array NAMES{"a file name",  "port and path",      "an identifier", "a volume",          "a volume",
+                           "an intensity", "a frequency",        "a mask",        "1 (on) or 0 (off)", "a frequency",
+                           "an interval",  "a number of photos", "a PDD action"};
 static_assert(NAMES.size() == static_cast<std::size_t>(ParameterRole::PDD_NUMBER) + 1, "every role has a name");
 
 } // namespace

@@ -8,7 +8,8 @@
 namespace ParameterNames
 {
 
-// "a file name", "1 (on) or 0 (off)": that parameter of such a task, counted from 0; "a parameter" where it reads none there.
+// "a file name", "1 (on) or 0 (off)": that parameter of such a task, counted from 0; "a parameter" where it reads none
+// there.
 [[nodiscard]] QString Of(TaskType type, int place);
 
 } // namespace ParameterNames

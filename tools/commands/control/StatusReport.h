@@ -28,7 +28,7 @@ struct StatusReport
     std::optional<Event> next = {};  // none within the time that was looked at
 
     std::vector<PeerPresence::Peer> peers = {};
-    std::optional<std::vector<LogRecord>> records = {}; // none: there is no log to read
+    std::optional<std::vector<LoggedRecord>> records = {}; // none: there is no log to read
 
     // Whether the daemon may run an earlier content of the file: it was changed after the daemon was started, and
     // nobody knows of a reload since.

@@ -79,7 +79,12 @@ QString PeerRows(const StatusReport& report)
     QStringList present;
     QStringList absent;
     for (const PeerPresence::Peer& peer : report.peers)
-        (peer.isPresent ? present : absent).append(peer.name);
+    {
+        if (peer.isPresent)
+            present.append(peer.name);
+        else
+            absent.append(peer.name);
+    }
     const QString separator = QStringLiteral(", ");
     QString text = Row("peers", present.isEmpty() ? QStringLiteral("none") : present.join(separator));
     if (!absent.isEmpty())
@@ -100,7 +105,7 @@ QString RecordRows(const StatusReport& report)
     if (report.records->empty())
         return Row("records", QStringLiteral("no errors, no warnings"));
     QString text;
-    for (const LogRecord& record : *report.records)
+    for (const LoggedRecord& record : *report.records)
     {
         const QString when = record.moment_ms ? MomentWords(*record.moment_ms) + u' ' : QString();
         text += Row(text.isEmpty() ? "records" : "",
@@ -121,10 +126,10 @@ QJsonObject EventObject(const Event& event)
             {QStringLiteral("start"), Moment::IsoText(std::max(event.moment_ms, event.due_ms))}};
 }
 
-QJsonArray RecordArray(const std::vector<LogRecord>& records)
+QJsonArray RecordArray(const std::vector<LoggedRecord>& records)
 {
     QJsonArray array;
-    for (const LogRecord& record : records)
+    for (const LoggedRecord& record : records)
     {
         QJsonObject object{{QStringLiteral("level"), static_cast<int>(record.level)},
                            {QStringLiteral("text"), record.text}};

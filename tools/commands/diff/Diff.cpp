@@ -45,14 +45,14 @@ int Commands::Diff(const QStringList& arguments)
     RehearsalRun::SetTimeZone(line);
     const qint64 from_ms = RehearsalRun::From_ms(line);
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms);
-    InForce oldInForce;
+    EndState oldInForce;
     const RehearsalRun before(
         line, line.Operand(0), std::nullopt, from_ms, until_ms,
         {.requested = [&](const Request& request, bool isByChance) { oldInForce.Take(request, isByChance); }},
         line.Value(OLD_PLAYLISTS));
     if (before.Status() == ExitStatus::INTERRUPTED)
         return TellCut();
-    InForce newInForce;
+    EndState newInForce;
     const RehearsalRun after(
         line, line.Operand(1), std::nullopt, from_ms, until_ms,
         {.requested = [&](const Request& request, bool isByChance) { newInForce.Take(request, isByChance); }},

@@ -74,13 +74,13 @@ QString Row(const StartChange& change, const QString& dates)
            Details(Sign::GOES, change.lost) + Details(Sign::COMES, change.gained);
 }
 
-QString InForceText(const InForce::Values& before, const InForce::Values& after, qint64 end_ms)
+QString InForceText(const EndState::Values& before, const EndState::Values& after, qint64 end_ms)
 {
-    InForce::Values all = before;
+    EndState::Values all = before;
     all.insert(after.begin(), after.end());
-    const auto valueOf = [](const InForce::Values& values, const QString& name) {
+    const auto valueOf = [](const EndState::Values& values, const QString& name) {
         const auto value = values.find(name);
-        return value != values.end() ? value->second : name == InForce::PLAYING ? PLAYING_NOTHING : NOT_SET;
+        return value != values.end() ? value->second : name == EndState::PLAYING ? PLAYING_NOTHING : NOT_SET;
     };
     QString text;
     for (const auto& entry : all)

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "InForce.h"
+#include "EndState.h"
 
 #include <QString>
 
@@ -14,7 +14,7 @@ namespace ScheduleDiff
 struct Side
 {
     const RehearsalResult& run;
-    const InForce& inForce; // of its requests
+    const EndState& inForce; // of its requests
 };
 
 // A line for each change, in order of time: "+" for a start that comes, "-" for one that goes, "~" for one that comes

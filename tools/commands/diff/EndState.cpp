@@ -1,4 +1,4 @@
-#include "InForce.h"
+#include "EndState.h"
 
 #include "engine/RehearsalResult.h"
 #include "peers/CpuFreqManager.h"
@@ -50,7 +50,7 @@ QString Shown(const QVariant& value)
 
 } // namespace
 
-void InForce::Take(const Request& request, bool isByChance)
+void EndState::Take(const Request& request, bool isByChance)
 {
     const auto* const setting =
         std::ranges::find_if(SETTINGS, [&](const Setting& row) { return request.method == QLatin1String(row.method); });
@@ -64,7 +64,7 @@ void InForce::Take(const Request& request, bool isByChance)
         (isByChance ? QStringLiteral(", by chance") : QString());
 }
 
-InForce::Values InForce::At(const RehearsalResult& run) const
+EndState::Values EndState::At(const RehearsalResult& run) const
 {
     QStringList playing;
     for (const Event& event : run.events)

@@ -10,7 +10,7 @@ struct RehearsalResult;
 
 // What is in force on the device at the end of a rehearsal: what its requests, those of the run-up included, have set
 // last, and what plays.
-class InForce final
+class EndState final
 {
 public:
     // The name of what plays.
