@@ -63,11 +63,14 @@ bool LogStream::Take(const LogRecord& record)
 {
     if (!WriteRest())
         return false;
-    const std::string line = record.Line();
-    const ssize_t written = WriteSome(line);
+    m_rest = record.Line();
+    const ssize_t written = WriteSome(m_rest);
     if (written <= 0)
+    {
+        m_rest.clear();
         return false;
-    m_rest = line.substr(static_cast<size_t>(written));
+    }
+    m_rest.erase(0, static_cast<size_t>(written));
     static_cast<void>(WriteRest());
     return true;
 }

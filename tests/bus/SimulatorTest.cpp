@@ -1,5 +1,7 @@
 #include "SimulatorTest.h"
 
+#include "BuiltProgram.h"
+
 #include <QDBusArgument>
 
 #include <algorithm>
@@ -71,7 +73,8 @@ std::unique_ptr<QProcess> SimulatorTest::Launch(const QStringList& arguments) co
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus->Address());
     process->setProcessEnvironment(environment);
-    process->start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"), arguments);
+    BuiltProgram::Set(*process, u"ozna-simulator"_s, arguments);
+    process->start();
     return process;
 }
 

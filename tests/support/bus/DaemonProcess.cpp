@@ -1,5 +1,6 @@
 #include "DaemonProcess.h"
 
+#include "BuiltProgram.h"
 #include "Wait.h"
 
 #include <QRegularExpression>
@@ -51,7 +52,7 @@ DaemonProcess::DaemonProcess(const QString& program)
 {
     m_process.setStandardErrorFile(m_logFile.fileName());
     m_process.setStandardOutputFile(OutputFile());
-    m_process.setProgram(QStringLiteral(OZNA_BUILD_DIR "/") + program);
+    BuiltProgram::Set(m_process, program);
     m_environment.insert(u"OZNA_LOG_LEVEL"_s, u"9"_s);
     m_environment.insert(u"TZ"_s, u"UTC"_s);
 }

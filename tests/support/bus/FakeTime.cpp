@@ -1,5 +1,7 @@
 #include "FakeTime.h"
 
+#include "BuiltProgram.h"
+
 #include <atomic>
 
 using namespace Qt::StringLiterals;
@@ -25,6 +27,6 @@ QDateTime FakeTime::Now() const
 
 void FakeTime::Apply(QProcessEnvironment& environment) const
 {
-    environment.insert(u"LD_PRELOAD"_s, QStringLiteral(OZNA_SHIFTED_CLOCK));
+    environment.insert(u"LD_PRELOAD"_s, BuiltProgram::Path(u"tests/support/clock/libozna_shifted_clock.so"_s));
     environment.insert(u"OZNA_CLOCK_OFFSET_FILE"_s, m_file.fileName());
 }

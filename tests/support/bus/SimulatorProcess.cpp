@@ -1,5 +1,6 @@
 #include "SimulatorProcess.h"
 
+#include "BuiltProgram.h"
 #include "PeerNames.h"
 #include "Wait.h"
 
@@ -70,8 +71,8 @@ void SimulatorProcess::Start(const QStringList& arguments)
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus.Address());
     m_process.setProcessEnvironment(environment);
-    m_process.start(QStringLiteral(OZNA_BUILD_DIR "/ozna-simulator"),
-                    arguments + QStringList{u"--control"_s, m_control});
+    BuiltProgram::Set(m_process, u"ozna-simulator"_s, arguments + QStringList{u"--control"_s, m_control});
+    m_process.start();
     if (!m_bus.WaitForService(m_control))
         qFatal("the simulator does not come up: %s", qPrintable(m_process.errorString()));
 }
