@@ -90,7 +90,6 @@ bool LogStream::WriteRest()
 ssize_t LogStream::WriteSome(std::string_view bytes) const
 {
     if (m_way == Way::SOCKET)
-        // cppcheck-suppress invalidLifetime ; every caller holds what it has written
         return ::send(m_descriptor, bytes.data(), bytes.size(), MSG_DONTWAIT | MSG_NOSIGNAL);
     if (m_way == Way::AT_ONCE)
         return ::write(m_descriptor, bytes.data(), bytes.size());
