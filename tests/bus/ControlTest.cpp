@@ -1,5 +1,6 @@
 #include "ControlTest.h"
 
+#include "BuiltProgram.h"
 #include "Wait.h"
 
 #include <QRegularExpression>
@@ -15,7 +16,8 @@ ControlTest::Process ControlTest::Launch(const QString& arguments, const QProces
 {
     Process process(new QProcess);
     process->setProcessEnvironment(environment);
-    process->start(QStringLiteral(OZNA_BUILD_DIR "/ozna-schedule"), arguments.split(u' '));
+    BuiltProgram::Set(*process, u"ozna-schedule"_s, arguments.split(u' '));
+    process->start();
     return process;
 }
 
