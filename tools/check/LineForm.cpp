@@ -182,14 +182,14 @@ std::optional<LineForm> WithoutQuotes(const Workspace& workspace, const QString&
 
 std::optional<LineForm> Structure(const Workspace& workspace, const ScheduleLine& line)
 {
-    if (const auto form = WithoutQuotes(workspace, line.text))
+    if (auto form = WithoutQuotes(workspace, line.text))
         return form;
     const bool hasTooMany = StringUtils::CountTokens(line.text, FIELD_SEPARATOR) > FIELD_COUNT;
     if (IsWellFormed(line) && !hasTooMany)
         return std::nullopt;
     if (line.IsRejected())
     {
-        if (const auto form = WithSeparator(line.text))
+        if (auto form = WithSeparator(line.text))
             return form;
     }
     return WithFit(line);

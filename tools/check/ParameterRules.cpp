@@ -95,7 +95,7 @@ QString AdviseReadable(ParameterRole role)
 // What was meant by a parameter that the task cannot read; empty where nobody knows.
 QString MeantBy(const QString& text, ParameterRole role)
 {
-    const QString number = Meant::Number(text);
+    QString number = Meant::Number(text);
     if (role == ParameterRole::FREQUENCY)
         return number;
     const QString whole = IsWhole(number) ? number : QString();

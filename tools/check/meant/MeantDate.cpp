@@ -92,7 +92,7 @@ QString Meant::Date(const QString& text)
     const QString plain = LookAlikes::Plain(text).simplified().remove(CLOCK);
     if (plain.isEmpty())
         return {};
-    const QString named = FromParts(plain);
+    QString named = FromParts(plain);
     if (!named.isEmpty())
         return named;
     const QString digits = LookAlikes::Digits(plain);
