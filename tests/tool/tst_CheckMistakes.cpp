@@ -120,6 +120,5 @@ void CheckMistakesTest::TheMistakeIsFoundAndTheAdviceCorrectsIt()
     QVERIFY2(wrong.isEmpty(), wrong.constData());
 }
 
-Q_DECLARE_METATYPE(Mistake)
 OZNA_CASE(CheckMistakes, CheckMistakesTest)
 #include "tst_CheckMistakes.moc"
