@@ -28,7 +28,6 @@ namespace
 {
 
 constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/scheduler/logobj";
-constexpr const char* SCHEDULE_FILE = "schedule.csv";
 constexpr int LARGE_BLOCK = 131072; // bytes
 constexpr int EXIT_NORMAL = 0;
 constexpr int EXIT_NO_BUS = -1;
@@ -126,7 +125,7 @@ int main(int argc, char* argv[])
     int status = EXIT_NORMAL;
     try
     {
-        m_scheduler = new Scheduler(QString::fromLatin1(SCHEDULE_FILE));
+        m_scheduler = new Scheduler(QString::fromLatin1(SchedulerNames::START_FILE));
         m_schedulerAdaptor = new SchedulerAdaptor(m_scheduler);
         if (!Register(bus))
             return EXIT_NO_BUS;

@@ -18,6 +18,13 @@ struct Busy
     }
 };
 
+// How long a message lasts only the player knows.
+qint64 EndOf(const Event& event)
+{
+    return event.type == TASK_PLAY_MESSAGE ? std::max(event.end_ms, event.begin_ms + QuietMoment::MESSAGE_MS)
+                                           : event.end_ms;
+}
+
 void AddStart(std::vector<Busy>& times, const Event& event)
 {
     if (event.kind != EventKind::START && event.kind != EventKind::FOLLOWUP)
@@ -37,7 +44,7 @@ QuietMoment::Result QuietMoment::After(qint64 now_ms, qint64 until_ms, const std
     {
         AddStart(times, event);
         if (event.plays)
-            times.push_back({event.begin_ms, event.end_ms, &event});
+            times.push_back({event.begin_ms, EndOf(event), &event});
     }
     for (const Event& event : coming)
         AddStart(times, event);

@@ -11,7 +11,8 @@
 namespace QuietMoment
 {
 
-inline constexpr qint64 MARGIN_MS = 15000; // free of starts before and after
+inline constexpr qint64 MARGIN_MS = 15000;  // free of starts before and after
+inline constexpr qint64 MESSAGE_MS = 60000; // that a message is taken to play at least
 
 // What keeps it waiting.
 struct Reason

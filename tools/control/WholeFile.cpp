@@ -70,6 +70,9 @@ void WholeFile::Write(const QString& path, const QByteArray& content)
 void WholeFile::Place(const QString& made, const QString& place)
 {
     const bool isExchange = QFileInfo(place).isDir();
+    // Whoever could read the earlier file can read this one.
+    if (QFileInfo(place).isFile() && !QFile::setPermissions(made, QFile::permissions(place)))
+        FailWithError(made);
     if (::renameat2(AT_FDCWD, QFile::encodeName(made).constData(), AT_FDCWD, QFile::encodeName(place).constData(),
                     isExchange ? RENAME_EXCHANGE : 0U) != 0)
         FailWithError(place);

@@ -1,5 +1,6 @@
 #include "ControlOptions.h"
 #include "DeployPlan.h"
+#include "SchedulerNames.h"
 #include "base/ExitStatus.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
@@ -7,8 +8,10 @@
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "control/Deployment.h"
+#include "control/FolderLock.h"
 #include "control/ProcessStart.h"
 
+#include <QFileInfo>
 #include <QThread>
 
 namespace
@@ -18,21 +21,27 @@ const QString NOW = QStringLiteral("now");
 const QString STRICT = QStringLiteral("strict");
 const QString UNDO = QStringLiteral("undo");
 const QString DASHED_PLAYLISTS = QStringLiteral("--playlists");
+const QString OPERANDS = QStringLiteral("--"); // what follows is no option
 
 constexpr int SLICE_MS = 200; // how often the clock is looked at, which somebody may set
 
-// Shows what a check finds, and what changes. The check's status.
+// Shows what a check finds, and what changes. The check's status; what ran before may come back in any case.
 int Judge(const CommandLine& line, const Deployment& deployment, const DeployPlan& plan)
 {
-    QStringList check{plan.file, DASHED_PLAYLISTS, plan.playlists};
+    QStringList check{DASHED_PLAYLISTS, plan.playlists};
     if (line.Has(STRICT))
         check.append(QStringLiteral("--strict"));
-    const int status = Commands::Check(check);
-    if (status == ExitStatus::CLEAN && plan.before)
-        static_cast<void>(
-            Commands::Diff({deployment.SchedulePath(), plan.file, QStringLiteral("--old-playlists"),
-                            deployment.PlaylistFolder(), QStringLiteral("--new-playlists"), plan.playlists}));
-    return status;
+    const int status = Commands::Check(check + QStringList{OPERANDS, plan.file});
+    const bool isFit = status == ExitStatus::CLEAN || plan.isUndo;
+    if (isFit && plan.Replaces(deployment))
+        static_cast<void>(Commands::Diff({QStringLiteral("--old-playlists"), deployment.PlaylistFolder(),
+                                          QStringLiteral("--new-playlists"), plan.playlists, OPERANDS,
+                                          deployment.SchedulePath(), plan.file}));
+    const QStringList changed = plan.Changed();
+    if (isFit && !changed.isEmpty())
+        Terminal::Print(
+            QStringLiteral("to be written: %1\n").arg(Terminal::Harmless(changed.join(QStringLiteral(", ")))));
+    return isFit ? int{ExitStatus::CLEAN} : status;
 }
 
 void WaitForQuiet(const Deployment& deployment, const DeployPlan& plan, qint64 since_ms)
@@ -56,27 +65,45 @@ void WaitForQuiet(const Deployment& deployment, const DeployPlan& plan, qint64 s
     }
 }
 
-// What is there after a failure, in words: the earlier files, as far as that is possible.
-QString BringBack(const Deployment& deployment, const FileSet& before)
+// The daemon as it was when the deployment began: another one, or another file, is another story.
+struct Target
+{
+    SchedulerLink::State state;
+    qint64 processId;
+
+    [[nodiscard]] static Target Of(SchedulerLink& link) { return {link.GetState(), link.ProcessId()}; }
+
+    [[nodiscard]] bool Is(const Target& other) const
+    {
+        return state.fileName == other.state.fileName && processId == other.processId;
+    }
+};
+
+// Puts back what stood there, and tells what is there then.
+QString BringBack(const Deployment& deployment, const DeployPlan& plan)
 {
     try
     {
-        if (deployment.InPlaceOf(before) != before)
-            deployment.Install(before);
-        return QStringLiteral("\nthe earlier schedule is in its place");
+        deployment.Install(plan.before);
+        if (!plan.isUndo)
+            deployment.TakeBack();
+        deployment.CleanUp();
+        return QStringLiteral("\nthe earlier files are in their places; ozna-schedule reload has them loaded");
     }
     catch (const ToolError& error)
     {
-        return QStringLiteral("\nthe earlier schedule stands in %1: %2")
-            .arg(deployment.KeptSchedulePath(), QString::fromStdString(error.what()));
+        return QStringLiteral("\nthe earlier files are in %1: %2")
+            .arg(QFileInfo(deployment.KeptSchedulePath()).path(), QString::fromStdString(error.what()));
     }
 }
 
-// Puts the files in place and has the daemon load them; where it does not, the earlier ones come back.
+// What is kept is never the only copy of what is to come back: it is replaced before a deployment, and behind an
+// undoing.
 void SwitchOver(SchedulerLink& link, const Deployment& deployment, const DeployPlan& plan)
 {
-    if (plan.before)
-        deployment.Keep(*plan.before);
+    deployment.CleanUp();
+    if (!plan.isUndo)
+        deployment.Keep(plan.before);
     try
     {
         deployment.Install(plan.files);
@@ -84,26 +111,25 @@ void SwitchOver(SchedulerLink& link, const Deployment& deployment, const DeployP
     }
     catch (const ToolError& error)
     {
-        if (!plan.before)
-            throw;
-        throw ToolError(QString::fromStdString(error.what()) + BringBack(deployment, *plan.before));
+        throw ToolError(QString::fromStdString(error.what()) + BringBack(deployment, plan));
     }
+    if (plan.isUndo)
+        deployment.Keep(plan.before);
+    deployment.CleanUp();
 }
 
-// Whether the daemon runs what was checked.
-void ReadBack(SchedulerLink& link, const Deployment& deployment, const DeployPlan& plan, const QString& name)
+// What became of it, as far as the daemon tells.
+QString Told(const Deployment& deployment, const DeployPlan& plan, const SchedulerLink::State& state)
 {
-    const SchedulerLink::State state = link.GetState();
-    if (state.fileName != name || deployment.InPlaceOf(plan.files) != plan.files)
-        throw ToolError(QStringLiteral("somebody else changes what the daemon runs: it is %1 now")
-                            .arg(ControlOptions::StateWords(state)));
-    Terminal::Print(QStringLiteral("deployed: %1%2\n")
-                        .arg(Terminal::Harmless(deployment.SchedulePath()),
-                             state.isEnabled
-                                 ? QString()
-                                 : QStringLiteral(" (the daemon is disabled, and loads it when it is enabled)")));
-    if (plan.before)
-        Terminal::Print(QStringLiteral("ozna-schedule deploy --undo brings the earlier one back\n"));
+    QString text = QStringLiteral("deployed: %1\n").arg(Terminal::Harmless(deployment.SchedulePath()));
+    if (!state.isEnabled)
+        text += QStringLiteral("the daemon is disabled, and loads it when it is enabled\n");
+    if (state.fileName != QLatin1String(SchedulerNames::START_FILE))
+        text += QStringLiteral("the daemon starts with %1, not with this file\n")
+                    .arg(QLatin1String(SchedulerNames::START_FILE));
+    if (plan.Replaces(deployment))
+        text += QStringLiteral("ozna-schedule deploy --undo brings the earlier one back\n");
+    return text;
 }
 
 } // namespace
@@ -127,24 +153,33 @@ int Commands::Deploy(const QStringList& arguments)
 
     RehearsalRun::SetTimeZone(line);
     SchedulerLink link;
-    const SchedulerLink::State state = link.GetState();
-    const Deployment deployment(ControlOptions::DataFolder(line), state.fileName);
+    const Target target = Target::Of(link);
+    const QString dataFolder = ControlOptions::DataFolder(line);
+    const Deployment deployment(dataFolder, target.state.fileName);
     const DeployPlan plan = line.Has(UNDO) ? DeployPlan::Undoing(deployment) : DeployPlan::Of(line, deployment);
-    if (plan.IsInPlace())
-    {
-        Terminal::Print(QStringLiteral("nothing to do: %1 has that content\n").arg(deployment.SchedulePath()));
-        return ExitStatus::CLEAN;
-    }
     if (const int status = Judge(line, deployment, plan); status != ExitStatus::CLEAN)
     {
         Terminal::PrintError(QStringLiteral("ozna-schedule: not deployed: what runs stays as it is\n"));
         return status;
     }
-    if (state.isEnabled && !line.Has(NOW))
-        WaitForQuiet(deployment, plan, ProcessStart::Of_ms(link.ProcessId()).value_or(Moment::Now_ms()));
-    if (!plan.IsUnchanged())
-        throw ToolError(QStringLiteral("%1 has changed since it was checked: nothing was deployed").arg(plan.file));
+    if (target.state.isEnabled && !line.Has(NOW))
+        WaitForQuiet(deployment, plan, ProcessStart::Of_ms(target.processId).value_or(Moment::Now_ms()));
+    const FolderLock lock(dataFolder);
+    plan.CheckUnchanged(deployment);
+    if (!target.Is(Target::Of(link)))
+        throw ToolError(QStringLiteral("the daemon was started anew or runs another file now: nothing was deployed"));
+    if (plan.Changed().isEmpty())
+    {
+        // Whether the daemon has loaded them nobody can tell.
+        link.Reload();
+        Terminal::Print(QStringLiteral("%1 had that content: loaded anew\n").arg(deployment.SchedulePath()));
+        return ExitStatus::CLEAN;
+    }
     SwitchOver(link, deployment, plan);
-    ReadBack(link, deployment, plan, state.fileName);
+    const Target after = Target::Of(link);
+    if (!target.Is(after) || deployment.InPlaceOf(plan.files) != plan.files)
+        throw ToolError(QStringLiteral("somebody else changes what the daemon runs: it is %1 now")
+                            .arg(ControlOptions::StateWords(after.state)));
+    Terminal::Print(Told(deployment, plan, after.state));
     return ExitStatus::CLEAN;
 }

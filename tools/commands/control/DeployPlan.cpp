@@ -22,39 +22,33 @@ namespace
 const QString PLAYLISTS = QStringLiteral("playlists");
 const QString UPWARDS = QStringLiteral("..");
 
-QByteArray Content(const QString& path)
+// The playlists that a schedule names, and that are there.
+struct Named
 {
-    const std::optional<QByteArray> content = WholeFile::Read(path);
-    if (!content)
-        throw ToolError(QStringLiteral("%1: there is no such file").arg(path));
-    return *content;
-}
+    std::set<QString> inside;
+    QString outside; // the first that lies outside their folder, with its line; empty: none does
+    int taken = 0;   // how many lines the daemon takes
+};
 
-// Of the playlists that are there.
-std::set<QString> PlaylistNames(const QString& file, const QString& folder)
+Named NamedIn(const QString& file, const QString& folder)
 {
     const Workspace workspace(file, folder);
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    std::set<QString> names;
+    Named named;
     for (const Entry& entry : Entry::Of(lines))
     {
+        named.taken += entry.GetAction() != nullptr ? 1 : 0;
         if (!entry.Is(TASK_PLAY_PLAYLIST))
             continue;
-        const QString name = QDir::cleanPath(entry.parameters[0]);
-        if (name.startsWith(UPWARDS) || QDir::isAbsolutePath(name))
-            throw ToolError(QStringLiteral("%1:%2: the playlist %3 lies outside the folder of the playlists")
-                                .arg(file)
-                                .arg(entry.line.number)
-                                .arg(Terminal::Harmless(name)));
-        names.insert(name);
+        // The daemon puts the name behind its folder and a "/".
+        const QString name = QDir::cleanPath(QStringLiteral("./") + entry.parameters[0]);
+        if (name != UPWARDS && !name.startsWith(UPWARDS + u'/'))
+            named.inside.insert(name);
+        else if (named.outside.isEmpty())
+            named.outside = QStringLiteral("%1:%2: the playlist %3 lies outside the folder of the playlists")
+                                .arg(file, QString::number(entry.line.number), Terminal::Harmless(name));
     }
-    return names;
-}
-
-void AddPlaylists(FileSet& files, const QString& file, const QString& folder)
-{
-    for (const QString& name : PlaylistNames(file, folder))
-        files.playlists.emplace(name, Content(folder + u'/' + name));
+    return named;
 }
 
 // Beside the schedule; the daemon's own where there is none.
@@ -82,13 +76,16 @@ std::vector<Event> Rehearsed(const QString& file, const QString& playlists, std:
     return rehearsal.TakeEvents();
 }
 
-DeployPlan Read(const QString& file, const QString& playlists, const Deployment& deployment)
+// With what stands in the places of its files.
+DeployPlan With(DeployPlan plan, const Deployment& deployment)
 {
-    DeployPlan plan{file, playlists, {Content(file), {}}, {}};
-    AddPlaylists(plan.files, file, playlists);
-    plan.before = deployment.InPlaceOf(plan.files);
-    if (plan.before)
-        AddPlaylists(*plan.before, deployment.SchedulePath(), deployment.PlaylistFolder());
+    FileSet touched = plan.files;
+    if (QFileInfo::exists(deployment.SchedulePath()))
+    {
+        for (const QString& name : NamedIn(deployment.SchedulePath(), deployment.PlaylistFolder()).inside)
+            touched.try_emplace(Deployment::PlaylistKey(name));
+    }
+    plan.before = deployment.InPlaceOf(touched);
     return plan;
 }
 
@@ -98,35 +95,62 @@ DeployPlan DeployPlan::Of(const CommandLine& line, const Deployment& deployment)
 {
     const QString file = line.Operand(0);
     if (!QFileInfo(file).isFile())
-        throw ToolError(QStringLiteral("%1: there is no such file").arg(file));
-    return Read(file, line.Has(PLAYLISTS) ? line.Value(PLAYLISTS) : PlaylistFolderOf(file, deployment), deployment);
+        throw ToolError(QStringLiteral("%1: is not a file: deploy takes no pipe and no \"-\"").arg(file));
+    DeployPlan plan{file, line.Has(PLAYLISTS) ? line.Value(PLAYLISTS) : PlaylistFolderOf(file, deployment), {}, {}};
+    const Named named = NamedIn(plan.file, plan.playlists);
+    if (!named.outside.isEmpty())
+        throw ToolError(named.outside);
+    if (named.taken == 0)
+        throw ToolError(
+            QStringLiteral("%1: the daemon takes no line of it; disable switches the daemon off").arg(file));
+    plan.files.emplace(deployment.ScheduleKey(), WholeFile::Read(file));
+    for (const QString& name : named.inside)
+        plan.files.emplace(Deployment::PlaylistKey(name), WholeFile::Read(plan.playlists + u'/' + name));
+    return With(std::move(plan), deployment);
 }
 
 DeployPlan DeployPlan::Undoing(const Deployment& deployment)
 {
-    if (!QFileInfo::exists(deployment.KeptSchedulePath()))
-        throw ToolError(QStringLiteral("there is nothing to bring back: no earlier schedule was kept"));
-    return Read(deployment.KeptSchedulePath(), deployment.KeptPlaylistFolder(), deployment);
+    DeployPlan plan{deployment.KeptSchedulePath(), deployment.KeptPlaylistFolder(), deployment.Kept(), {}, true};
+    if (!plan.files.at(deployment.ScheduleKey()))
+        throw ToolError(QStringLiteral("there is nothing to bring back: no earlier %1 was kept")
+                            .arg(QFileInfo(deployment.SchedulePath()).fileName()));
+    return With(std::move(plan), deployment);
 }
 
-bool DeployPlan::IsInPlace() const
+bool DeployPlan::Replaces(const Deployment& deployment) const
 {
-    return before && before->schedule == files.schedule && std::ranges::all_of(files.playlists, [&](const auto& entry) {
-               const auto there = before->playlists.find(entry.first);
-               return there != before->playlists.end() && there->second == entry.second;
-           });
+    return before.at(deployment.ScheduleKey()).has_value();
 }
 
-bool DeployPlan::IsUnchanged() const
+QStringList DeployPlan::Changed() const
 {
-    return WholeFile::Read(file) == files.schedule && std::ranges::all_of(files.playlists, [&](const auto& entry) {
-               return WholeFile::Read(playlists + u'/' + entry.first) == entry.second;
-           });
+    QStringList changed;
+    for (const auto& [key, content] : files)
+    {
+        if (content && before.at(key) != content)
+            changed.append(key);
+    }
+    return changed;
+}
+
+void DeployPlan::CheckUnchanged(const Deployment& deployment) const
+{
+    for (const auto& [key, content] : files)
+    {
+        const bool isSchedule = key == deployment.ScheduleKey();
+        const QString path = isSchedule ? file : playlists + key.mid(Deployment::PlaylistKey({}).size() - 1);
+        if (WholeFile::Read(path) != content)
+            throw ToolError(QStringLiteral("%1 has changed since it was checked: nothing was deployed").arg(path));
+    }
+    if (deployment.InPlaceOf(before) != before)
+        throw ToolError(QStringLiteral("%1 or a playlist of it has changed since it was compared: nothing was deployed")
+                            .arg(deployment.SchedulePath()));
 }
 
 QuietMoment::Result DeployPlan::Quiet(const Deployment& deployment, qint64 since_ms, qint64 now_ms) const
 {
-    if (!before)
+    if (!Replaces(deployment))
         return {now_ms, {}};
     const qint64 until_ms = now_ms + LONGEST_DAYS * Moment::DAY_MS;
     return QuietMoment::After(
@@ -145,6 +169,8 @@ QString DeployPlan::Words(const QuietMoment::Reason& reason)
     const qint64 start_ms = std::max(event.moment_ms, event.due_ms);
     if (!event.plays)
         return QStringLiteral("%1 at %2").arg(what, Moment::TimeText(start_ms));
+    if (event.type == TASK_PLAY_MESSAGE)
+        return QStringLiteral("%1 plays from %2 on, a minute as far as is known").arg(what, Moment::TimeText(start_ms));
     return event.end_ms == Event::OPEN
                ? QStringLiteral("%1 plays from %2 on, without an end").arg(what, Moment::TimeText(start_ms))
                : QStringLiteral("%1 plays from %2 to %3")
