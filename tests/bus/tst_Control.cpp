@@ -17,11 +17,13 @@ class Control final : public ControlTest
 private Q_SLOTS:
     void EnableAndDisable();
     void ReloadReadsTheFileAnew();
+    void ReloadLoadsNothingWhileTheDaemonIsDisabled();
     void UseTakesAFileOfTheFolder();
     void UseRefusesWhatIsNotThere_data();
     void UseRefusesWhatIsNotThere();
     void WatchFollowsTheDaemon();
     void WatchForMachines();
+    void WatchEndsWithTheBus();
     void NobodyToTalkTo_data();
     void NobodyToTalkTo();
     void ARefusalIsPutInWords_data();
@@ -49,6 +51,15 @@ void Control::ReloadReadsTheFileAnew()
     const Result result = Run(u"reload"_s);
     QCOMPARE(result.output, u"enabled, schedule.csv\n"_s);
     QVERIFY(Daemon().Take(4).contains(Loaded(1).first()));
+}
+
+void Control::ReloadLoadsNothingWhileTheDaemonIsDisabled()
+{
+    QVERIFY(StartDaemon());
+    QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    const Result result = Run(u"reload"_s);
+    QCOMPARE(result.output, u"disabled, schedule.csv\n"_s);
+    QCOMPARE(result.errors, u"ozna-schedule: nothing was loaded: the daemon is disabled\n"_s);
 }
 
 void Control::UseTakesAFileOfTheFolder()
@@ -113,6 +124,17 @@ void Control::WatchForMachines()
     QJsonObject object = QJsonDocument::fromJson(watch->readLine()).object();
     QVERIFY(object.take("time"_L1).toString().startsWith(u"2024-01-15T08:"_s));
     QCOMPARE(object, (QJsonObject{{u"what"_s, u"state"_s}, {u"enabled"_s, true}, {u"file"_s, u"schedule.csv"_s}}));
+}
+
+void Control::WatchEndsWithTheBus()
+{
+    const ScriptedScheduler scheduler(Bus().Connection());
+    const Process watch = Launch(u"watch"_s, Environment());
+    QVERIFY(WaitUntil([&] { return watch->canReadLine(); }));
+    Bus().Kill();
+    QVERIFY(WaitUntil([&] { return watch->state() == QProcess::NotRunning; }));
+    QCOMPARE(watch->exitCode(), 3);
+    QCOMPARE(watch->readAllStandardError(), "ozna-schedule: the session bus is gone\n");
 }
 
 void Control::NobodyToTalkTo_data()

@@ -68,7 +68,7 @@ void StatusCommand::StatusTellsWhatRunsAndWhatComesNext()
                    u"next      Mon 2024-01-15 08:30:00, in SOON: PlayMessage gong.mp3  (line 1)"_s,
                    u"peers     soundmanager, photomanager, lightmanager, freqmanager, gpsmanager, networkmanager, "
                    "updatemanager"_s,
-                   u"records   no errors, no warnings"_s});
+                   u"records   no errors, no warnings in the journal"_s});
 }
 
 void StatusCommand::StatusForMachines()
@@ -96,6 +96,8 @@ void StatusCommand::StatusOfADisabledDaemonHasNothingToCome()
     const QStringList lines = Shown(Run(u"status"_s + Data(), WithJournal({})).output);
     QCOMPARE(lines.value(0), u"daemon    disabled, schedule.csv; runs since THEN"_s);
     QCOMPARE(lines.value(2), u"next      nothing: the daemon is disabled"_s);
+    const QString json = Run(u"status --json"_s + Data(), WithJournal({})).output;
+    QVERIFY(!QJsonDocument::fromJson(json.toUtf8()).object().contains("next"_L1));
 }
 
 void StatusCommand::AFileThatCannotBeReadIsTold()

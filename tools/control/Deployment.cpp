@@ -7,6 +7,9 @@
 #include <QDirIterator>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <cstring>
+
 namespace
 {
 
@@ -26,7 +29,7 @@ void Remove(const QString& folder)
 void Make(const QString& folder)
 {
     if (!QDir().mkpath(folder))
-        throw ToolError(QStringLiteral("%1: cannot be made").arg(folder));
+        throw ToolError(QStringLiteral("%1: %2").arg(folder, QString::fromLocal8Bit(std::strerror(errno))));
 }
 
 } // namespace

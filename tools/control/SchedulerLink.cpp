@@ -11,7 +11,10 @@ namespace
 {
 
 // A load waits for what still plays to be stopped, and each peer may be slow.
-constexpr int TIMEOUT_MS = 120000;
+constexpr int LOAD_TIMEOUT_MS = 120000;
+
+// What needs no peer waits for what is under way.
+constexpr int STATE_TIMEOUT_MS = 30000;
 
 const QString START_IT = QStringLiteral("\nstart it: systemctl --user start ozna-scheduler");
 
@@ -55,29 +58,32 @@ SchedulerLink::SchedulerLink()
         throw ToolError(QStringLiteral("no scheduler runs on this session bus") + START_IT);
     m_proxy =
         std::make_unique<SchedulerProxy>(service, QString::fromLatin1(SchedulerNames::OBJECT_PATH), m_bus.Connection());
-    m_proxy->setTimeout(TIMEOUT_MS);
 }
 
 SchedulerLink::~SchedulerLink() = default;
 
 SchedulerLink::State SchedulerLink::GetState()
 {
+    m_proxy->setTimeout(STATE_TIMEOUT_MS);
     const auto reply = Answered(m_proxy->IsEnabled());
     return {reply.argumentAt<1>(), reply.argumentAt<2>()};
 }
 
 void SchedulerLink::SetEnabled(bool isEnabled)
 {
+    m_proxy->setTimeout(LOAD_TIMEOUT_MS);
     static_cast<void>(Answered(m_proxy->SetEnabled(isEnabled)));
 }
 
 void SchedulerLink::SetScheduleFile(const QString& name)
 {
+    m_proxy->setTimeout(LOAD_TIMEOUT_MS);
     static_cast<void>(Answered(m_proxy->SetScheduleFile(name)));
 }
 
 void SchedulerLink::Reload()
 {
+    m_proxy->setTimeout(LOAD_TIMEOUT_MS);
     static_cast<void>(Answered(m_proxy->Reload()));
 }
 

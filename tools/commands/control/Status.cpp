@@ -77,7 +77,7 @@ int Commands::Status(const QStringList& arguments)
                      {});
     ControlOptions::AddJson(line);
     ControlOptions::AddData(line);
-    line.AddValue(LOG, QStringLiteral("OUT"),
+    line.AddValue(LOG, QStringLiteral("FILE"),
                   QStringLiteral("takes errors and warnings from that log file\n(default: from the journal)"));
     RehearsalRun::AddPlaceOptions(line);
     if (!line.Parse(arguments))
@@ -91,6 +91,12 @@ int Commands::Status(const QStringList& arguments)
                         ControlOptions::SchedulePath(line, state.fileName)};
     report.peers = PeerPresence::Of(link.Bus().ServiceNames());
     LookAtFile(line, report);
+    if (!state.isEnabled)
+    {
+        report.playing.clear();
+        report.next.reset();
+    }
+    report.log = line.Has(LOG) ? line.Value(LOG) : QStringLiteral("the journal");
     report.records =
         line.Has(LOG) ? LogRecords::OfFile(line.Value(LOG), LAST_RECORDS) : LogRecords::OfJournal(LAST_RECORDS);
     Terminal::Print(ControlOptions::WantsJson(line) ? StatusText::Json(report) : StatusText::Lines(report));

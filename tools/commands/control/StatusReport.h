@@ -29,6 +29,7 @@ struct StatusReport
 
     std::vector<PeerPresence::Peer> peers = {};
     std::optional<std::vector<LoggedRecord>> records = {}; // none: there is no log to read
+    QString log = {};                                      // where they are from
 
     // Whether the daemon may run an earlier content of the file: it was changed after the daemon was started, and
     // nobody knows of a reload since.

@@ -30,8 +30,11 @@ QString Row(const char* label, const QString& text)
 QString EventWords(const Event& event)
 {
     const QString subject = Terminal::Harmless(EventText::Subject(event));
+    const QString mark = EventText::Mark(event, event.moment_ms);
     return event.taskName + (subject.isEmpty() ? QString() : u' ' + subject) +
-           QStringLiteral("  (line %1)").arg(event.lineNumber);
+           QStringLiteral("  (line %1%2)")
+               .arg(event.lineNumber)
+               .arg(mark.isEmpty() ? mark : QStringLiteral(", ") + mark);
 }
 
 QString StateRow(const StatusReport& report)
@@ -50,8 +53,8 @@ QString FileRows(const StatusReport& report)
     QString text =
         Row("file", QStringLiteral("%1: %2 taken, %3 rejected").arg(path).arg(report.taken).arg(report.rejected));
     if (report.MayBeOutdated())
-        text += Row("", Terminal::Coloured(QStringLiteral("changed %1, after the daemon was started: without a reload "
-                                                          "it runs what stood there before")
+        text += Row("", Terminal::Coloured(QStringLiteral("changed %1: if nobody has had it loaded since, as deploy "
+                                                          "does, what stood there before runs")
                                                .arg(MomentWords(*report.changed_ms)),
                                            Colour::YELLOW));
     return text;
@@ -103,7 +106,7 @@ QString RecordRows(const StatusReport& report)
     if (!report.records)
         return Row("records", QStringLiteral("there is no journal here: --log FILE reads a log file"));
     if (report.records->empty())
-        return Row("records", QStringLiteral("no errors, no warnings"));
+        return Row("records", QStringLiteral("no errors, no warnings in %1").arg(report.log));
     QString text;
     for (const LoggedRecord& record : *report.records)
     {

@@ -60,7 +60,11 @@ int Commands::Reload(const QStringList& arguments)
                      QStringLiteral("Has the daemon read its schedule file anew: what plays is stopped. Does nothing\n"
                                     "while it is disabled. Shows the state then."),
                      {});
-    return Run(line, arguments, [](SchedulerLink& link) { link.Reload(); });
+    return Run(line, arguments, [](SchedulerLink& link) {
+        link.Reload();
+        if (!link.GetState().isEnabled)
+            Terminal::PrintError(QStringLiteral("ozna-schedule: nothing was loaded: the daemon is disabled\n"));
+    });
 }
 
 int Commands::Use(const QStringList& arguments)

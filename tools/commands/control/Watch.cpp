@@ -5,6 +5,7 @@
 #include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/Commands.h"
+#include "process/BusWatcher.h"
 
 #include <SchedulerProxy.h>
 
@@ -73,7 +74,8 @@ int Commands::Watch(const QStringList& arguments)
 {
     CommandLine line(QStringLiteral("watch"),
                      QStringLiteral("Shows live when the daemon is switched on or off, which PDD actions it expects,\n"
-                                    "and when it leaves the bus or comes back. Ctrl-C ends it."),
+                                    "and when it leaves the bus or comes back, but no loads, which are not announced.\n"
+                                    "Ctrl-C ends it."),
                      {});
     ControlOptions::AddJson(line);
     if (!line.Parse(arguments))
@@ -89,6 +91,12 @@ int Commands::Watch(const QStringList& arguments)
                               watcher.TellPresence(!owner.isEmpty());
                           }))
         throw ToolError(QStringLiteral("the daemon's signals cannot be listened to"));
+    BusWatcher bus([] {
+        Terminal::PrintError(QStringLiteral("ozna-schedule: the session bus is gone\n"));
+        QCoreApplication::exit(ExitStatus::FAILED);
+    });
+    if (!bus.Watch(link.Bus().Connection()))
+        throw ToolError(QStringLiteral("the session bus cannot be watched"));
     const SchedulerLink::State state = link.GetState();
     watcher.TellState(state.isEnabled, state.fileName);
     return QCoreApplication::exec();
