@@ -38,7 +38,8 @@ QString Text(const QJsonValue& value)
     if (!value.isArray())
         return value.toString();
     QByteArray bytes;
-    for (const QJsonValue& byte : value.toArray())
+    const QJsonArray array = value.toArray();
+    for (const auto& byte : array)
         bytes.append(static_cast<char>(byte.toInt()));
     return QString::fromUtf8(bytes);
 }
