@@ -57,9 +57,43 @@ void tst_Diff::OnlyRequestsCount_data()
         "\n1111100|08:45:00|*|*|*|||PlayMessage|gong.mp3,70\n",
         "~ 08:30:00 -> 08:45:00  play the message gong.mp3 at volume 70        Mondays to Fridays  (line 1, then 2)\n");
     row("what is set to another value", "1111111|06:00:00|*|*|*|||Volume|5\n", "1111111|06:00:00|*|*|*|||Volume|6\n",
-        "- 06:00:00              set the master volume to 5                    every day  (line 1)\n"
-        "+ 06:00:00              set the master volume to 6                    every day  (line 1)\n",
+        "! 06:00:00              set the master volume to 6                    every day  (line 1, then 1)\n"
+        "    - soundmanager SetMasterVolume(5.0)\n"
+        "    + soundmanager SetMasterVolume(6.0)\n",
         "    ~ master volume: 5 -> 6\n");
+    row("another intensity", "1111111|06:00:00|*|*|*|||Light|50\n", "1111111|06:00:00|*|*|*|||Light|60\n",
+        "! 06:00:00              switch the lights on with intensity 60        every day  (line 1, then 1)\n"
+        "    - lightmanager SetIntensity(50)\n"
+        "    + lightmanager SetIntensity(60)\n",
+        "    ~ light intensity: 50 -> 60\n");
+    row("another volume of a message", "1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3,70\n",
+        "1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3,60\n",
+        "! 08:00:00              play the message gong.mp3 at volume 60        every day  (line 1, then 1)\n"
+        "    - soundmanager SetPlayerVolume(\"file\", 70.0)\n"
+        "    + soundmanager SetPlayerVolume(\"file\", 60.0)\n",
+        "    ~ volume of the file player: 70 -> 60\n");
+    row("several values of one second", "1111111|06:00:00|*|*|*|||Volume|5\n1111111|06:00:00|*|*|*|||Volume|6\n",
+        "1111111|06:00:00|*|*|*|||Volume|7\n1111111|06:00:00|*|*|*|||Volume|8\n"
+        "1111111|06:00:00|*|*|*|||Gps|1\n",
+        "+ 06:00:00              switch the GPS receiver on                    every day  (line 3)\n"
+        "! 06:00:00              set the master volume to 7                    every day  (line 1, then 1)\n"
+        "    - soundmanager SetMasterVolume(5.0)\n"
+        "    + soundmanager SetMasterVolume(7.0)\n"
+        "! 06:00:00              set the master volume to 8                    every day  (line 2, then 2)\n"
+        "    - soundmanager SetMasterVolume(6.0)\n"
+        "    + soundmanager SetMasterVolume(8.0)\n",
+        "    ~ GPS receiver: not set -> on\n"
+        "    ~ master volume: 6 -> 8\n");
+    row("another kind of task", "1111111|06:00:00|*|*|*|||Volume|5\n", "1111111|06:00:00|*|*|*|||Gps|1\n",
+        "- 06:00:00              set the master volume to 5                    every day  (line 1)\n"
+        "+ 06:00:00              switch the GPS receiver on                    every day  (line 1)\n",
+        "    ~ GPS receiver: not set -> on\n"
+        "    ~ master volume: 5 -> not set\n");
+    row("another value, by chance", "1111111|00:00:01|*|*|*|||Volume|5\n", "1111111|00:00:01|*|*|*|||Volume|6\n",
+        "! 00:00:01              set the master volume to 6, by chance         every day  (line 1, then 1)\n"
+        "    - soundmanager SetMasterVolume(5.0)\n"
+        "    + soundmanager SetMasterVolume(6.0)\n",
+        "    ~ master volume: 5, by chance -> 6, by chance\n");
     row("the number of photos", "1111111|06:00:00|*|*|*|||RecordPhoto|5,2\n",
         "1111111|06:00:00|*|*|*|||RecordPhoto|5,3\n",
         "~ 06:00:06 -> 06:00:11  end the series of photos                      every day  (line 1, then 1)\n");
@@ -118,8 +152,8 @@ void tst_Diff::OnlyRequestsCount_data()
         "2024-05-28, 2024-06-04, 2024-06-11  (line 1)\n",
         "    ~ master volume: not set -> 5\n");
     row("what comes by chance", "", "1111111|00:00:01|*|*|*|||Volume|5\n1111111|00:00:02|*|*|*|||Volume|5\n",
-        "+ 00:00:01              Volume|5, by chance                           every day  (line 1)\n"
-        "+ 00:00:02              Volume|5, by chance                           every day  (line 2)\n",
+        "+ 00:00:01              set the master volume to 5, by chance         every day  (line 1)\n"
+        "+ 00:00:02              set the master volume to 5, by chance         every day  (line 2)\n",
         "    ~ master volume: not set -> 5, by chance\n");
     row("what never starts", "", "1111111|00:00:00|*|*|*|||Volume|5\n", "");
 }

@@ -32,6 +32,7 @@ struct Rehearsed
 {
     RehearsalResult run;
     EndState inForce;
+    TaskPhrases::Map phrases;
     QStringList all;    // also before the span
     QStringList inSpan; // of starts in it
 };
@@ -39,7 +40,7 @@ struct Rehearsed
 Rehearsed Rehearse(const QString& path, const QString& playlists, qint64 from_ms)
 {
     const Workspace workspace(path, playlists);
-    Rehearsed result{{path, from_ms, from_ms + DAYS * DAY_MS}, {}, {}, {}};
+    Rehearsed result{{path, from_ms, from_ms + DAYS * DAY_MS}, {}, TaskPhrases::Of(workspace, path), {}, {}};
     result.run.lines = ScheduleLine::ReadFile(workspace, path);
     const qint64 start_ms = RunUp(result.run.lines).Before(from_ms, result.run.end_ms).moment_ms;
     Rehearsal rehearsal(workspace,
@@ -126,7 +127,8 @@ void DiffComparedTest::NothingIsToldOnlyWhereAllRequestsAreTheSame()
         const qint64 from_ms = schedule.Start_ms() / 1000 * 1000;
         const Rehearsed before = Rehearse(Written(schedule, "old.csv", old), schedule.Folder(), from_ms);
         const Rehearsed after = Rehearse(Written(schedule, "new.csv", text), schedule.Folder(), from_ms);
-        const QString told = ScheduleDiff::Text({before.run, before.inForce}, {after.run, after.inForce});
+        const QString told =
+            ScheduleDiff::Text({before.run, before.inForce, before.phrases}, {after.run, after.inForce, after.phrases});
         const QByteArray what = "seed " + QByteArray::number(seed) + '\n' + old + "---\n" + text + told.toUtf8();
         if (before.inSpan != after.inSpan)
         {
@@ -139,8 +141,10 @@ void DiffComparedTest::NothingIsToldOnlyWhereAllRequestsAreTheSame()
             QVERIFY2(told.isEmpty(), what.constData());
         }
         // Back again it is as much.
-        QCOMPARE(ScheduleDiff::Text({after.run, after.inForce}, {before.run, before.inForce}).isEmpty(),
-                 told.isEmpty());
+        QCOMPARE(
+            ScheduleDiff::Text({after.run, after.inForce, after.phrases}, {before.run, before.inForce, before.phrases})
+                .isEmpty(),
+            told.isEmpty());
     }
     QVERIFY2(same > OZNA_SEEDS / 5 && different > OZNA_SEEDS / 10,
              qPrintable(u"%1 same, %2 different"_s.arg(same).arg(different)));

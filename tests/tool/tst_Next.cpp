@@ -23,6 +23,7 @@ private Q_SLOTS:
     void ALineHasEightyColumnsAtMost();
     void JsonIsLikeThatOfARehearsal_data();
     void JsonIsLikeThatOfARehearsal();
+    void JsonTellsOfIdleLinesWhatTheTableTells();
     void TenStartsAreShownUnlessTold();
     void ItBeginsNowUnlessTold();
     void ARejectedLineIsToldAndGivesStatus2();
@@ -168,6 +169,17 @@ void tst_Next::JsonIsLikeThatOfARehearsal()
     };
     for (qsizetype i = 0; i < std::min<qsizetype>(next.size(), std::ssize(starts)); ++i)
         QCOMPARE(plain(next[i].toObject()), plain(starts[static_cast<size_t>(i)]));
+}
+
+void tst_Next::JsonTellsOfIdleLinesWhatTheTableTells()
+{
+    const CommandCall call;
+    call.Write(u"s.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\n"
+                           "1111111|00:00:00|*|*|*|||Volume|6\n"
+                           "1111111|22:00:00|*|*|*|||Volume|7\n");
+    const QString json = call.Run("next s.csv --from 2024-05-15 --tz UTC -n 1 --json").output;
+    const QJsonArray idle = QJsonDocument::fromJson(json.toUtf8())[u"idle"_s].toArray();
+    QCOMPARE(idle, (QJsonArray{QJsonObject{{u"line"_s, 2}, {u"reason"_s, u"never starts"_s}}}));
 }
 
 void tst_Next::TenStartsAreShownUnlessTold()

@@ -1,5 +1,6 @@
 #include "Patience.h"
 #include "Rules.h"
+#include "Startable.h"
 #include "YearDays.h"
 #include "engine/TaskRequests.h"
 
@@ -63,9 +64,9 @@ public:
         YearDays days(today);
         for (const Entry& entry : entries)
         {
-            const Action* const action = entry.GetAction();
-            if (action == nullptr || !action->m_startTime.isValid())
+            if (!Startable::Is(entry))
                 continue;
+            const Action* const action = entry.GetAction();
             const Patience patience(peers, entry);
             m_kinds[{Second(*action), action->IsPrepared(), patience.Longest_s(), SetOf(patience.Peers()),
                      NumberOf(days.Of(*action))}]

@@ -51,6 +51,7 @@ QString AdviseIdentifier(const QString& given, const std::vector<const Entry*>& 
     return QStringLiteral("write %1, as line %2 has it").arg(Identifier(**meant)).arg((*meant)->line.number);
 }
 
+// A playlist needs no stop: it ends with its last track.
 void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Findings& findings)
 {
     const QSet<QString> played = Identifiers(entries, TASK_PLAY_PLAYLIST);
@@ -69,16 +70,12 @@ void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Fin
         if (isAlone(entry, TASK_PLAY_PLAYLIST, stopped))
             unstopped.push_back(&entry);
     }
-    bool isMisspelled = false;
     for (const Entry& entry : entries)
     {
         if (isAlone(entry, TASK_STOP_PLAYLIST, played))
-        {
-            isMisspelled = true;
             findings.Add(New(entry, FindingKind::UNMATCHED_STOP, FIELD_PARAMETERS,
                              QStringLiteral("no PlayPlaylist has the identifier \"%1\"").arg(Identifier(entry)),
                              AdviseIdentifier(Identifier(entry), unstopped)));
-        }
         else if (entry.Is(TASK_PLAY_STREAM) && !hasStreamStop)
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK, QStringLiteral("nothing stops the stream"),
                              QStringLiteral("add a StopStream line")));
@@ -86,14 +83,6 @@ void FindOddStops(const std::vector<Entry>& entries, const LeftOut& leftOut, Fin
             findings.Add(New(entry, FindingKind::NEVER_STOPPED, FIELD_TASK,
                              QStringLiteral("nothing switches the radio off"),
                              QStringLiteral("add a StopRadioFm line, or PlayRadioFm with 0")));
-    }
-    // A stop that names no playlist was meant for one of them.
-    for (const Entry* const entry : unstopped)
-    {
-        if (!isMisspelled)
-            findings.Add(New(*entry, FindingKind::NEVER_STOPPED, FIELD_PARAMETERS,
-                             QStringLiteral("no StopPlaylist has the identifier \"%1\"").arg(Identifier(*entry)),
-                             QStringLiteral("add one, or take the identifier out: the playlist ends by itself")));
     }
 }
 

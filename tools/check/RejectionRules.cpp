@@ -2,6 +2,7 @@
 
 #include "TaskTable.h"
 #include "meant/Meant.h"
+#include "meant/Strokes.h"
 #include "text/TextFile.h"
 #include "words/ParameterNames.h"
 
@@ -19,6 +20,12 @@ namespace
 {
 
 using Cause = Rejection::Cause;
+
+// What a playlist's name may be away from the one that is meant.
+constexpr int MOST_STROKES = 2;
+constexpr qsizetype LETTERS_A_STROKE = 3;
+
+constexpr QChar ENDING = u'.';
 
 const QRegularExpression SEMICOLON(QStringLiteral("\\s*;\\s*"));
 
@@ -102,14 +109,42 @@ Told TellParameters(const Entry& entry)
             advice};
 }
 
-// The playlist of that folder that differs in letter case alone; empty where there is none.
-QString Alike(const QString& path)
+// The playlists that are where missing is not, and can be read.
+QStringList Playlists(const QFileInfo& missing)
 {
-    const QFileInfo missing(path);
-    const QStringList names = missing.dir().entryList(QDir::Files);
-    const auto alike = std::ranges::find_if(
-        names, [&](const QString& name) { return name.compare(missing.fileName(), Qt::CaseInsensitive) == 0; });
+    return missing.dir().entryList(QDir::Files | QDir::Readable, QDir::Name);
+}
+
+// The one of them that differs in letter case alone; empty where there is none.
+QString Alike(const QFileInfo& missing)
+{
+    const QStringList names = Playlists(missing);
+    const auto alike = std::ranges::find_if(names, [&](const QString& name) {
+        return name != missing.fileName() && name.compare(missing.fileName(), Qt::CaseInsensitive) == 0;
+    });
     return alike != names.end() ? *alike : QString();
+}
+
+// The one that differs by an ending or by a letter or two; empty where there is none, or several are as near.
+QString Near(const QFileInfo& missing)
+{
+    const QString given = missing.fileName().toLower();
+    // Of short names most are a few strokes away from each other.
+    int least = static_cast<int>(std::min<qsizetype>(MOST_STROKES, given.size() / LETTERS_A_STROKE)) + 1;
+    QString nearest;
+    bool isOne = true;
+    for (const QString& name : Playlists(missing))
+    {
+        const QString other = name.toLower();
+        const bool isOtherEnding = other.startsWith(given + ENDING) || given.startsWith(other + ENDING);
+        const int strokes = isOtherEnding ? 0 : Strokes::Between(given, other);
+        if (name == missing.fileName() || strokes > least || (strokes == least && nearest.isEmpty()))
+            continue;
+        isOne = strokes < least;
+        least = strokes;
+        nearest = name;
+    }
+    return isOne ? nearest : QString();
 }
 
 Told TellPlaylist(const Entry& entry)
@@ -124,15 +159,19 @@ Told TellPlaylist(const Entry& entry)
         const QString meant = QString(name).replace(SEMICOLON, QStringLiteral(","));
         return {text, QStringLiteral("write ") + meant, entry.WithParameter(0, meant)};
     }
-    if (const QString alike = Alike(entry.line.rejected->file); !alike.isEmpty() && alike != name)
+    const QFileInfo missing(entry.line.rejected->file);
+    if (const QString alike = Alike(missing); !alike.isEmpty())
         return {text, QStringLiteral("write %1, with the same capital letters").arg(alike),
                 entry.WithParameter(0, alike)};
+    if (const QString near = Near(missing); !near.isEmpty())
+        return {text, QStringLiteral("did you mean %1? Write the name to the letter").arg(near),
+                entry.WithParameter(0, near)};
     const QString advice = QStringLiteral("write the name of a readable file of that folder, or bring the file there");
-    const QStringList& missing = entry.line.rejected->missingFolders;
-    return {text, missing.isEmpty()
+    const QStringList& folders = entry.line.rejected->missingFolders;
+    return {text, folders.isEmpty()
                       ? advice
                       : advice + QStringLiteral(", or tell its folder by --playlists: there is no folder %1")
-                                     .arg(missing.join(QStringLiteral(" or ")))};
+                                     .arg(folders.join(QStringLiteral(" or ")))};
 }
 
 Told TellEmpty(const Entry& entry)

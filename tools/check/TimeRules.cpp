@@ -5,6 +5,8 @@
 #include "peers/SoundManager.h"
 #include "words/StartText.h"
 
+#include <algorithm>
+
 using namespace ScheduleFields;
 
 namespace
@@ -26,6 +28,12 @@ Finding NewFor(const Entry& entry, FindingKind kind, const QString& text, const 
     return finding;
 }
 
+// When the request of a message or playlist goes out: on the day of its start, which time is.
+QTime AskedFor(const QTime& time)
+{
+    return time.addSecs(-std::min(Action::PREPARED_AHEAD_S, QTime(0, 0).secsTo(time)));
+}
+
 // What becomes of a time that is not the one that is written.
 QString CountsAs(const Action& action, const QString& meant)
 {
@@ -35,10 +43,12 @@ QString CountsAs(const Action& action, const QString& meant)
             .arg(meant, !isReal && StartTime::IsForcedByEveryLoad(action)
                             ? QStringLiteral(", but as midnight when the schedule is loaded")
                             : QString());
-    return QStringLiteral(": it starts at %1%2, but the player gets an empty start time")
-        .arg(meant, !isReal && StartTime::IsFoundAtMidnight(action)
-                        ? QStringLiteral(", and may start at midnight, once after a load")
-                        : QString());
+    // A request ahead waits for its time only where it tells one.
+    return QStringLiteral(": it is asked for at %1 with an empty start time, and may play at once, before %2%3")
+        .arg(AskedFor(StartTime::Of(action)).toString(FORMAT), meant,
+             !isReal && StartTime::IsFoundAtMidnight(action)
+                 ? QStringLiteral("; it may start at midnight, too, once after a load")
+                 : QString());
 }
 
 // What becomes of the time that it counts as.

@@ -85,12 +85,14 @@ QJsonObject Note(int line, const QString& reason)
     return {{QStringLiteral("line"), line}, {QStringLiteral("reason"), reason}};
 }
 
-// The lines that do not start at their time, or not in this one.
-QJsonArray Idle(const RehearsalResult& run)
+// The lines that do not start at their time.
+QJsonArray IdleLines(const RehearsalResult& run, RehearsalText::Idle idle)
 {
     QJsonArray notes;
     for (const LineNotes::Note& note : LineNotes::Of(run.lines))
         notes.append(Note(note.line, note.text));
+    if (idle == RehearsalText::Idle::ON_ANY_DAY)
+        return notes;
     for (const int line : LineNotes::NotDue(run))
         notes.append(Note(line, QStringLiteral("is not due in this time")));
     return notes;
@@ -129,7 +131,11 @@ QString Document(const QJsonObject& object)
 class RehearsalJson final : public RehearsalText
 {
 public:
-    using RehearsalText::RehearsalText;
+    RehearsalJson(qint64 from_ms, Idle idle)
+        : RehearsalText(from_ms)
+        , m_idle(idle)
+    {
+    }
 
     QString Head() override { return QStringLiteral("{\n    \"events\": [\n"); }
 
@@ -146,7 +152,7 @@ public:
                                        {QStringLiteral("from"), Moment::IsoText(run.begin_ms)},
                                        {QStringLiteral("until"), Moment::IsoText(run.end_ms)},
                                        {QStringLiteral("interrupted"), run.isCut},
-                                       {QStringLiteral("idle"), Idle(run)},
+                                       {QStringLiteral("idle"), IdleLines(run, m_idle)},
                                        {QStringLiteral("loads"), Loads(run)}});
         return (m_separator.isEmpty() ? QString() : QStringLiteral("\n")) + QStringLiteral("    ],\n") +
                rest.mid(rest.indexOf(u'\n') + 1);
@@ -155,6 +161,7 @@ public:
 private:
     static inline const QString INDENT = QStringLiteral("        ");
 
+    const Idle m_idle;
     QString m_separator; // none before the first event
 };
 
@@ -197,9 +204,9 @@ public:
 
 } // namespace
 
-std::unique_ptr<RehearsalText> RehearsalText::Json(qint64 from_ms)
+std::unique_ptr<RehearsalText> RehearsalText::Json(qint64 from_ms, Idle idle)
 {
-    return std::make_unique<RehearsalJson>(from_ms);
+    return std::make_unique<RehearsalJson>(from_ms, idle);
 }
 
 std::unique_ptr<RehearsalText> RehearsalText::Csv(qint64 from_ms)

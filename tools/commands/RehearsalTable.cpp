@@ -69,11 +69,20 @@ QString Risk(const Event& event)
     return text.isEmpty() ? text : INDENT + Terminal::Coloured(text, Colour::GREY) + u'\n';
 }
 
+// What is asked for ahead, with the time that it is for: how late another is stands in its reason.
+QString Subject(const Event& event)
+{
+    const QString subject = EventText::Subject(event);
+    if (event.moment_ms >= event.due_ms)
+        return subject;
+    return (subject + QStringLiteral(" for ") + Moment::TimeText(event.due_ms)).trimmed();
+}
+
 QString Row(const Event& event, qint64 from_ms)
 {
     QString text = QStringLiteral("  %1  ").arg(Moment::TimeText(event.moment_ms));
     text += QString::number(event.lineNumber).rightJustified(LINE_WIDTH) + QStringLiteral("  ");
-    text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(EventText::Subject(event)), SUBJECT_WIDTH);
+    text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(Subject(event)), SUBJECT_WIDTH);
     QString mark = EventText::Mark(event, from_ms);
     if (!event.reason.isEmpty())
         mark += (mark.isEmpty() ? QString() : QStringLiteral(": ")) + event.reason;
@@ -94,7 +103,7 @@ QString Note(int line, const QString& text)
     return QStringLiteral("  line %1%2\n").arg(line).arg(text);
 }
 
-QString Idle(const RehearsalResult& run)
+QString IdleLines(const RehearsalResult& run)
 {
     QString text;
     for (const LineNotes::Note& note : LineNotes::Of(run.lines))
@@ -139,7 +148,7 @@ public:
                    .arg(Moment::DateText(Moment::LocalDate(run.begin_ms)), Moment::TimeText(run.begin_ms),
                         Moment::DateText(Moment::LocalDate(run.end_ms)), Moment::TimeText(run.end_ms),
                         Counted(m_events, "event"), Counted(m_requests, "request")) +
-               Idle(run) + Early(run) + (run.isCut ? CutText::Of(run) + u'\n' : QString());
+               IdleLines(run) + Early(run) + (run.isCut ? CutText::Of(run) + u'\n' : QString());
     }
 
 private:

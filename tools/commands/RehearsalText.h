@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 
 struct Event;
@@ -15,9 +16,17 @@ public:
     // For a terminal: a heading for each day, a line for each event, and below it its requests and tracks.
     [[nodiscard]] static std::unique_ptr<RehearsalText> Table(qint64 from_ms);
 
+    // Which lines are told as idle: those that do not start at their time on any day, or those without an event as
+    // well.
+    enum class Idle : std::uint8_t
+    {
+        ON_ANY_DAY,
+        IN_SPAN,
+    };
+
     // One object: "schedule", "from", "until", "interrupted", "events", "idle" (lines that do not start), "loads" (what
     // a load at another moment would start too early). Moments are ISO 8601, in local time with the offset.
-    [[nodiscard]] static std::unique_ptr<RehearsalText> Json(qint64 from_ms);
+    [[nodiscard]] static std::unique_ptr<RehearsalText> Json(qint64 from_ms, Idle idle = Idle::IN_SPAN);
 
     // RFC 4180: a row of names, then a row for each request, or for each event that has none.
     [[nodiscard]] static std::unique_ptr<RehearsalText> Csv(qint64 from_ms);

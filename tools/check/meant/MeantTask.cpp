@@ -1,5 +1,6 @@
 #include "LookAlikes.h"
 #include "Meant.h"
+#include "Strokes.h"
 
 #include "TaskTable.h"
 #include "text/ScheduleFields.h"
@@ -7,9 +8,6 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <numeric>
-#include <utility>
-#include <vector>
 
 namespace
 {
@@ -17,29 +15,6 @@ namespace
 // Of short names most are a few strokes away from each other.
 constexpr qsizetype LETTERS_A_STROKE = 4;
 constexpr int MOST_STROKES = 3;
-
-// By how many strokes the texts differ: a letter more, less or other, or two swapped.
-int Distance(const QString& left, const QString& right)
-{
-    const auto width = static_cast<size_t>(right.size()) + 1;
-    std::vector<int> before(width);
-    std::vector<int> row(width);
-    std::iota(row.begin(), row.end(), 0);
-    for (qsizetype i = 1; i <= left.size(); ++i)
-    {
-        const std::vector<int> twoBefore = std::exchange(before, row);
-        row[0] = static_cast<int>(i);
-        for (qsizetype j = 1; j <= right.size(); ++j)
-        {
-            const auto place = static_cast<size_t>(j);
-            const int other = left[i - 1] == right[j - 1] ? 0 : 1;
-            row[place] = std::min({row[place - 1] + 1, before[place] + 1, before[place - 1] + other});
-            if (i > 1 && j > 1 && left[i - 1] == right[j - 2] && left[i - 2] == right[j - 1])
-                row[place] = std::min(row[place], twoBefore[place - 2] + 1);
-        }
-    }
-    return row.back();
-}
 
 } // namespace
 
@@ -61,7 +36,7 @@ QString Meant::Task(const QString& text)
         {
             if (each == nullptr || kind->create == nullptr)
                 continue;
-            const int distance = Distance(name, QString::fromLatin1(each).toLower());
+            const int distance = Strokes::Between(name, QString::fromLatin1(each).toLower());
             if (distance == least && meant != nearest)
                 isOne = false;
             if (distance >= least)

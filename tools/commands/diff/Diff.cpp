@@ -46,20 +46,25 @@ int Commands::Diff(const QStringList& arguments)
     const qint64 from_ms = RehearsalRun::From_ms(line);
     const qint64 until_ms = RehearsalRun::Until_ms(line, from_ms);
     EndState oldInForce;
+    TaskPhrases::Map oldPhrases;
     const RehearsalRun before(
         line, line.Operand(0), std::nullopt, from_ms, until_ms,
-        {.requested = [&](const Request& request, bool isByChance) { oldInForce.Take(request, isByChance); }},
+        {.requested = [&](const Request& request, bool isByChance) { oldInForce.Take(request, isByChance); },
+         .read = [&](const Workspace& workspace) { oldPhrases = TaskPhrases::Of(workspace, line.Operand(0)); }},
         line.Value(OLD_PLAYLISTS));
     if (before.Status() == ExitStatus::INTERRUPTED)
         return TellCut();
     EndState newInForce;
+    TaskPhrases::Map newPhrases;
     const RehearsalRun after(
         line, line.Operand(1), std::nullopt, from_ms, until_ms,
-        {.requested = [&](const Request& request, bool isByChance) { newInForce.Take(request, isByChance); }},
+        {.requested = [&](const Request& request, bool isByChance) { newInForce.Take(request, isByChance); },
+         .read = [&](const Workspace& workspace) { newPhrases = TaskPhrases::Of(workspace, line.Operand(1)); }},
         line.Value(NEW_PLAYLISTS));
     if (after.Status() == ExitStatus::INTERRUPTED)
         return TellCut();
-    const QString text = ScheduleDiff::Text({before.Result(), oldInForce}, {after.Result(), newInForce});
+    const QString text =
+        ScheduleDiff::Text({before.Result(), oldInForce, oldPhrases}, {after.Result(), newInForce, newPhrases});
     Terminal::Print(text);
     if (after.Status() != ExitStatus::CLEAN)
         return after.Status();

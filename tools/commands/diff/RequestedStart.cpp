@@ -2,7 +2,6 @@
 
 #include "base/Moment.h"
 #include "engine/RehearsalResult.h"
-#include "text/ScheduleFields.h"
 #include "words/Kinds.h"
 
 #include <algorithm>
@@ -13,14 +12,14 @@ namespace
 const QString BY_CHANCE = QStringLiteral(", by chance");
 const QString OWN_TIME = QStringLiteral("<its time>");
 
-QString PhraseOf(const Event& event, const RehearsalResult& run)
+QString PhraseOf(const Event& event, const RehearsalResult& run, const TaskPhrases::Map& phrases)
 {
     if (event.kind == EventKind::FOLLOWUP)
         return QStringLiteral("end the series of photos");
-    const ScheduleLine& line = run.lines.at(static_cast<size_t>(event.lineNumber) - 1);
     // What is not found in this rehearsal may be found in another.
     if (event.IsByChance())
-        return line.text.section(QLatin1Char(ScheduleFields::FIELD_SEPARATOR), ScheduleFields::FIELD_TASK) + BY_CHANCE;
+        return phrases.at(event.lineNumber) + BY_CHANCE;
+    const ScheduleLine& line = run.lines.at(static_cast<size_t>(event.lineNumber) - 1);
     return Kinds::Of(event.type).phrase(*line.action->m_task, event.requests);
 }
 
@@ -36,9 +35,16 @@ QStringList TracksOf(const Event& event)
 
 } // namespace
 
-RequestedStart RequestedStart::Of(const Event& event, const RehearsalResult& run)
+RequestedStart RequestedStart::Of(const Event& event, const RehearsalResult& run, const TaskPhrases::Map& phrases)
 {
-    RequestedStart start{event.moment_ms, event.due_ms, event.lineNumber, PhraseOf(event, run), {}, {}, {}};
+    RequestedStart start{event.moment_ms,
+                         event.due_ms,
+                         event.lineNumber,
+                         event.kind == EventKind::FOLLOWUP ? TASK_UNKNOWN : event.type,
+                         PhraseOf(event, run, phrases),
+                         {},
+                         {},
+                         {}};
     const QStringList tracks = TracksOf(event);
     for (Request request : event.requests)
     {
@@ -55,14 +61,14 @@ RequestedStart RequestedStart::Of(const Event& event, const RehearsalResult& run
     return start;
 }
 
-RequestedStarts Requested::StartsOf(const RehearsalResult& run)
+RequestedStarts Requested::StartsOf(const RehearsalResult& run, const TaskPhrases::Map& phrases)
 {
     RequestedStarts starts;
     for (const Event& event : run.events)
     {
         if ((!event.requests.isEmpty() || event.IsByChance()) &&
             std::max(event.due_ms, event.moment_ms) >= run.begin_ms)
-            starts[event.moment_ms].push_back(RequestedStart::Of(event, run));
+            starts[event.moment_ms].push_back(RequestedStart::Of(event, run, phrases));
     }
     return starts;
 }

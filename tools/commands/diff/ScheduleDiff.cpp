@@ -105,7 +105,8 @@ QString ScheduleDiff::Text(const Side& before, const Side& after)
     QString text;
     const qint64 begin_ms = before.run.begin_ms;
     const qint64 end_ms = std::min(before.run.end_ms, after.run.end_ms);
-    for (const auto& [change, dates] : StartDiff::Of(before.run, after.run))
+    for (const auto& [change, dates] :
+         StartDiff::Of(Requested::StartsOf(before.run, before.phrases), Requested::StartsOf(after.run, after.phrases)))
         text += Row(change, DatesText::Of(dates, change.First(), begin_ms, end_ms));
     const QString inForce = InForceText(before.inForce.At(before.run), after.inForce.At(after.run), end_ms);
     return text + (text.isEmpty() || inForce.isEmpty() ? QString() : QStringLiteral("\n")) + inForce;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "EndState.h"
+#include "TaskPhrases.h"
 
 #include <QString>
 
@@ -15,6 +16,7 @@ struct Side
 {
     const RehearsalResult& run;
     const EndState& inForce; // of its requests
+    const TaskPhrases::Map& phrases;
 };
 
 // A line for each change, in order of time: "+" for a start that comes, "-" for one that goes, "~" for one that comes

@@ -1,6 +1,5 @@
 #include "StartChanges.h"
 
-#include "RequestedStart.h"
 #include "base/Moment.h"
 
 #include <algorithm>
@@ -112,6 +111,12 @@ StartChange Differing(const RequestedStart& before, const RequestedStart& after)
         lost = before.requests;
         gained = after.requests;
     }
+    // What comes by chance need not have asked for anything here.
+    if (lost.isEmpty() && gained.isEmpty() && before.phrase != after.phrase)
+    {
+        lost = QStringList{before.phrase};
+        gained = QStringList{after.phrase};
+    }
     if (before.moment_ms != after.moment_ms && before.due_ms == after.due_ms)
     {
         const QString format = QStringLiteral("asked for at %1");
@@ -154,6 +159,10 @@ void CompareRests(const QDate& date, Rest& rest, StartChanges& changes)
         differ);
     Pair(
         rest.before, rest.after, [](const RequestedStart& start) { return start.phrase; }, differ);
+    // Another value or file, in the place of the old one.
+    Pair(
+        rest.before, rest.after, [](const RequestedStart& start) { return std::pair(start.due_ms, start.type); },
+        differ);
     for (const RequestedStart& start : rest.before)
         changes[{Moment::LocalTime(start.due_ms), {}, start.phrase, {}, {}, start.line, 0}].insert(date);
     for (const RequestedStart& start : rest.after)
@@ -171,16 +180,14 @@ bool StartChange::operator<(const StartChange& other) const
                     other.lineAfter);
 }
 
-StartChanges StartDiff::Of(const RehearsalResult& before, const RehearsalResult& after)
+StartChanges StartDiff::Of(RequestedStarts before, RequestedStarts after)
 {
-    RequestedStarts oldStarts = Requested::StartsOf(before);
-    RequestedStarts newStarts = Requested::StartsOf(after);
-    for (const auto& moment : oldStarts)
-        static_cast<void>(newStarts[moment.first]);
+    for (const auto& moment : before)
+        static_cast<void>(after[moment.first]);
     StartChanges changes;
     Rests rests;
-    for (auto& [moment_ms, starts] : newStarts)
-        CompareMoment(std::move(oldStarts[moment_ms]), std::move(starts), changes, rests);
+    for (auto& [moment_ms, starts] : after)
+        CompareMoment(std::move(before[moment_ms]), std::move(starts), changes, rests);
     for (auto& [date, rest] : rests)
         CompareRests(date, rest, changes);
     return changes;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RequestedStart.h"
+
 #include <QDate>
 #include <QString>
 #include <QStringList>
@@ -7,8 +9,6 @@
 
 #include <map>
 #include <set>
-
-struct RehearsalResult;
 
 // One difference between the requests of two schedules on a date: a start that comes, goes or moves, one that asks for
 // something else at the same time, or several at one moment that come in another order.
@@ -35,8 +35,8 @@ using StartChanges = std::map<StartChange, std::set<QDate>>;
 namespace StartDiff
 {
 
-// The changes from one rehearsal to another of the same span, which their run-up is no part of. There is none only
-// where both ask for the same at the same moments in the same order, and play the same tracks.
-[[nodiscard]] StartChanges Of(const RehearsalResult& before, const RehearsalResult& after);
+// The changes from the starts of one rehearsal to those of another of the same span. There is none only where both ask
+// for the same at the same moments in the same order, and play the same tracks.
+[[nodiscard]] StartChanges Of(RequestedStarts before, RequestedStarts after);
 
 } // namespace StartDiff

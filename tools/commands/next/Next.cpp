@@ -134,7 +134,7 @@ QString Table(const std::vector<Event>& starts, size_t wanted, const RehearsalRe
 
 QString Json(const std::vector<Event>& starts, const RehearsalResult& run)
 {
-    const std::unique_ptr<RehearsalText> json = RehearsalText::Json(run.begin_ms);
+    const std::unique_ptr<RehearsalText> json = RehearsalText::Json(run.begin_ms, RehearsalText::Idle::ON_ANY_DAY);
     QString text = json->Head();
     for (const Event& event : starts)
         text += json->Of(event);
