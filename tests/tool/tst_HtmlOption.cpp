@@ -105,7 +105,7 @@ void HtmlOptionTest::WhatComesByChanceIsMarked()
     call.Write(u"s.csv"_s, "1111111|00:00:01|*|*|*|||Volume|5\n");
     const QString page = call.Run("rehearse s.csv --html - --from 2024-05-15 --tz UTC").output;
     QCOMPARE(page.count("class=\"badge by chance\">by chance</span>"_L1), 15);
-    QVERIFY(page.contains("7 times: comes only if the device was started at the right moment"_L1));
+    QVERIFY(page.contains("7 times: comes only if the daemon was started at the right moment"_L1));
 }
 
 void HtmlOptionTest::ADashIsStandardOutput()

@@ -115,7 +115,7 @@ void HtmlToolsTest::FindingsStandWithTheirLines()
     const QString text = Run(ToolScripts::FINDINGS_TEXT);
     for (const PageNotes::Finding& finding : test.Notes().findings)
         QVERIFY2(text.contains(finding.text), qPrintable(finding.text));
-    QVERIFY(test.Page().contains("The device leaves out 1 line of the schedule."));
+    QVERIFY(test.Page().contains("The daemon leaves out 1 line of the schedule."));
     QCOMPARE(m_browser->Console(), QStringList());
 }
 
