@@ -64,7 +64,9 @@ QByteArray HtmlOptionTest::Content(const QString& name) const
 
 void HtmlOptionTest::ThePageOfAWeekIsWritten()
 {
-    QCOMPARE(Rehearse({u"--html"_s, u"page.html"_s}), (Outcome{CLEAN, {}, {}}));
+    QCOMPARE(Rehearse({u"--html"_s, u"page.html"_s}), (Outcome{CLEAN, u"page.html: 7 days, 7 events\n"_s, {}}));
+    QCOMPARE(Rehearse({u"--html"_s, u"day.html"_s, u"--days"_s, u"1"_s}),
+             (Outcome{CLEAN, u"day.html: 1 day, 1 event\n"_s, {}}));
     const QByteArray page = Content(u"page.html"_s);
     QVERIFY(page.startsWith("<!DOCTYPE html>"));
     QVERIFY(page.endsWith("</html>\n"));
