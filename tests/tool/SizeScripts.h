@@ -7,7 +7,7 @@ namespace SizeScripts
 // What of a page is to be seen on paper.
 inline constexpr const char* PRINTED = R"(
 const seen = (selector) => [...document.querySelectorAll(selector)].filter((part) => part.checkVisibility()).length;
-report(`${seen("[data-event]")} events, ${seen("nav, #details, #filter, .hours, .bars, .requests")} others`);
+report(`${seen("[data-event]")} events, ${seen("nav, #details, #filter legend, #filter ul, .hours, .bars, .requests")} others`);
 )";
 
 // Every text that does not fit where it stands, or reaches out of the window.
