@@ -88,8 +88,13 @@ QByteArray Busy(int number)
 }
 
 const QList<Printing> PRINTINGS{
-    {"nearly nothing", QUIET, 7, 1},     {"three days", QUIET, 3, 1},    {"a week and a day", QUIET, 8, 2},
-    {"three weeks", QUIET, 21, 3},       {"dense days", Busy(90), 7, 1}, {"everything", WEEK, 7, 2},
+    {"nearly nothing", QUIET, 7, 1},
+    {"three days", QUIET, 3, 1},
+    {"a week and a day", QUIET, 8, 2},
+    {"three weeks", QUIET, 21, 3},
+    {"dense days", Busy(90), 7, 1},
+    {"everything", WEEK, 7, 2},
+    {"one finding", QUIET + "1111111|24:00:00|*|*|*|||Volume|1\n", 7, 1},
     {"more than fits", Busy(140), 7, 2},
 };
 
@@ -109,6 +114,7 @@ private Q_SLOTS:
     void TheSameTimeStandsAtTheSameHeight_data() { AddRows(COLUMNS); }
     void TheSameTimeStandsAtTheSameHeight();
     void PaperHasEveryEventAndNothingToOperate();
+    void PaperTellsEndsForItHasNoBars();
     void AWeekIsOneSheetInLandscape_data() { AddRows(PRINTINGS); }
     void AWeekIsOneSheetInLandscape();
 
@@ -154,6 +160,25 @@ void HtmlSizeTest::PaperHasEveryEventAndNothingToOperate()
     m_browser->Open(test.Page(), Browser::Look::PAPER);
     const qsizetype events = test.Events().size();
     QCOMPARE(m_browser->Run(SizeScripts::PRINTED), u"%1 events, 0 others"_s.arg(events));
+}
+
+void HtmlSizeTest::PaperTellsEndsForItHasNoBars()
+{
+    const QByteArray page = PageTest("1111111|09:30:10|*|*|*|||PlayPlaylist|two & <three>,50,pause\n"
+                                     "1111111|09:38:00|*|*|*|||StopPlaylist|pause\n"
+                                     "1111111|23:50:00|*|*|*|||PlayPlaylist|two & <three>,50\n",
+                                     3)
+                                .Page();
+    // The first plays from the day before, the last beyond the rehearsal; what is carried has its end again.
+    const QString ends = u"–00:20:04 –09:38 –Sat 30 March 00:20:04 –Sat 30 March 00:20:04 –09:38 "
+                         "–Sun 31 March 00:20:04 –Sun 31 March 00:20:04 –09:38 –open end"_s;
+    m_browser->Open(page, Browser::Look::PAPER);
+    QCOMPARE(m_browser->Run(SizeScripts::ENDS), ends);
+    for (const Width& width : WIDTHS)
+    {
+        m_browser->Open(page, width.look);
+        QVERIFY2(m_browser->Run(SizeScripts::ENDS).isEmpty(), width.name);
+    }
 }
 
 void HtmlSizeTest::AWeekIsOneSheetInLandscape()

@@ -86,8 +86,8 @@ QString EntryText::Shortened(const QString& text)
     return text.first(MOST_CHARACTERS - half) + u'\u2026' + text.last(half - 1);
 }
 
-WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, const QStringList& marks,
-                                    const PageNotes& notes, int columns)
+WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, const QString& until,
+                                    const QStringList& marks, const PageNotes& notes, int columns)
 {
     const int share = std::clamp(columns, 1, WEEK_COLUMNS);
     const QString subject = Subject(event, notes);
@@ -104,7 +104,8 @@ WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, con
         markWidths.append(Width(mark) + MARK_WIDTH);
     const int room = COLUMN_WIDTH * WEEK_COLUMNS / share;
     const int lines = Lines(widths, room) + Lines(markWidths, room);
-    const QList<int> all = widths + markWidths;
+    QList<int> all = widths + markWidths;
+    AppendWords(all, until);
     const int paperWidth = std::accumulate(all.begin(), all.end(), static_cast<int>(all.size()) * BLANK_WIDTH);
     return {(lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT, paperWidth};
 }
