@@ -115,6 +115,7 @@ private Q_SLOTS:
     void TheSameTimeStandsAtTheSameHeight();
     void PaperHasEveryEventAndNothingToOperate();
     void PaperTellsEndsForItHasNoBars();
+    void BarsAndStripsAreExplained();
     void AWeekIsOneSheetInLandscape_data() { AddRows(PRINTINGS); }
     void AWeekIsOneSheetInLandscape();
 
@@ -179,6 +180,24 @@ void HtmlSizeTest::PaperTellsEndsForItHasNoBars()
         m_browser->Open(page, width.look);
         QVERIFY2(m_browser->Run(SizeScripts::ENDS).isEmpty(), width.name);
     }
+}
+
+void HtmlSizeTest::BarsAndStripsAreExplained()
+{
+    const QByteArray page = PageTest(WEEK, DAYS, START).Page();
+    const QString bar = u"Bar beside the entries: how long it plays."_s;
+    const QList<QPair<Browser::Look, QString>> keys{
+        {Browser::Look::WIDE, bar},
+        {Browser::Look::MIDDLE, bar},
+        {Browser::Look::PHONE, u"Strip under an entry: when it plays, in a day from edge to edge."_s},
+        {Browser::Look::PAPER, {}},
+    };
+    for (const auto& [look, key] : keys)
+    {
+        m_browser->Open(page, look);
+        QCOMPARE(m_browser->Run(SizeScripts::KEY), key);
+    }
+    QVERIFY(!PageTest(QUIET, 1).Page().contains("class=\"key\""));
 }
 
 void HtmlSizeTest::AWeekIsOneSheetInLandscape()
