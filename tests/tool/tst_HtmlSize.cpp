@@ -113,6 +113,8 @@ private Q_SLOTS:
     void WhatClosesTheDetailsCoversNothing();
     void TheSameTimeStandsAtTheSameHeight_data() { AddRows(COLUMNS); }
     void TheSameTimeStandsAtTheSameHeight();
+    void AShortEntryTakesOneRow_data() { AddRows(COLUMNS); }
+    void AShortEntryTakesOneRow();
     void PaperHasEveryEventAndNothingToOperate();
     void PaperTellsEndsForItHasNoBars();
     void BarsAndStripsAreExplained();
@@ -153,6 +155,18 @@ void HtmlSizeTest::TheSameTimeStandsAtTheSameHeight()
     const QString told = m_browser->Run(SizeScripts::HEIGHTS);
     QVERIFY2(told.endsWith("at several heights: none"_L1), qPrintable(told));
     QVERIFY2(!told.startsWith("0 "_L1), qPrintable(told));
+}
+
+void HtmlSizeTest::AShortEntryTakesOneRow()
+{
+    const QByteArray page = PageTest("1111111|09:30:00|*|*|*|||Volume|40\n"
+                                     "1111111|11:20:00|*|*|*|||Volume|45\n",
+                                     DAYS)
+                                .Page();
+    QCOMPARE(page.count(";--height:1\""), 2 * DAYS);
+    m_browser->Open(page, Row<Width>().look);
+    const QString told = m_browser->Run(SizeScripts::CUT);
+    QVERIFY2(told.endsWith(", cut: none"_L1), qPrintable(told));
 }
 
 void HtmlSizeTest::PaperHasEveryEventAndNothingToOperate()

@@ -16,6 +16,10 @@ namespace
 
 // Widths, in hundredths of the height of the text, of ordinary fonts that are wide.
 constexpr int CHARACTER_WIDTH = 62;
+constexpr int NARROW_WIDTH = 40;
+constexpr int BROAD_WIDTH = 98;
+constexpr QLatin1String NARROW(":;.,'|!ijl");
+constexpr QLatin1String BROAD("mwMW@%");
 constexpr int BLANK_WIDTH = 32;
 constexpr int ICON_WIDTH = 90;
 constexpr int MARK_WIDTH = 260; // around its word, with its sign
@@ -33,7 +37,11 @@ constexpr int FRAME_HEIGHT = 3;
 
 int Width(const QString& word)
 {
-    return static_cast<int>(word.size()) * CHARACTER_WIDTH;
+    return std::accumulate(word.begin(), word.end(), 0, [](int width, QChar character) {
+        if (NARROW.contains(character))
+            return width + NARROW_WIDTH;
+        return width + (BROAD.contains(character) ? BROAD_WIDTH : CHARACTER_WIDTH);
+    });
 }
 
 // The widths of the parts of text behind which a line may be broken.
