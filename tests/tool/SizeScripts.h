@@ -7,7 +7,19 @@ namespace SizeScripts
 // What of a page is to be seen on paper.
 inline constexpr const char* PRINTED = R"(
 const seen = (selector) => [...document.querySelectorAll(selector)].filter((part) => part.checkVisibility()).length;
-report(`${seen("[data-event]")} events, ${seen("nav, #details, #filter, .hours, .bars, .requests")} others`);
+report(`${seen("[data-event]")} events, ${seen("nav, #details, #filter legend, #filter ul, .hours, .bars, .requests")} others`);
+)";
+
+// The ends of playbacks that are to be seen, in the order of the page.
+inline constexpr const char* ENDS = R"(
+report([...document.querySelectorAll(".until")].filter((part) => part.checkVisibility())
+    .map((part) => part.textContent).join(" "));
+)";
+
+// What is to be seen of the sentences that explain bars and strips.
+inline constexpr const char* KEY = R"(
+report([...document.querySelectorAll(".key span")].filter((part) => part.checkVisibility())
+    .map((part) => part.textContent).join(" "));
 )";
 
 // Every text that does not fit where it stands, or reaches out of the window.

@@ -55,6 +55,12 @@ const kinds = (selector) => [...new Set([...document.querySelectorAll(selector)]
 report(`${kinds(".entry")} | ${kinds(".bars .bar")} | ${document.querySelector("#filter output").textContent}`);
 )";
 
+// What of the filter is to be seen, with its text.
+inline constexpr const char* SHOWN_FILTER = R"(
+report([...document.querySelectorAll("#filter > *")].filter((part) => part.checkVisibility() && part.textContent)
+    .map((part) => `${part.localName} ${part.textContent}`).join(", "));
+)";
+
 // Follows the link of the first finding.
 inline constexpr const char* FOLLOW = R"(document.querySelector("#findings a").click();)";
 

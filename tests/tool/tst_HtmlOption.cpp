@@ -64,7 +64,9 @@ QByteArray HtmlOptionTest::Content(const QString& name) const
 
 void HtmlOptionTest::ThePageOfAWeekIsWritten()
 {
-    QCOMPARE(Rehearse({u"--html"_s, u"page.html"_s}), (Outcome{CLEAN, {}, {}}));
+    QCOMPARE(Rehearse({u"--html"_s, u"page.html"_s}), (Outcome{CLEAN, u"page.html: 7 days, 7 events\n"_s, {}}));
+    QCOMPARE(Rehearse({u"--html"_s, u"day.html"_s, u"--days"_s, u"1"_s}),
+             (Outcome{CLEAN, u"day.html: 1 day, 1 event\n"_s, {}}));
     const QByteArray page = Content(u"page.html"_s);
     QVERIFY(page.startsWith("<!DOCTYPE html>"));
     QVERIFY(page.endsWith("</html>\n"));
@@ -105,7 +107,7 @@ void HtmlOptionTest::WhatComesByChanceIsMarked()
     call.Write(u"s.csv"_s, "1111111|00:00:01|*|*|*|||Volume|5\n");
     const QString page = call.Run("rehearse s.csv --html - --from 2024-05-15 --tz UTC").output;
     QCOMPARE(page.count("class=\"badge by chance\">by chance</span>"_L1), 15);
-    QVERIFY(page.contains("7 times: comes only if the device was started at the right moment"_L1));
+    QVERIFY(page.contains("7 times: comes only if the daemon was started at the right moment"_L1));
 }
 
 void HtmlOptionTest::ADashIsStandardOutput()

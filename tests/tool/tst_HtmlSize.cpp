@@ -88,8 +88,13 @@ QByteArray Busy(int number)
 }
 
 const QList<Printing> PRINTINGS{
-    {"nearly nothing", QUIET, 7, 1},     {"three days", QUIET, 3, 1},    {"a week and a day", QUIET, 8, 2},
-    {"three weeks", QUIET, 21, 3},       {"dense days", Busy(90), 7, 1}, {"everything", WEEK, 7, 2},
+    {"nearly nothing", QUIET, 7, 1},
+    {"three days", QUIET, 3, 1},
+    {"a week and a day", QUIET, 8, 2},
+    {"three weeks", QUIET, 21, 3},
+    {"dense days", Busy(90), 7, 1},
+    {"everything", WEEK, 7, 2},
+    {"one finding", QUIET + "1111111|24:00:00|*|*|*|||Volume|1\n", 7, 1},
     {"more than fits", Busy(140), 7, 2},
 };
 
@@ -108,7 +113,11 @@ private Q_SLOTS:
     void WhatClosesTheDetailsCoversNothing();
     void TheSameTimeStandsAtTheSameHeight_data() { AddRows(COLUMNS); }
     void TheSameTimeStandsAtTheSameHeight();
+    void AShortEntryTakesOneRow_data() { AddRows(COLUMNS); }
+    void AShortEntryTakesOneRow();
     void PaperHasEveryEventAndNothingToOperate();
+    void PaperTellsEndsForItHasNoBars();
+    void BarsAndStripsAreExplained();
     void AWeekIsOneSheetInLandscape_data() { AddRows(PRINTINGS); }
     void AWeekIsOneSheetInLandscape();
 
@@ -148,12 +157,61 @@ void HtmlSizeTest::TheSameTimeStandsAtTheSameHeight()
     QVERIFY2(!told.startsWith("0 "_L1), qPrintable(told));
 }
 
+void HtmlSizeTest::AShortEntryTakesOneRow()
+{
+    const QByteArray page = PageTest("1111111|09:30:00|*|*|*|||Volume|40\n"
+                                     "1111111|11:20:00|*|*|*|||Volume|45\n",
+                                     DAYS)
+                                .Page();
+    QCOMPARE(page.count(";--height:1\""), 2 * DAYS);
+    m_browser->Open(page, Row<Width>().look);
+    const QString told = m_browser->Run(SizeScripts::CUT);
+    QVERIFY2(told.endsWith(", cut: none"_L1), qPrintable(told));
+}
+
 void HtmlSizeTest::PaperHasEveryEventAndNothingToOperate()
 {
     const PageTest test(WEEK, DAYS + 1);
     m_browser->Open(test.Page(), Browser::Look::PAPER);
     const qsizetype events = test.Events().size();
     QCOMPARE(m_browser->Run(SizeScripts::PRINTED), u"%1 events, 0 others"_s.arg(events));
+}
+
+void HtmlSizeTest::PaperTellsEndsForItHasNoBars()
+{
+    const QByteArray page = PageTest("1111111|09:30:10|*|*|*|||PlayPlaylist|two & <three>,50,pause\n"
+                                     "1111111|09:38:00|*|*|*|||StopPlaylist|pause\n"
+                                     "1111111|23:50:00|*|*|*|||PlayPlaylist|two & <three>,50\n",
+                                     3)
+                                .Page();
+    // The first plays from the day before, the last beyond the rehearsal; what is carried has its end again.
+    const QString ends = u"–00:20:04 –09:38 –Sat 30 March 00:20:04 –Sat 30 March 00:20:04 –09:38 "
+                         "–Sun 31 March 00:20:04 –Sun 31 March 00:20:04 –09:38 –open end"_s;
+    m_browser->Open(page, Browser::Look::PAPER);
+    QCOMPARE(m_browser->Run(SizeScripts::ENDS), ends);
+    for (const Width& width : WIDTHS)
+    {
+        m_browser->Open(page, width.look);
+        QVERIFY2(m_browser->Run(SizeScripts::ENDS).isEmpty(), width.name);
+    }
+}
+
+void HtmlSizeTest::BarsAndStripsAreExplained()
+{
+    const QByteArray page = PageTest(WEEK, DAYS, START).Page();
+    const QString bar = u"Bar beside the entries: how long it plays."_s;
+    const QList<QPair<Browser::Look, QString>> keys{
+        {Browser::Look::WIDE, bar},
+        {Browser::Look::MIDDLE, bar},
+        {Browser::Look::PHONE, u"Strip under an entry: when it plays, in a day from edge to edge."_s},
+        {Browser::Look::PAPER, {}},
+    };
+    for (const auto& [look, key] : keys)
+    {
+        m_browser->Open(page, look);
+        QCOMPARE(m_browser->Run(SizeScripts::KEY), key);
+    }
+    QVERIFY(!PageTest(QUIET, 1).Page().contains("class=\"key\""));
 }
 
 void HtmlSizeTest::AWeekIsOneSheetInLandscape()

@@ -75,6 +75,7 @@ private Q_SLOTS:
     void WhatIsInForceFollowsThePointer();
     void WhatIsInForceFollowsTheFocus();
     void KindsAreShownAndHidden();
+    void PaperTellsThatKindsAreHidden();
     void AHiddenEntryThatIsLookedForIsShown();
 
 private:
@@ -115,7 +116,7 @@ void HtmlToolsTest::FindingsStandWithTheirLines()
     const QString text = Run(ToolScripts::FINDINGS_TEXT);
     for (const PageNotes::Finding& finding : test.Notes().findings)
         QVERIFY2(text.contains(finding.text), qPrintable(finding.text));
-    QVERIFY(test.Page().contains("The device leaves out 1 line of the schedule."));
+    QVERIFY(test.Page().contains("The daemon leaves out 1 line of the schedule."));
     QCOMPARE(m_browser->Console(), QStringList());
 }
 
@@ -210,6 +211,14 @@ void HtmlToolsTest::KindsAreShownAndHidden()
     QCOMPARE(Run(PageScripts::SHOWN), u"Fri 29 March, 12:00:00: Playlist two & <three>"_s);
     m_browser->Press("ArrowUp");
     QCOMPARE(Run(PageScripts::SHOWN), u"Fri 29 March, 07:00:00: Light 5"_s);
+}
+
+void HtmlToolsTest::PaperTellsThatKindsAreHidden()
+{
+    m_browser->Open(PageTest(DAY, 1).Page(), Browser::Look::PAPER);
+    QCOMPARE(Run(ToolScripts::SHOWN_FILTER), QString());
+    QCOMPARE(Run(QString::fromLatin1(ToolScripts::TICK).arg(u"volume"_s).toUtf8()), QString());
+    QCOMPARE(Run(ToolScripts::SHOWN_FILTER), u"output 7 of 9 events are shown"_s);
 }
 
 void HtmlToolsTest::AHiddenEntryThatIsLookedForIsShown()

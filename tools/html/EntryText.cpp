@@ -16,6 +16,10 @@ namespace
 
 // Widths, in hundredths of the height of the text, of ordinary fonts that are wide.
 constexpr int CHARACTER_WIDTH = 62;
+constexpr int NARROW_WIDTH = 40;
+constexpr int BROAD_WIDTH = 98;
+constexpr QLatin1String NARROW(":;.,'|!ijl");
+constexpr QLatin1String BROAD("mwMW@%");
 constexpr int BLANK_WIDTH = 32;
 constexpr int ICON_WIDTH = 90;
 constexpr int MARK_WIDTH = 260; // around its word, with its sign
@@ -33,7 +37,11 @@ constexpr int FRAME_HEIGHT = 3;
 
 int Width(const QString& word)
 {
-    return static_cast<int>(word.size()) * CHARACTER_WIDTH;
+    return std::accumulate(word.begin(), word.end(), 0, [](int width, QChar character) {
+        if (NARROW.contains(character))
+            return width + NARROW_WIDTH;
+        return width + (BROAD.contains(character) ? BROAD_WIDTH : CHARACTER_WIDTH);
+    });
 }
 
 // The widths of the parts of text behind which a line may be broken.
@@ -86,8 +94,8 @@ QString EntryText::Shortened(const QString& text)
     return text.first(MOST_CHARACTERS - half) + u'\u2026' + text.last(half - 1);
 }
 
-WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, const QStringList& marks,
-                                    const PageNotes& notes, int columns)
+WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, const QString& until,
+                                    const QStringList& marks, const PageNotes& notes, int columns)
 {
     const int share = std::clamp(columns, 1, WEEK_COLUMNS);
     const QString subject = Subject(event, notes);
@@ -104,7 +112,8 @@ WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, con
         markWidths.append(Width(mark) + MARK_WIDTH);
     const int room = COLUMN_WIDTH * WEEK_COLUMNS / share;
     const int lines = Lines(widths, room) + Lines(markWidths, room);
-    const QList<int> all = widths + markWidths;
+    QList<int> all = widths + markWidths;
+    AppendWords(all, until);
     const int paperWidth = std::accumulate(all.begin(), all.end(), static_cast<int>(all.size()) * BLANK_WIDTH);
     return {(lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT, paperWidth};
 }

@@ -18,8 +18,9 @@ namespace EntryText
 // text, without its middle where it is longer than an entry shows.
 [[nodiscard]] QString Shortened(const QString& text);
 
-// How much room the entry needs in one of so many columns, with its marks. time: as it is shown.
-[[nodiscard]] WeekLayout::Room RoomFor(const Event& event, const QString& time, const QStringList& marks,
-                                       const PageNotes& notes, int columns);
+// How much room the entry needs in one of so many columns, with its marks. time: as it is shown; until: what follows it
+// on paper.
+[[nodiscard]] WeekLayout::Room RoomFor(const Event& event, const QString& time, const QString& until,
+                                       const QStringList& marks, const PageNotes& notes, int columns);
 
 } // namespace EntryText

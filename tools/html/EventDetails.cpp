@@ -87,9 +87,18 @@ QString EventDetails::SpanText(const RehearsalResult& run, const Event& event)
         return {};
     const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
     const QString begin = DayAndTime(event.begin_ms, shown_ms);
+    const QString end = EndText(run, event);
+    return (event.end_ms == Event::OPEN ? QStringLiteral("from %1 on, %2") : QStringLiteral("from %1 to %2"))
+        .arg(begin, end);
+}
+
+QString EventDetails::EndText(const RehearsalResult& run, const Event& event)
+{
+    if (!WeekLayout::IsBar(event))
+        return {};
     if (event.end_ms == Event::OPEN)
-        return QStringLiteral("from %1 on, open end").arg(begin);
-    return QStringLiteral("from %1 to %2").arg(begin, DayAndTime(event.end_ms, shown_ms));
+        return QStringLiteral("open end");
+    return DayAndTime(event.end_ms, WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms));
 }
 
 QString EventDetails::Markup(const RehearsalResult& run, const Event& event, const QString& title)

@@ -16,4 +16,7 @@ namespace EventDetails
 // "10:00 to 10:12", "since Sun 24 March 22:00, open end", "from 22:00 to Tue 26 March 01:00". Empty for what is no bar.
 [[nodiscard]] QString SpanText(const RehearsalResult& run, const Event& event);
 
+// When that ends: "10:12", "Tue 26 March 01:00", "open end". Empty for what is no bar.
+[[nodiscard]] QString EndText(const RehearsalResult& run, const Event& event);
+
 } // namespace EventDetails

@@ -16,6 +16,7 @@ namespace
 
 const QString MARK_SEPARATOR = QStringLiteral(", ");
 const QString CARRIED = QStringLiteral("still"); // in the place of a time
+const QString DASH = QStringLiteral("\u2013");
 
 QString Label(const Event& event, const QString& subject)
 {
@@ -34,10 +35,22 @@ QString Badges(const QStringList& marks)
     return text.isEmpty() ? QString() : u' ' + Html::Element("span", QStringLiteral("badges"), text);
 }
 
-QString Button(qint64 shown_ms, const QString& content)
+// For paper, which has no bars: when it ends.
+QString Until(const RehearsalResult& run, const Event& event)
 {
-    return QStringLiteral("<button type=\"button\"><time>%1</time> %2</button>")
-        .arg(EventHtml::TimeText(shown_ms), content);
+    const QString end = EventDetails::EndText(run, event);
+    return end.isEmpty() ? end : DASH + end;
+}
+
+QString UntilMarkup(const RehearsalResult& run, const Event& event)
+{
+    const QString until = Until(run, event);
+    return until.isEmpty() ? until : Html::Element("span", QStringLiteral("until"), until);
+}
+
+QString Button(const QString& times, const QString& content)
+{
+    return QStringLiteral("<button type=\"button\">%1 %2</button>").arg(times, content);
 }
 
 // Which part of date has gone by on the clock at that moment, in per cent.
@@ -101,16 +114,16 @@ QString EventHtml::Entry(const RehearsalResult& run, const PageNotes& notes, con
     if (entry.room.rows == 1)
         classes.append(QStringLiteral("single"));
     if (entry.isCarried)
-        return QStringLiteral(
-                   "<li class=\"entry carried %1\" data-of=\"%2\" %3><button type=\"button\">%4</button></li>\n")
+        return QStringLiteral("<li class=\"entry carried %1\" data-of=\"%2\" %3>%4</li>\n")
             .arg(classes.join(u' '), QString::number(entry.event), place,
-                 Html::Element("span", QStringLiteral("still"), CARRIED) + u' ' + label);
+                 Button(Html::Element("span", QStringLiteral("still"), CARRIED) + UntilMarkup(run, event), label));
     const QStringList marks = Marks(run, event);
     const QString title = DateText(date) + QStringLiteral(", ") + Moment::TimeText(shown_ms) + QStringLiteral(": ") +
                           Label(event, subject);
     return QStringLiteral("<li class=\"entry %1\" id=\"%2\" data-event=\"%3\" %4>%5%6</li>\n")
         .arg((classes + marks).join(u' '), Id(entry.event), QString::number(entry.event), place,
-             Button(shown_ms, label + Badges(marks) + Extent(run, event, date)),
+             Button(Html::Element("time", {}, TimeText(shown_ms)) + UntilMarkup(run, event),
+                    label + Badges(marks) + Extent(run, event, date)),
              EventDetails::Markup(run, event, title));
 }
 
@@ -118,9 +131,9 @@ WeekLayout::Room EventHtml::RoomFor(const RehearsalResult& run, const PageNotes&
                                     bool isCarried, int columns)
 {
     if (isCarried)
-        return EntryText::RoomFor(event, CARRIED, {}, notes, columns);
+        return EntryText::RoomFor(event, CARRIED, Until(run, event), {}, notes, columns);
     const QString time = TimeText(WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms));
-    return EntryText::RoomFor(event, time, Marks(run, event), notes, columns);
+    return EntryText::RoomFor(event, time, Until(run, event), Marks(run, event), notes, columns);
 }
 
 QString EventHtml::Bar(const RehearsalResult& run, const WeekLayout::Bar& bar)

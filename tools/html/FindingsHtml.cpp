@@ -60,7 +60,7 @@ QString FindingsHtml::Summary(const RehearsalResult& run, const PageNotes& notes
     QString text = QStringLiteral("<a href=\"#findings\">The check found ") + parts.join(QStringLiteral(" and ")) +
                    QStringLiteral("</a>.");
     if (const int rejected = run.Rejected(); rejected > 0)
-        text += QStringLiteral(" The device leaves out ") + Html::Counted(rejected, "line") +
+        text += QStringLiteral(" The daemon leaves out ") + Html::Counted(rejected, "line") +
                 QStringLiteral(" of the schedule.");
     return Html::Element("p", QStringLiteral("summary"), text) + u'\n';
 }

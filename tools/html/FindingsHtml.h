@@ -9,7 +9,7 @@ struct RehearsalResult;
 namespace FindingsHtml
 {
 
-// A paragraph with their numbers, which leads to the section; also how many lines the device leaves out.
+// A paragraph with their numbers, which leads to the section; also how many lines the daemon leaves out.
 [[nodiscard]] QString Summary(const RehearsalResult& run, const PageNotes& notes);
 
 // A section with every finding, its line, and a link to the line's first event if it has one. Empty where nothing was

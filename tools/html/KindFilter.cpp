@@ -1,5 +1,6 @@
 #include "KindFilter.h"
 
+#include "Html.h"
 #include "KindGroup.h"
 #include "engine/Event.h"
 
@@ -21,6 +22,20 @@ QString Drawing(const KindGroup::Group& group)
         return {};
     return QStringLiteral("<i class=\"swatch %1%2\"></i><i class=\"icon %1\"></i>")
         .arg(group.style, group.isBar ? QStringLiteral(" bar") : QString());
+}
+
+// A narrow page has no columns with bars, but a strip under each entry: see EventHtml::Entry.
+QString Key(const std::vector<KindGroup::Group>& groups)
+{
+    if (std::ranges::none_of(groups, &KindGroup::Group::isBar))
+        return {};
+    return Html::Element("p", QStringLiteral("key"),
+                         Html::Element("span", QStringLiteral("beside"),
+                                       QStringLiteral("Bar beside the entries: how long it plays.")) +
+                             Html::Element("span", QStringLiteral("strip"),
+                                           QStringLiteral("Strip under an entry: when it plays, in a day from edge "
+                                                          "to edge."))) +
+           u'\n';
 }
 
 } // namespace
@@ -45,6 +60,6 @@ QString KindFilter::Markup(const std::vector<Event>& events)
                      .arg(group.name, Drawing(group), group.label);
     return items.isEmpty() ? QString()
                            : QStringLiteral("<fieldset id=\"filter\">\n<legend>Show</legend>\n<ul>\n%1</ul>\n"
-                                            "<output></output>\n</fieldset>\n")
-                                 .arg(items);
+                                            "%2<output></output>\n</fieldset>\n")
+                                 .arg(items, Key(groups));
 }

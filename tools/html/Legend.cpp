@@ -25,7 +25,7 @@ constexpr std::array MARKS{
     MarkRow{"late", "begins after its time"},
     MarkRow{"repeated", "comes again on the same day"},
     MarkRow{"forced", "switched to what should be on"},
-    MarkRow{"by chance", "comes only if the device was started at the right moment"},
+    MarkRow{"by chance", "comes only if the daemon was started at the right moment"},
     MarkRow{"playing", "began before this rehearsal"},
 };
 

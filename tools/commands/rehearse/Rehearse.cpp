@@ -8,12 +8,14 @@
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "commands/RehearsalText.h"
+#include "html/Html.h"
 #include "html/Page.h"
 #include "html/WeekLayout.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -59,6 +61,11 @@ void WritePage(const RehearsalResult& run, const PageNotes& notes, const QString
     QSaveFile file(name);
     if (!file.open(QIODevice::WriteOnly) || file.write(page.toUtf8()) < 0 || !file.commit())
         throw ToolError(QStringLiteral("%1: %2").arg(name, file.errorString()));
+    const QDate last = Moment::LocalDate(std::max(run.begin_ms, run.end_ms - 1));
+    const qint64 days = Moment::LocalDate(run.begin_ms).daysTo(last) + 1;
+    Terminal::Print(QStringLiteral("%1: %2, %3\n")
+                        .arg(Terminal::Harmless(name), Html::Counted(days, "day"),
+                             Html::Counted(static_cast<qsizetype>(run.events.size()), "event")));
 }
 
 // Writes a rehearsal in large pieces, while it runs.
