@@ -3,6 +3,7 @@
 #include "Clock.h"
 #include "ClockChange.h"
 #include "Phases.h"
+#include "ShownName.h"
 #include "StartTime.h"
 #include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
@@ -105,7 +106,7 @@ void EventLog::OnMissed(const MissedStart& start)
         event.phases_ms = m_chances.OfMissed(event.lineNumber, event.moment_ms);
     event.due_ms = event.moment_ms;
     event.type = start.type;
-    event.taskName = start.taskName;
+    event.taskName = ShownName::Of(start.type, start.taskName);
     AppendMissed(std::move(event));
 }
 
@@ -138,7 +139,7 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.moment_ms = m_now_ms;
     event.lineNumber = action.m_lineNumber;
     event.type = action.m_task->m_type;
-    event.taskName = action.m_task->GetName();
+    event.taskName = ShownName::Of(event.type, action.m_task->GetName());
     const int left_s = Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second);
     const bool isBehind = !action.IsAhead();
     const bool isLate =
