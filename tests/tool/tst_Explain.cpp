@@ -119,6 +119,9 @@ void tst_Explain::ALineIsSaidInWords_data()
     odd("1111111|00:00:00|*|*|*|||Volume|5", "Every day at 00:00:00, set the master volume to 5. At 00:00:00 it never "
                                              "starts.");
     odd("1111111|07:60:05|*|*|*|||Volume|5", "Every day at 08:00:05, set the master volume to 5.");
+    odd("1111111|00:00:00|*|*|*|||PlayPlaylist|p2",
+        "Every day at 00:00:00, play the playlist p2. At 00:00:00 it may start at midnight once after a load, if the "
+        "playlist has more than one track, and otherwise never starts.");
     odd("1111111|07:60:05|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:00:05, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "
         "digits each.");
