@@ -13,7 +13,8 @@ namespace
 
 // The words of every command.
 constexpr const char* NEVER = "never starts";
-constexpr const char* AT_A_LOAD = "starts only when the schedule is loaded";
+constexpr const char* AT_A_LOAD =
+    "starts only after a load: at once on one of its days, or else at the next midnight that begins one";
 constexpr const char* ONCE = "starts at midnight, once after a load, and then never again";
 constexpr const char* BEFORE = "is asked for on the evening before";
 constexpr const char* BEFORE_AND_ONCE = "is asked for on the evening before, and at midnight once after a load";

@@ -36,6 +36,7 @@ qint64 SecondsSince(const QTime& time)
 
 EventLog::EventLog(RehearsalClock& clock)
     : m_now_ms(clock.Now_ms())
+    , m_loaded_ms(m_now_ms)
     , m_chances(clock)
     , m_device(m_events)
 {
@@ -170,6 +171,10 @@ void EventLog::MarkStart(Event& event, const Action& action) const
                                       "begins")
                            .arg(time);
     }
+    // Not due when the schedule was loaded, it has waited for the first midnight that begins one of its days.
+    else if (event.isForced && event.due_ms > m_loaded_ms)
+        event.reason =
+            QStringLiteral("the load took it for the latest by its time of day, %1, and its day begins").arg(time);
     else if (event.isForced)
         event.reason = QStringLiteral("in force since %1 when the schedule is loaded").arg(time);
     else if (event.isRepeated)
