@@ -74,7 +74,7 @@ void tst_Dst::TheClocksChange_data()
         "1111111|00:00:01|*|*|*|||Volume|4\n1111111|08:00:00|*|*|*|||Volume|5 # later\n",
         "Europe/Rome",
         "From Wed 2024-05-15 to Thu 2025-05-15 no start is touched by a change of the clocks.\n"
-        "Lines that do not start at their time on any day:\n"
+        "Lines that do not always start at their time:\n"
         "  line 1, 00:00:00, set the master volume to 1: never starts\n"
         "  line 2, 24:00:00, set the master volume to 2: never starts\n"
         "  line 3, 08:00:00, set the master volume to 3: is never due: there is no such spot date\n"

@@ -113,11 +113,15 @@ void tst_Explain::ALineIsSaidInWords_data()
     odd("1111111|25:00:00|*|*|*|||Volume|5",
         "Every day at 25:00:00, set the master volume to 5. 25:00:00 is no time of day: it never starts.");
     odd("1111111|25:00:00|*|*|*|||Light|5", "Every day at 25:00:00, switch the lights on with intensity 5. 25:00:00 is "
-                                            "no time of day: it starts only when the schedule is loaded.");
+                                            "no time of day: it starts only after a load: at once on one of its days, "
+                                            "or else at the next midnight that begins one.");
     odd("1111111|07:60:05|*|*|*|||Light|5", "Every day at 08:00:05, switch the lights on with intensity 5. The time "
                                             "does not exist: a load starts it, as one of midnight.");
     odd("1111111|00:00:00|*|*|*|||Volume|5", "Every day at 00:00:00, set the master volume to 5. At 00:00:00 it never "
                                              "starts.");
+    odd("1111111|00:00:00|*|*|*|||PlayPlaylist|p2",
+        "Every day at 00:00:00, play the playlist p2. At 00:00:00 it may start at midnight once after a load, if the "
+        "playlist has more than one track, and otherwise never starts.");
     odd("1111111|07:60:05|*|*|*|||Volume|5", "Every day at 08:00:05, set the master volume to 5.");
     odd("1111111|07:60:05|*|*|*|||PlayMessage|gong.mp3",
         "Every day at 08:00:05, play the message gong.mp3. The sound manager is told no start time: hh:mm:ss has two "

@@ -83,10 +83,15 @@ void InterruptedTest::WhatIsCutSaysSo_data()
     QTest::newRow("page") << u"rehearse --html -"_s + longOne
                           << u"^<!DOCTYPE.*<p class=\"cut\"><bdi>interrupted: complete until %1</bdi></p>.*</html>\n$"_s
                           << true;
+    QTest::newRow("calendar")
+        << u"rehearse --ics"_s + longOne
+        << u"^BEGIN:VCALENDAR\r\n.*SUMMARY:Schedule incomplete from here on\r\nDESCRIPTION:interrupted: complete "
+           "until %1\r\n.*END:VCALENDAR\r\n$"_s
+        << true;
     QTest::newRow("next") << u"next later.csv --from 2024-05-15 -n 10000"_s
                           << u"^Wed 2024-05-15 08:30:00 .*only .* to %1\ninterrupted: complete until %1\n$"_s << true;
 
-    for (const auto* const form : {"", "--json ", "--csv ", "--html - "})
+    for (const auto* const form : {"", "--json ", "--csv ", "--html - ", "--ics "})
         QTest::addRow("before the beginning %s", form)
             << u"rehearse "_s + QLatin1String(form) + early << u"^$"_s << false;
     QTest::newRow("before the beginning of next") << u"next"_s + early << u"^$"_s << false;

@@ -110,7 +110,7 @@ QString IdleLines(const RehearsalResult& run)
         text += Note(note.line, u' ' + note.text);
     if (const std::vector<int> lines = LineNotes::NotDue(run); !lines.empty())
         text += QStringLiteral("  not due in this time: %1\n").arg(LineNotes::Numbers(lines));
-    return text.isEmpty() ? text : QStringLiteral("Lines that do not start at their time:\n") + text;
+    return text.isEmpty() ? text : QStringLiteral("Lines that do not always start at their time:\n") + text;
 }
 
 QString Early(const RehearsalResult& run)

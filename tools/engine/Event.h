@@ -40,7 +40,7 @@ struct Event
     qint64 due_ms = 0;    // the entry's own time
     int lineNumber = 0;
     TaskType type = TASK_UNKNOWN;
-    QString taskName;          // in log records
+    QString taskName;          // as a schedule has it
     int delay_s = 0;           // how late it is started, 0 in time
     bool isForced = false;     // the light or radio state that should be in force when the schedule is loaded
     bool isRepeated = false;   // started before for the same day

@@ -3,6 +3,7 @@
 #include "Clock.h"
 #include "ClockChange.h"
 #include "Phases.h"
+#include "ShownName.h"
 #include "StartTime.h"
 #include "base/Moment.h"
 #include "tasks/PlayPlaylist.h"
@@ -35,6 +36,7 @@ qint64 SecondsSince(const QTime& time)
 
 EventLog::EventLog(RehearsalClock& clock)
     : m_now_ms(clock.Now_ms())
+    , m_loaded_ms(m_now_ms)
     , m_chances(clock)
     , m_device(m_events)
 {
@@ -105,7 +107,7 @@ void EventLog::OnMissed(const MissedStart& start)
         event.phases_ms = m_chances.OfMissed(event.lineNumber, event.moment_ms);
     event.due_ms = event.moment_ms;
     event.type = start.type;
-    event.taskName = start.taskName;
+    event.taskName = ShownName::Of(start.type, start.taskName);
     AppendMissed(std::move(event));
 }
 
@@ -138,7 +140,7 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.moment_ms = m_now_ms;
     event.lineNumber = action.m_lineNumber;
     event.type = action.m_task->m_type;
-    event.taskName = action.m_task->GetName();
+    event.taskName = ShownName::Of(event.type, action.m_task->GetName());
     const int left_s = Clock::SecondsTo(action.m_hour, action.m_minute, action.m_second);
     const bool isBehind = !action.IsAhead();
     const bool isLate =
@@ -169,6 +171,10 @@ void EventLog::MarkStart(Event& event, const Action& action) const
                                       "begins")
                            .arg(time);
     }
+    // Not due when the schedule was loaded, it has waited for the first midnight that begins one of its days.
+    else if (event.isForced && event.due_ms > m_loaded_ms)
+        event.reason =
+            QStringLiteral("the load took it for the latest by its time of day, %1, and its day begins").arg(time);
     else if (event.isForced)
         event.reason = QStringLiteral("in force since %1 when the schedule is loaded").arg(time);
     else if (event.isRepeated)

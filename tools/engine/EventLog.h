@@ -87,6 +87,7 @@ private:
     void AppendMissed(Event event);
 
     const qint64& m_now_ms;
+    const qint64 m_loaded_ms;
     Chances m_chances;
     EventQueue m_events;
     VirtualDevice m_device;

@@ -79,7 +79,7 @@ QString Notes(const RehearsalResult& run)
     QString loads;
     for (const EarlyLoads::Early& early : EarlyLoads::Of(run.lines, Moment::LocalDate(run.begin_ms)))
         loads += Html::Element("li", {}, QStringLiteral("Line %1: %2").arg(early.line).arg(EarlyText::Of(early)));
-    return Notes(QStringLiteral("Lines that do not start at their time"), idle) +
+    return Notes(QStringLiteral("Lines that do not always start at their time"), idle) +
            Notes(QStringLiteral("What a load at another moment would start too early"), loads);
 }
 

@@ -31,8 +31,10 @@ QString StartText::Fate(const Action& action)
     case StartTime::Fate::NEVER:
         if (isFoundLate)
             return QStringLiteral("starts at midnight, once after a load, and then never again");
-        return StartTime::IsForcedByEveryLoad(action) ? QStringLiteral("starts only when the schedule is loaded")
-                                                      : QStringLiteral("never starts");
+        return StartTime::IsForcedByEveryLoad(action)
+                   ? QStringLiteral("starts only after a load: at once on one of its days, or else at the next "
+                                    "midnight that begins one")
+                   : QStringLiteral("never starts");
     }
     return {};
 }

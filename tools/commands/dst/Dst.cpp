@@ -81,7 +81,7 @@ QString NotesText(const std::vector<ScheduleLine>& lines, LinePhrases& phrases)
                     .arg(isEntry ? phrases.Of(note.line) : QStringLiteral("line %1").arg(note.line),
                          isEntry ? QStringLiteral(":") : QString(), note.text);
     }
-    return text.isEmpty() ? text : QStringLiteral("Lines that do not start at their time on any day:\n") + text;
+    return text.isEmpty() ? text : QStringLiteral("Lines that do not always start at their time:\n") + text;
 }
 
 QString NothingText(qint64 from_ms, qint64 until_ms)

@@ -2,6 +2,8 @@
 
 #include "base/Moment.h"
 #include "engine/Event.h"
+#include "engine/RehearsalResult.h"
+#include "words/CutText.h"
 #include "words/EventText.h"
 #include "words/Kinds.h"
 
@@ -31,6 +33,12 @@ bool GoesOn(const Event& event)
     return event.plays && event.end_ms == Event::OPEN && event.type != TASK_PLAY_MESSAGE && event.tracks.isEmpty();
 }
 
+QString DigestOf(const QString& name)
+{
+    const QByteArray digest = QCryptographicHash::hash(name.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return QString::fromLatin1(digest.first(NAME_DIGITS));
+}
+
 } // namespace
 
 CalendarEntries::CalendarEntries(const QString& file, qint64 until_ms)
@@ -57,16 +65,26 @@ std::optional<CalendarEntry> CalendarEntries::Of(const Event& event)
     return entry;
 }
 
+CalendarEntry CalendarEntries::OfCut(const RehearsalResult& run) const
+{
+    CalendarEntry entry;
+    entry.begin_ms = run.end_ms / Moment::MS_PER_S * Moment::MS_PER_S;
+    entry.identifier =
+        QStringLiteral("%1-cut-%2@ozna-schedule").arg(entry.begin_ms / Moment::MS_PER_S).arg(DigestOf(m_name));
+    entry.summary = QStringLiteral("Schedule incomplete from here on");
+    entry.description = CutText::Of(run);
+    entry.category = QStringLiteral("INCOMPLETE");
+    return entry;
+}
+
 // Neither the line's number nor its parameters: a changed line takes the place of what it was. What a load forces comes
 // besides the start itself.
 QString CalendarEntries::Identifier(const Event& event)
 {
-    const QByteArray name = QCryptographicHash::hash(m_name.toUtf8(), QCryptographicHash::Sha256).toHex();
     const QString start = QStringLiteral("%1-%2%3").arg(
         QString::number(event.due_ms / Moment::MS_PER_S), QString::number(event.type),
         event.isForced ? QStringLiteral("-forced-%1").arg(event.moment_ms / Moment::MS_PER_S) : QString());
-    return QStringLiteral("%1-%2-%3@ozna-schedule")
-        .arg(start, QString::number(++m_numbers[start]), QLatin1String(name.first(NAME_DIGITS)));
+    return QStringLiteral("%1-%2-%3@ozna-schedule").arg(start, QString::number(++m_numbers[start]), DigestOf(m_name));
 }
 
 std::optional<qint64> CalendarEntries::End_ms(const Event& event, qint64 begin_ms) const

@@ -6,6 +6,7 @@
 #include <optional>
 
 struct Event;
+struct RehearsalResult;
 
 // A start as a calendar shows it. Moments in milliseconds since 1970-01-01 00:00:00 UTC, at whole seconds.
 struct CalendarEntry
@@ -30,6 +31,9 @@ public:
 
     // event: the next, in order. None for what is no start.
     [[nodiscard]] std::optional<CalendarEntry> Of(const Event& event);
+
+    // Marks the moment from which a rehearsal that was ended early has no entries.
+    [[nodiscard]] CalendarEntry OfCut(const RehearsalResult& run) const;
 
 private:
     [[nodiscard]] QString Identifier(const Event& event);

@@ -3,6 +3,7 @@
 #include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/RehearsalText.h"
+#include "engine/RehearsalResult.h"
 
 #include <QDateTime>
 #include <QStringList>
@@ -113,7 +114,10 @@ public:
         return entry ? Written(Entry(*entry)) : QString();
     }
 
-    QString Foot(const RehearsalResult&) override { return QString::fromLatin1(END); }
+    QString Foot(const RehearsalResult& run) override
+    {
+        return (run.isCut ? Written(Entry(m_entries.OfCut(run))) : QString()) + QString::fromLatin1(END);
+    }
 
 private:
     [[nodiscard]] Component Entry(const CalendarEntry& entry) const
