@@ -84,12 +84,18 @@ const Row* RowOf(const Entry& entry)
     return row == TABLE.end() ? nullptr : row;
 }
 
+// Whether the radio was switched off before it is switched on anew, which is done in the order of the lines.
+bool IsChangeover(const Candidate& candidate, const Distinct& earlier)
+{
+    return QLatin1String(candidate.row->thing) == QLatin1String(RADIO) && earlier.value == Off({});
+}
+
 // Two messages are two, even if their files are the same; lines that are the same throughout are told as such.
 bool AreAtOdds(const Candidate& candidate, const Distinct& earlier)
 {
     if (QLatin1String(candidate.row->thing) == QLatin1String(MESSAGE))
         return candidate.entry->fields != earlier.entry->fields;
-    return candidate.value != earlier.value;
+    return candidate.value != earlier.value && !IsChangeover(candidate, earlier);
 }
 
 void Tell(const Candidate& candidate, const Distinct& earlier, const QString& day, Findings& findings)
