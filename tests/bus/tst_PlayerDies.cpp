@@ -126,6 +126,11 @@ void PlayerDies::Perform(const QDate& day, QByteArrayView moment)
                                            : u"READY action found: "_s + kind.Start().Type()) > 0;
         }));
     }
+    // Two lines may be of one kind.
+    QVERIFY(WaitUntil([&] {
+        TakeLines();
+        return Count(u"READY action found"_s) == std::ssize(m_kinds);
+    }));
     // The record stands ahead of the call that ends the process.
     if (moment == "in")
         QVERIFY(WaitUntil([&] { return !Device().IsRunning(); }));
