@@ -62,7 +62,7 @@ void WritePage(const RehearsalResult& run, const PageNotes& notes, const QString
     if (!file.open(QIODevice::WriteOnly) || file.write(page.toUtf8()) < 0 || !file.commit())
         throw ToolError(QStringLiteral("%1: %2").arg(name, file.errorString()));
     const QDate last = Moment::LocalDate(std::max(run.begin_ms, run.end_ms - 1));
-    const qint64 days = Moment::LocalDate(run.begin_ms).daysTo(last) + 1;
+    const auto days = static_cast<qsizetype>(Moment::LocalDate(run.begin_ms).daysTo(last)) + 1;
     Terminal::Print(QStringLiteral("%1: %2, %3\n")
                         .arg(Terminal::Harmless(name), Html::Counted(days, "day"),
                              Html::Counted(static_cast<qsizetype>(run.events.size()), "event")));
