@@ -72,7 +72,7 @@ QString Risk(const Event& event)
 // What is asked for ahead, with the time that it is for: how late another is stands in its reason.
 QString Subject(const Event& event)
 {
-    const QString subject = EventText::Subject(event);
+    QString subject = EventText::Subject(event);
     if (event.moment_ms >= event.due_ms)
         return subject;
     return (subject + QStringLiteral(" for ") + Moment::TimeText(event.due_ms)).trimmed();
