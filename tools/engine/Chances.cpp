@@ -36,7 +36,7 @@ void Chances::Load(const Scheduler& scheduler)
 int Chances::Of(const Action& action, qint64 due_ms, qint64 around_ms) const
 {
     // Right after a load there is one phase, that of the load.
-    if (due_ms < m_loaded_ms + 2 * Event::PHASES_MS)
+    if (due_ms < m_loaded_ms + qint64{2} * Event::PHASES_MS)
         return 0;
     return Phases::Of(action, m_clock, {around_ms, m_free_ms.value(action.m_lineNumber, ALWAYS)});
 }
