@@ -30,8 +30,7 @@ void AddStart(std::vector<Busy>& times, const Event& event)
     if (event.kind != EventKind::START && event.kind != EventKind::FOLLOWUP)
         return;
     // A message is asked for ahead of its time.
-    times.push_back({event.moment_ms - QuietMoment::MARGIN_MS,
-                     std::max(event.moment_ms, event.due_ms) + QuietMoment::MARGIN_MS, &event});
+    times.push_back({event.moment_ms - QuietMoment::MARGIN_MS, event.Start_ms() + QuietMoment::MARGIN_MS, &event});
 }
 
 } // namespace

@@ -166,7 +166,7 @@ QString DeployPlan::Words(const QuietMoment::Reason& reason)
     const QString what = QStringLiteral("%1%2 (line %3)")
                              .arg(event.taskName, subject.isEmpty() ? subject : u' ' + subject)
                              .arg(event.lineNumber);
-    const qint64 start_ms = std::max(event.moment_ms, event.due_ms);
+    const qint64 start_ms = event.Start_ms();
     if (!event.plays)
         return QStringLiteral("%1 at %2").arg(what, Moment::TimeText(start_ms));
     if (event.type == TASK_PLAY_MESSAGE)

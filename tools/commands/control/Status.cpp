@@ -20,11 +20,6 @@ const QString LOG = QStringLiteral("log");
 constexpr int LAST_RECORDS = 5;
 constexpr int LONGEST_DAYS = 366; // what comes next is looked for
 
-qint64 StartOf(const Event& event)
-{
-    return std::max(event.moment_ms, event.due_ms);
-}
-
 // By a rehearsal from the daemon's start on: the daemon tells nobody.
 void LookAhead(const CommandLine& line, StatusReport& report)
 {
@@ -33,8 +28,8 @@ void LookAhead(const CommandLine& line, StatusReport& report)
     const RehearsalRun run(
         line, report.path, std::min(report.since_ms.value_or(report.now_ms), report.now_ms), report.now_ms, until_ms,
         {[&](const Event& event) {
-             if (event.kind == EventKind::START && StartOf(event) >= report.now_ms)
-                 first_ms = std::min(first_ms, StartOf(event));
+             if (event.kind == EventKind::START && event.Start_ms() >= report.now_ms)
+                 first_ms = std::min(first_ms, event.Start_ms());
          },
          [&](Event&& event) {
              if (event.kind != EventKind::START)
@@ -42,7 +37,7 @@ void LookAhead(const CommandLine& line, StatusReport& report)
              if (event.plays && event.begin_ms <= report.now_ms &&
                  (event.end_ms == Event::OPEN || event.end_ms > report.now_ms))
                  report.playing.push_back(event);
-             if (StartOf(event) >= report.now_ms && (!report.next || StartOf(event) < StartOf(*report.next)))
+             if (event.Start_ms() >= report.now_ms && (!report.next || event.Start_ms() < report.next->Start_ms()))
                  report.next = std::move(event);
          },
          [&](qint64 reached_ms) { return first_ms < reached_ms; }});

@@ -70,7 +70,7 @@ QString PlayRows(const StatusReport& report)
     if (!report.next)
         return text + Row("next", QStringLiteral("nothing"));
     const Event& next = *report.next;
-    const qint64 start_ms = std::max(next.moment_ms, next.due_ms);
+    const qint64 start_ms = next.Start_ms();
     return text +
            Row("next", QStringLiteral("%1, in %2: %3")
                            .arg(MomentWords(start_ms), Moment::SpanText((start_ms - report.now_ms) / Moment::MS_PER_S),
@@ -126,7 +126,7 @@ QJsonObject EventObject(const Event& event)
             {QStringLiteral("subject"), EventText::Subject(event)},
             {QStringLiteral("line"), event.lineNumber},
             {QStringLiteral("due"), Moment::IsoText(event.due_ms)},
-            {QStringLiteral("start"), Moment::IsoText(std::max(event.moment_ms, event.due_ms))}};
+            {QStringLiteral("start"), Moment::IsoText(event.Start_ms())}};
 }
 
 QJsonArray RecordArray(const std::vector<LoggedRecord>& records)

@@ -23,7 +23,7 @@ qint64 BeginOf(const Event& event)
 {
     const qint64 begin_ms = event.kind != EventKind::START ? event.due_ms
                             : event.plays                  ? event.begin_ms
-                                                           : std::max(event.moment_ms, event.due_ms);
+                                                           : event.Start_ms();
     return begin_ms / Moment::MS_PER_S * Moment::MS_PER_S;
 }
 
