@@ -10,7 +10,7 @@ class DeployUndo final : public DeployTest
 private Q_SLOTS:
     void TheEarlierFilesAreBroughtBack();
     void WithoutAnEarlierOneNothingIsBroughtBack();
-    void ASchedulesThatNamesNoPlaylistComesBack();
+    void AScheduleWithoutPlaylistsComesBack();
     void APlaylistOfAnotherScheduleComesBackAsWell();
     void WhatRanComesBackWithItsMistakes();
     void EachScheduleHasItsOwnEarlierOne();
@@ -39,11 +39,13 @@ void DeployUndo::WithoutAnEarlierOneNothingIsBroughtBack()
     QCOMPARE(result.errors, u"ozna-schedule: there is nothing to bring back: no earlier schedule.csv was kept\n"_s);
 }
 
-void DeployUndo::ASchedulesThatNamesNoPlaylistComesBack()
+void DeployUndo::AScheduleWithoutPlaylistsComesBack()
 {
     Prepare();
     const QByteArray plain = "1111111|11:00:00|*|*|*|||Volume|10\n";
     WriteSchedule(plain);
+    // Neither of the two names one: nothing but the schedule is kept.
+    WriteFile(DataPath(u"to-come/schedule.csv"_s), "1111111|11:00:00|*|*|*|||Volume|20\n");
     QVERIFY(StartDaemon());
     QCOMPARE(RunDeploy(u"--now"_s + NewFile()).status, 0);
     const Result result = RunDeploy(u"--now --undo"_s);
