@@ -12,14 +12,14 @@ struct Piece
     // The places of the mixer. Each plays one piece at a time: a new one takes the place over when it begins to sound.
     enum class Place
     {
-        FILE,
+        MESSAGE,
         PLAYLIST,
         STREAM,
         RADIO,
         AUX,
     };
 
-    Place place = Place::FILE;
+    Place place = Place::MESSAGE;
     // Absolute paths of files, one after the other, or one address of a stream, or one capture device.
     QStringList sources;
     // The moment on the wall clock at which the first sample is heard, in ms since 1970; at once without it, or when it
