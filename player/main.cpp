@@ -1,4 +1,5 @@
 #include "Globals.h"
+#include "ear/EarCommands.h"
 #include "process/BusReading.h"
 #include "process/BusWatcher.h"
 #include "process/Lifesign.h"
@@ -17,6 +18,8 @@
 #include <QDBusConnection>
 #include <QTimer>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -50,17 +53,51 @@ bool InstallHandlers()
            sigaction(SIGINT, &action, nullptr) == 0 && sigaction(SIGTERM, &action, nullptr) == 0;
 }
 
-// Ends the process where that is what is asked for, or is wrong.
-void ReadOptions(const QCoreApplication& app)
+// What a person on a terminal asks for, who needs no bus.
+int Test()
+{
+    const SoundSettings settings = PlayerSettings::Read().sound;
+    GstSoundMaker maker(settings);
+    return EarCommands::Test(maker, settings);
+}
+
+int Measure()
+{
+    const SoundSettings settings = PlayerSettings::Read().sound;
+    GstSoundMaker maker(settings);
+    return EarCommands::Measure(maker, settings);
+}
+
+struct Command
+{
+    const char* option;
+    const char* description;
+    int (*run)();
+};
+constexpr std::array COMMANDS{
+    Command{"test", "Play a gong at the next full five seconds, and tell when it was heard, or why not.", Test},
+    Command{"measure", "Play ten gongs, listen to the sound server's output, and tell the error of each.", Measure},
+    Command{"list-outputs", "List the outputs of this machine, as the settings name them.", EarCommands::ListOutputs},
+};
+
+// Ends the process where that is what is asked for, or is wrong. What is to be done in place of the service, if
+// anything.
+const Command* ReadOptions(const QCoreApplication& app)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
         QStringLiteral("Plays what ozna-scheduler asks for: messages, playlists, streams and radio."));
     parser.addHelpOption();
     parser.addVersionOption();
+    for (const Command& command : COMMANDS)
+        parser.addOption({QString::fromLatin1(command.option), QString::fromLatin1(command.description)});
     parser.process(app);
     if (parser.positionalArguments().isEmpty())
-        return;
+    {
+        const auto* const asked = std::ranges::find_if(
+            COMMANDS, [&parser](const Command& command) { return parser.isSet(QString::fromLatin1(command.option)); });
+        return asked == COMMANDS.end() ? nullptr : asked;
+    }
     std::fprintf(stderr, "ozna-player: no argument expected: %s\n",
                  qPrintable(parser.positionalArguments().constFirst()));
     std::exit(EXIT_FAILURE);
@@ -122,9 +159,11 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ozna-player"));
     QCoreApplication::setApplicationVersion(QStringLiteral(OZNA_VERSION));
-    ReadOptions(app);
+    const Command* const command = ReadOptions(app);
     m_app = &app;
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
+    if (command)
+        return command->run();
     if (!InstallHandlers())
         PLAYER_LOG(LEVEL_WARNING, "Can't catch SIGINT and SIGTERM");
 
