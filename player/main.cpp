@@ -1,4 +1,5 @@
 #include "Globals.h"
+#include "ear/EarCommands.h"
 #include "process/BusReading.h"
 #include "process/BusWatcher.h"
 #include "process/Lifesign.h"
@@ -7,12 +8,12 @@
 #include "service/Exports.h"
 #include "service/LightObject.h"
 #include "service/PlayerLog.h"
+#include "service/PlayerOptions.h"
 #include "service/SoundObject.h"
 #include "sound/GstSoundMaker.h"
 
 #include <LogInterface.h>
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QTimer>
@@ -31,7 +32,7 @@ namespace
 {
 
 constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/soundmanager/logobj";
-constexpr int LIFESIGN_EVERY_MS = 10'000;
+constexpr int LIFESIGN_EVERY_MS = 5000;
 
 // Runs in a signal context.
 void OnSignal(int /*sig*/)
@@ -48,22 +49,6 @@ bool InstallHandlers()
     action.sa_flags = SA_RESTART;
     return SignalPipe::Open([] { QCoreApplication::exit(EXIT_SUCCESS); }) && sigemptyset(&action.sa_mask) == 0 &&
            sigaction(SIGINT, &action, nullptr) == 0 && sigaction(SIGTERM, &action, nullptr) == 0;
-}
-
-// Ends the process where that is what is asked for, or is wrong.
-void ReadOptions(const QCoreApplication& app)
-{
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Plays what ozna-scheduler asks for: messages, playlists, streams and radio."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    parser.process(app);
-    if (parser.positionalArguments().isEmpty())
-        return;
-    std::fprintf(stderr, "ozna-player: no argument expected: %s\n",
-                 qPrintable(parser.positionalArguments().constFirst()));
-    std::exit(EXIT_FAILURE);
 }
 
 // A player that nobody can reach any more ends, so that its supervisor starts it again.
@@ -84,10 +69,9 @@ void GiveLifesigns(QTimer& timer)
     timer.start(LIFESIGN_EVERY_MS);
 }
 
-int Serve(QDBusConnection& bus)
+// Until a signal ends the process, or the bus is gone.
+int Serve(QDBusConnection& bus, SoundMaker& maker, const PlayerSettings& settings)
 {
-    const PlayerSettings settings = PlayerSettings::Read();
-    GstSoundMaker maker(settings.sound);
     SoundObject sound(maker, settings, Volumes::DefaultFile());
     if (!Exports::Register(bus, sound))
         return EXIT_FAILURE;
@@ -110,6 +94,34 @@ int Serve(QDBusConnection& bus)
     return status;
 }
 
+int ServeBus(SoundMaker& maker, const PlayerSettings& settings)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    BusWatcher watcher(OnBusLost);
+    if (!watcher.Watch(bus))
+    {
+        PLAYER_LOG(LEVEL_ERROR, "DBUS: Can't connect session bus");
+        return EXIT_FAILURE;
+    }
+    if (!BusReading::NeverPause(bus))
+        PLAYER_LOG(LEVEL_WARNING, "DBUS: Can't lift the limit on waiting messages");
+    return Serve(bus, maker, settings);
+}
+
+int Run(PlayerOptions::Command command)
+{
+    if (command == PlayerOptions::Command::LIST_OUTPUTS)
+        return EarCommands::ListOutputs();
+    const PlayerSettings settings = PlayerSettings::Read();
+    GstSoundMaker maker(settings.sound);
+    switch (command)
+    {
+    case PlayerOptions::Command::TEST: return EarCommands::Test(maker, settings.sound);
+    case PlayerOptions::Command::MEASURE: return EarCommands::Measure(maker, settings.sound);
+    default: return ServeBus(maker, settings);
+    }
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -122,20 +134,10 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ozna-player"));
     QCoreApplication::setApplicationVersion(QStringLiteral(OZNA_VERSION));
-    ReadOptions(app);
+    const PlayerOptions::Command command = PlayerOptions::Read(app);
     m_app = &app;
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
     if (!InstallHandlers())
         PLAYER_LOG(LEVEL_WARNING, "Can't catch SIGINT and SIGTERM");
-
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    BusWatcher watcher(OnBusLost);
-    if (!watcher.Watch(bus))
-    {
-        PLAYER_LOG(LEVEL_ERROR, "DBUS: Can't connect session bus");
-        return EXIT_FAILURE;
-    }
-    if (!BusReading::NeverPause(bus))
-        PLAYER_LOG(LEVEL_WARNING, "DBUS: Can't lift the limit on waiting messages");
-    return Serve(bus);
+    return Run(command);
 }
