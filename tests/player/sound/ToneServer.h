@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QSocketNotifier>
+#include <QString>
+
+#include <map>
+#include <memory>
+
+// An HTTP server on this machine whose only document is a tone without an end, served by the event loop as fast as it
+// is read.
+class ToneServer final
+{
+public:
+    explicit ToneServer(double level);
+    ~ToneServer();
+    Q_DISABLE_COPY_MOVE(ToneServer)
+
+    // At the port that it had before, if it had one. False when that fails.
+    bool Start();
+    // Every connection breaks, and none is accepted.
+    void Stop();
+    // Connections stay, and nothing more is sent.
+    void FallSilent() { m_isSilent = true; }
+
+    [[nodiscard]] QString Address() const;
+    [[nodiscard]] int Asked() const { return m_asked; }
+
+private:
+    struct Client
+    {
+        std::unique_ptr<QSocketNotifier> notifier;
+        qsizetype sent = 0; // of the tone that goes round
+        bool hasHeader = false;
+    };
+
+    void Accept();
+    void Serve(int socket);
+    void Drop(int socket);
+
+    QByteArray m_header;
+    QByteArray m_tone;
+    int m_listener = -1;
+    quint16 m_port = 0;
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    std::map<int, Client> m_clients;
+    bool m_isSilent = false;
+    int m_asked = 0;
+};
