@@ -7,6 +7,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <numbers>
 
@@ -18,6 +19,9 @@ constexpr int TONE_Hz = 480;
 constexpr int PERIODS = 480; // a second
 constexpr quint32 ENDLESS = 0x7fffffff;
 constexpr int BACKLOG = 8;
+constexpr int STEP_ms = 20;
+constexpr qint64 AHEAD_ms = 500;
+constexpr qint64 BYTES_PER_MS = RATE * 2 / 1000;
 
 void Add(QByteArray& bytes, quint32 value)
 {
@@ -42,6 +46,8 @@ ToneServer::ToneServer(double level)
         const qint16 sample = qToLittleEndian(static_cast<qint16>(std::lround(32767 * value)));
         m_tone.append(reinterpret_cast<const char*>(&sample), sizeof sample);
     }
+    QObject::connect(&m_timer, &QTimer::timeout, [this] { ServeAll(); });
+    m_timer.start(STEP_ms);
 }
 
 ToneServer::~ToneServer()
@@ -71,8 +77,9 @@ bool ToneServer::Start()
 
 void ToneServer::Stop()
 {
-    while (!m_clients.empty())
-        Drop(m_clients.begin()->first);
+    for (const auto& [socket, client] : m_clients)
+        close(socket);
+    m_clients.clear();
     m_notifier.reset();
     if (m_listener >= 0)
         close(m_listener);
@@ -90,31 +97,36 @@ void ToneServer::Accept()
     if (socket < 0)
         return;
     ++m_asked;
-    Client& client = m_clients[socket];
-    client.notifier = std::make_unique<QSocketNotifier>(socket, QSocketNotifier::Write);
-    QObject::connect(client.notifier.get(), &QSocketNotifier::activated, [this, socket] { Serve(socket); });
+    m_clients[socket].since.start();
+    if (send(socket, m_header.constData(), static_cast<std::size_t>(m_header.size()), MSG_NOSIGNAL) != m_header.size())
+        qWarning("the header was not sent");
 }
 
-void ToneServer::Serve(int socket)
+void ToneServer::ServeAll()
 {
-    Client& client = m_clients.at(socket);
     if (m_isSilent)
-        return client.notifier->setEnabled(false);
-    const QByteArray& part = client.hasHeader ? m_tone : m_header;
-    const ssize_t size =
-        send(socket, part.constData() + client.sent, static_cast<std::size_t>(part.size() - client.sent), MSG_NOSIGNAL);
-    if (size < 0)
-        return Drop(socket);
-    client.sent += size;
-    if (client.sent < part.size())
         return;
-    client.sent = 0;
-    client.hasHeader = true;
+    for (auto next = m_clients.begin(); next != m_clients.end();)
+    {
+        const auto client = next++;
+        if (Serve(client->first, client->second))
+            continue;
+        close(client->first);
+        m_clients.erase(client);
+    }
 }
 
-void ToneServer::Drop(int socket)
+bool ToneServer::Serve(int socket, Client& client) const
 {
-    m_clients.at(socket).notifier.release()->deleteLater(); // it may be the one that calls
-    m_clients.erase(socket);
-    close(socket);
+    const qint64 due = (client.since.elapsed() + AHEAD_ms) * BYTES_PER_MS;
+    while (client.sent < due)
+    {
+        const qint64 at = client.sent % m_tone.size();
+        const auto size = static_cast<std::size_t>(std::min(due - client.sent, m_tone.size() - at));
+        const ssize_t sent = send(socket, m_tone.constData() + at, size, MSG_NOSIGNAL);
+        if (sent < 0)
+            return errno == EAGAIN;
+        client.sent += sent;
+    }
+    return true;
 }

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QSocketNotifier>
 #include <QString>
+#include <QTimer>
 
 #include <map>
 #include <memory>
 
-// An HTTP server on this machine whose only document is a tone without an end, served by the event loop as fast as it
-// is read.
+// An HTTP server on this machine whose only document is a tone without an end, served by the event loop as it sounds,
+// half a second ahead.
 class ToneServer final
 {
 public:
@@ -28,20 +30,21 @@ public:
 private:
     struct Client
     {
-        std::unique_ptr<QSocketNotifier> notifier;
-        qsizetype sent = 0; // of the tone that goes round
-        bool hasHeader = false;
+        QElapsedTimer since;
+        qint64 sent = 0; // of the tone, in bytes
     };
 
     void Accept();
-    void Serve(int socket);
-    void Drop(int socket);
+    void ServeAll();
+    // False when the client has gone.
+    bool Serve(int socket, Client& client) const;
 
     QByteArray m_header;
     QByteArray m_tone;
     int m_listener = -1;
     quint16 m_port = 0;
     std::unique_ptr<QSocketNotifier> m_notifier;
+    QTimer m_timer;
     std::map<int, Client> m_clients;
     bool m_isSilent = false;
     int m_asked = 0;
