@@ -1,4 +1,3 @@
-#include "BuiltProgram.h"
 #include "DaemonProcess.h"
 #include "DatagramSocket.h"
 #include "PrivateBus.h"
@@ -9,7 +8,6 @@
 
 #include <QDBusPendingCall>
 #include <QDBusReply>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -35,8 +33,6 @@ private Q_SLOTS:
     void TheLightsAreLeftAloneUnlessTheyAreSetUp();
     void WhereAnotherHasTheLightsItPlaysAllTheSame();
     void GivesSignsOfLife();
-    void Options_data();
-    void Options();
 
 private Q_SLOTS:
     void OnStreamEnabled(bool enabled) { m_streamSignals.append(enabled); }
@@ -233,36 +229,6 @@ void tst_PlayerProcess::GivesSignsOfLife()
     QCOMPARE(Stop(), EXIT_SUCCESS);
     QCOMPARE(m_player->Take(2), QStringList(u"2 [main.cpp] Can't reach the service manager's watchdog (from %1)"_s.arg(
                                     QLatin1String(SoundManager::PATH))));
-}
-
-void tst_PlayerProcess::Options_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("begin");
-    QTest::newRow("help") << QStringList(u"--help"_s) << EXIT_SUCCESS << QByteArray("Usage: ");
-    QTest::newRow("version") << QStringList(u"--version"_s) << EXIT_SUCCESS << QByteArray("ozna-player ");
-    QTest::newRow("unknown") << QStringList(u"--louder"_s) << EXIT_FAILURE
-                             << QByteArray("ozna-player: Unknown option 'louder'");
-    QTest::newRow("argument") << QStringList(u"gong.wav"_s) << EXIT_FAILURE
-                              << QByteArray("ozna-player: no argument expected: gong.wav");
-    QTest::newRow("two") << QStringList({u"--test"_s, u"--measure"_s}) << EXIT_FAILURE
-                         << QByteArray("ozna-player: one option at a time");
-}
-
-void tst_PlayerProcess::Options()
-{
-    QFETCH(const QStringList, arguments);
-    QFETCH(const int, status);
-    QFETCH(const QByteArray, begin);
-    QProcess process;
-    BuiltProgram::Set(process, u"ozna-player"_s, arguments);
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start();
-    QVERIFY(process.waitForFinished());
-    QCOMPARE(process.exitCode(), status);
-    const QByteArray output = process.readAll();
-    QVERIFY2(output.startsWith(begin), output.constData());
 }
 
 OZNA_CASE(PlayerProcess, tst_PlayerProcess)
