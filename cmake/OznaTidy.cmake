@@ -3,7 +3,7 @@
 # sources include is compiled ahead. On standard error it counts what .clang-tidy leaves out.
 cmake_host_system_information(RESULT cores QUERY NUMBER_OF_LOGICAL_CORES)
 add_custom_target(ozna_tidy
-    COMMAND sh -c "git ls-files 'src/*.cpp' 'platform/*.cpp' 'simulator/*.cpp' 'tools/*.cpp' | \
+    COMMAND sh -c "git ls-files 'src/*.cpp' 'platform/*.cpp' 'simulator/*.cpp' 'player/*.cpp' 'tools/*.cpp' | \
         xargs --max-procs=${cores} --max-args=4 clang-tidy -p '${PROJECT_BINARY_DIR}' --quiet 2>/dev/null"
     WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
     DEPENDS ozna_proxies ozna_simulator_adaptor
