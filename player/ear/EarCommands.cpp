@@ -99,10 +99,15 @@ int EarCommands::Measure(SoundMaker& sound, const SoundSettings& settings)
         const qint64 due_ms = GongCall::NextMoment_ms(MEASURE_STEP_MS);
         const GongCall::Outcome outcome = gong.Play(due_ms);
         const QString due = TimeOfDay(static_cast<double>(due_ms));
-        const std::optional<double> begin_ms = Nearest(ear.Begins_ms(), due_ms);
-        if (!outcome.reason.isEmpty() || !begin_ms)
+        if (!outcome.reason.isEmpty())
         {
-            Print(QStringLiteral("due %1  not heard  %2").arg(due, outcome.reason));
+            Print(QStringLiteral("due %1  can't be played: %2").arg(due, outcome.reason));
+            return EXIT_FAILURE;
+        }
+        const std::optional<double> begin_ms = Nearest(ear.Begins_ms(), due_ms);
+        if (!begin_ms)
+        {
+            Print(QStringLiteral("due %1  not heard").arg(due));
             continue;
         }
         errors_ms.push_back(*begin_ms - static_cast<double>(due_ms));

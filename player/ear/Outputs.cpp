@@ -27,6 +27,8 @@ std::vector<Ref<GstDevice>> Sinks(const char* provider)
     const Ref<GstDeviceProvider> found(gst_device_provider_factory_get_by_name(provider));
     if (!found)
         return sinks;
+    // Only one that has been started knows which device is the default one. One that cannot be looks once.
+    const bool isStarted = gst_device_provider_start(found.get()) != FALSE;
     GList* const devices = gst_device_provider_get_devices(found.get());
     for (GList* entry = devices; entry; entry = entry->next)
     {
@@ -35,6 +37,8 @@ std::vector<Ref<GstDevice>> Sinks(const char* provider)
             sinks.push_back(std::move(device));
     }
     g_list_free(devices);
+    if (isStarted)
+        gst_device_provider_stop(found.get());
     return sinks;
 }
 
