@@ -19,6 +19,7 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
     FindOddPairs(lines, entries, findings);
     FindTwoInASecond(entries, today, findings);
     FindOddPlaylistTimes(entries, today, findings);
+    FindStopsAtStart(entries, today, findings);
     if (options.isZoneKnown)
         FindChangedHours(entries, today, findings);
     FindEarlyLoads(lines, today, findings);

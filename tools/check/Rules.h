@@ -60,6 +60,9 @@ void FindTwoInASecond(const std::vector<Entry>& entries, const QDate& today, Fin
 // Playlists that begin while another one plays, and stops that never come behind their playlist's start.
 void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
+// Stops that end a message or a playlist as it begins, or when it has been asked for ahead of its start.
+void FindStopsAtStart(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
 // Starts in hours that the process's time zone leaves out or has twice.
 void FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
