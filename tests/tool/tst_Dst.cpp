@@ -165,9 +165,11 @@ void tst_Dst::ARejectedLineIsToldAndGivesStatus2()
     const CommandCall call;
     call.Write(u"s.csv"_s, "nonsense\n");
     const CommandCall::Result result = call.Run("dst s.csv --from 2024-05-15 --tz UTC");
-    QCOMPARE(result.errors,
-             u"s.csv:1: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
-             "line out\n"_s);
+    QCOMPARE(
+        result.errors,
+        u"s.csv:1: error: the daemon leaves the line out: line: has 1 of the 8 fields that a line needs; write "
+        u"days|start time|day|month|year|from|to|task, and "
+        "|parameters where there are any (the daemon logs \"Wrong action fields (1 found, at least 8 expected)\")\n"_s);
     QCOMPARE(result.output,
              u"From Wed 2024-05-15 to Tue 2029-05-15 no start is touched by a change of the clocks.\n"_s);
     QCOMPARE(result.status, 2);

@@ -207,14 +207,17 @@ void tst_Next::ARejectedLineIsToldAndGivesStatus2()
     const CommandCall call;
     call.Write(u"s.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\nnonsense\n");
     const CommandCall::Result result = call.Run("next s.csv --from 2024-05-15 -n 1");
-    QCOMPARE(result.errors,
-             u"s.csv:2: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
-             "line out\n"_s);
+    QCOMPARE(
+        result.errors,
+        u"s.csv:2: error: the daemon leaves the line out: line: has 1 of the 8 fields that a line needs; write "
+        u"days|start time|day|month|year|from|to|task, and "
+        "|parameters where there are any (the daemon logs \"Wrong action fields (1 found, at least 8 expected)\")\n"_s);
     QCOMPARE(result.output.count(u'\n'), 1);
     QCOMPARE(result.status, 2);
 
     call.Write(u"a%2%3.csv"_s, "nonsense\n");
-    QVERIFY(call.Run({u"next"_s, u"a%2%3.csv"_s}).errors.startsWith("a%2%3.csv:1: error: Wrong action fields "_L1));
+    QVERIFY(call.Run({u"next"_s, u"a%2%3.csv"_s})
+                .errors.startsWith("a%2%3.csv:1: error: the daemon leaves the line out: line: has 1 of "_L1));
 }
 
 void tst_Next::ANumberThatIsNoneIsRefused()

@@ -29,7 +29,10 @@ struct Options
 // to it.
 void FindWrongForm(const Workspace& workspace, std::vector<ScheduleLine>& lines, Findings& findings);
 
-// The daemon's reasons for the lines that it leaves out.
+// Why the daemon leaves out a line that it rejects.
+[[nodiscard]] Finding RejectionOf(const Entry& entry);
+
+// That of each such line.
 void FindRejected(const std::vector<Entry>& entries, Findings& findings);
 
 // Lines that are comments though they look like entries, too many fields, and characters that get lost.
