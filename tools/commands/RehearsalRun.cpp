@@ -93,7 +93,10 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
               [&](Event&& event) {
                   const bool isOld = areStreamsOlder && event.type == TASK_PLAY_STREAM && event.moment_ms < from_ms;
                   if (isOld && event.kind == EventKind::START)
+                  {
+                      event.isStartKnown = false;
                       event.reason = OLDER_STREAM;
+                  }
                   take(std::move(event));
               },
               followers.isEnough, followers.requested});

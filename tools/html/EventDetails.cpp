@@ -68,7 +68,8 @@ QString Requests(const Event& event)
     QString items;
     for (const Request& request : event.requests)
         items += Html::Element("li", {},
-                               Time(request.moment_ms) + u' ' + Html::Element("code", {}, Html::Text(request.Text())));
+                               (event.isStartKnown ? Time(request.moment_ms) + u' ' : QString()) +
+                                   Html::Element("code", {}, Html::Text(request.Text())));
     return items.isEmpty() ? Html::Element("p", QStringLiteral("requests"), QStringLiteral("Nothing is asked for."))
                            : Html::Element("ul", QStringLiteral("requests"), items);
 }
@@ -86,7 +87,8 @@ QString EventDetails::SpanText(const RehearsalResult& run, const Event& event)
     if (!WeekLayout::IsBar(event))
         return {};
     const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
-    const QString begin = DayAndTime(event.begin_ms, shown_ms);
+    const QString begin =
+        event.isStartKnown ? DayAndTime(event.begin_ms, shown_ms) : QStringLiteral("before this rehearsal");
     const QString end = EndText(run, event);
     return (event.end_ms == Event::OPEN ? QStringLiteral("from %1 on, %2") : QStringLiteral("from %1 to %2"))
         .arg(begin, end);
