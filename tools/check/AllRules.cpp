@@ -22,7 +22,7 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
     FindStopsAtStart(entries, today, findings);
     if (options.isZoneKnown)
         FindChangedHours(entries, today, findings);
-    FindEarlyLoads(lines, today, findings);
+    FindEarlyLoads(lines, entries, today, findings);
     FindBlocking(workspace, entries, today, findings);
     FindAbsentPeers(workspace, entries, options.absentPeers, findings);
     Columns::Fill(lines, findings);

@@ -75,7 +75,8 @@ void FindOddMedia(const Workspace& workspace, MediaFolder& folder, const std::ve
                   const QDate& today, Findings& findings);
 
 // What a load on another day starts at midnight of its day, in the year from today on.
-void FindEarlyLoads(const std::vector<ScheduleLine>& lines, const QDate& today, Findings& findings);
+void FindEarlyLoads(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, const QDate& today,
+                    Findings& findings);
 
 // Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,
