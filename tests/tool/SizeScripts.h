@@ -54,6 +54,14 @@ const covered = others.map((part) => part.getBoundingClientRect()).filter((box) 
 report(`${close.width > 0 ? "shown" : "hidden"}, ${covered.length} covered`);
 )";
 
+// How many rows the entries take, each number once, as they are drawn.
+inline constexpr const char* ROWS_TAKEN = R"(
+const lines = [...document.querySelectorAll(".hours i")].map((line) => line.getBoundingClientRect().top);
+const row = lines[4] - lines[3];
+const rows = [...document.querySelectorAll(".entry")].map((entry) => entry.getBoundingClientRect().height / row);
+report([...new Set(rows.map((number) => number.toFixed(1)))].sort().join(" "));
+)";
+
 // The heights at which each text of an entry stands, where there are several: none in a page that keeps them.
 inline constexpr const char* HEIGHTS = R"(
 const tops = new Map();
