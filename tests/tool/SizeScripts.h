@@ -16,6 +16,14 @@ report([...document.querySelectorAll(".until")].filter((part) => part.checkVisib
     .map((part) => part.textContent).join(" "));
 )";
 
+// How many notes below the weeks there are, and how many are to be seen.
+inline constexpr const char* NOTES = R"(
+const notes = [...document.querySelectorAll(".notes li")];
+const shown = notes.filter((part) => part.checkVisibility({ contentVisibilityAuto: true }) &&
+    part.getBoundingClientRect().height > 0);
+report(`${notes.length} notes, ${shown.length} shown`);
+)";
+
 // What is to be seen of the sentences that explain bars and strips.
 inline constexpr const char* KEY = R"(
 report([...document.querySelectorAll(".key span")].filter((part) => part.checkVisibility())

@@ -68,6 +68,8 @@ private Q_SLOTS:
     void cleanupTestCase();
     void PaperHasEveryEventAndNothingToOperate();
     void PaperTellsEndsForItHasNoBars();
+    void PaperTellsWhatGoesOnBeyondTheEnd();
+    void PaperHasTheNotes();
     void AWeekIsOneSheetInLandscape_data() { AddRows(PRINTINGS); }
     void AWeekIsOneSheetInLandscape();
 
@@ -103,13 +105,35 @@ void HtmlPaperTest::PaperTellsEndsForItHasNoBars()
                                 .Page();
     // The first plays from the day before, the last beyond the rehearsal; what is carried has its end again.
     const QString ends = u"–00:20:04 –09:38 –Sat 30 March 00:20:04 –Sat 30 March 00:20:04 –09:38 "
-                         "–Sun 31 March 00:20:04 –Sun 31 March 00:20:04 –09:38 –open end"_s;
+                         "–Sun 31 March 00:20:04 –Sun 31 March 00:20:04 –09:38 –Mon 1 April 00:20:04"_s;
     m_browser->Open(page, Browser::Look::PAPER);
     QCOMPARE(m_browser->Run(SizeScripts::ENDS), ends);
     for (const Browser::Look look : {Browser::Look::WIDE, Browser::Look::MIDDLE, Browser::Look::PHONE})
     {
         m_browser->Open(page, look);
         QCOMPARE(m_browser->Run(SizeScripts::ENDS), QString());
+    }
+}
+
+void HtmlPaperTest::PaperTellsWhatGoesOnBeyondTheEnd()
+{
+    m_browser->Open(PageTest("0000001|09:30:00|*|*|*|||PlayStream|8554/live\n", 3).Page(), Browser::Look::PAPER);
+    QCOMPARE(m_browser->Run(SizeScripts::ENDS), u"–goes on –goes on –goes on"_s);
+}
+
+void HtmlPaperTest::PaperHasTheNotes()
+{
+    // A line that never starts, one that is not due, and one that a load at another moment starts too early.
+    const QByteArray page = PageTest(QUIET + "1111111|24:00:00|*|*|*|||Volume|1\n"
+                                             "0000000|10:00:00|1|5|*|||Volume|1\n"
+                                             "0000010|08:00:00|*|*|*|||Light|5\n"
+                                             "0000010|20:00:00|*|*|*|||Light|0\n",
+                                     3)
+                                .Page();
+    for (const Browser::Look look : {Browser::Look::WIDE, Browser::Look::PHONE, Browser::Look::PAPER})
+    {
+        m_browser->Open(page, look);
+        QCOMPARE(m_browser->Run(SizeScripts::NOTES), u"3 notes, 3 shown"_s);
     }
 }
 
