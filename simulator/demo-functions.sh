@@ -21,7 +21,7 @@ LEVEL_COLOURS=([1]=$RED [2]=$YELLOW)
 ROOMY=100 # with this many columns or more, a log line shows its milliseconds and its place in the source
 
 TEMP=''
-BUS_PID='' DEVICE_PID='' DAEMON_PID='' READER_PID='' SLEEP_PID=''
+BUS_PID='' DEVICE_PID='' DAEMON_PID='' READER_PID='' SLEEP_PID='' PLAYER_PID='' MONITOR_PID='' EAR_PID=''
 
 say() {
     echo "${BOLD}demo   | $*${PLAIN}"
@@ -59,7 +59,7 @@ end_of() {
 clean_up() {
     trap '' INT TERM
     local pid
-    for pid in "$DAEMON_PID" "$DEVICE_PID" "$SLEEP_PID" "$BUS_PID" "$READER_PID"; do
+    for pid in "$DAEMON_PID" "$PLAYER_PID" "$DEVICE_PID" "$MONITOR_PID" "$EAR_PID" "$SLEEP_PID" "$BUS_PID" "$READER_PID"; do
         if is_alive "$pid"; then
             kill -TERM "$pid" 2>/dev/null || true
             end_of "$pid" || true

@@ -2,13 +2,24 @@
 
 #include "SoundMaker.h"
 #include "SoundSettings.h"
+#include "sound/Mailbox.h"
+#include "sound/Mixer.h"
+#include "sound/Output.h"
+#include "sound/Preparation.h"
+#include "sound/Workers.h"
 
-// Makes sound with GStreamer.
+#include <QTimer>
+
+#include <map>
+#include <memory>
+
+// Makes sound with GStreamer: a pipeline for each source, which decodes ahead, a mixer, and one output.
 class GstSoundMaker final : public SoundMaker
 {
     Q_OBJECT
 public:
-    explicit GstSoundMaker(SoundSettings settings);
+    // Throws std::runtime_error when GStreamer cannot be used. Opens nothing yet.
+    explicit GstSoundMaker(const SoundSettings& settings);
     ~GstSoundMaker() override;
     Q_DISABLE_COPY_MOVE(GstSoundMaker)
 
@@ -18,6 +29,41 @@ public:
     void SetMasterVolume(double volume) override;
 
 private:
-    SoundSettings m_settings;
+    // A piece from its request to its end.
+    struct Item
+    {
+        Piece::Place place;
+        std::optional<qint64> due_ms;
+        std::unique_ptr<Preparation> preparation;
+        bool isPrepared = false;
+        bool isReadyTold = false;
+        bool hadOutput = false;
+        bool hasBegun = false;
+        bool isStopped = false;
+    };
+    using Items = std::map<Id, Item>;
+
+    std::unique_ptr<Preparation> Prepare(const Piece& piece);
+    void Follow(Id id, const Preparation& preparation);
+    void OnMixed(const std::vector<Mixer::Event>& events);
+    void OnBegun(Id id, qint64 heard_ns);
+    void OnEnded(Id id, qint64 heard_ns);
+    void TellReady(Id id);
+    void End(Id id, const QString& reason);
+
+    void OnOpened();
+    void OnOutputFailed(const QString& reason);
+    void OnOutputLost(const QString& reason);
+    void EndWithoutOutput();
+    // Ends those that the condition holds for.
+    void EndAll(const std::function<bool(const Item&)>& condition, const QString& reason);
+
+    const std::shared_ptr<Mailbox> m_mailbox;
+    Workers m_workers;
+    const std::shared_ptr<Mixer> m_mixer;
+    Output m_output;
+    Items m_items;
     Id m_last = 0;
+    QTimer m_absence; // while there is no output
+    int m_absent_s = 0;
 };

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "Arrivals.h"
+#include "Onsets.h"
+
+#include <QString>
+
+#include <mutex>
+#include <vector>
+
+struct _GstBuffer;
+struct _GstElement;
+
+// Listens to what the sound server hands to its default output.
+class MonitorEar final
+{
+public:
+    MonitorEar() = default;
+    ~MonitorEar();
+
+    MonitorEar(const MonitorEar&) = delete;
+    MonitorEar& operator=(const MonitorEar&) = delete;
+
+    // Begins to listen. Empty when it does, else what is wrong. Waits for the server for up to 3 s.
+    [[nodiscard]] QString Start();
+
+    // When each sound so far began, in milliseconds since 1970.
+    [[nodiscard]] std::vector<double> Begins_ms() const;
+
+private:
+    static void OnSamples(_GstElement* sink, _GstBuffer* buffer, void* pad, MonitorEar* ear);
+    void Take(std::span<const Pcm::Sample> samples);
+
+    _GstElement* m_pipeline = nullptr;
+    mutable std::mutex m_mutex; // of what follows: the samples come in a thread of the library's
+    Onsets m_onsets;
+    Arrivals m_arrivals;
+};

@@ -1,0 +1,86 @@
+#include "Outputs.h"
+
+#include <gst/gst.h>
+
+#include <memory>
+
+namespace
+{
+
+struct Unref
+{
+    void operator()(gpointer object) const { gst_object_unref(object); }
+};
+template <typename Object> using Ref = std::unique_ptr<Object, Unref>;
+
+QString Taken(gchar* text)
+{
+    QString taken = QString::fromUtf8(text);
+    g_free(text);
+    return taken;
+}
+
+// The devices that a provider of the library finds and that play sound.
+std::vector<Ref<GstDevice>> Sinks(const char* provider)
+{
+    std::vector<Ref<GstDevice>> sinks;
+    const Ref<GstDeviceProvider> found(gst_device_provider_factory_get_by_name(provider));
+    if (!found)
+        return sinks;
+    // Only one that has been started knows which device is the default one. One that cannot be looks once.
+    const bool isStarted = gst_device_provider_start(found.get()) != FALSE;
+    GList* const devices = gst_device_provider_get_devices(found.get());
+    for (GList* entry = devices; entry; entry = entry->next)
+    {
+        Ref<GstDevice> device(GST_DEVICE_CAST(entry->data));
+        if (gst_device_has_classes(device.get(), "Audio/Sink"))
+            sinks.push_back(std::move(device));
+    }
+    g_list_free(devices);
+    if (isStarted)
+        gst_device_provider_stop(found.get());
+    return sinks;
+}
+
+bool IsDefault(GstDevice* device)
+{
+    GstStructure* const properties = gst_device_get_properties(device);
+    gboolean isDefault = FALSE;
+    if (properties)
+    {
+        gst_structure_get_boolean(properties, "is-default", &isDefault);
+        gst_structure_free(properties);
+    }
+    return isDefault != FALSE;
+}
+
+// What the device is called by the element that plays to it: "hw:0,0".
+QString ElementDevice(GstDevice* device)
+{
+    GstElement* const created = gst_device_create_element(device, nullptr);
+    if (!created)
+        return {};
+    const Ref<GstElement> element(GST_ELEMENT_CAST(gst_object_ref_sink(created)));
+    gchar* name = nullptr;
+    g_object_get(element.get(), "device", &name, nullptr);
+    return Taken(name);
+}
+
+} // namespace
+
+QList<Outputs::Output> Outputs::All()
+{
+    QList<Output> outputs;
+    gst_init(nullptr, nullptr);
+    for (const Ref<GstDevice>& device : Sinks("pulsedeviceprovider"))
+    {
+        if (IsDefault(device.get()))
+            outputs.append({QStringLiteral("pulse"), Taken(gst_device_get_display_name(device.get()))});
+    }
+    for (const Ref<GstDevice>& device : Sinks("alsadeviceprovider"))
+    {
+        if (const QString name = ElementDevice(device.get()); !name.isEmpty())
+            outputs.append({QStringLiteral("alsa:") + name, Taken(gst_device_get_display_name(device.get()))});
+    }
+    return outputs;
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QtGlobal>
+
+// The one form that sound has inside the player: 32-bit floats, interleaved. A frame is one sample of each channel.
+namespace Frames
+{
+
+inline constexpr int RATE = 48000;
+inline constexpr int CHANNELS = 2;
+inline constexpr qint64 NS_PER_MS = 1'000'000;
+
+// Index of a frame's first sample, and number of the samples of so many frames.
+constexpr qsizetype ToSamples(qint64 frames)
+{
+    return static_cast<qsizetype>(frames) * CHANNELS;
+}
+
+constexpr qint64 FromMs(qint64 time_ms)
+{
+    return time_ms * (RATE / 1000);
+}
+
+constexpr qint64 ToNs(qint64 frames)
+{
+    return frames * NS_PER_MS / (RATE / 1000);
+}
+
+// To the nearest frame. Good for some years, either side of zero.
+constexpr qint64 FromNs(qint64 time_ns)
+{
+    const qint64 half = time_ns < 0 ? -NS_PER_MS / 2 : NS_PER_MS / 2;
+    return (time_ns * (RATE / 1000) + half) / NS_PER_MS;
+}
+
+} // namespace Frames

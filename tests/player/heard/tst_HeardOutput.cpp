@@ -1,0 +1,118 @@
+#include "HeardTest.h"
+#include "Suite.h"
+#include "ear/Gong.h"
+
+using namespace Qt::StringLiterals;
+
+// What becomes of requests whose output or file goes away.
+class HeardOutput : public HeardTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AnOutputComesBackWhileAMessageWaits();
+    void AnOutputThatLeavesEndsWhatPlays();
+    void WithoutAnOutputNothingIsAccepted();
+    void AFileThatIsReplacedWhileItWaits_data();
+    void AFileThatIsReplacedWhileItWaits();
+};
+
+namespace
+{
+
+const QString ENDED = u"PlayFileCompleted gong.wav"_s;
+
+} // namespace
+
+void HeardOutput::AnOutputComesBackWhileAMessageWaits()
+{
+    WriteSound(u"gong.wav"_s, Gong::Samples(500));
+    QVERIFY(StartPlayer());
+    const qint64 due_ms = MomentAhead_ms(8000);
+    QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
+    QVERIFY(WaitUntil([&] { return Hearing().Frames() > Pcm::RATE / 2; }));
+    Hearing().TakeAway();
+    Pause(1500);
+    Hearing().Listen();
+    QVERIFY(WaitForSounds(1));
+    QVERIFY(Client().WaitForSignal(ENDED));
+    const double error_ms = Hearing().Sounds()[0].at_ms - static_cast<double>(due_ms);
+    QVERIFY2(qAbs(error_ms) < EXACT_MS, qPrintable(QString::number(error_ms)));
+    QCOMPARE(Client().Signals(), QStringList{ENDED});
+    QVERIFY(!Player().Log(2).isEmpty());
+    Expect({u"utput"_s});
+}
+
+void HeardOutput::AnOutputThatLeavesEndsWhatPlays()
+{
+    WriteSound(u"gong.wav"_s, MediaFiles::Block(5 * Pcm::RATE));
+    QVERIFY(StartPlayer());
+    QCOMPARE(Client().PlayFile(u"gong.wav"_s), 0);
+    QVERIFY(WaitUntil([&] { return !Hearing().Sounds().empty(); }));
+    Hearing().TakeAway();
+    // With the output gone, or at its end by the clock: once.
+    QVERIFY(Client().WaitForSignal(ENDED));
+    Hearing().Listen();
+    const size_t before = Hearing().Sounds().size();
+    WriteSound(u"gong.wav"_s, Gong::Samples(300));
+    Pause(3000);
+    const qint64 due_ms = MomentAhead_ms(6000);
+    QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
+    QVERIFY(Client().WaitForSignal(ENDED, 2));
+    QVERIFY(WaitUntil([&] { return Hearing().Sounds().size() > before; }));
+    QVERIFY(qAbs(Hearing().Sounds().back().at_ms - static_cast<double>(due_ms)) < EXACT_MS);
+    QCOMPARE(Client().Signals().size(), 2);
+    Expect({u"utput"_s, u"gong.wav"_s});
+}
+
+void HeardOutput::WithoutAnOutputNothingIsAccepted()
+{
+    WriteSound(u"gong.wav"_s, Gong::Samples(300));
+    Hearing().TakeAway();
+    QVERIFY(QFile::remove(Path(u"fifo"_s)));
+    // A folder is no output.
+    QVERIFY(QDir(Path(QString())).mkdir(u"fifo"_s));
+    QVERIFY(StartPlayer());
+    const int status = Client().PlayFile(u"gong.wav"_s, TimeText(MomentAhead_ms(5000)));
+    QVERIFY2(status > 0, qPrintable(QString::number(status)));
+    Pause(500);
+    QCOMPARE(Client().Signals(), QStringList());
+    QVERIFY(!Player().Log(2).isEmpty());
+    Expect({u"utput"_s, u"gong.wav"_s});
+}
+
+void HeardOutput::AFileThatIsReplacedWhileItWaits_data()
+{
+    QTest::addColumn<bool>("renamed");
+    QTest::addRow("in place") << false;
+    QTest::addRow("by another file") << true;
+}
+
+void HeardOutput::AFileThatIsReplacedWhileItWaits()
+{
+    QFETCH(bool, renamed);
+    // Longer than what is decoded ahead.
+    WriteSound(u"gong.wav"_s, MediaFiles::Block(6 * Pcm::RATE));
+    QVERIFY(StartPlayer());
+    const qint64 due_ms = MomentAhead_ms(3000);
+    QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
+    const QByteArray rubbish(2000, 'x');
+    if (renamed)
+    {
+        WriteFile(MediaPath(u"new"_s), rubbish);
+        QVERIFY(QFile::remove(MediaPath(u"gong.wav"_s)));
+        QVERIFY(QFile::rename(MediaPath(u"new"_s), MediaPath(u"gong.wav"_s)));
+    }
+    else
+        WriteFile(MediaPath(u"gong.wav"_s), rubbish);
+    // What has been read of it sounds at its second, and it ends.
+    QVERIFY(Client().WaitForSignal(ENDED));
+    QCOMPARE(Client().Signals(), QStringList{ENDED});
+    QVERIFY(WaitForSounds(1));
+    QVERIFY(qAbs(Hearing().Sounds()[0].at_ms - static_cast<double>(due_ms)) < EXACT_MS);
+    // Now the name is refused.
+    QVERIFY(Client().PlayFile(u"gong.wav"_s) > 0);
+    Expect({u"gong.wav"_s});
+}
+
+OZNA_CASE(HeardOutput, HeardOutput)
+#include "tst_HeardOutput.moc"
