@@ -114,8 +114,9 @@ void GstSoundMaker::Follow(Id id, const Preparation& preparation)
         connect(&preparation, &Preparation::Skipped, this,
                 [this, id](const QString& source, const QString& reason) { Q_EMIT Skipped(id, source, reason); });
     if (IsOfTracks(place))
-        QTimer::singleShot(READY_PATIENCE, &preparation, [this, id] {
-            if (!m_items.at(id).isReadyTold)
+        QTimer::singleShot(READY_PATIENCE, this, [this, id] {
+            const auto found = m_items.find(id);
+            if (found != m_items.end() && !found->second.isReadyTold)
                 End(id, QStringLiteral("it was not ready in time"));
         });
 }

@@ -1,0 +1,146 @@
+#include "SoundTest.h"
+#include "Suite.h"
+#include "ToneServer.h"
+
+namespace
+{
+
+constexpr qint64 SECOND = 48'000;
+constexpr qint64 APART = 480;
+
+} // namespace
+
+class StreamSoundTest final : public SoundTest
+{
+    Q_OBJECT
+private Q_SLOTS:
+    void AStreamIsReadyWithItsFirstSound();
+    void AServerThatIsNotThereEndsItWithWords();
+    void AStreamGoesOnWhenItsServerIsBack();
+    void AStreamThatBreaksEndsWithinTenSeconds();
+    void AServerThatFallsSilentIsABrokenStream();
+    void AStreamThatJoinsMovesNothing();
+    void AStoppedStreamIsNotTriedAgain();
+    void ACaptureDeviceThatIsNotThereEndsItWithWords();
+
+private:
+    SoundMaker::Id PlayStream(const QString& address) { return Play({Piece::Place::STREAM, {address}, {}, 0, 100}); }
+};
+
+void StreamSoundTest::AStreamIsReadyWithItsFirstSound()
+{
+    ToneServer server(0.25);
+    QVERIFY(server.Start());
+    const auto id = PlayStream(server.Address());
+    QVERIFY(!Of(id).isReady);
+    QTRY_VERIFY(Of(id).heard_ms);
+    QVERIFY(Of(id).isReady);
+    QTest::qWait(1000);
+    QVERIFY(!HasEnded(id));
+    Maker().Stop(id);
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 900);
+    QCOMPARE(*Of(id).ended, QString());
+    const Recording heard = End();
+    QCOMPARE(heard.Sounds(APART).size(), 1);
+    QCOMPARE(qRound(100 * heard.Peak()), 25);
+}
+
+void StreamSoundTest::AServerThatIsNotThereEndsItWithWords()
+{
+    const auto id = PlayStream(QStringLiteral("http://127.0.0.1:1/none"));
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 3000);
+    QVERIFY(Of(id).ended->startsWith(QStringLiteral("it cannot be reached or read")));
+    QVERIFY(!Of(id).isReady);
+    const auto rtsp = PlayStream(QStringLiteral("rtsp://127.0.0.1:1/none"));
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(rtsp), 3000);
+    QVERIFY(!Of(rtsp).ended->isEmpty());
+}
+
+void StreamSoundTest::AStreamGoesOnWhenItsServerIsBack()
+{
+    ToneServer server(0.25);
+    QVERIFY(server.Start());
+    const auto id = PlayStream(server.Address());
+    QTRY_VERIFY(Of(id).heard_ms);
+    server.Stop();
+    QTest::qWait(2500);
+    QVERIFY(!HasEnded(id));
+    QVERIFY(server.Start());
+    QTRY_COMPARE(server.Asked(), 2);
+    QTest::qWait(1500);
+    QVERIFY(!HasEnded(id));
+    QCOMPARE(End().Sounds(SECOND / 4).size(), 2);
+}
+
+void StreamSoundTest::AStreamThatBreaksEndsWithinTenSeconds()
+{
+    ToneServer server(0.25);
+    QVERIFY(server.Start());
+    const auto id = PlayStream(server.Address());
+    QTRY_VERIFY(Of(id).heard_ms);
+    server.Stop();
+    const qint64 broken_ms = Now_ms();
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 10'000);
+    QVERIFY(Now_ms() - broken_ms > 6000);
+    QVERIFY(!Of(id).ended->isEmpty());
+    QCOMPARE(Of(id).ends, 1);
+}
+
+void StreamSoundTest::AServerThatFallsSilentIsABrokenStream()
+{
+    ToneServer server(0.25);
+    QVERIFY(server.Start());
+    const auto id = PlayStream(server.Address());
+    QTRY_VERIFY(Of(id).heard_ms);
+    server.FallSilent();
+    QTRY_VERIFY_WITH_TIMEOUT(server.Asked() >= 2, 12'000);
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 12'000);
+    QVERIFY(!Of(id).ended->isEmpty());
+}
+
+void StreamSoundTest::AStreamThatJoinsMovesNothing()
+{
+    ToneServer server(0);
+    QVERIFY(server.Start());
+    const qint64 due_ms = Now_ms() + 1000;
+    const auto list = PlayList({Tone(QStringLiteral("a.wav"), 3 * SECOND)}, 0, due_ms);
+    const auto message = PlayMessage(Tone(QStringLiteral("b.wav"), SECOND / 4), due_ms + 4000);
+    QTRY_VERIFY(Of(list).heard_ms);
+    QTest::qWait(500);
+    const auto stream = PlayStream(server.Address());
+    QTRY_VERIFY(Of(stream).heard_ms);
+    QTRY_VERIFY(HasEnded(message));
+    QVERIFY(std::abs(*Of(message).heard_ms - due_ms - 4000) <= 1);
+    const Recording heard = End();
+    const auto sounds = heard.Sounds(APART);
+    QCOMPARE(sounds.size(), 2);
+    QCOMPARE(sounds[0].end - sounds[0].begin, 3 * SECOND);
+    QVERIFY(heard.LongestSilence(sounds[0].begin, sounds[0].end) < 5);
+    QVERIFY(std::abs(sounds[1].begin - sounds[0].begin - 4 * SECOND) < 48);
+}
+
+void StreamSoundTest::AStoppedStreamIsNotTriedAgain()
+{
+    ToneServer server(0.25);
+    QVERIFY(server.Start());
+    const auto id = PlayStream(server.Address());
+    QTRY_VERIFY(Of(id).heard_ms);
+    server.Stop();
+    QTest::qWait(200);
+    Maker().Stop(id);
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 1500);
+    QVERIFY(server.Start());
+    QTest::qWait(4000);
+    QCOMPARE(server.Asked(), 1);
+}
+
+void StreamSoundTest::ACaptureDeviceThatIsNotThereEndsItWithWords()
+{
+    const auto id = Play({Piece::Place::AUX, {QStringLiteral("alsa:nosuchdevice")}, {}, 0, 100});
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 3000);
+    QVERIFY(!Of(id).ended->isEmpty());
+    QVERIFY(!Of(id).isReady);
+}
+
+OZNA_CASE(StreamSound, StreamSoundTest)
+#include "tst_StreamSound.moc"
