@@ -1,12 +1,12 @@
-# ./demo --sound: the same daemon with a player in the place of the simulated sound manager, so that a schedule is heard.
-# Sourced by ./demo behind simulator/demo-functions.sh.
+# ./demo --sound: a player in the place of the simulated sound manager, so that a schedule is heard. Sourced by ./demo,
+# behind simulator/demo-functions.sh.
 # shellcheck shell=bash
 
 # A row: seconds from the demo's start | task | parameters. The playlist's three chimes are as long as it says.
 SCHEDULE=(
     '14|Volume|90|'
     '16|PlayMessage|gong.wav,70|'
-    '19|PlayMessage|gong.wav,100|'
+    '19|PlayMessage|bell.wav,100|'
     '21|Light|40|'
     '22|PlayPlaylist|chimes,60,p1|'
     '33|PlayMessage|gong.wav,50|'
@@ -39,6 +39,7 @@ build_sound() {
 make_sounds() {
     mkdir -p "$TEMP/data/media"
     build/release/ozna-ear gong "$TEMP/data/media/gong.wav"
+    cp "$TEMP/data/media/gong.wav" "$TEMP/data/media/bell.wav"
     build/release/ozna-ear gong "$TEMP/data/media/chime.wav" "$CHIME_MS"
 }
 
@@ -70,7 +71,7 @@ choose_output() {
 
 start_player() {
     OZNA_CONFIG_FILE=$TEMP/ozna.ini STATE_DIRECTORY=$TEMP OZNA_LOG_LEVEL=4 build/release/ozna-player \
-        2> >(sed -u 's|^[0-9] [^ ]* |player | |') &
+        2> >(sed -u 's#^\([0-9]\) [^ ]* #player | \1 #') &
     PLAYER_PID=$!
     wait_for_name com.kestrelix.ozna.soundmanager "$PLAYER_PID"
 }

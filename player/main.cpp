@@ -8,18 +8,16 @@
 #include "service/Exports.h"
 #include "service/LightObject.h"
 #include "service/PlayerLog.h"
+#include "service/PlayerOptions.h"
 #include "service/SoundObject.h"
 #include "sound/GstSoundMaker.h"
 
 #include <LogInterface.h>
 
-#include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QTimer>
 
-#include <algorithm>
-#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <optional>
@@ -34,7 +32,7 @@ namespace
 {
 
 constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/soundmanager/logobj";
-constexpr int LIFESIGN_EVERY_MS = 10'000;
+constexpr int LIFESIGN_EVERY_MS = 5000;
 
 // Runs in a signal context.
 void OnSignal(int /*sig*/)
@@ -51,56 +49,6 @@ bool InstallHandlers()
     action.sa_flags = SA_RESTART;
     return SignalPipe::Open([] { QCoreApplication::exit(EXIT_SUCCESS); }) && sigemptyset(&action.sa_mask) == 0 &&
            sigaction(SIGINT, &action, nullptr) == 0 && sigaction(SIGTERM, &action, nullptr) == 0;
-}
-
-// What a person on a terminal asks for, who needs no bus.
-int Test()
-{
-    const SoundSettings settings = PlayerSettings::Read().sound;
-    GstSoundMaker maker(settings);
-    return EarCommands::Test(maker, settings);
-}
-
-int Measure()
-{
-    const SoundSettings settings = PlayerSettings::Read().sound;
-    GstSoundMaker maker(settings);
-    return EarCommands::Measure(maker, settings);
-}
-
-struct Command
-{
-    const char* option;
-    const char* description;
-    int (*run)();
-};
-constexpr std::array COMMANDS{
-    Command{"test", "Play a gong at the next full five seconds, and tell when it was heard, or why not.", Test},
-    Command{"measure", "Play ten gongs, listen to the sound server's output, and tell the error of each.", Measure},
-    Command{"list-outputs", "List the outputs of this machine, as the settings name them.", EarCommands::ListOutputs},
-};
-
-// Ends the process where that is what is asked for, or is wrong. What is to be done in place of the service, if
-// anything.
-const Command* ReadOptions(const QCoreApplication& app)
-{
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Plays what ozna-scheduler asks for: messages, playlists, streams and radio."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    for (const Command& command : COMMANDS)
-        parser.addOption({QString::fromLatin1(command.option), QString::fromLatin1(command.description)});
-    parser.process(app);
-    if (parser.positionalArguments().isEmpty())
-    {
-        const auto* const asked = std::ranges::find_if(
-            COMMANDS, [&parser](const Command& command) { return parser.isSet(QString::fromLatin1(command.option)); });
-        return asked == COMMANDS.end() ? nullptr : asked;
-    }
-    std::fprintf(stderr, "ozna-player: no argument expected: %s\n",
-                 qPrintable(parser.positionalArguments().constFirst()));
-    std::exit(EXIT_FAILURE);
 }
 
 // A player that nobody can reach any more ends, so that its supervisor starts it again.
@@ -121,10 +69,9 @@ void GiveLifesigns(QTimer& timer)
     timer.start(LIFESIGN_EVERY_MS);
 }
 
-int Serve(QDBusConnection& bus)
+// Until a signal ends the process, or the bus is gone.
+int Serve(QDBusConnection& bus, SoundMaker& maker, const PlayerSettings& settings)
 {
-    const PlayerSettings settings = PlayerSettings::Read();
-    GstSoundMaker maker(settings.sound);
     SoundObject sound(maker, settings, Volumes::DefaultFile());
     if (!Exports::Register(bus, sound))
         return EXIT_FAILURE;
@@ -147,6 +94,34 @@ int Serve(QDBusConnection& bus)
     return status;
 }
 
+int ServeBus(SoundMaker& maker, const PlayerSettings& settings)
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    BusWatcher watcher(OnBusLost);
+    if (!watcher.Watch(bus))
+    {
+        PLAYER_LOG(LEVEL_ERROR, "DBUS: Can't connect session bus");
+        return EXIT_FAILURE;
+    }
+    if (!BusReading::NeverPause(bus))
+        PLAYER_LOG(LEVEL_WARNING, "DBUS: Can't lift the limit on waiting messages");
+    return Serve(bus, maker, settings);
+}
+
+int Run(PlayerOptions::Command command)
+{
+    if (command == PlayerOptions::Command::LIST_OUTPUTS)
+        return EarCommands::ListOutputs();
+    const PlayerSettings settings = PlayerSettings::Read();
+    GstSoundMaker maker(settings.sound);
+    switch (command)
+    {
+    case PlayerOptions::Command::TEST: return EarCommands::Test(maker, settings.sound);
+    case PlayerOptions::Command::MEASURE: return EarCommands::Measure(maker, settings.sound);
+    default: return ServeBus(maker, settings);
+    }
+}
+
 } // namespace
 
 int main(int argc, char* argv[])
@@ -159,22 +134,10 @@ int main(int argc, char* argv[])
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ozna-player"));
     QCoreApplication::setApplicationVersion(QStringLiteral(OZNA_VERSION));
-    const Command* const command = ReadOptions(app);
+    const PlayerOptions::Command command = PlayerOptions::Read(app);
     m_app = &app;
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
-    if (command)
-        return command->run();
     if (!InstallHandlers())
         PLAYER_LOG(LEVEL_WARNING, "Can't catch SIGINT and SIGTERM");
-
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    BusWatcher watcher(OnBusLost);
-    if (!watcher.Watch(bus))
-    {
-        PLAYER_LOG(LEVEL_ERROR, "DBUS: Can't connect session bus");
-        return EXIT_FAILURE;
-    }
-    if (!BusReading::NeverPause(bus))
-        PLAYER_LOG(LEVEL_WARNING, "DBUS: Can't lift the limit on waiting messages");
-    return Serve(bus);
+    return Run(command);
 }

@@ -59,7 +59,8 @@ end_of() {
 clean_up() {
     trap '' INT TERM
     local pid
-    for pid in "$DAEMON_PID" "$PLAYER_PID" "$DEVICE_PID" "$MONITOR_PID" "$EAR_PID" "$SLEEP_PID" "$BUS_PID" "$READER_PID"; do
+    for pid in "$DAEMON_PID" "$PLAYER_PID" "$DEVICE_PID" "$MONITOR_PID" "$EAR_PID" "$SLEEP_PID" "$BUS_PID" \
+        "$READER_PID"; do
         if is_alive "$pid"; then
             kill -TERM "$pid" 2>/dev/null || true
             end_of "$pid" || true

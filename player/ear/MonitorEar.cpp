@@ -5,9 +5,10 @@
 namespace
 {
 
-// Small blocks: the server hands a block to its output when the output needs its first sample.
+// Small blocks, because the server hands a block to its output when the output needs its first sample; and room for
+// many, because a block that is lost on a busy machine moves all that follow.
 constexpr const char* PIPELINE =
-    "pulsesrc device=@DEFAULT_MONITOR@ buffer-time=20000 latency-time=2000 provide-clock=false "
+    "pulsesrc device=@DEFAULT_MONITOR@ buffer-time=1000000 latency-time=2000 provide-clock=false "
     "! audio/x-raw,format=S16LE,rate=48000,channels=2,layout=interleaved "
     "! fakesink name=ear sync=false signal-handoffs=true";
 constexpr GstClockTime PATIENCE = 3 * GST_SECOND;
@@ -68,14 +69,17 @@ void MonitorEar::OnSamples(GstElement* /*sink*/, GstBuffer* buffer, void* /*pad*
     GstMapInfo map;
     if (!gst_buffer_map(buffer, &map, GST_MAP_READ))
         return;
-    ear->Take({reinterpret_cast<const Pcm::Sample*>(map.data), map.size / sizeof(Pcm::Sample)});
+    ear->Take({reinterpret_cast<const Pcm::Sample*>(map.data), map.size / sizeof(Pcm::Sample)},
+              GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_DISCONT));
     gst_buffer_unmap(buffer, &map);
 }
 
-void MonitorEar::Take(std::span<const Pcm::Sample> samples)
+void MonitorEar::Take(std::span<const Pcm::Sample> samples, bool isBehindALoss)
 {
     const qint64 came_us = g_get_real_time();
     const std::lock_guard lock(m_mutex);
+    if (isBehindALoss)
+        m_arrivals.Break();
     m_arrivals.Add(m_onsets.Frames(), came_us);
     m_onsets.Feed(samples);
 }

@@ -29,7 +29,7 @@ public:
 
 private:
     static void OnSamples(_GstElement* sink, _GstBuffer* buffer, void* pad, MonitorEar* ear);
-    void Take(std::span<const Pcm::Sample> samples);
+    void Take(std::span<const Pcm::Sample> samples, bool isBehindALoss);
 
     _GstElement* m_pipeline = nullptr;
     mutable std::mutex m_mutex; // of what follows: the samples come in a thread of the library's

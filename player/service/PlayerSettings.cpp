@@ -189,6 +189,14 @@ const PlayerSettings::Station* PlayerSettings::StationAt(double frequency_MHz) c
     return station == stations.end() ? nullptr : &*station;
 }
 
+QStringList PlayerSettings::Names()
+{
+    QStringList names;
+    for (const Key& key : KEYS)
+        names.append(QString::fromLatin1(key.name));
+    return names;
+}
+
 PlayerSettings PlayerSettings::Read()
 {
     PlayerSettings settings;

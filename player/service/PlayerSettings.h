@@ -24,6 +24,9 @@ struct PlayerSettings
     // The station of that frequency, or of one that is written alike with two decimals; null where there is none.
     [[nodiscard]] const Station* StationAt(double frequency_MHz) const;
 
+    // The keys of the section; where several keys begin alike, as Radio98.5 does, what they begin with.
+    [[nodiscard]] static QStringList Names();
+
     // Reads the file that FILE_VARIABLE names in the environment, or DEFAULT_FILE. Without such a file all is as it
     // stands here. A value that is of no use is logged, with the file and its key, and does not count.
     [[nodiscard]] static PlayerSettings Read();

@@ -46,13 +46,7 @@ void HeardTest::init()
     m_bus.emplace();
     m_ear = std::make_unique<Ear>(Path(u"fifo"_s));
     m_client = std::make_unique<PlayerClient>(m_bus->Connection());
-    m_player = std::make_unique<DaemonProcess>(u"ozna-player"_s);
-    QProcessEnvironment& environment = m_player->Environment();
-    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus->Address());
-    environment.insert(u"OZNA_CONFIG_FILE"_s, Path(u"ozna.ini"_s));
-    environment.insert(u"STATE_DIRECTORY"_s, Path(u"state"_s));
-    // The library's own notes of its plugins, which several tests would write at the same time, are made once a test.
-    environment.insert(u"GST_REGISTRY"_s, Path(u"registry"_s));
+    MakePlayer();
     m_unexpected.clear();
     Begin();
 }
@@ -67,6 +61,17 @@ void HeardTest::cleanup()
     m_folder.reset();
     const QByteArray difference = TextDiff(QStringList(), m_unexpected, "line");
     QVERIFY2(difference.isEmpty(), difference.constData());
+}
+
+void HeardTest::MakePlayer()
+{
+    m_player = std::make_unique<DaemonProcess>(u"ozna-player"_s);
+    QProcessEnvironment& environment = m_player->Environment();
+    environment.insert(u"DBUS_SESSION_BUS_ADDRESS"_s, m_bus->Address());
+    environment.insert(u"OZNA_CONFIG_FILE"_s, Path(u"ozna.ini"_s));
+    environment.insert(u"STATE_DIRECTORY"_s, Path(u"state"_s));
+    // The library's own notes of its plugins, which several tests would write at the same time, are made once a test.
+    environment.insert(u"GST_REGISTRY"_s, Path(u"registry"_s));
 }
 
 bool HeardTest::StartPlayer()

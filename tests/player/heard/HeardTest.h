@@ -39,6 +39,9 @@ protected:
     // Further lines of the section [PLAYER].
     void WriteSettings(const QByteArray& lines = {}) const;
 
+    // Puts another player, which is not started yet, in the place of the one that has ended.
+    void MakePlayer();
+
     // Starts the player and waits until it is on the bus.
     [[nodiscard]] bool StartPlayer();
 

@@ -16,6 +16,7 @@ private Q_SLOTS:
     void APastOrInvalidTimeIsAtOnce();
     void WhatCannotBePlayedIsRefused_data();
     void WhatCannotBePlayedIsRefused();
+    void AnOffsetMovesItsStart();
     void TheSameRequestIsOneSound();
     void AStopEndsWhatWaits();
 };
@@ -113,6 +114,18 @@ void HeardFile::WhatCannotBePlayedIsRefused()
     QCOMPARE(Client().Signals().size(), 1);
     QCOMPARE(Hearing().Sounds().size(), size_t{1});
     Expect({name});
+}
+
+void HeardFile::AnOffsetMovesItsStart()
+{
+    WriteSettings("Offset_ms=-40\n");
+    WriteSound(u"gong.wav"_s, Gong::Samples(300));
+    QVERIFY(StartPlayer());
+    const qint64 due_ms = MomentAhead_ms(3000);
+    QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
+    QVERIFY(WaitForSounds(1));
+    const double error_ms = Hearing().Sounds()[0].at_ms - static_cast<double>(due_ms);
+    QVERIFY2(qAbs(error_ms + 40) < EXACT_MS, qPrintable(QString::number(error_ms)));
 }
 
 void HeardFile::TheSameRequestIsOneSound()

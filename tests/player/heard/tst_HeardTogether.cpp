@@ -150,6 +150,7 @@ void HeardTogether::VolumesAreKeptOverARestart()
     QVERIFY(WaitForSounds(1));
     QCOMPARE(StopPlayer(), 0);
     QVERIFY(Bus().WaitForService(PlayerClient::SERVICE, false));
+    MakePlayer();
     QVERIFY(StartPlayer());
     QCOMPARE(Client().PlayFile(u"first.wav"_s), 0);
     QVERIFY(WaitForSounds(2));

@@ -15,6 +15,7 @@ SoundMaker::Id FakeSoundMaker::Play(const Piece& piece)
 void FakeSoundMaker::Stop(Id id)
 {
     m_calls.append(u"stop %1"_s.arg(id));
+    m_stopped.append(id);
     QMetaObject::invokeMethod(
         this, [this, id] { Q_EMIT Ended(id, {}); }, Qt::QueuedConnection);
 }

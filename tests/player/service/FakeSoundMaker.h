@@ -22,12 +22,15 @@ public:
     // "stop 1", "volume 2 40", since the last call of this.
     [[nodiscard]] QStringList TakeCalls() { return std::exchange(m_calls, {}); }
 
+    [[nodiscard]] bool IsStopped(Id id) const { return m_stopped.contains(id); }
+
     // From now on, what is asked for is ready at once.
     void BeReady() { m_isReady = true; }
 
 private:
     QList<Piece> m_pieces;
     QStringList m_calls;
+    QList<Id> m_stopped;
     double m_master = -1;
     bool m_isReady = false;
 };

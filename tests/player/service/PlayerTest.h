@@ -51,9 +51,11 @@ protected:
     // "file", or "stream" and so on, "name name @ +5000 80" a piece: the moment in ms from now, the volume.
     [[nodiscard]] QString Shown(qsizetype piece) const;
 
-private Q_SLOTS:
+protected Q_SLOTS:
     void init();
     void cleanup();
+
+private Q_SLOTS:
     void OnFileCompleted(const QString& file);
     void OnPlaylistCompleted(const QString& playlist);
     void OnStreamEnabled(bool enabled);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+
+// A sound server of a test's own, whose output is heard by nobody but at its monitor.
+class PulseServer final
+{
+public:
+    // Ends the test program when it does not come up.
+    PulseServer();
+    ~PulseServer();
+
+    PulseServer(const PulseServer&) = delete;
+    PulseServer& operator=(const PulseServer&) = delete;
+
+    // Has a process that is started with that environment use it.
+    void Apply(QProcessEnvironment& environment) const;
+
+    // As when it crashes, and as when it is started anew.
+    void Kill();
+    void Start();
+
+private:
+    [[nodiscard]] QString Socket() const { return m_folder.filePath(QStringLiteral("native")); }
+
+    QTemporaryDir m_folder;
+    QProcess m_process;
+};
