@@ -46,7 +46,11 @@ public:
             if (entry.Is(TASK_PLAY_PLAYLIST))
                 m_spans.push_back({start, PlaylistLength::Of_s(entry)});
             else
-                m_stops.emplace(StopKey(Identifier(start), start.second), start);
+            {
+                const StopKey key(Identifier(start), start.second);
+                m_stops.emplace(key, start);
+                m_stopDays[key] |= start.days;
+            }
         }
     }
 
@@ -128,9 +132,9 @@ private:
         const qint64 end_s = qint64{meeting.first.second} + meeting.ahead_s;
         const auto add = [&](const QString& identifier) {
             const auto addThose = [&](qint64 after_s, qint64 until_s, size_t daysLater) {
-                const auto end = m_stops.upper_bound({identifier, static_cast<int>(until_s)});
-                for (auto stop = m_stops.upper_bound({identifier, static_cast<int>(after_s)}); stop != end; ++stop)
-                    days |= stop->second.days >> daysLater;
+                const auto end = m_stopDays.upper_bound({identifier, static_cast<int>(until_s)});
+                for (auto stop = m_stopDays.upper_bound({identifier, static_cast<int>(after_s)}); stop != end; ++stop)
+                    days |= stop->second >> daysLater;
             };
             addThose(qint64{meeting.first.second} - Action::PREPARED_AHEAD_S, end_s, 0);
             if (end_s >= DAY_S)
@@ -162,7 +166,8 @@ private:
     const QDate m_today;
     std::vector<Span> m_spans;
     std::multimap<StopKey, Startable> m_stops;
-    QSet<int> m_stoppedTooEarly; // the lines of playlists
+    std::map<StopKey, YearDays::Bits> m_stopDays; // on which any stop comes: looked at for each pair of playlists
+    QSet<int> m_stoppedTooEarly;                  // the lines of playlists
 };
 
 } // namespace
