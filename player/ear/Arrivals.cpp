@@ -5,7 +5,7 @@
 namespace
 {
 
-constexpr qint64 AROUND = 3 * Pcm::RATE; // a card's clock slides by less than 1 ms in that time
+constexpr qint64 AROUND = qint64{3} * Pcm::RATE; // a card's clock slides by less than 1 ms in that time
 
 } // namespace
 

@@ -24,7 +24,7 @@ QString ErrorOf(GstElement* pipeline)
         return QStringLiteral("the sound server does not answer");
     GError* error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
-    const QString text = QString::fromUtf8(error->message);
+    QString text = QString::fromUtf8(error->message);
     g_error_free(error);
     gst_message_unref(message);
     return text;
@@ -49,7 +49,7 @@ QString MonitorEar::Start()
         m_pipeline = GST_ELEMENT_CAST(gst_object_ref_sink(launched));
     if (error)
     {
-        const QString text = QString::fromUtf8(error->message);
+        QString text = QString::fromUtf8(error->message);
         g_error_free(error);
         return text;
     }

@@ -58,7 +58,8 @@ Answer SoundObject::AnswerLater()
     setDelayedReply(true);
     return [bus = connection(), call = message()](Status status) {
         // Fails only where the bus is gone, and with it who asked.
-        static_cast<void>(bus.send(call.createReply(static_cast<int>(status))));
+        if (call.isReplyRequired())
+            static_cast<void>(bus.send(call.createReply(static_cast<int>(status))));
     };
 }
 

@@ -68,7 +68,6 @@ std::shared_ptr<Decoder> Decoder::Open(Kind kind, const QString& source, Events 
 
 void Decoder::Start()
 {
-    const std::lock_guard lock(m_stateMutex);
     try
     {
         Build();
@@ -84,7 +83,6 @@ void Decoder::Start()
 
 void Decoder::Stop()
 {
-    const std::lock_guard lock(m_stateMutex);
     if (m_pipeline != nullptr)
         gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
 }

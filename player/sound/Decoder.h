@@ -9,7 +9,6 @@
 #include <atomic>
 #include <functional>
 #include <memory>
-#include <mutex>
 
 // One source, decoded into a queue by a pipeline of its own, about two seconds ahead. A source that is not asked for
 // frames holds what it has: it may wait for hours.
@@ -66,7 +65,6 @@ private:
     const QString m_source;
     const Events m_events;
     FrameQueue m_queue;
-    std::mutex m_stateMutex; // of the pipeline, between start and stop
     GstHandle<GstElement> m_pipeline;
     GstElement* m_first = nullptr; // behind the source, the pipeline's
     std::atomic<bool> m_isPrimed = false;

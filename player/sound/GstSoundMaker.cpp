@@ -1,14 +1,11 @@
 #include "sound/GstSoundMaker.h"
 
 #include "sound/Frames.h"
-#include "sound/GstHandle.h"
-#include "sound/LivePreparation.h"
-#include "sound/TrackPreparation.h"
+#include "sound/GstLibrary.h"
 #include "sound/WallClock.h"
 
 #include <algorithm>
 #include <chrono>
-#include <stdexcept>
 
 namespace
 {
@@ -40,27 +37,18 @@ std::chrono::milliseconds UntilHeard(qint64 heard_ns)
     return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, LATE_ms));
 }
 
-int InitGst()
-{
-    GError* error = nullptr;
-    const bool isGood = gst_init_check(nullptr, nullptr, &error) != FALSE;
-    const GlibHandle<GError> owned(error);
-    if (!isGood)
-        throw std::runtime_error(error != nullptr ? error->message : "GStreamer cannot be used");
-    return WORKERS;
-}
-
 } // namespace
 
 GstSoundMaker::GstSoundMaker(const SoundSettings& settings)
     : m_mailbox(std::make_shared<Mailbox>(this))
-    , m_workers(InitGst())
+    , m_workers(WORKERS)
     , m_mixer(std::make_shared<Mixer>(Mixer::Settings{settings.duck_percent, settings.offset_ms * Frames::NS_PER_MS},
                                       [this, mailbox = m_mailbox](std::vector<Mixer::Event> events) {
                                           mailbox->Post([this, told = std::move(events)] { OnMixed(told); });
                                       }))
     , m_output(settings.output, m_mixer)
 {
+    GstLibrary::Init();
     connect(&m_output, &Output::Opened, this, &GstSoundMaker::OnOpened);
     connect(&m_output, &Output::Failed, this, &GstSoundMaker::OnOutputFailed);
     connect(&m_output, &Output::Lost, this, &GstSoundMaker::OnOutputLost);
@@ -81,7 +69,7 @@ SoundMaker::Id GstSoundMaker::Play(const Piece& piece)
     Item& item = m_items[id];
     item.place = piece.place;
     item.due_ms = piece.due_ms;
-    item.preparation = Prepare(piece);
+    item.preparation = Preparation::Of(piece, m_workers);
     item.hadOutput = m_output.IsOpen();
     Follow(id, *item.preparation);
 
@@ -92,14 +80,6 @@ SoundMaker::Id GstSoundMaker::Play(const Piece& piece)
     m_output.SetWanted(true);
     m_output.Open();
     return id;
-}
-
-std::unique_ptr<Preparation> GstSoundMaker::Prepare(const Piece& piece)
-{
-    if (IsOfTracks(piece.place))
-        return std::make_unique<TrackPreparation>(piece.sources, Frames::FromMs(piece.gap_ms), m_workers);
-    const auto kind = piece.place == Piece::Place::AUX ? Decoder::Kind::CAPTURE : Decoder::Kind::STREAM;
-    return std::make_unique<LivePreparation>(kind, piece.sources.value(0), m_workers);
 }
 
 void GstSoundMaker::Follow(Id id, const Preparation& preparation)

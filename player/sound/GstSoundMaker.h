@@ -43,7 +43,6 @@ private:
     };
     using Items = std::map<Id, Item>;
 
-    std::unique_ptr<Preparation> Prepare(const Piece& piece);
     void Follow(Id id, const Preparation& preparation);
     void OnMixed(const std::vector<Mixer::Event>& events);
     void OnBegun(Id id, qint64 heard_ns);

@@ -22,6 +22,8 @@ constexpr GstClockTime LATENCY = 300 * GST_MSECOND;
 constexpr qint64 DEVICE_BUFFER_us = 200'000;
 constexpr qint64 DEVICE_STEP_us = 10'000;
 constexpr qint64 DRIFT_TOLERANCE_us = 5'000;
+// As users see it among the programs that sound.
+constexpr const char* CLIENT_NAME = "ozna-player";
 constexpr GstClockTime PATIENCE = GST_SECOND;
 // Two clocks are read as one moment when both readings fit into this.
 constexpr GstClockTime ONE_MOMENT = 20 * GST_USECOND;
@@ -95,7 +97,10 @@ GstElement* OutputPipeline::AddSink(const QString& output, GstElement* convert, 
     }
     if (kind != QLatin1String("pulse") && kind != QLatin1String("alsa"))
         throw std::runtime_error("there is no such kind of output: " + output.toStdString());
-    GstElement* sink = Add(kind == QLatin1String("pulse") ? "pulsesink" : "alsasink");
+    const bool isPulse = kind == QLatin1String("pulse");
+    GstElement* sink = Add(isPulse ? "pulsesink" : "alsasink");
+    if (isPulse)
+        g_object_set(sink, "client-name", CLIENT_NAME, nullptr);
     g_object_set(sink, "buffer-time", DEVICE_BUFFER_us, "latency-time", DEVICE_STEP_us, "drift-tolerance",
                  DRIFT_TOLERANCE_us, nullptr);
     if (!name.isEmpty())

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "SoundMaker.h"
 #include "sound/Feed.h"
+#include "sound/Workers.h"
 
 #include <QObject>
 #include <QString>
@@ -12,6 +14,9 @@ class Preparation : public QObject
 {
     Q_OBJECT
 public:
+    // Begins to prepare what a piece asks for.
+    static std::unique_ptr<Preparation> Of(const Piece& piece, Workers& workers);
+
     // What the mixer reads; outlives this object while it does.
     [[nodiscard]] virtual std::shared_ptr<Feed> Frames() const = 0;
 
