@@ -17,10 +17,10 @@ namespace
 constexpr qint64 AHEAD = Frames::FromMs(2000);
 // With less a busy machine could break the first sound.
 constexpr qint64 PRIMED = Frames::FromMs(100);
-constexpr guint RTSP_LATENCY_ms = 300;
-constexpr guint HTTP_TIMEOUT_s = 5;
-constexpr qint64 CAPTURE_BUFFER_us = 100'000;
-constexpr qint64 CAPTURE_STEP_us = 10'000;
+constexpr guint RTSP_LATENCY_MS = 300;
+constexpr guint HTTP_TIMEOUT_S = 5;
+constexpr qint64 CAPTURE_BUFFER_US = 100'000;
+constexpr qint64 CAPTURE_STEP_US = 10'000;
 
 // What a device or a live server sends does not wait.
 FrameQueue::WhenFull WhenFullOf(Decoder::Kind kind, const QString& source)
@@ -119,7 +119,7 @@ GstElement* Decoder::AddSource()
     {
         GstElement* source = Add(m_source.startsWith(QLatin1String("alsa:")) ? "alsasrc" : "pulsesrc");
         const QByteArray device = m_source.section(QLatin1Char(':'), 1).toUtf8();
-        g_object_set(source, "provide-clock", FALSE, "buffer-time", CAPTURE_BUFFER_us, "latency-time", CAPTURE_STEP_us,
+        g_object_set(source, "provide-clock", FALSE, "buffer-time", CAPTURE_BUFFER_US, "latency-time", CAPTURE_STEP_US,
                      nullptr);
         if (!device.isEmpty())
             g_object_set(source, "device", device.constData(), nullptr);
@@ -224,9 +224,9 @@ void Decoder::OnSource(GstElement* /*bin*/, GstElement* source, gpointer /*decod
     const GstElementFactory* factory = gst_element_get_factory(source);
     const QByteArray name(factory != nullptr ? GST_OBJECT_NAME(factory) : "");
     if (name == "rtspsrc")
-        SetIfThere(source, "latency", RTSP_LATENCY_ms);
+        SetIfThere(source, "latency", RTSP_LATENCY_MS);
     if (name == "souphttpsrc")
-        SetIfThere(source, "timeout", HTTP_TIMEOUT_s);
+        SetIfThere(source, "timeout", HTTP_TIMEOUT_S);
 }
 
 GstBusSyncReply Decoder::OnMessage(GstBus* /*bus*/, GstMessage* message, gpointer decoder)

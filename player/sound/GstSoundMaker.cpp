@@ -18,8 +18,8 @@ constexpr auto READY_PATIENCE = 2s;
 // A fade and what is under way to the output, with room to spare.
 constexpr auto STOP_PATIENCE = 1s;
 // An output that comes back is still of use to a message so late, and to what went on when it left.
-constexpr qint64 LATE_ms = 2'000;
-constexpr int ABSENCE_s = 60;
+constexpr qint64 LATE_MS = 2'000;
+constexpr int ABSENCE_S = 60;
 
 QString WithoutOutput(const QString& reason)
 {
@@ -34,7 +34,7 @@ bool IsOfTracks(Piece::Place place)
 std::chrono::milliseconds UntilHeard(qint64 heard_ns)
 {
     const qint64 left_ms = (heard_ns - WallClock::Now_ns()) / Frames::NS_PER_MS;
-    return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, LATE_ms));
+    return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, LATE_MS));
 }
 
 } // namespace
@@ -228,7 +228,7 @@ void GstSoundMaker::EndWithoutOutput()
     const qint64 now_ms = WallClock::Now_ns() / Frames::NS_PER_MS;
     const auto isTooLate = [this, now_ms](const Item& item) {
         const bool isWaiting = !item.hasBegun && item.due_ms;
-        return isWaiting ? *item.due_ms + LATE_ms < now_ms : m_absent_s >= ABSENCE_s;
+        return isWaiting ? *item.due_ms + LATE_MS < now_ms : m_absent_s >= ABSENCE_S;
     };
     EndAll(isTooLate, WithoutOutput(QStringLiteral("it has not come back")));
     if (m_items.empty())

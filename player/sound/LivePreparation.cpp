@@ -7,15 +7,15 @@
 namespace
 {
 
-// When it is tried, behind the break. With RETRY_SILENCE_s for the third it is over within ten seconds.
-constexpr std::array<qint64, 3> TRY_AT_ms = {500, 3'500, 7'000};
+// When it is tried, behind the break. With RETRY_SILENCE_S for the third it is over within ten seconds.
+constexpr std::array<qint64, 3> TRY_AT_MS = {500, 3'500, 7'000};
 // One that was heard for so long again has broken anew.
-constexpr qint64 HEARD_AGAIN_ms = 10'000;
-constexpr int WATCH_ms = 1'000;
+constexpr qint64 HEARD_AGAIN_MS = 10'000;
+constexpr int WATCH_MS = 1'000;
 // A network tells some breaks by nothing but silence.
-constexpr int SILENCE_s = 5;
-constexpr int CONNECT_SILENCE_s = 10;
-constexpr int RETRY_SILENCE_s = 3;
+constexpr int SILENCE_S = 5;
+constexpr int CONNECT_SILENCE_S = 10;
+constexpr int RETRY_SILENCE_S = 3;
 
 LiveFeed::Limits LimitsOf(Decoder::Kind kind, const QString& source)
 {
@@ -61,7 +61,7 @@ void LivePreparation::Connect()
     m_pushed = 0;
     m_silent_s = 0;
     m_decoder = Decoder::Open(m_kind, m_source, std::move(events), m_workers);
-    m_watch.start(WATCH_ms);
+    m_watch.start(WATCH_MS);
 }
 
 void LivePreparation::OnPrimed(quint64 attempt)
@@ -83,15 +83,15 @@ void LivePreparation::OnBroken(quint64 attempt, const QString& reason)
     m_watch.stop();
     m_decoder = nullptr;
     m_reason = reason;
-    if (m_tries == 0 || (m_heard.isValid() && m_heard.hasExpired(HEARD_AGAIN_ms)))
+    if (m_tries == 0 || (m_heard.isValid() && m_heard.hasExpired(HEARD_AGAIN_MS)))
     {
         m_tries = 0;
         m_broken.start();
     }
     m_heard.invalidate();
-    if (!m_wasHeard || m_tries == TRY_AT_ms.size())
+    if (!m_wasHeard || m_tries == TRY_AT_MS.size())
         return GiveUp();
-    const qint64 delay_ms = TRY_AT_ms[m_tries++] - m_broken.elapsed();
+    const qint64 delay_ms = TRY_AT_MS[m_tries++] - m_broken.elapsed();
     m_retry.start(static_cast<int>(std::max<qint64>(0, delay_ms)));
 }
 
@@ -111,7 +111,7 @@ void LivePreparation::Watch()
     const bool isMoving = queue.Pushed() != m_pushed || queue.IsFull();
     m_pushed = queue.Pushed();
     m_silent_s = isMoving ? 0 : m_silent_s + 1;
-    const int patience_s = !m_wasHeard ? CONNECT_SILENCE_s : m_tries > 0 ? RETRY_SILENCE_s : SILENCE_s;
+    const int patience_s = !m_wasHeard ? CONNECT_SILENCE_S : m_tries > 0 ? RETRY_SILENCE_S : SILENCE_S;
     if (m_silent_s >= patience_s)
         OnBroken(m_attempt, QStringLiteral("nothing comes from it"));
 }

@@ -18,9 +18,9 @@ constexpr auto OPEN_PATIENCE = 1800ms;
 constexpr auto STALLED = 3s;
 constexpr auto IDLE = 10min;
 constexpr QLatin1String HANGS("it does not answer");
-constexpr qint64 HANGS_ms = 1'000;
-constexpr int FIRST_DELAY_ms = 500;
-constexpr int LONGEST_DELAY_ms = 30'000;
+constexpr qint64 HANGS_MS = 1'000;
+constexpr int FIRST_DELAY_MS = 500;
+constexpr int LONGEST_DELAY_MS = 30'000;
 
 } // namespace
 
@@ -29,7 +29,7 @@ Output::Output(QString output, std::shared_ptr<Mixer> mixer)
     , m_mixer(std::move(mixer))
     , m_mailbox(std::make_shared<Mailbox>(this))
     , m_attempt(std::make_shared<std::atomic<quint64>>(0))
-    , m_delay_ms(FIRST_DELAY_ms)
+    , m_delay_ms(FIRST_DELAY_MS)
 {
     for (QTimer* timer : {&m_patience, &m_retry, &m_idle})
         timer->setSingleShot(true);
@@ -57,18 +57,20 @@ void Output::Open()
     m_patience.start();
     const quint64 attempt = ++*m_attempt;
     // The device still holds the worker: another attempt would only wait behind.
-    if (m_worker.Behind_ms() > HANGS_ms)
+    if (m_worker.Behind_ms() > HANGS_MS)
         return m_mailbox->Post([this, attempt] { Finish(attempt, nullptr, QString(HANGS)); });
-    m_worker.Run([output = m_output, mixer = m_mixer, mailbox = m_mailbox, attempt, current = m_attempt, this] {
+    const auto file = m_wasOpen ? OutputFile::Begin::AT_THE_END : OutputFile::Begin::ANEW;
+    m_worker.Run([output = m_output, file, mixer = m_mixer, mailbox = m_mailbox, attempt, current = m_attempt, this] {
         if (attempt != *current)
             return;
         std::shared_ptr<OutputPipeline> pipeline;
         QString reason;
         try
         {
-            pipeline = std::make_shared<OutputPipeline>(output, mixer, [this, attempt, mailbox](const QString& lost) {
-                mailbox->Post([this, attempt, lost] { Lose(attempt, lost); });
-            });
+            pipeline =
+                std::make_shared<OutputPipeline>(output, file, mixer, [this, attempt, mailbox](const QString& lost) {
+                    mailbox->Post([this, attempt, lost] { Lose(attempt, lost); });
+                });
             pipeline->Start();
         }
         catch (const std::exception& error)
@@ -89,7 +91,8 @@ void Output::Finish(quint64 attempt, std::shared_ptr<OutputPipeline> pipeline, c
     m_pipeline = std::move(pipeline);
     m_patience.stop();
     m_state = State::OPEN;
-    m_delay_ms = FIRST_DELAY_ms;
+    m_wasOpen = true;
+    m_delay_ms = FIRST_DELAY_MS;
     m_reason.clear();
     m_mixed = m_mixer->Mixed();
     m_progress.start();
@@ -127,7 +130,7 @@ void Output::TryAgainLater()
     if (!m_isWanted)
         return;
     m_retry.start(m_delay_ms);
-    m_delay_ms = std::min(m_delay_ms * 2, LONGEST_DELAY_ms);
+    m_delay_ms = std::min(m_delay_ms * 2, LONGEST_DELAY_MS);
 }
 
 void Output::Release()

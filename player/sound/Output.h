@@ -64,6 +64,7 @@ private:
     const Number m_attempt; // what an earlier one tells is not heard any more
     std::shared_ptr<OutputPipeline> m_pipeline;
     bool m_isWanted = false;
+    bool m_wasOpen = false;
     qint64 m_mixed = 0; // when progress was looked at last
     int m_delay_ms;
     QString m_reason; // told last

@@ -23,11 +23,12 @@ constexpr mode_t MODE = 0644;
 
 } // namespace
 
-int OutputFile::Open(const QString& path)
+int OutputFile::Open(const QString& path, Begin begin)
 {
     const QByteArray name = QFile::encodeName(path);
     // Without the flag, opening a pipe would wait for its reader.
-    const int file = open(name.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, MODE);
+    const int flags = O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC | (begin == Begin::ANEW ? O_TRUNC : O_APPEND);
+    const int file = open(name.constData(), flags, MODE);
     if (file < 0)
         Refuse(name, errno == ENXIO ? "nobody reads this pipe" : std::strerror(errno));
     struct stat status = {};

@@ -3,7 +3,6 @@
 #include "sound/Frames.h"
 #include "sound/GstText.h"
 #include "sound/Mixer.h"
-#include "sound/OutputFile.h"
 #include "sound/WallClock.h"
 
 #include <gst/audio/audio.h>
@@ -19,9 +18,9 @@ namespace
 constexpr qint64 BLOCK = Frames::FromMs(10);
 // How long a frame is under way: a busy machine may be that late without a hole. More than the device's own buffer.
 constexpr GstClockTime LATENCY = 300 * GST_MSECOND;
-constexpr qint64 DEVICE_BUFFER_us = 200'000;
-constexpr qint64 DEVICE_STEP_us = 10'000;
-constexpr qint64 DRIFT_TOLERANCE_us = 5'000;
+constexpr qint64 DEVICE_BUFFER_US = 200'000;
+constexpr qint64 DEVICE_STEP_US = 10'000;
+constexpr qint64 DRIFT_TOLERANCE_US = 5'000;
 // As users see it among the programs that sound.
 constexpr const char* CLIENT_NAME = "ozna-player";
 constexpr GstClockTime PATIENCE = GST_SECOND;
@@ -31,7 +30,7 @@ constexpr int READINGS = 5;
 
 } // namespace
 
-OutputPipeline::OutputPipeline(const QString& output, std::shared_ptr<Mixer> mixer,
+OutputPipeline::OutputPipeline(const QString& output, OutputFile::Begin file, std::shared_ptr<Mixer> mixer,
                                std::function<void(const QString&)> lost)
     : m_mixer(std::move(mixer))
     , m_onLost(std::move(lost))
@@ -43,7 +42,7 @@ OutputPipeline::OutputPipeline(const QString& output, std::shared_ptr<Mixer> mix
     GstElement* silence = AddSilence();
     GstElement* convert = Add("audioconvert");
     GstElement* form = Add("capsfilter");
-    m_sink = AddSink(output, convert, form);
+    m_sink = AddSink(output, file, convert, form);
     if (!gst_element_link_many(silence, convert, Add("audioresample"), form, m_sink, nullptr))
         throw std::runtime_error("the output cannot be joined");
 }
@@ -81,13 +80,14 @@ GstElement* OutputPipeline::AddSilence()
     return form;
 }
 
-GstElement* OutputPipeline::AddSink(const QString& output, GstElement* convert, GstElement* form)
+GstElement* OutputPipeline::AddSink(const QString& output, OutputFile::Begin file, GstElement* convert,
+                                    GstElement* form)
 {
     const QString kind = output.section(QLatin1Char(':'), 0, 0);
     const QString name = output.section(QLatin1Char(':'), 1);
     if (kind == QLatin1String("file"))
     {
-        m_file = OutputFile::Open(name);
+        m_file = OutputFile::Open(name, file);
         // What is silent is to be silent in the file, too.
         gst_util_set_object_arg(G_OBJECT(convert), "dithering", "none");
         gst_util_set_object_arg(G_OBJECT(form), "caps", "audio/x-raw,format=S16LE,rate=48000,channels=2");
@@ -101,8 +101,8 @@ GstElement* OutputPipeline::AddSink(const QString& output, GstElement* convert, 
     GstElement* sink = Add(isPulse ? "pulsesink" : "alsasink");
     if (isPulse)
         g_object_set(sink, "client-name", CLIENT_NAME, nullptr);
-    g_object_set(sink, "buffer-time", DEVICE_BUFFER_us, "latency-time", DEVICE_STEP_us, "drift-tolerance",
-                 DRIFT_TOLERANCE_us, nullptr);
+    g_object_set(sink, "buffer-time", DEVICE_BUFFER_US, "latency-time", DEVICE_STEP_US, "drift-tolerance",
+                 DRIFT_TOLERANCE_US, nullptr);
     if (!name.isEmpty())
         g_object_set(sink, "device", name.toUtf8().constData(), nullptr);
     return sink;

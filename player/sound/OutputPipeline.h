@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sound/GstHandle.h"
+#include "sound/OutputFile.h"
 
 #include <QString>
 
@@ -15,9 +16,9 @@ class Mixer;
 class OutputPipeline final
 {
 public:
-    // output: as in SoundSettings. lost: told once by a thread of the sound when the output takes no more, with the
-    // reason. Throws std::runtime_error, with words, when there is no such output.
-    OutputPipeline(const QString& output, std::shared_ptr<Mixer> mixer,
+    // output: as in SoundSettings. file: where sound in a file begins. lost: told once by a thread of the sound when
+    // the output takes no more, with the reason. Throws std::runtime_error, with words, when there is no such output.
+    OutputPipeline(const QString& output, OutputFile::Begin file, std::shared_ptr<Mixer> mixer,
                    std::function<void(const QString& reason)> lost);
     ~OutputPipeline();
     Q_DISABLE_COPY_MOVE(OutputPipeline)
@@ -28,7 +29,7 @@ public:
 private:
     GstElement* Add(const char* factory);
     GstElement* AddSilence();
-    GstElement* AddSink(const QString& output, GstElement* convert, GstElement* form);
+    GstElement* AddSink(const QString& output, OutputFile::Begin file, GstElement* convert, GstElement* form);
     void Fill(GstBuffer* buffer);
     [[nodiscard]] qint64 HeardAt_ns(GstClockTime running) const;
     void Lose(const QString& reason);

@@ -12,7 +12,7 @@
 namespace
 {
 
-constexpr int TONE_Hz = 1000;
+constexpr int TONE_HZ = 1000;
 constexpr qint16 CHANNELS = 1;
 constexpr qint16 BITS = 16;
 constexpr quint32 HEADER_SIZE = 36;
@@ -36,7 +36,7 @@ QString SoundTest::Tone(const QString& name, qint64 frames, double level, int ra
     stream << size;
     for (qint64 frame = 0; frame < frames; ++frame)
     {
-        const double angle = 2 * std::numbers::pi * TONE_Hz * static_cast<double>(frame) / rate;
+        const double angle = 2 * std::numbers::pi * TONE_HZ * static_cast<double>(frame) / rate;
         stream << static_cast<qint16>(std::lround(32767 * level * std::cos(angle)));
     }
     return file.fileName();

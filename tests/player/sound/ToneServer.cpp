@@ -15,12 +15,12 @@ namespace
 {
 
 constexpr int RATE = 48000;
-constexpr int TONE_Hz = 480;
+constexpr int TONE_HZ = 480;
 constexpr int PERIODS = 480; // a second
 constexpr quint32 ENDLESS = 0x7fffffff;
 constexpr int BACKLOG = 8;
-constexpr int STEP_ms = 20;
-constexpr qint64 AHEAD_ms = 500;
+constexpr int STEP_MS = 20;
+constexpr qint64 AHEAD_MS = 500;
 constexpr qint64 BYTES_PER_MS = RATE * 2 / 1000;
 
 void Add(QByteArray& bytes, quint32 value)
@@ -40,14 +40,14 @@ ToneServer::ToneServer(double level)
         Add(m_header, value);
     m_header.append("data");
     Add(m_header, ENDLESS);
-    for (int frame = 0; frame < PERIODS * RATE / TONE_Hz; ++frame)
+    for (int frame = 0; frame < PERIODS * RATE / TONE_HZ; ++frame)
     {
-        const double value = level * std::cos(2 * std::numbers::pi * TONE_Hz * frame / RATE);
+        const double value = level * std::cos(2 * std::numbers::pi * TONE_HZ * frame / RATE);
         const qint16 sample = qToLittleEndian(static_cast<qint16>(std::lround(32767 * value)));
         m_tone.append(reinterpret_cast<const char*>(&sample), sizeof sample);
     }
     QObject::connect(&m_timer, &QTimer::timeout, [this] { ServeAll(); });
-    m_timer.start(STEP_ms);
+    m_timer.start(STEP_MS);
 }
 
 ToneServer::~ToneServer()
@@ -118,7 +118,7 @@ void ToneServer::ServeAll()
 
 bool ToneServer::Serve(int socket, Client& client) const
 {
-    const qint64 due = (client.since.elapsed() + AHEAD_ms) * BYTES_PER_MS;
+    const qint64 due = (client.since.elapsed() + AHEAD_MS) * BYTES_PER_MS;
     while (client.sent < due)
     {
         const qint64 at = client.sent % m_tone.size();

@@ -6,8 +6,8 @@ namespace
 {
 
 constexpr qint64 BLOCK = 480;
-constexpr qint64 BLOCK_ns = 10'000'000;
-constexpr qint64 SECOND_ns = 1'000'000'000;
+constexpr qint64 BLOCK_NS = 10'000'000;
+constexpr qint64 SECOND_NS = 1'000'000'000;
 
 // A constant level, which cannot be mistaken for silence.
 class LevelFeed final : public Feed
@@ -83,7 +83,7 @@ void MixerTest::Add(std::shared_ptr<Feed> feed, std::optional<qint64> due_ns, do
 
 void MixerTest::MixUntil(qint64 end_ns)
 {
-    for (; m_now_ns < end_ns; m_now_ns += BLOCK_ns)
+    for (; m_now_ns < end_ns; m_now_ns += BLOCK_NS)
     {
         m_mixer->Mix(m_block.data(), BLOCK, m_now_ns);
         for (qint64 frame = 0; frame < BLOCK; ++frame)
@@ -99,7 +99,7 @@ void MixerTest::MixUntil(qint64 end_ns)
 void MixerTest::AVoiceBeginsAtItsFrame_data()
 {
     QTest::addColumn<qint64>("due_ns");
-    for (const qint64 due_ns : {qint64(0), qint64(20'833), qint64(5'000'000), qint64(9'979'166), SECOND_ns})
+    for (const qint64 due_ns : {qint64(0), qint64(20'833), qint64(5'000'000), qint64(9'979'166), SECOND_NS})
         QTest::addRow("%lld ns", static_cast<long long>(due_ns)) << due_ns;
 }
 
@@ -107,32 +107,32 @@ void MixerTest::AVoiceBeginsAtItsFrame()
 {
     QFETCH(qint64, due_ns);
     Add(std::make_shared<LevelFeed>(BLOCK), due_ns);
-    MixUntil(2 * SECOND_ns);
+    MixUntil(2 * SECOND_NS);
     QVERIFY(m_heard_ns);
     QVERIFY2(std::abs(*m_heard_ns - due_ns) <= 10'417, qPrintable(QString::number(*m_heard_ns)));
     QCOMPARE(m_events.size(), std::size_t(2));
     QCOMPARE(m_events[0].heard_ns, *m_heard_ns);
-    QCOMPARE(m_events[1].heard_ns, *m_heard_ns + BLOCK_ns);
+    QCOMPARE(m_events[1].heard_ns, *m_heard_ns + BLOCK_NS);
 }
 
 void MixerTest::AClockThatIsSetCounts_data()
 {
     QTest::addColumn<qint64>("step_ns");
-    QTest::newRow("back") << -3 * SECOND_ns;
-    QTest::newRow("on") << 3 * SECOND_ns;
-    QTest::newRow("on, past the start") << 30 * SECOND_ns;
+    QTest::newRow("back") << -3 * SECOND_NS;
+    QTest::newRow("on") << 3 * SECOND_NS;
+    QTest::newRow("on, past the start") << 30 * SECOND_NS;
 }
 
 void MixerTest::AClockThatIsSetCounts()
 {
     QFETCH(qint64, step_ns);
-    const qint64 due_ns = 8 * SECOND_ns;
+    const qint64 due_ns = 8 * SECOND_NS;
     Add(std::make_shared<LevelFeed>(BLOCK), due_ns);
-    MixUntil(4 * SECOND_ns);
+    MixUntil(4 * SECOND_NS);
     QVERIFY(!m_heard_ns);
     m_now_ns += step_ns;
     const qint64 set_ns = m_now_ns;
-    MixUntil(std::max(due_ns, set_ns) + SECOND_ns);
+    MixUntil(std::max(due_ns, set_ns) + SECOND_NS);
     QCOMPARE(m_heard_ns, std::max(due_ns, set_ns));
 }
 
@@ -140,23 +140,23 @@ void MixerTest::WhatIsNotReadyBeginsLate()
 {
     const auto feed = std::make_shared<LevelFeed>(BLOCK);
     feed->isReady = false;
-    Add(feed, SECOND_ns);
-    MixUntil(2 * SECOND_ns);
+    Add(feed, SECOND_NS);
+    MixUntil(2 * SECOND_NS);
     QVERIFY(!m_heard_ns && m_events.empty());
     feed->isReady = true;
-    MixUntil(3 * SECOND_ns);
-    QCOMPARE(m_heard_ns, 2 * SECOND_ns);
+    MixUntil(3 * SECOND_NS);
+    QCOMPARE(m_heard_ns, 2 * SECOND_NS);
 }
 
 void MixerTest::EverythingIsToldOnce()
 {
     Add(std::make_shared<LevelFeed>(10 * BLOCK), {});
-    Add(std::make_shared<LevelFeed>(10 * BLOCK), BLOCK_ns / 2);
-    Add(std::make_shared<LevelFeed>(10 * BLOCK), BLOCK_ns / 3);
+    Add(std::make_shared<LevelFeed>(10 * BLOCK), BLOCK_NS / 2);
+    Add(std::make_shared<LevelFeed>(10 * BLOCK), BLOCK_NS / 3);
     m_mixer->Stop(m_last);
-    Add(std::make_shared<LevelFeed>(10 * BLOCK), 100 * SECOND_ns);
+    Add(std::make_shared<LevelFeed>(10 * BLOCK), 100 * SECOND_NS);
     m_mixer->Remove(m_last);
-    MixUntil(SECOND_ns);
+    MixUntil(SECOND_NS);
     QMap<SoundMaker::Id, QString> told;
     for (const Mixer::Event& event : m_events)
         told[event.id].append(event.kind == Mixer::Event::Kind::BEGUN ? u'b' : u'e');
@@ -174,18 +174,18 @@ void MixerTest::TheSumIsClipped()
                       std::make_shared<LevelFeed>(BLOCK),
                       {},
                       100});
-    MixUntil(SECOND_ns);
+    MixUntil(SECOND_NS);
     QCOMPARE(m_peak, 1.0F);
 }
 
 void MixerTest::VolumesOutOfRangeAreLimits()
 {
     Add(std::make_shared<LevelFeed>(BLOCK), {}, 500);
-    MixUntil(SECOND_ns);
+    MixUntil(SECOND_NS);
     QCOMPARE(m_peak, 0.5F);
     Add(std::make_shared<LevelFeed>(BLOCK), {}, -20);
     m_peak = 0;
-    MixUntil(2 * SECOND_ns);
+    MixUntil(2 * SECOND_NS);
     QCOMPARE(m_peak, 0.0F);
 }
 

@@ -191,6 +191,12 @@ void OutputLossTest::AFullDiskIsALostOutput()
     QVERIFY(Of(id).heard_ms);
     QVERIFY(Of(id).ended->startsWith(QStringLiteral("no output: ")));
     ExpectLost("File too large)");
+
+    // When there is room again, it goes on behind what was written.
+    const qint64 written = QFileInfo(OutputPath()).size();
+    const auto again = PlayMessage(Tone(QStringLiteral("b.wav"), SECOND / 4));
+    QTRY_VERIFY(HasEnded(again));
+    QVERIFY(QFileInfo(OutputPath()).size() > written);
 }
 
 OZNA_CASE(OutputLoss, OutputLossTest)
