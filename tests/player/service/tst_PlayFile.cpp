@@ -22,6 +22,7 @@ private Q_SLOTS:
     void ANameStaysWithinTheFolder_data();
     void ANameStaysWithinTheFolder();
     void AStopEndsWhatPlaysAndWhatWaits();
+    void WhatIsStoppedBeforeItIsReadyIsRefused();
     void AStopOfNothingIsAccepted();
     void EachEndsWhenTheProcessDoes();
 };
@@ -175,6 +176,14 @@ void tst_PlayFile::AStopEndsWhatPlaysAndWhatWaits()
     // What was stopped is no request any more.
     QCOMPARE(Call("PlayFile", {u"bye.wav"_s, u"12:00:05"_s}), 0);
     QCOMPARE(Sound().Pieces().size(), 3);
+}
+
+void tst_PlayFile::WhatIsStoppedBeforeItIsReadyIsRefused()
+{
+    Write(u"media/gong.wav"_s);
+    Ask("PlayFile", {u"gong.wav"_s, u"12:00:05"_s});
+    QCOMPARE(Call("StopPlay", {u"file"_s, QString()}), 0);
+    QCOMPARE(Seen(1), QStringList(u"PlayFile: 6"_s));
 }
 
 void tst_PlayFile::AStopOfNothingIsAccepted()
