@@ -98,7 +98,7 @@ bool IsOf(const Candidate& candidate, const char* thing)
 }
 
 // Whether a stop of another second ends the stream before it is to begin anew. A stream that still plays is not begun.
-bool IsStoppedBetween(const Distinct& stream, Context& context)
+bool IsStoppedBetween(const Distinct& stream, const Context& context)
 {
     YearDays::Bits playing = stream.days;
     // The stop of the day after the last one is not known.
@@ -115,7 +115,7 @@ bool IsStoppedBetween(const Distinct& stream, Context& context)
 
 // Whether what plays is stopped right before the next one begins, as it was meant. The two start in the order of the
 // lines as long as both start: what starts on days of its own comes last from then on.
-bool IsChangeover(const Candidate& candidate, const Distinct& own, const Distinct& earlier, Context& context)
+bool IsChangeover(const Candidate& candidate, const Distinct& own, const Distinct& earlier, const Context& context)
 {
     if (earlier.value != Off({}) || (earlier.days & ~own.days).any())
         return false;
@@ -123,7 +123,7 @@ bool IsChangeover(const Candidate& candidate, const Distinct& own, const Distinc
 }
 
 // Two messages are two, even if their files are the same; lines that are the same throughout are told as such.
-bool AreAtOdds(const Candidate& candidate, const Distinct& own, const Distinct& earlier, Context& context)
+bool AreAtOdds(const Candidate& candidate, const Distinct& own, const Distinct& earlier, const Context& context)
 {
     if ((own.days & earlier.days).none())
         return false;

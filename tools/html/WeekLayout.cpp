@@ -99,9 +99,10 @@ void AssignLanes(Day& day)
     std::vector<Lanes::Bar> bars;
     for (const Bar& bar : day.bars)
     {
-        Lanes::Bar& each = bars.emplace_back();
+        Lanes::Bar each{};
         for (size_t width = 0; width < WIDTHS; ++width)
             each.at(width) = {bar.top.at(width), bar.top.at(width) + bar.length.at(width)};
+        bars.push_back(each);
     }
     const std::vector<int> lanes = Lanes::Assign(bars);
     for (size_t i = 0; i < lanes.size(); ++i)
