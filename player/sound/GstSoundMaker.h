@@ -14,6 +14,15 @@
 #include <memory>
 
 // Makes sound with GStreamer: a pipeline for each source, which decodes ahead, a mixer, and one output.
+//
+//   Decoder ─► FrameQueue ─► TrackFeed or LiveFeed ─► Voice ─► Mixer ─► OutputPipeline ─► the device
+//   its own threads, 2 s ahead              the output's thread, as the device takes it
+//
+// In the owner's thread, a Preparation opens the sources of a piece, and Output sees to the device. What may wait for a
+// file, a network or a device is done by Workers; what other threads have to tell comes through a Mailbox.
+//
+// A source knows nothing of the output and of time: it waits in its queue, whatever becomes of the device or the clock.
+// Volumes, fades and starts are made behind the queue, so they are heard as soon as the device's own buffer allows.
 class GstSoundMaker final : public SoundMaker
 {
     Q_OBJECT

@@ -4,6 +4,8 @@
 #include "service/Exports.h"
 #include "service/LightObject.h"
 
+#include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QSignalSpy>
 
 using namespace Qt::StringLiterals;
