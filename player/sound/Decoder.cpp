@@ -117,8 +117,11 @@ GstElement* Decoder::AddSource()
 {
     if (m_kind == Kind::CAPTURE)
     {
-        GstElement* source = Add(m_source.startsWith(QLatin1String("alsa:")) ? "alsasrc" : "pulsesrc");
+        const QString kind = m_source.section(QLatin1Char(':'), 0, 0);
         const QByteArray device = m_source.section(QLatin1Char(':'), 1).toUtf8();
+        if (kind != QLatin1String("alsa") && kind != QLatin1String("pulse"))
+            throw std::runtime_error("there is no such kind of input: " + m_source.toStdString());
+        GstElement* source = Add(kind == QLatin1String("alsa") ? "alsasrc" : "pulsesrc");
         g_object_set(source, "provide-clock", FALSE, "buffer-time", CAPTURE_BUFFER_US, "latency-time", CAPTURE_STEP_US,
                      nullptr);
         if (!device.isEmpty())

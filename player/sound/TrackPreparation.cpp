@@ -55,7 +55,7 @@ void TrackPreparation::OpenAhead()
     if (m_opening != nullptr)
         return;
     const TrackFeed::Ahead ahead = m_feed->WhatIsAhead();
-    if (ahead.tracks == 0 || (ahead.isDecoded && ahead.frames < HELD_AHEAD && ahead.tracks < MOST_AHEAD))
+    if (ahead.isDecoded && ahead.frames < HELD_AHEAD && ahead.tracks < MOST_AHEAD)
         OpenNext();
 }
 

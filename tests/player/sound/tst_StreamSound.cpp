@@ -137,8 +137,10 @@ void StreamSoundTest::AStoppedStreamIsNotTriedAgain()
 void StreamSoundTest::ACaptureDeviceThatIsNotThereEndsItWithWords()
 {
     const auto id = Play({Piece::Place::AUX, {QStringLiteral("alsa:nosuchdevice")}, {}, 0, 100});
-    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 3000);
+    const auto other = Play({Piece::Place::AUX, {QStringLiteral("drum")}, {}, 0, 100});
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id) && HasEnded(other), 3000);
     QVERIFY(!Of(id).ended->isEmpty());
+    QCOMPARE(*Of(other).ended, QStringLiteral("there is no such kind of input: drum"));
     QVERIFY(!Of(id).isReady);
 }
 
