@@ -99,13 +99,15 @@ void HeardCommands::AServersOutputIsMeasured()
     const PulseServer server;
     server.Apply(m_environment);
     WriteFile(Path(u"ozna.ini"_s), {});
-    QCOMPARE(Run(u"--measure"_s), 0);
+    const int status = Run(u"--measure"_s);
     QCOMPARE(Printed().count(u"\ndue "_s), 9);
-    static const QRegularExpression sum(u"10 of 10 heard; error median ([+-][0-9.]+), from"_s);
+    static const QRegularExpression sum(u"([0-9]+) of 10 heard; error median ([+-][0-9.]+), from"_s);
     const QRegularExpressionMatch match = sum.match(Printed());
     QVERIFY(match.hasMatch());
-    // The server's own buffers come and go with its load.
-    QVERIFY2(qAbs(match.captured(1).toDouble()) < 25, qPrintable(match.captured(1)));
+    // On a machine that is very busy the server drops what it records, and its buffers come and go.
+    QVERIFY(match.captured(1).toInt() >= 7);
+    QCOMPARE(status == 0, match.captured(1).toInt() == 10);
+    QVERIFY2(qAbs(match.captured(2).toDouble()) < 25, qPrintable(match.captured(2)));
 }
 
 void HeardCommands::TheOutputsAreListed()
@@ -124,8 +126,10 @@ void HeardCommands::AServerThatIsStartedAnewIsUsedAgain()
     WriteFile(Path(u"ozna.ini"_s), u"[PLAYER]\nMedia=%1\n"_s.arg(MediaPath(QString())).toUtf8());
     WriteSound(u"gong.wav"_s, Gong::Samples());
     QVERIFY(StartPlayer());
-    const qint64 due_ms = MomentAhead_ms(7000);
+    const qint64 due_ms = MomentAhead_ms(8000);
     QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
+    // Not while the output begins to play: there the library's sink locks itself out for ever.
+    Pause(1500);
     server.Kill();
     Pause(1000);
     server.Start();
