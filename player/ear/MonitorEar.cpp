@@ -2,6 +2,8 @@
 
 #include <gst/gst.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -87,8 +89,10 @@ void MonitorEar::Take(std::span<const Pcm::Sample> samples, bool isBehindALoss)
 std::vector<double> MonitorEar::Begins_ms() const
 {
     const std::lock_guard lock(m_mutex);
-    std::vector<double> begins_ms;
-    for (const Onsets::Sound& sound : m_onsets.All())
-        begins_ms.push_back(static_cast<double>(m_arrivals.LineAt_us(sound.begin).value_or(0)) / US_PER_MS);
+    const auto& sounds = m_onsets.All();
+    std::vector<double> begins_ms(sounds.size());
+    std::transform(sounds.begin(), sounds.end(), begins_ms.begin(), [this](const Onsets::Sound& sound) {
+        return static_cast<double>(m_arrivals.LineAt_us(sound.begin).value_or(0)) / US_PER_MS;
+    });
     return begins_ms;
 }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <span>
 
 // Samples as the player hands them out and as the ear hears them: signed, 16 bits, interleaved.
@@ -26,9 +27,9 @@ inline constexpr double FULL_SCALE = 32767;
 // The root of the mean square, 0 for silence, 1 for a square wave of full scale. 0 of nothing.
 [[nodiscard]] inline double Level(std::span<const Sample> samples)
 {
-    double sum = 0;
-    for (const Sample sample : samples)
-        sum += static_cast<double>(sample) * sample;
+    const double sum = std::accumulate(samples.begin(), samples.end(), 0.0, [](double before, Sample sample) {
+        return before + static_cast<double>(sample) * sample;
+    });
     return samples.empty() ? 0 : std::sqrt(sum / static_cast<double>(samples.size())) / FULL_SCALE;
 }
 

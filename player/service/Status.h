@@ -34,16 +34,16 @@ inline constexpr std::array STATUS_TABLE{
     StatusWords{Status::CANNOT_SWITCH, "the system does not let it be switched"},
 };
 
-static_assert(
-    [] {
-        for (std::size_t i = 0; i < STATUS_TABLE.size(); ++i)
-        {
-            if (static_cast<std::size_t>(STATUS_TABLE[i].status) != i)
-                return false;
-        }
-        return true;
-    }(),
-    "a row a status, in the order of their numbers");
+[[nodiscard]] constexpr bool IsStatusTableInOrder()
+{
+    for (std::size_t i = 0; i < STATUS_TABLE.size(); ++i)
+    {
+        if (static_cast<std::size_t>(STATUS_TABLE[i].status) != i)
+            return false;
+    }
+    return true;
+}
+static_assert(IsStatusTableInOrder(), "a row a status, in the order of their numbers");
 
 [[nodiscard]] constexpr const char* WordsOf(Status status)
 {

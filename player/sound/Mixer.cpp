@@ -42,6 +42,7 @@ void Mixer::Stop(SoundMaker::Id id)
 
 void Mixer::Remove(SoundMaker::Id id)
 {
+    // cppcheck-suppress variableScope
     Voices removed; // let go when the mixer is free again
     const std::lock_guard lock(m_mutex);
     const auto voice = std::find_if(m_voices.begin(), m_voices.end(), [id](const Voice& v) { return v.Id() == id; });
@@ -70,6 +71,7 @@ qint64 Mixer::Mixed() const
 
 void Mixer::Mix(float* frames, qint64 count, qint64 heard_ns)
 {
+    // cppcheck-suppress variableScope
     Voices over; // let go when the mixer is free again
     std::vector<Event> events;
     {

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void ReloadReadsTheFileAnew();
     void ReloadLoadsNothingWhileTheDaemonIsDisabled();
     void UseTakesAFileOfTheFolder();
+    void UseForMachines();
     void UseRefusesWhatIsNotThere_data();
     void UseRefusesWhatIsNotThere();
     void WatchFollowsTheDaemon();
@@ -64,12 +65,23 @@ void Control::ReloadLoadsNothingWhileTheDaemonIsDisabled()
 
 void Control::UseTakesAFileOfTheFolder()
 {
-    WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\n", u"summer.csv"_s);
+    WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\n# summer\nnonsense\n", u"summer.csv"_s);
     QVERIFY(StartAndTakeLog());
     const Result result = Run(u"use summer.csv"_s + Data());
     QCOMPARE(result.status, 0);
-    QCOMPARE(result.output, u"enabled, summer.csv\n"_s);
+    COMPARE_LINES(Shown(result.output), {u"enabled, summer.csv"_s, u"DATA/schedule/summer.csv: 1 taken, 1 rejected"_s});
+    QCOMPARE(result.errors, QString());
     QVERIFY(Daemon().Take(4).contains(Loaded(1).first()));
+}
+
+void Control::UseForMachines()
+{
+    WriteSchedule("1111111|12:00:00|*|*|*|||StopMessage\nnonsense\n1111111|12:00:00|*|*|*|||Volume\n", u"summer.csv"_s);
+    QVERIFY(StartAndTakeLog());
+    const Result result = Run(u"use summer.csv --json"_s + Data());
+    QVERIFY(Daemon().Take(4).contains(Loaded(1).first()));
+    QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8()).object(),
+             (QJsonObject{{u"enabled"_s, true}, {u"file"_s, u"summer.csv"_s}, {u"taken"_s, 1}, {u"rejected"_s, 2}}));
 }
 
 void Control::UseRefusesWhatIsNotThere_data()

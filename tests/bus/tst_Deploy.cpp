@@ -16,6 +16,7 @@ private Q_SLOTS:
     void TheDaemonRunsTheNewFiles();
     void WhatIsThereAlreadyIsLoadedAnew();
     void AScheduleWithAMistakeIsNotDeployed();
+    void ALineThatTheOldScheduleLosesIsToldAsItsOwn();
     void AWarningCountsWhereItIsAskedFor();
     void ARunningScheduleMayNameAPlaylistOutside();
     void AFileMayBeCalledLikeAnOption();
@@ -73,6 +74,21 @@ void DeployCommand::AScheduleWithAMistakeIsNotDeployed()
     QCOMPARE(Schedule(), OLD);
     QCOMPARE(Playlist(), OLD_PLAYLIST);
     QCOMPARE(Daemon().Take(4), QStringList());
+}
+
+void DeployCommand::ALineThatTheOldScheduleLosesIsToldAsItsOwn()
+{
+    Prepare();
+    WriteSchedule(OLD + "1111111|09:00:00|*|*|*|||volume|30\n");
+    QVERIFY(StartDaemon());
+    QCOMPARE(Daemon().Take(2).size(), 2);
+    const Result result = RunDeploy(u"--now"_s + NewFile());
+    QCOMPARE(result.status, 0);
+    COMPARE_LINES(Shown(result.errors),
+                  {u"DATA/schedule/schedule.csv:3: error: in the old schedule the daemon leaves the line out: task: no "
+                   "task is called \"volume\"; did you mean Volume? Write it to the letter (the daemon logs \"Unknown "
+                   "task (99)\")"_s});
+    QCOMPARE(Schedule(), NEW);
 }
 
 void DeployCommand::AWarningCountsWhereItIsAskedFor()

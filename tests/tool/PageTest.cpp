@@ -62,7 +62,8 @@ QString PageTest::EventLine(size_t index) const
     const Event& event = m_run->Result().events[index];
     QStringList requests;
     for (const Request& request : event.requests)
-        requests.append(Moment::TimeText(request.moment_ms) + u' ' + Terminal::Harmless(request.Text()));
+        requests.append((event.isStartKnown ? Moment::TimeText(request.moment_ms) + u' ' : QString()) +
+                        Terminal::Harmless(request.Text()));
     QStringList tracks;
     for (const TrackTime& track : event.tracks)
     {

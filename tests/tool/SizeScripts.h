@@ -16,6 +16,14 @@ report([...document.querySelectorAll(".until")].filter((part) => part.checkVisib
     .map((part) => part.textContent).join(" "));
 )";
 
+// How many notes below the weeks there are, and how many are to be seen.
+inline constexpr const char* NOTES = R"(
+const notes = [...document.querySelectorAll(".notes li")];
+const shown = notes.filter((part) => part.checkVisibility({ contentVisibilityAuto: true }) &&
+    part.getBoundingClientRect().height > 0);
+report(`${notes.length} notes, ${shown.length} shown`);
+)";
+
 // What is to be seen of the sentences that explain bars and strips.
 inline constexpr const char* KEY = R"(
 report([...document.querySelectorAll(".key span")].filter((part) => part.checkVisibility())
@@ -52,6 +60,14 @@ const others = ["#details .content", "#details .force"].map((name) => document.q
 const covered = others.map((part) => part.getBoundingClientRect()).filter((box) => box.left < close.right &&
     box.right > close.left && box.top < close.bottom && box.bottom > close.top);
 report(`${close.width > 0 ? "shown" : "hidden"}, ${covered.length} covered`);
+)";
+
+// How many rows the entries take, each number once, as they are drawn.
+inline constexpr const char* ROWS_TAKEN = R"(
+const lines = [...document.querySelectorAll(".hours i")].map((line) => line.getBoundingClientRect().top);
+const row = lines[4] - lines[3];
+const rows = [...document.querySelectorAll(".entry")].map((entry) => entry.getBoundingClientRect().height / row);
+report([...new Set(rows.map((number) => number.toFixed(1)))].sort().join(" "));
 )";
 
 // The heights at which each text of an entry stands, where there are several: none in a page that keeps them.

@@ -41,8 +41,6 @@ private Q_SLOTS:
     void ClockChangesAreToldForANamedZoneOnly();
     void ClockChangesAreThoseOfDst_data();
     void ClockChangesAreThoseOfDst();
-    void OfTwoValuesTheLaterLineComesLast();
-    void BothPlaylistsAreAskedFor();
     void ManyLinesOfOneSecondTakeNoTime();
 
 private:
@@ -95,6 +93,9 @@ void CheckTogetherTest::OneCauseGivesOneFinding_data()
         "1111111|08:00:00|*|*|*|||PlayPlaylist|morning\n1111111|08:00:00|*|*|*|||PlayPlaylist|morning\n");
     row("a message that comes twice", "duplicate",
         "1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3\n1111111|08:00:00|*|*|*|||PlayMessage|gong.mp3\n");
+    row("a stop as its playlist begins, and the next playlist", "stopped-at-start",
+        "1111111|08:00:00|*|*|*|||PlayPlaylist|morning,50,music\n1111111|08:00:00|*|*|*|||StopPlaylist|music\n"
+        "1111111|08:05:00|*|*|*|||PlayPlaylist|evening\n");
     row("an early stop and the next playlist", "early-stop",
         "1111111|08:00:00|*|*|*|||PlayPlaylist|morning,50,music\n1111111|07:05:00|*|*|*|||StopPlaylist|music\n"
         "1111111|08:05:00|*|*|*|||PlayPlaylist|evening\n");
@@ -159,27 +160,6 @@ void CheckTogetherTest::ClockChangesAreThoseOfDst()
         // The request ahead of a start is in the hour that comes twice, where the start is not.
         QCOMPARE(told, isShown ? u"clock-change"_s : QString());
     }
-}
-
-void CheckTogetherTest::OfTwoValuesTheLaterLineComesLast()
-{
-    const QByteArray schedule = "1111111|08:00:00|*|*|*|||Volume|90\n1111111|08:00:00|*|*|*|||Volume|10\n";
-    QCOMPARE(Kinds(Check(schedule)), u"two-values"_s);
-    const QStringList requests =
-        Run(u"rehearse"_s, schedule, {u"--from"_s, u"2024-05-15"_s}).filter(u"SetMasterVolume"_s);
-    QCOMPARE(requests.size(), 2);
-    QVERIFY2(requests.last().contains(u"(10"_s), qPrintable(requests.last()));
-}
-
-void CheckTogetherTest::BothPlaylistsAreAskedFor()
-{
-    const QByteArray schedule =
-        "1111111|08:00:00|*|*|*|||PlayPlaylist|morning\n1111111|08:05:00|*|*|*|||PlayPlaylist|evening\n";
-    QCOMPARE(Kinds(Check(schedule)), u"two-playlists"_s);
-    const QStringList lines = Run(u"rehearse"_s, schedule, {u"--from"_s, u"2024-05-15"_s});
-    QCOMPARE(lines.filter(u" PlayPlaylist("_s).size(), 2);
-    QCOMPARE(lines.filter(u"StopPlay("_s).size(), 0);
-    QCOMPARE(lines.filter(u"ends 08:11:02"_s).size(), 1);
 }
 
 void CheckTogetherTest::ManyLinesOfOneSecondTakeNoTime()

@@ -175,13 +175,14 @@ void tst_Diff::ARejectedLineOfTheNewFileGivesStatus2()
     const CommandCall call;
     call.Write(u"old.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\n");
     call.Write(u"new.csv"_s, "1111111|06:00:00|*|*|*|||volume|5\n");
-    QCOMPARE(
-        call.Run("diff old.csv new.csv --from 2024-05-15 --tz UTC"),
-        (CommandCall::Result{2,
-                             u"- 06:00:00              set the master volume to 5                    every day  (line "
-                             "1)\n\n"_s +
-                                 IN_FORCE + u"    ~ master volume: 5 -> not set\n"_s,
-                             u"new.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s}));
+    QCOMPARE(call.Run("diff old.csv new.csv --from 2024-05-15 --tz UTC"),
+             (CommandCall::Result{
+                 2,
+                 u"- 06:00:00              set the master volume to 5                    every day  (line "
+                 "1)\n\n"_s +
+                     IN_FORCE + u"    ~ master volume: 5 -> not set\n"_s,
+                 u"new.csv:1: error: the daemon leaves the line out: task: no task is called \"volume\"; did you mean "
+                 "Volume? Write it to the letter (the daemon logs \"Unknown task (99)\")\n"_s}));
 }
 
 void tst_Diff::ARejectedLineOfTheOldFileIsOnlyTold()
@@ -190,7 +191,11 @@ void tst_Diff::ARejectedLineOfTheOldFileIsOnlyTold()
     call.Write(u"old.csv"_s, "1111111|06:00:00|*|*|*|||volume|5\n");
     call.Write(u"new.csv"_s, "");
     QCOMPARE(call.Run("diff old.csv new.csv"),
-             (CommandCall::Result{0, {}, u"old.csv:1: error: Unknown task (99): the daemon leaves the line out\n"_s}));
+             (CommandCall::Result{0,
+                                  {},
+                                  u"old.csv:1: error: in the old schedule the daemon leaves the line out: task: no "
+                                  u"task is called \"volume\"; did you mean "
+                                  "Volume? Write it to the letter (the daemon logs \"Unknown task (99)\")\n"_s}));
 }
 
 void tst_Diff::PlaylistsAreThoseOfEachSide_data()

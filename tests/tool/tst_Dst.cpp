@@ -13,6 +13,7 @@ private Q_SLOTS:
     void TheClocksChange_data();
     void TheClocksChange();
     void APlaylistIsJoinedLateUnlessItHasPlayedBefore();
+    void APlaylistInTheFirstSecondsThatAreLeftOutIsAskedForBeforeThem();
     void ARejectedLineIsToldAndGivesStatus2();
 };
 
@@ -42,9 +43,27 @@ void tst_Dst::TheClocksChange_data()
         "Europe/Rome",
         "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
         "  line 1, 03:00:05, play the message a.mp3: is asked for twice: at 02:59:57+02:00 and 02:59:57+01:00\n");
+    row("a message in the first seconds that are left out is asked for before them",
+        "1111111|02:00:05|*|*|*|||PlayMessage|a.mp3\n1111111|02:00:07|*|*|*|||PlayMessage|b.mp3\n"
+        "1111111|02:00:08|*|*|*|||PlayMessage|c.mp3\n1111111|01:59:59|*|*|*|||PlayMessage|d.mp3\n"
+        "1111111|03:00:05|*|*|*||20240601|PlayMessage|e.mp3\n",
+        "Europe/Rome",
+        "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
+        "  line 1, 02:00:05, play the message a.mp3: is asked for twice: at 01:59:57+02:00 and 02:00:00+01:00\n"
+        "  line 2, 02:00:07, play the message b.mp3: is asked for twice: at 01:59:59+02:00 and 02:00:00+01:00\n"
+        "  line 3, 02:00:08, play the message c.mp3: is asked for twice: at 02:00:00+02:00 and 02:00:00+01:00\n"
+        "Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+        "  line 1, 02:00:05, play the message a.mp3: is asked for once: at 01:59:57+01:00; it is to begin at "
+        "02:00:05, which does not come\n"
+        "  line 2, 02:00:07, play the message b.mp3: is asked for once: at 01:59:59+01:00; it is to begin at "
+        "02:00:07, which does not come\n"
+        "  line 3, 02:00:08, play the message c.mp3: does not start: the clocks are put forward over 02:00:08\n");
     row("a message at the change is asked for before it", "1111111|02:00:00|*|*|*|||PlayMessage|a.mp3\n", "Europe/Rome",
         "Sun 2024-10-27: at 03:00:00 the clocks are put back to 02:00:00\n"
-        "  line 1, 02:00:00, play the message a.mp3: is asked for once: at 01:59:52+02:00\n");
+        "  line 1, 02:00:00, play the message a.mp3: is asked for once: at 01:59:52+02:00\n"
+        "Sun 2025-03-30: at 02:00:00 the clocks are put forward to 03:00:00\n"
+        "  line 1, 02:00:00, play the message a.mp3: is asked for once: at 01:59:52+01:00; it is to begin at "
+        "02:00:00, which does not come\n");
     row("half an hour on an island", "1111111|01:45:00|*|*|*|||Volume|5\n1111111|02:15:00|*|*|*|||Volume|6\n",
         "Australia/Lord_Howe",
         "Sun 2024-10-06: at 02:00:00 the clocks are put forward to 02:30:00\n"
@@ -123,14 +142,34 @@ void tst_Dst::APlaylistIsJoinedLateUnlessItHasPlayedBefore()
              "02:59:22+01:00\n"_s);
 }
 
+void tst_Dst::APlaylistInTheFirstSecondsThatAreLeftOutIsAskedForBeforeThem()
+{
+    const CommandCall call;
+    call.Write(u"s.csv"_s, "1111111|02:00:05|*|*|*|||PlayPlaylist|often\n");
+    call.Write(u"often"_s, "first.mp3;60\nsecond.mp3;60\n");
+    const CommandCall::Result result = call.Run("dst s.csv --from 2027-03-01 --years 1 --tz Europe/Rome");
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output,
+             u"Sun 2027-03-28: at 02:00:00 the clocks are put forward to 03:00:00\n"
+             "  line 1, 02:00:05, play the playlist often: is asked for once: at 01:59:57+01:00; it is to begin at "
+             "02:00:05, which does not come\n"
+             "Sun 2027-10-31: at 03:00:00 the clocks are put back to 02:00:00\n"
+             "  line 1, 02:00:05, play the playlist often: is asked for twice: at 01:59:57+02:00 and "
+             "02:00:00+01:00\n"_s);
+    const QString night = call.Run("rehearse s.csv --from 2027-03-28 --days 1 --tz Europe/Rome").output;
+    QVERIFY2(night.contains(u"PlayPlaylist(\"often\", \"\", 1, \"02:00:05\", false)"_s), qPrintable(night));
+}
+
 void tst_Dst::ARejectedLineIsToldAndGivesStatus2()
 {
     const CommandCall call;
     call.Write(u"s.csv"_s, "nonsense\n");
     const CommandCall::Result result = call.Run("dst s.csv --from 2024-05-15 --tz UTC");
-    QCOMPARE(result.errors,
-             u"s.csv:1: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
-             "line out\n"_s);
+    QCOMPARE(
+        result.errors,
+        u"s.csv:1: error: the daemon leaves the line out: line: has 1 of the 8 fields that a line needs; write "
+        u"days|start time|day|month|year|from|to|task, and "
+        "|parameters where there are any (the daemon logs \"Wrong action fields (1 found, at least 8 expected)\")\n"_s);
     QCOMPARE(result.output,
              u"From Wed 2024-05-15 to Tue 2029-05-15 no start is touched by a change of the clocks.\n"_s);
     QCOMPARE(result.status, 2);

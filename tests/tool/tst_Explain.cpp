@@ -13,7 +13,7 @@ class tst_Explain final : public QObject
 private Q_SLOTS:
     void ALineIsSaidInWords_data();
     void ALineIsSaidInWords();
-    void ARejectedLineTellsTheDaemonsReason();
+    void ARejectedLineTellsTheReasonAndWhatToWrite();
     void LinesComeFromStandardInput();
     void StandardInputIsReadAsAFileIs_data();
     void StandardInputIsReadAsAFileIs();
@@ -153,15 +153,18 @@ void tst_Explain::ALineIsSaidInWords()
     QCOMPARE(result.status, 0);
 }
 
-void tst_Explain::ARejectedLineTellsTheDaemonsReason()
+void tst_Explain::ARejectedLineTellsTheReasonAndWhatToWrite()
 {
     const CommandCall call;
     QCOMPARE(
         call.Run("explain 1111111|06:00:00|*|*|*|||light|1 a|b 1111111|06:00:00|*|*|*|||Volume|5"),
-        (CommandCall::Result{2, u"Every day at 06:00:00, set the master volume to 5.\n"_s,
-                             u"line 1: error: Unknown task (99): the daemon leaves the line out\n"
-                             "line 2: error: Wrong action fields (2 found, at least 8 expected): the daemon leaves the "
-                             "line out\n"_s}));
+        (CommandCall::Result{
+            2, u"Every day at 06:00:00, set the master volume to 5.\n"_s,
+            u"line 1: error: the daemon leaves the line out: task: no task is called \"light\"; did you "
+            "mean Light? Write it to the letter (the daemon logs \"Unknown task (99)\")\n"
+            "line 2: error: the daemon leaves the line out: line: has 2 of the 8 fields that a line needs; write "
+            "days|start time|day|month|year|from|to|task, and "
+            "|parameters where there are any (the daemon logs \"Wrong action fields (2 found, at least 8 expected)\")\n"_s}));
 }
 
 void tst_Explain::LinesComeFromStandardInput()
@@ -211,8 +214,10 @@ void tst_Explain::AMissingPlaylistIsRejectedWhereTheFolderIsKnown()
     QCOMPARE(call.Run("explain --playlists lists 1111111|06:00:00|*|*|*|||PlayPlaylist|evening"),
              (CommandCall::Result{2,
                                   {},
-                                  u"line 1: error: Playlist file open failed (path=lists/evening); TASK "
-                                  "CREATION FAILED: the daemon leaves the line out\n"_s}));
+                                  u"line 1: error: the daemon leaves the line out: parameters: the playlist "
+                                  "\"evening\" cannot be opened: lists/evening; write the name of a readable file of "
+                                  "that folder, or bring the file there (the daemon logs \"Playlist file open failed "
+                                  "(path=lists/evening); TASK CREATION FAILED\")\n"_s}));
 }
 
 void tst_Explain::ANameThatLeadsOutOfTheFolderMakesNoFile()
@@ -224,6 +229,7 @@ void tst_Explain::ANameThatLeadsOutOfTheFolderMakesNoFile()
         call.Run({u"explain"_s, u"1111111|06:00:00|*|*|*|||PlayPlaylist|%1"_s.arg(name)});
     QCOMPARE(result.status, 2);
     QVERIFY(!QFile::exists(outside));
+    QVERIFY2(!result.errors.contains(QDir::tempPath() + u"/ozna"_s), qPrintable(result.errors));
 }
 
 void tst_Explain::ControlCharactersAreShownAndNotSent()

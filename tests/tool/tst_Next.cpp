@@ -21,6 +21,7 @@ private Q_SLOTS:
     void TheNextStartsComeInOrder_data();
     void TheNextStartsComeInOrder();
     void ALineHasEightyColumnsAtMost();
+    void OfALatePlaylistTheNameIsCutAndNotTheTrack();
     void JsonIsLikeThatOfARehearsal_data();
     void JsonIsLikeThatOfARehearsal();
     void JsonTellsOfIdleLinesWhatTheTableTells();
@@ -82,8 +83,8 @@ void tst_Next::TheNextStartsComeInOrder_data()
            "line 1 starts at midnight, once after a load, and then never again\n";
     QTest::newRow("a start at another moment than its own")
         << QByteArray("0000100|23:59:00|*|*|*|20240517|20240517|PlayPlaylist|night\n") << "2024-05-16" << 1
-        << "Thu 2024-05-16 23:59:00  in 1 d          PlayPlaylist  night from ... line 1\n"
-           "                         starts Fri 2024-05-17 00:00:00, late\n";
+        << "Thu 2024-05-16 23:59:00  in 1 d          PlayPlaylist  night          line 1\n"
+           "                         from track 2, starts Fri 2024-05-17 00:00:00, late\n";
     QTest::newRow("what is too long for a line is cut")
         << QByteArray("1111111|08:30:00|*|*|*|||PlayMessage|a message for all who are in the building.mp3\n"
                       "1111111|09:30:00|*|*|*|||19|1,1\n")
@@ -115,6 +116,22 @@ void tst_Next::TheNextStartsComeInOrder()
     QCOMPARE(call.Run({u"next"_s, u"s.csv"_s, u"--from"_s, from, u"-n"_s, QString::number(count), u"--tz"_s,
                        u"Europe/Rome"_s}),
              (CommandCall::Result{0, table, {}}));
+}
+
+// The clocks are put forward over its start.
+void tst_Next::OfALatePlaylistTheNameIsCutAndNotTheTrack()
+{
+    const CommandCall call;
+    const QByteArray name = "songs of spring for the whole house";
+    call.Write(QString::fromLatin1(name), "first.mp3;60\nsecond.mp3;60\n");
+    call.Write(u"a"_s, "first.mp3;60\nsecond.mp3;60\n");
+    call.Write(u"s.csv"_s,
+               "0000000|02:59:30|30|3|2025|||PlayPlaylist|" + name + "\n0000000|02:59:31|30|3|2025|||PlayPlaylist|a\n");
+    const QStringList rows = call.Run("next s.csv --from 2025-03-30 -n 2 --tz Europe/Rome").output.split(u'\n');
+    QVERIFY2(rows[0].endsWith("  PlayPlaylist  songs of sp... line 1"_L1), qPrintable(rows[0]));
+    QCOMPARE(rows[1].trimmed(), u"from track 2, starts Sun 2025-03-30 03:00:00, late"_s);
+    QVERIFY2(rows[2].endsWith("  PlayPlaylist  a from track 2 line 2"_L1), qPrintable(rows[2]));
+    QCOMPARE(rows[3].trimmed(), u"starts Sun 2025-03-30 03:00:00, late"_s);
 }
 
 void tst_Next::ALineHasEightyColumnsAtMost()
@@ -207,14 +224,17 @@ void tst_Next::ARejectedLineIsToldAndGivesStatus2()
     const CommandCall call;
     call.Write(u"s.csv"_s, "1111111|06:00:00|*|*|*|||Volume|5\nnonsense\n");
     const CommandCall::Result result = call.Run("next s.csv --from 2024-05-15 -n 1");
-    QCOMPARE(result.errors,
-             u"s.csv:2: error: Wrong action fields (1 found, at least 8 expected): the daemon leaves the "
-             "line out\n"_s);
+    QCOMPARE(
+        result.errors,
+        u"s.csv:2: error: the daemon leaves the line out: line: has 1 of the 8 fields that a line needs; write "
+        u"days|start time|day|month|year|from|to|task, and "
+        "|parameters where there are any (the daemon logs \"Wrong action fields (1 found, at least 8 expected)\")\n"_s);
     QCOMPARE(result.output.count(u'\n'), 1);
     QCOMPARE(result.status, 2);
 
     call.Write(u"a%2%3.csv"_s, "nonsense\n");
-    QVERIFY(call.Run({u"next"_s, u"a%2%3.csv"_s}).errors.startsWith("a%2%3.csv:1: error: Wrong action fields "_L1));
+    QVERIFY(call.Run({u"next"_s, u"a%2%3.csv"_s})
+                .errors.startsWith("a%2%3.csv:1: error: the daemon leaves the line out: line: has 1 of "_L1));
 }
 
 void tst_Next::ANumberThatIsNoneIsRefused()

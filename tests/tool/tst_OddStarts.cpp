@@ -47,6 +47,8 @@ class tst_OddStarts final : public QObject
 private Q_SLOTS:
     void EveryCommandSaysTheSame_data();
     void EveryCommandSaysTheSame();
+    void WithoutTheTracksAPlaylistMayBeFoundAtMidnight_data();
+    void WithoutTheTracksAPlaylistMayBeFoundAtMidnight();
 };
 
 void tst_OddStarts::EveryCommandSaysTheSame_data()
@@ -146,6 +148,39 @@ void tst_OddStarts::EveryCommandSaysTheSame()
     for (const QString& row : next.split(u'\n'))
         starts += row.contains(u"  line 1"_s) ? 1 : 0;
     QCOMPARE(starts, forLong.isEmpty() ? 0 : 2);
+}
+
+void tst_OddStarts::WithoutTheTracksAPlaylistMayBeFoundAtMidnight_data()
+{
+    QTest::addColumn<QString>("time");
+    QTest::addColumn<QString>("words");
+
+    QTest::newRow("midnight") << u"00:00:00"_s
+                              << u" it may start at midnight once after a load, if the playlist has more than one "
+                                 "track, and otherwise never starts."_s;
+    QTest::newRow("by chance") << u"00:00:02"_s
+                               << u" it "_s + QLatin1String(IN_2) + QLatin1String(ALWAYS_ONCE) +
+                                      u", if the playlist has more than one track."_s;
+    QTest::newRow("the evening before") << u"24:00:00"_s
+                                        << u" it "_s + QLatin1String(BEFORE_AND_ONCE) +
+                                               u", if the playlist has more than one track."_s;
+    QTest::newRow("no time") << u"07:60:05"_s
+                             << u" The time does not exist: it may start at midnight, once after a load, if the "
+                                "playlist has more than one track."_s;
+}
+
+void tst_OddStarts::WithoutTheTracksAPlaylistMayBeFoundAtMidnight()
+{
+    QFETCH(const QString, time);
+    QFETCH(const QString, words);
+    const CommandCall call;
+    const auto explain = [&](const QString& task) {
+        return call.Run({u"explain"_s, u"1111111|%1|*|*|*|||%2"_s.arg(time, task)}).output;
+    };
+    const QString explained = explain(u"PlayPlaylist|p2"_s);
+    QVERIFY2(explained.contains(words), qPrintable(explained));
+    const QString message = explain(u"PlayMessage|gong.mp3"_s);
+    QVERIFY2(!message.contains(u"playlist"_s), qPrintable(message));
 }
 
 OZNA_CASE(OddStarts, tst_OddStarts)

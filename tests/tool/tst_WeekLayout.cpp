@@ -15,7 +15,7 @@ namespace
 
 // A marked entry has a line for its mark.
 const WeekLayout::RoomOf ROOM = [](const Event& /*event*/, bool isCarried, int /*columns*/) {
-    return WeekLayout::Room{isCarried ? 1 : 2, 1};
+    return WeekLayout::Room{{isCarried ? 1 : 2, 1}, 1};
 };
 
 const QTime MIDNIGHT(0, 0);
@@ -34,6 +34,19 @@ Event Playing(const char* begin, const char* end)
     if (*end != '\0')
         event.end_ms = At(end);
     return event;
+}
+
+// Whether each entry stands below the one before, and the last one within the day.
+bool IsApart(const WeekLayout::Day& day, const WeekLayout::Week& week, size_t width)
+{
+    double free = 0;
+    for (const WeekLayout::Entry& entry : day.entries)
+    {
+        if (entry.top.at(width) < free)
+            return false;
+        free = entry.top.at(width) + entry.room.rows.at(width);
+    }
+    return free <= week.scale.at(width).Rows();
 }
 
 // "25: 22:00-24:00>" for each day that has a part; "<" goes on from before, ">" goes on, "~" has an open end.
@@ -74,7 +87,7 @@ private Q_SLOTS:
 
 void WeekLayoutTest::BarsThatOverlapStandSideBySide_data()
 {
-    using Bars = std::vector<Lanes::Bar>;
+    using Bars = std::vector<Lanes::Extent>;
     QTest::addColumn<Bars>("bars");
     QTest::addColumn<std::vector<int>>("lanes");
     QTest::newRow("none") << Bars{} << std::vector<int>{};
@@ -88,8 +101,21 @@ void WeekLayoutTest::BarsThatOverlapStandSideBySide_data()
 
 void WeekLayoutTest::BarsThatOverlapStandSideBySide()
 {
-    QFETCH(const std::vector<Lanes::Bar>, bars);
-    QTEST(Lanes::Assign(bars), "lanes");
+    QFETCH(const std::vector<Lanes::Extent>, bars);
+    std::vector<Lanes::Bar> alike;
+    std::vector<Lanes::Bar> narrow;
+    std::vector<Lanes::Bar> wide;
+    for (const Lanes::Extent& bar : bars)
+    {
+        alike.push_back({bar, bar});
+        // In the other layout they stand below one another.
+        const auto row = static_cast<double>(alike.size());
+        narrow.push_back({bar, Lanes::Extent{row, row + 1}});
+        wide.push_back({Lanes::Extent{row, row + 1}, bar});
+    }
+    QTEST(Lanes::Assign(alike), "lanes");
+    QTEST(Lanes::Assign(narrow), "lanes");
+    QTEST(Lanes::Assign(wide), "lanes");
 }
 
 void WeekLayoutTest::APlaybackIsCutAtMidnight_data()
@@ -137,14 +163,10 @@ void WeekLayoutTest::EveryEventHasOneEntryOfItsOwn()
     {
         for (const WeekLayout::Day& day : week.days)
         {
-            double free = 0;
             for (const WeekLayout::Entry& entry : day.entries)
-            {
                 (entry.isCarried ? carried : own[entry.event]) += 1;
-                QVERIFY2(entry.top >= free, qPrintable(day.date.toString()));
-                free = entry.top + entry.room.rows;
-            }
-            QVERIFY(free <= week.scale.Rows());
+            for (size_t width = 0; width < WeekLayout::WIDTHS; ++width)
+                QVERIFY2(IsApart(day, week, width), qPrintable(day.date.toString()));
         }
     }
     QCOMPARE(own, std::vector<int>(events.size(), 1));

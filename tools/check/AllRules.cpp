@@ -19,9 +19,10 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
     FindOddPairs(lines, entries, findings);
     FindTwoInASecond(entries, today, findings);
     FindOddPlaylistTimes(entries, today, findings);
+    FindStopsAtStart(entries, today, findings);
     if (options.isZoneKnown)
         FindChangedHours(entries, today, findings);
-    FindEarlyLoads(lines, today, findings);
+    FindEarlyLoads(lines, entries, today, findings);
     FindBlocking(workspace, entries, today, findings);
     FindAbsentPeers(workspace, entries, options.absentPeers, findings);
     Columns::Fill(lines, findings);

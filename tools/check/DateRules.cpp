@@ -15,11 +15,34 @@ namespace
 constexpr int LONGEST_WAIT_DAYS = 8 * 366 + 1;
 
 const QString DATE_FORMAT = QStringLiteral("yyyy-MM-dd");
+const QString EACH_DAY = QStringLiteral("write 0 or 1 for each day from Monday to Sunday");
 const QString NO_LIMIT = QStringLiteral("*"); // not the form that is asked for, but what it means is what happens
 
 Finding New(const Entry& entry, FindingKind kind, Field field, const QString& text, const QString& advice)
 {
     return {entry.line.number, kind, Entry::FieldName(field), text, advice};
+}
+
+// Whether the line has a date, readable or not.
+bool HasDate(const Entry& entry)
+{
+    constexpr std::array FIELDS{FIELD_DAY, FIELD_MONTH, FIELD_YEAR};
+    return std::ranges::any_of(
+        FIELDS, [&](Field field) { return !entry.Field(field).isEmpty() && entry.Field(field) != NO_LIMIT; });
+}
+
+// What a row of digits may mean that is too short.
+QString AdviseDays(const QString& days)
+{
+    const QString first = days.leftJustified(DAYS_A_WEEK, u'0');
+    if (!days.contains(u'1'))
+        return EACH_DAY + QStringLiteral(", with a 1 for one of them or more");
+    if (days.startsWith(u'0'))
+        return EACH_DAY + QStringLiteral(", as ") + first;
+    // Numbers have no zeros at their front.
+    return QStringLiteral("write %1 if the days at the end are missing, or %2 if a spreadsheet dropped the zeros at "
+                          "the front")
+        .arg(first, days.rightJustified(DAYS_A_WEEK, u'0'));
 }
 
 // Whether days were meant that the daemon does not read.
@@ -29,19 +52,22 @@ bool LookAtDays(const Entry& entry, Findings& findings)
     const bool isPlain = std::ranges::all_of(days, [](QChar sign) { return sign == u'0' || sign == u'1'; });
     if (isPlain && days.size() == DAYS_A_WEEK)
         return false;
-    const QString meant = Meant::Days(days);
+    QString meant = Meant::Days(days);
+    // No day at all is meant only beside a date.
+    if (!meant.contains(u'1') && !HasDate(entry))
+        meant.clear();
     Finding finding =
         New(entry, FindingKind::DAYS_FORM, FIELD_DAYS,
-            isPlain ? QStringLiteral("\"%1\" has %2 characters instead of 7").arg(days).arg(days.size())
+            isPlain ? QStringLiteral("\"%1\" has %2 character%3 instead of 7")
+                          .arg(days)
+                          .arg(days.size())
+                          .arg(days.size() == 1 ? QString() : QStringLiteral("s"))
                     : QStringLiteral("\"%1\": only a \"1\" of the first 7 characters means a day").arg(days),
-            meant.isEmpty() ? QStringLiteral("write 0 or 1 for each day from Monday to Sunday")
-                            : QStringLiteral("write ") + meant);
+            meant.isEmpty() ? EACH_DAY : QStringLiteral("write ") + meant);
     if (!meant.isEmpty())
         finding.suggestion = entry.With(FIELD_DAYS, meant);
-    // Numbers have no zeros at their front.
     else if (isPlain && !days.isEmpty() && days.size() < DAYS_A_WEEK)
-        finding.advice +=
-            QStringLiteral("; a spreadsheet drops zeros at the front: %1?").arg(days.rightJustified(DAYS_A_WEEK, u'0'));
+        finding.advice = AdviseDays(days);
     findings.Add(finding);
     return !meant.isEmpty();
 }

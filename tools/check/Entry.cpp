@@ -65,17 +65,20 @@ QString Entry::FieldName(ScheduleFields::Field field)
     return QString::fromLatin1(NAMES.at(static_cast<size_t>(field)));
 }
 
+Entry Entry::Of(ScheduleLine& line)
+{
+    const LineFields fields(line.text);
+    return {line, fields.Count(), StringUtils::FirstTokens(line.text, FIELD_SEPARATOR, FIELD_COUNT),
+            StringUtils::FirstTokens(QString(fields.Parameters()), PARAMETER_SEPARATOR, MOST_PARAMETERS)};
+}
+
 std::vector<Entry> Entry::Of(std::vector<ScheduleLine>& lines)
 {
     std::vector<Entry> entries;
     for (ScheduleLine& line : lines)
     {
-        if (line.isSkipped)
-            continue;
-        const LineFields fields(line.text);
-        entries.push_back(
-            {line, fields.Count(), StringUtils::FirstTokens(line.text, FIELD_SEPARATOR, FIELD_COUNT),
-             StringUtils::FirstTokens(QString(fields.Parameters()), PARAMETER_SEPARATOR, MOST_PARAMETERS)});
+        if (!line.isSkipped)
+            entries.push_back(Of(line));
     }
     return entries;
 }

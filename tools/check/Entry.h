@@ -39,6 +39,9 @@ struct Entry
     // How the documents call a field; FIELD_COUNT stands for the whole line.
     [[nodiscard]] static QString FieldName(ScheduleFields::Field field);
 
-    // lines: outlive the entries.
+    // line: outlives the entry.
+    [[nodiscard]] static Entry Of(ScheduleLine& line);
+
+    // Those of the lines that the daemon looks at. lines: outlive the entries.
     [[nodiscard]] static std::vector<Entry> Of(std::vector<ScheduleLine>& lines);
 };

@@ -59,6 +59,7 @@ enum class FindingKind : std::uint8_t
     UNMATCHED_STOP,
     NEVER_STOPPED,
     EARLY_STOP,
+    STOPPED_AT_START,
     TWO_PLAYLISTS,
     TWO_MESSAGES,
     TWO_VALUES,

@@ -88,17 +88,23 @@ void LookAtReturns(const Workspace& workspace, std::vector<ScheduleLine>& lines,
 // A line of names of columns, above the first entry.
 bool IsHeader(const ScheduleLine& line)
 {
-    constexpr int LEAST_NAMES = 4;
+    // Beside such a name a word that is a day's, or near a task's, is a column's too.
+    static const QRegularExpression COLUMN(
+        QStringLiteral("^(days?|(start )?(time|date)|from|to|task|parameters?|volume|message|file|name)$"),
+        QRegularExpression::CaseInsensitiveOption);
+    // No number, no file's name, no address.
+    static const QRegularExpression NAME(QStringLiteral("^[(]?\\p{L}[\\p{L}\\d _()/-]*\\.?$"));
     const QStringList parts = Cells::Of(line.text, QStringLiteral("|;,\t")).parts;
-    const auto names = std::ranges::count_if(parts, [](const QString& part) {
-        return !part.isEmpty() && part[0].isLetter() && Meant::Days(part).isEmpty();
-    });
-    const bool hasTask = std::ranges::any_of(
-        parts, [](const QString& part) { return TypeOfScheduleName(part) != TASK_UNKNOWN && part != u"Volume"; });
-    const bool hasTime = std::ranges::any_of(parts, [](const QString& part) {
-        return !part.isEmpty() && part[0].isDigit() && !Meant::Time(part).isEmpty();
-    });
-    return names >= LEAST_NAMES && !hasTask && !hasTime;
+    const auto isColumn = [](const QString& part) { return COLUMN.match(part).hasMatch(); };
+    const auto isName = [](const QString& part) { return part.isEmpty() || NAME.match(part).hasMatch(); };
+    const auto isTask = [](const QString& part) { return TypeOfScheduleName(part) != TASK_UNKNOWN; };
+    const auto isNearTask = [](const QString& part) {
+        return !Meant::Days(part).isEmpty() || !Meant::Task(part).isEmpty() ||
+               !Meant::TaskAndParameters(part).isEmpty();
+    };
+    return parts.size() > 1 && std::ranges::all_of(parts, isName) &&
+           std::ranges::none_of(parts, [&](const QString& part) { return isTask(part) && !isColumn(part); }) &&
+           (std::ranges::any_of(parts, isColumn) || std::ranges::none_of(parts, isNearTask));
 }
 
 // Text that was meant for people: nothing in it is a field.

@@ -127,7 +127,11 @@ std::optional<LineForm> WithFit(const ScheduleLine& line)
     if (parts.size() < 2 || !fit.IsLine())
         return std::nullopt;
     std::optional<LineForm> form;
-    if (!fit.missing.empty())
+    if (fit.hasWholeDate)
+        form = Form(KindOf(line), FIELD_DAY, BeginOf(line.text, FIELD_DAY),
+                    QStringLiteral("has a whole date in the place of day, month and year"),
+                    QStringLiteral("write \"|\" between its numbers"));
+    else if (!fit.missing.empty())
     {
         const Field field = fit.missing.front();
         form = Form(KindOf(line), field, BeginOf(line.text, field),

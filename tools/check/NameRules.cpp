@@ -1,3 +1,4 @@
+#include "Columns.h"
 #include "Rules.h"
 
 #include "engine/Workspace.h"
@@ -52,6 +53,24 @@ void LookAtSemicolon(const Entry& entry, Findings& findings)
                      isVolume ? name + u',' + behind : name));
 }
 
+// A blank where a "," was meant: behind the ending of a file's name, or in an address, and a volume behind it.
+void LookAtBlank(const Entry& entry, Findings& findings)
+{
+    static const QRegularExpression MESSAGE(QStringLiteral(R"(^(.*\S\.[A-Za-z]\w{1,3})(\s+)(\S.*)$)"));
+    static const QRegularExpression STREAM(QStringLiteral(R"(^(\S+)(\s+)(\S.*)$)"));
+    const QString given = entry.parameters.value(0);
+    const auto match = (entry.Is(TASK_PLAY_MESSAGE) ? MESSAGE : STREAM).match(given);
+    const std::optional<int> number = NumberText::ToInt(QStringView(Meant::Number(match.captured(3))));
+    if (!match.hasMatch() || entry.parameters.size() > 1 || !number || *number < 0 || *number > LOUDEST)
+        return;
+    const QString meant = match.captured(1) + QLatin1Char(PARAMETER_SEPARATOR) + QString::number(*number);
+    Finding finding = New(entry, FindingKind::SEPARATORS,
+                          QStringLiteral("the name is \"%1\": a blank separates nothing here").arg(given),
+                          QStringLiteral("write %1 for the volume %2").arg(meant).arg(*number), meant);
+    finding.column = Columns::OfParameter(entry.line.text, 0) + static_cast<int>(match.capturedStart(2));
+    findings.Add(finding);
+}
+
 void LookAtAddress(const Entry& entry, Findings& findings)
 {
     const QString given = entry.parameters.value(0);
@@ -73,7 +92,10 @@ void Rules::FindOddNames(const std::vector<Entry>& entries, Findings& findings)
     for (const Entry& entry : entries)
     {
         if (entry.Is(TASK_PLAY_STREAM) || entry.Is(TASK_PLAY_MESSAGE))
+        {
             LookAtSemicolon(entry, findings);
+            LookAtBlank(entry, findings);
+        }
         if (entry.Is(TASK_PLAY_STREAM) && !entry.parameters.value(0).contains(SEMICOLON))
             LookAtAddress(entry, findings);
     }

@@ -92,14 +92,30 @@ QString AdviseReadable(ParameterRole role)
     return advice != ADVICE.end() ? QString::fromLatin1(advice->text) : QStringLiteral("correct it");
 }
 
+// What "on" and "off" mean; empty where nobody knows.
+struct Switched
+{
+    ParameterRole role;
+    const char* on;
+    const char* off;
+};
+
+constexpr std::array SWITCHED{
+    Switched{ParameterRole::SWITCH, "1", "0"},
+    Switched{ParameterRole::INTENSITY, "100", "0"},
+    Switched{ParameterRole::FREQUENCY, "", "0"},
+    Switched{ParameterRole::MASTER_VOLUME, "", "0"},
+};
+
 // What was meant by a parameter that the task cannot read; empty where nobody knows.
 QString MeantBy(const QString& text, ParameterRole role)
 {
-    QString number = Meant::Number(text);
-    if (role == ParameterRole::FREQUENCY)
+    const QString number = Meant::Number(text);
+    if (!number.isEmpty() && (role == ParameterRole::FREQUENCY || IsWhole(number)))
         return number;
-    const QString whole = IsWhole(number) ? number : QString();
-    return role == ParameterRole::SWITCH && whole.isEmpty() ? Meant::Switch(text) : whole;
+    const auto* const row = std::ranges::find(SWITCHED, role, &Switched::role);
+    const QString meant = row != SWITCHED.end() ? Meant::Switch(text) : QString();
+    return meant.isEmpty() ? meant : QString::fromLatin1(meant == QLatin1String("1") ? row->on : row->off);
 }
 
 Finding Fallback(const Entry& entry, qsizetype place, ParameterRole role, const QString& text)
@@ -158,7 +174,10 @@ void LookAtCount(const Entry& entry, std::span<const ParameterRole> roles, Findi
     if (entry.Is(TASK_PLAY_RADIO_FM))
         finding.advice = QStringLiteral("write the fraction of a frequency with a point");
     if (entry.Is(TASK_PLAY_RADIO_FM) && !point.isEmpty())
+    {
+        finding.advice += QStringLiteral(": ") + point;
         finding.suggestion = entry.With(FIELD_PARAMETERS, point);
+    }
     else if (used > 0)
         finding.suggestion = entry.With(FIELD_PARAMETERS, kept.join(QLatin1Char(PARAMETER_SEPARATOR)));
     else

@@ -1,8 +1,8 @@
+#include "PlaylistLength.h"
 #include "Rules.h"
 #include "Span.h"
 
 #include "base/Moment.h"
-#include "tasks/PlayPlaylist.h"
 
 #include <QHash>
 #include <QSet>
@@ -27,23 +27,6 @@ QString Name(const Startable& playlist)
     return playlist.entry->parameters.value(0);
 }
 
-// Of an entry that plays a playlist: how long its tracks take. At most a day.
-qint64 Length_s(const Entry& entry)
-{
-    const auto* const playlist = qobject_cast<const PlayPlaylist*>(entry.GetAction()->m_task.get());
-    qint64 length_s = -PLAYLIST_GAP_S;
-    for (const PlaylistItem& track : playlist->Tracks())
-        length_s += std::max(track.duration_s, 0) + PLAYLIST_GAP_S;
-    return std::min(length_s, DAY_S);
-}
-
-// Whether each track tells how long it is.
-bool HasLength(const Entry& entry)
-{
-    const auto* const playlist = qobject_cast<const PlayPlaylist*>(entry.GetAction()->m_task.get());
-    return std::ranges::all_of(playlist->Tracks(), [](const PlaylistItem& track) { return track.duration_s > 0; });
-}
-
 // The playlists of a schedule, and what stops them.
 class Playlists final
 {
@@ -61,9 +44,13 @@ public:
             if (start.days.none())
                 continue;
             if (entry.Is(TASK_PLAY_PLAYLIST))
-                m_spans.push_back({start, Length_s(entry)});
+                m_spans.push_back({start, PlaylistLength::Of_s(entry)});
             else
-                m_stops.emplace(StopKey(Identifier(start), start.second), start);
+            {
+                const StopKey key(Identifier(start), start.second);
+                m_stops.emplace(key, start);
+                m_stopDays[key] |= start.days;
+            }
         }
     }
 
@@ -116,12 +103,13 @@ private:
                           QStringLiteral("write the days of line %1").arg(line)});
     }
 
-    // Whether there is a day on which the stop comes after the playlist's start, or while it plays past midnight.
+    // Whether there is a day on which the stop comes after the playlist was asked for, or while it plays past midnight.
     static bool Hits(const Startable& stop, const Span& play)
     {
-        if (stop.second >= play.second && (stop.days & play.days).any())
+        if (stop.second > play.second - Action::PREPARED_AHEAD_S && (stop.days & play.days).any())
             return true;
-        const bool isPlaying = !HasLength(*play.entry) || stop.second + DAY_S < play.second + play.length_s;
+        const bool isPlaying =
+            !PlaylistLength::IsKnown(*play.entry) || stop.second + DAY_S < play.second + play.length_s;
         return isPlaying && ((stop.days >> 1) & play.days).any();
     }
 
@@ -136,18 +124,19 @@ private:
                m_stoppedTooEarly.contains(play.entry->line.number);
     }
 
-    // The days on which something has stopped the first of the two before the second begins.
+    // The days on which something has stopped the first of the two, be it before it was heard, before the second
+    // begins.
     [[nodiscard]] YearDays::Bits Stopped(const Span::Meeting& meeting) const
     {
         YearDays::Bits days;
         const qint64 end_s = qint64{meeting.first.second} + meeting.ahead_s;
         const auto add = [&](const QString& identifier) {
             const auto addThose = [&](qint64 after_s, qint64 until_s, size_t daysLater) {
-                const auto end = m_stops.upper_bound({identifier, static_cast<int>(until_s)});
-                for (auto stop = m_stops.upper_bound({identifier, static_cast<int>(after_s)}); stop != end; ++stop)
-                    days |= stop->second.days >> daysLater;
+                const auto end = m_stopDays.upper_bound({identifier, static_cast<int>(until_s)});
+                for (auto stop = m_stopDays.upper_bound({identifier, static_cast<int>(after_s)}); stop != end; ++stop)
+                    days |= stop->second >> daysLater;
             };
-            addThose(meeting.first.second, end_s, 0);
+            addThose(qint64{meeting.first.second} - Action::PREPARED_AHEAD_S, end_s, 0);
             if (end_s >= DAY_S)
                 addThose(0, end_s - DAY_S, 1);
         };
@@ -177,7 +166,8 @@ private:
     const QDate m_today;
     std::vector<Span> m_spans;
     std::multimap<StopKey, Startable> m_stops;
-    QSet<int> m_stoppedTooEarly; // the lines of playlists
+    std::map<StopKey, YearDays::Bits> m_stopDays; // on which any stop comes: looked at for each pair of playlists
+    QSet<int> m_stoppedTooEarly;                  // the lines of playlists
 };
 
 } // namespace

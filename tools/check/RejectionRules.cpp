@@ -203,17 +203,21 @@ static_assert(IsIndexedByCause(), "a row stands at the place of its cause");
 
 } // namespace
 
+Finding Rules::RejectionOf(const Entry& entry)
+{
+    const Row& row = TABLE.at(static_cast<size_t>(entry.line.rejected->cause));
+    const Told told = row.tell(entry);
+    Finding finding{entry.line.number, row.kind, Entry::FieldName(row.field), told.text, told.advice};
+    finding.suggestion = told.suggestion;
+    finding.logged = entry.line.rejected->reason;
+    return finding;
+}
+
 void Rules::FindRejected(const std::vector<Entry>& entries, Findings& findings)
 {
     for (const Entry& entry : entries)
     {
-        if (!entry.line.IsRejected())
-            continue;
-        const Row& row = TABLE.at(static_cast<size_t>(entry.line.rejected->cause));
-        const Told told = row.tell(entry);
-        Finding finding{entry.line.number, row.kind, Entry::FieldName(row.field), told.text, told.advice};
-        finding.suggestion = told.suggestion;
-        finding.logged = entry.line.rejected->reason;
-        findings.Add(finding);
+        if (entry.line.IsRejected())
+            findings.Add(RejectionOf(entry));
     }
 }

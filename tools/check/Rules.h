@@ -29,7 +29,10 @@ struct Options
 // to it.
 void FindWrongForm(const Workspace& workspace, std::vector<ScheduleLine>& lines, Findings& findings);
 
-// The daemon's reasons for the lines that it leaves out.
+// Why the daemon leaves out a line that it rejects.
+[[nodiscard]] Finding RejectionOf(const Entry& entry);
+
+// That of each such line.
 void FindRejected(const std::vector<Entry>& entries, Findings& findings);
 
 // Lines that are comments though they look like entries, too many fields, and characters that get lost.
@@ -60,6 +63,9 @@ void FindTwoInASecond(const std::vector<Entry>& entries, const QDate& today, Fin
 // Playlists that begin while another one plays, and stops that never come behind their playlist's start.
 void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
+// Stops that end a message or a playlist as it begins, or when it has been asked for ahead of its start.
+void FindStopsAtStart(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
 // Starts in hours that the process's time zone leaves out or has twice.
 void FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
@@ -69,7 +75,8 @@ void FindOddMedia(const Workspace& workspace, MediaFolder& folder, const std::ve
                   const QDate& today, Findings& findings);
 
 // What a load on another day starts at midnight of its day, in the year from today on.
-void FindEarlyLoads(const std::vector<ScheduleLine>& lines, const QDate& today, Findings& findings);
+void FindEarlyLoads(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, const QDate& today,
+                    Findings& findings);
 
 // Entries that another one can delay, when a peer is slow, on a day of the year from today on.
 void FindBlocking(const Workspace& workspace, const std::vector<Entry>& entries, const QDate& today,

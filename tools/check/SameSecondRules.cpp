@@ -78,29 +78,78 @@ struct Candidate
 
 using Group = std::vector<Candidate>;
 
+// What all the groups of a schedule are looked at with.
+struct Context
+{
+    QDate today;
+    YearDays days;
+    std::vector<Startable> streamStops = {};
+};
+
 const Row* RowOf(const Entry& entry)
 {
     const auto* const row = std::ranges::find_if(TABLE, [&](const Row& each) { return entry.Is(each.type); });
     return row == TABLE.end() ? nullptr : row;
 }
 
-// Whether the radio was switched off before it is switched on anew, which is done in the order of the lines.
-bool IsChangeover(const Candidate& candidate, const Distinct& earlier)
+bool IsOf(const Candidate& candidate, const char* thing)
 {
-    return QLatin1String(candidate.row->thing) == QLatin1String(RADIO) && earlier.value == Off({});
+    return QLatin1String(candidate.row->thing) == QLatin1String(thing);
+}
+
+// Whether a stop of another second ends the stream before it is to begin anew. A stream that still plays is not begun.
+bool IsStoppedBetween(const Distinct& stream, const Context& context)
+{
+    YearDays::Bits playing = stream.days;
+    // The stop of the day after the last one is not known.
+    playing.reset(YearDays::DAYS - 1);
+    for (const Startable& stop : context.streamStops)
+    {
+        if (stop.second > Startable::Second(*stream.entry))
+            playing &= ~stop.days;
+        else if (stop.second < Startable::Second(*stream.entry))
+            playing &= ~(stop.days >> 1);
+    }
+    return playing.none();
+}
+
+// Whether what plays is stopped right before the next one begins, as it was meant. The two start in the order of the
+// lines as long as both start: what starts on days of its own comes last from then on.
+bool IsChangeover(const Candidate& candidate, const Distinct& own, const Distinct& earlier, const Context& context)
+{
+    if (earlier.value != Off({}) || (earlier.days & ~own.days).any())
+        return false;
+    return IsOf(candidate, RADIO) || (IsOf(candidate, STREAM) && IsStoppedBetween(own, context));
 }
 
 // Two messages are two, even if their files are the same; lines that are the same throughout are told as such.
-bool AreAtOdds(const Candidate& candidate, const Distinct& earlier)
+bool AreAtOdds(const Candidate& candidate, const Distinct& own, const Distinct& earlier, const Context& context)
 {
-    if (QLatin1String(candidate.row->thing) == QLatin1String(MESSAGE))
+    if ((own.days & earlier.days).none())
+        return false;
+    if (IsOf(candidate, MESSAGE))
         return candidate.entry->fields != earlier.entry->fields;
-    return candidate.value != earlier.value && !IsChangeover(candidate, earlier);
+    return own.value != earlier.value && !IsChangeover(candidate, own, earlier, context);
 }
 
-void Tell(const Candidate& candidate, const Distinct& earlier, const QString& day, Findings& findings)
+// What comes of two values.
+QString Outcome(const Candidate& candidate, const Distinct& own, const Distinct& earlier)
 {
-    const bool isMessage = QLatin1String(candidate.row->thing) == QLatin1String(MESSAGE);
+    const bool isStopped = own.value == Off({}) || earlier.value == Off({});
+    if (IsOf(candidate, STREAM) && isStopped)
+        return QStringLiteral("in either order of the lines the stream may be stopped as it begins, or not begin as it "
+                              "still plays");
+    if (own.days == earlier.days)
+        return QStringLiteral("the later line, this one, stays in force");
+    return QStringLiteral("the one that was started more recently comes last and stays in force, and the later line, "
+                          "this one, where neither was started since the load");
+}
+
+void Tell(const Candidate& candidate, const Distinct& own, const Distinct& earlier, const QDate& today,
+          Findings& findings)
+{
+    const QString day = Startable::FirstDay(own.days & earlier.days, today);
+    const bool isMessage = IsOf(candidate, MESSAGE);
     const int line = candidate.entry->line.number;
     const int other = earlier.entry->line.number;
     if (isMessage)
@@ -112,26 +161,26 @@ void Tell(const Candidate& candidate, const Distinct& earlier, const QString& da
                       QStringLiteral("write a time at which the message of line %1 has ended").arg(other)});
     else
         findings.Add({line, FindingKind::TWO_VALUES, Entry::FieldName(FIELD_START_TIME),
-                      QStringLiteral("line %1 sets the %2 otherwise in the same second, first on %3: the later line, "
-                                     "this one, stays in force")
-                          .arg(QString::number(other), QLatin1String(candidate.row->thing), day),
+                      QStringLiteral("line %1 sets the %2 otherwise in the same second, first on %3: %4")
+                          .arg(QString::number(other), QLatin1String(candidate.row->thing), day,
+                               Outcome(candidate, own, earlier)),
                       QStringLiteral("take one of the two lines out, or change its time or its days")});
 }
 
-void LookAt(const Group& group, YearDays& days, const QDate& today, Findings& findings)
+void LookAt(const Group& group, Context& context, Findings& findings)
 {
     std::vector<Distinct> earlier;
     for (const Candidate& candidate : group)
     {
-        const YearDays::Bits own = days.Of(*candidate.entry->GetAction());
+        const Distinct own{candidate.entry, candidate.value, context.days.Of(*candidate.entry->GetAction())};
         const auto odd = std::ranges::find_if(
-            earlier, [&](const Distinct& each) { return AreAtOdds(candidate, each) && (each.days & own).any(); });
+            earlier, [&](const Distinct& each) { return AreAtOdds(candidate, own, each, context); });
         if (odd != earlier.end())
-            Tell(candidate, *odd, Startable::FirstDay(odd->days & own, today), findings);
+            Tell(candidate, own, *odd, context.today, findings);
         const bool isKnown = std::ranges::any_of(
-            earlier, [&](const Distinct& each) { return each.value == candidate.value && each.days == own; });
+            earlier, [&](const Distinct& each) { return each.value == own.value && each.days == own.days; });
         if (!isKnown)
-            earlier.push_back({candidate.entry, candidate.value, own});
+            earlier.push_back(own);
     }
 }
 
@@ -147,6 +196,7 @@ bool IsHarmless(const Group& group)
 
 void Rules::FindTwoInASecond(const std::vector<Entry>& entries, const QDate& today, Findings& findings)
 {
+    Context context{today, YearDays(today)};
     QHash<std::pair<QLatin1String, int>, Group> groups;
     for (const Entry& entry : entries)
     {
@@ -154,11 +204,12 @@ void Rules::FindTwoInASecond(const std::vector<Entry>& entries, const QDate& tod
         const QString value = row != nullptr ? row->value(entry.parameters.value(0)) : QString();
         if (!value.isEmpty())
             groups[{QLatin1String(row->thing), Startable::Second(entry)}].push_back({&entry, row, value});
+        if (Startable::Is(entry) && entry.Is(TASK_STOP_STREAM))
+            context.streamStops.push_back({&entry, Startable::Second(entry), context.days.Of(*entry.GetAction())});
     }
-    YearDays days(today);
     for (const Group& group : std::as_const(groups))
     {
         if (!IsHarmless(group))
-            LookAt(group, days, today, findings);
+            LookAt(group, context, findings);
     }
 }

@@ -4,6 +4,8 @@
 #include "meant/Meant.h"
 #include "words/DaysText.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 #include <utility>
@@ -46,6 +48,37 @@ private:
     const std::uint8_t m_days;
 };
 
+// A whole date in the place of one field. Whether it is one, and that is told.
+bool LookAtDate(const Entry& entry, Findings& findings)
+{
+    constexpr std::array FIELDS{FIELD_DAY, FIELD_MONTH, FIELD_YEAR};
+    const auto* const place =
+        std::ranges::find_if(FIELDS, [&](Field field) { return !Meant::SpotDate(entry.Field(field)).isEmpty(); });
+    if (place == FIELDS.end())
+        return false;
+    QStringList meant = Meant::SpotDate(entry.Field(*place));
+    QString line = entry.line.text;
+    for (size_t i = 0; i < FIELDS.size(); ++i)
+    {
+        QString& part = meant[static_cast<qsizetype>(i)];
+        const QString other = FIELDS.at(i) == *place ? QString() : entry.Field(FIELDS.at(i));
+        const bool isSaid = !other.isEmpty() && other != ANY_SIGN;
+        if (isSaid && part == ANY_SIGN)
+            part = other;
+        // What says something else leaves nothing certain.
+        if (isSaid && (other.toInt() == 0 || other.toInt() != part.toInt()))
+            return false;
+        line = Entry::With(line, FIELDS.at(i), part);
+    }
+    Finding finding = New(entry, FindingKind::SPOT_ANY, *place,
+                          QStringLiteral("\"%1\" is a whole date, and counts as any").arg(entry.Field(*place)),
+                          QStringLiteral("write day, month and year in their own fields: ") +
+                              meant.join(QLatin1Char(FIELD_SEPARATOR)));
+    finding.suggestion = line;
+    findings.Add(finding);
+    return true;
+}
+
 // Whether something was meant that the daemon does not read.
 bool LookAtForm(const Entry& entry, Field field, int value, const char* form, Findings& findings)
 {
@@ -56,6 +89,9 @@ bool LookAtForm(const Entry& entry, Field field, int value, const char* form, Fi
     const bool isOfField = field != FIELD_MONTH || meant.toInt() <= LAST_MONTH;
     Finding finding = New(entry, FindingKind::SPOT_ANY, field, QStringLiteral("\"%1\" counts as any").arg(text),
                           QStringLiteral("write %1, or * for any").arg(QLatin1String(form)));
+    static const QRegularExpression NUMBERS(QStringLiteral("\\d[-./ ]\\s*\\d"));
+    if (NUMBERS.match(text).hasMatch())
+        finding.advice += QStringLiteral("; day, month and year have a field each");
     if (!meant.isEmpty() && isOfField)
     {
         finding.advice = QStringLiteral("write ") + meant;
@@ -139,7 +175,7 @@ QDate FirstOtherDate(const Action& action, const QDate& today, DueDays& dueDays)
 bool SpotRules::LookAtSpot(const Entry& entry, const QDate& today, DueDays& dueDays, Findings& findings)
 {
     Action& action = *entry.GetAction();
-    if (LookAtOrder(entry, findings))
+    if (LookAtDate(entry, findings) || LookAtOrder(entry, findings))
         return true;
     bool isMisread = LookAtForm(entry, FIELD_DAY, action.m_day, "1 to 31", findings);
     isMisread = LookAtForm(entry, FIELD_MONTH, action.m_month, "1 to 12", findings) || isMisread;

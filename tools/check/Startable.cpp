@@ -1,12 +1,22 @@
 #include "Startable.h"
 
 #include "base/Moment.h"
+#include "engine/StartTime.h"
+#include "meant/Meant.h"
 
 #include <QTime>
 
 bool Startable::Is(const Entry& entry)
 {
-    return entry.GetAction() != nullptr && entry.GetAction()->m_startTime.isValid() && Second(entry) > 0;
+    return entry.GetAction() != nullptr && entry.GetAction()->m_startTime.isValid() && Second(entry) > 0 &&
+           MisreadTime(entry).isEmpty();
+}
+
+QString Startable::MisreadTime(const Entry& entry)
+{
+    const QString written = Meant::Time(entry.Field(ScheduleFields::FIELD_START_TIME));
+    const QTime time = StartTime::Of(*entry.GetAction());
+    return written == time.toString(QStringLiteral("HH:mm:ss")) ? QString() : written;
 }
 
 int Startable::Second(const Entry& entry)

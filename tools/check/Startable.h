@@ -16,6 +16,10 @@ struct Startable
     // Whether the entry has such a second.
     [[nodiscard]] static bool Is(const Entry& entry);
 
+    // The time that is written, where the daemon reads another one; else empty. What the other one leads to has that
+    // one cause. The entry is not rejected.
+    [[nodiscard]] static QString MisreadTime(const Entry& entry);
+
     // Of such an entry.
     [[nodiscard]] static int Second(const Entry& entry);
 

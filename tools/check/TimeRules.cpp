@@ -1,7 +1,7 @@
 #include "Rules.h"
+#include "Startable.h"
 
 #include "engine/StartTime.h"
-#include "meant/Meant.h"
 #include "peers/SoundManager.h"
 #include "words/StartText.h"
 
@@ -107,9 +107,8 @@ void Rules::FindOddTimes(const std::vector<Entry>& entries, Findings& findings)
         if (action == nullptr)
             continue;
         const QString given = entry.Field(FIELD_START_TIME);
-        const QString written = Meant::Time(given);
-        const bool isMisread = !written.isEmpty() && written != StartTime::Of(*action).toString(FORMAT);
-        if (isMisread)
+        const QString written = Startable::MisreadTime(entry);
+        if (!written.isEmpty())
         {
             findings.Add(Misread(entry, written));
             continue;

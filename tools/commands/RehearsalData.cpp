@@ -28,11 +28,17 @@ QJsonArray Arguments(const Request& request)
     return values;
 }
 
+// A moment at which the event begins, or null where nobody knows when that was.
+QJsonValue BeginMoment(const Event& event, qint64 moment_ms)
+{
+    return event.isStartKnown ? QJsonValue(Moment::IsoText(moment_ms)) : QJsonValue(QJsonValue::Null);
+}
+
 QJsonArray Requests(const Event& event)
 {
     QJsonArray requests;
     for (const Request& request : event.requests)
-        requests.append(QJsonObject{{QStringLiteral("time"), Moment::IsoText(request.moment_ms)},
+        requests.append(QJsonObject{{QStringLiteral("time"), BeginMoment(event, request.moment_ms)},
                                     {QStringLiteral("peer"), request.peer},
                                     {QStringLiteral("method"), request.method},
                                     {QStringLiteral("arguments"), Arguments(request)}});
@@ -51,9 +57,9 @@ QJsonArray Tracks(const Event& event)
 
 QJsonObject Object(const Event& event, qint64 from_ms)
 {
-    QJsonObject object{{QStringLiteral("time"), Moment::IsoText(event.moment_ms)},
-                       {QStringLiteral("start"), Moment::IsoText(event.Start_ms())},
-                       {QStringLiteral("due"), Moment::IsoText(event.due_ms)},
+    QJsonObject object{{QStringLiteral("time"), BeginMoment(event, event.moment_ms)},
+                       {QStringLiteral("start"), BeginMoment(event, event.Start_ms())},
+                       {QStringLiteral("due"), BeginMoment(event, event.due_ms)},
                        {QStringLiteral("kind"), EventText::KindName(event.kind)},
                        {QStringLiteral("line"), event.lineNumber},
                        {QStringLiteral("task"), event.taskName},
@@ -61,6 +67,8 @@ QJsonObject Object(const Event& event, qint64 from_ms)
                        {QStringLiteral("reason"), event.reason},
                        {QStringLiteral("delay"), event.delay_s},
                        {QStringLiteral("requests"), Requests(event)}};
+    if (!event.isStartKnown)
+        object.insert(QStringLiteral("startKnown"), false);
     if (event.riskLine != 0)
     {
         object.insert(QStringLiteral("riskLine"), event.riskLine);
@@ -70,7 +78,7 @@ QJsonObject Object(const Event& event, qint64 from_ms)
         object.insert(QStringLiteral("chance"), static_cast<double>(event.phases_ms) / Event::PHASES_MS);
     if (!event.plays)
         return object;
-    object.insert(QStringLiteral("begin"), Moment::IsoText(event.begin_ms));
+    object.insert(QStringLiteral("begin"), BeginMoment(event, event.begin_ms));
     if (event.end_ms != Event::OPEN)
         object.insert(QStringLiteral("end"), Moment::IsoText(event.end_ms));
     if (event.stoppedByLine != 0)
@@ -182,9 +190,11 @@ public:
         QString text;
         const auto append = [&](qint64 moment_ms, const QString& peer, const QString& method,
                                 const QString& arguments) {
-            text +=
-                CsvRow({Moment::IsoText(moment_ms), Moment::IsoText(event.due_ms), QString::number(event.lineNumber),
-                        event.taskName, EventText::Mark(event, m_from_ms), event.reason, peer, method, arguments});
+            const auto written = [&](qint64 begin_ms) {
+                return event.isStartKnown ? Moment::IsoText(begin_ms) : NO_VALUE;
+            };
+            text += CsvRow({written(moment_ms), written(event.due_ms), QString::number(event.lineNumber),
+                            event.taskName, EventText::Mark(event, m_from_ms), event.reason, peer, method, arguments});
         };
         for (const Request& request : event.requests)
             append(request.moment_ms, request.peer, request.method, request.ArgumentTexts().join(QStringLiteral(", ")));

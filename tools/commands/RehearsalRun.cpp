@@ -4,6 +4,7 @@
 #include "base/Moment.h"
 #include "base/Progress.h"
 #include "base/Terminal.h"
+#include "check/RejectedText.h"
 #include "engine/RunUp.h"
 #include "engine/Workspace.h"
 #include "words/CutText.h"
@@ -67,12 +68,13 @@ qint64 RehearsalRun::Until_ms(const CommandLine& line, qint64 from_ms, std::opti
 }
 
 RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                           qint64 until_ms, const RehearsalFollowers& followers, const QString& playlists)
+                           qint64 until_ms, const RehearsalFollowers& followers, const QString& playlists,
+                           const QString& where)
     : m_result{file, from_ms, until_ms}
 {
     const Workspace workspace(file, playlists.isEmpty() ? line.Value(PLAYLISTS) : playlists);
     m_result.lines = ScheduleLine::ReadFile(workspace, file);
-    static_cast<void>(TellRejected(file, m_result.lines));
+    static_cast<void>(TellRejected(file, m_result.lines, where));
     if (followers.read)
         followers.read(workspace);
     Rehearsal::Plan plan{.start_ms = start_ms.value_or(from_ms), .from_ms = from_ms, .until_ms = until_ms};
@@ -91,7 +93,10 @@ RehearsalRun::RehearsalRun(const CommandLine& line, const QString& file, std::op
               [&](Event&& event) {
                   const bool isOld = areStreamsOlder && event.type == TASK_PLAY_STREAM && event.moment_ms < from_ms;
                   if (isOld && event.kind == EventKind::START)
+                  {
+                      event.isStartKnown = false;
                       event.reason = OLDER_STREAM;
+                  }
                   take(std::move(event));
               },
               followers.isEnough, followers.requested});
@@ -126,24 +131,18 @@ void RehearsalRun::TellCut() const
         Terminal::PrintError(QStringLiteral("%1: %2\n").arg(Terminal::Harmless(m_result.file), CutText::Of(m_result)));
 }
 
-int RehearsalRun::TellRejected(const QString& file, const std::vector<ScheduleLine>& lines)
+int RehearsalRun::TellRejected(const QString& file, std::vector<ScheduleLine>& lines, const QString& where)
 {
     int rejected = 0;
-    QStringList missing;
-    for (const ScheduleLine& line : lines)
+    for (ScheduleLine& line : lines)
     {
         if (!line.IsRejected())
             continue;
         ++rejected;
-        Terminal::PrintError(QStringLiteral("%1:%2: error: %3: the daemon leaves the line out\n")
-                                 .arg(Terminal::Harmless(file), QString::number(line.number),
-                                      Terminal::Harmless(line.rejected->reason)));
-        missing = missing.isEmpty() ? line.rejected->missingFolders : missing;
+        Terminal::PrintError(QStringLiteral("%1:%2: error: %3%4\n")
+                                 .arg(Terminal::Harmless(file), QString::number(line.number), where,
+                                      Terminal::Harmless(RejectedText::Of(line))));
     }
-    if (!missing.isEmpty())
-        Terminal::PrintError(
-            QStringLiteral("%1: note: there is no folder %2: --playlists names the folder of the playlists\n")
-                .arg(Terminal::Harmless(file), Terminal::Harmless(missing.join(QStringLiteral(" or ")))));
     return rejected;
 }
 

@@ -40,8 +40,9 @@ public:
     // Adds --from and --days as well. days: how many, unless told.
     static void AddSpanOptions(CommandLine& line, int days);
 
-    // Reports the lines that the daemon rejects on standard error, with the file's name; returns their number.
-    static int TellRejected(const QString& file, const std::vector<ScheduleLine>& lines);
+    // Reports the lines that the daemon rejects on standard error, with the file's name; returns their number. where:
+    // begins what is said of each, as "in the old schedule ".
+    static int TellRejected(const QString& file, std::vector<ScheduleLine>& lines, const QString& where = {});
 
     // Sets the time zone that line asks for, if any.
     static void SetTimeZone(const CommandLine& line);
@@ -49,10 +50,11 @@ public:
 
     // Rehearses file. start_ms: the daemon loads it then; none: it has been running for long, see RunUp. from_ms,
     // until_ms: the span of interest, which ends earlier where a follower says so. Shows progress. Rejected lines are
-    // told on standard error, with file and line. playlists: the folder of the playlists, if not
-    // the one that line names. Throws ToolError when file cannot be read.
+    // told on standard error, with file and line. playlists: the folder of the playlists, if not the one that line
+    // names. where: see TellRejected. Throws ToolError when file cannot be read.
     RehearsalRun(const CommandLine& line, const QString& file, std::optional<qint64> start_ms, qint64 from_ms,
-                 qint64 until_ms, const RehearsalFollowers& followers = {}, const QString& playlists = {});
+                 qint64 until_ms, const RehearsalFollowers& followers = {}, const QString& playlists = {},
+                 const QString& where = {});
 
     // The span that line asks for, by default from the beginning of today. days: replaces the option's default
     // number. Throws ToolError on a text that is not a moment.

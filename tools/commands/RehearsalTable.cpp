@@ -13,6 +13,7 @@ namespace
 constexpr int LINE_WIDTH = 5;
 constexpr int TASK_WIDTH = 16;
 constexpr int SUBJECT_WIDTH = 30;
+const QString UNKNOWN_TIME = QStringLiteral("--:--:--");
 const QString INDENT = QStringLiteral("                    ");
 
 using Terminal::Colour;
@@ -55,7 +56,7 @@ QString End(const Event& event)
         return {};
     const QDate date = Moment::LocalDate(event.end_ms);
     QString text = INDENT + QStringLiteral("ends ");
-    if (date != Moment::LocalDate(event.moment_ms))
+    if (!event.isStartKnown || date != Moment::LocalDate(event.moment_ms))
         text += Moment::DateText(date) + u' ';
     text += Moment::TimeText(event.end_ms);
     if (event.stoppedByLine != 0)
@@ -80,7 +81,7 @@ QString Subject(const Event& event)
 
 QString Row(const Event& event, qint64 from_ms)
 {
-    QString text = QStringLiteral("  %1  ").arg(Moment::TimeText(event.moment_ms));
+    QString text = QStringLiteral("  %1  ").arg(event.isStartKnown ? Moment::TimeText(event.moment_ms) : UNKNOWN_TIME);
     text += QString::number(event.lineNumber).rightJustified(LINE_WIDTH) + QStringLiteral("  ");
     text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(Subject(event)), SUBJECT_WIDTH);
     QString mark = EventText::Mark(event, from_ms);
@@ -129,12 +130,14 @@ public:
     QString Of(const Event& event) override
     {
         QString text;
-        const QDate today = Moment::LocalDate(event.moment_ms);
-        if (today != m_date)
+        const QString heading = event.isStartKnown
+                                    ? Moment::DateText(Moment::LocalDate(event.moment_ms))
+                                    : QStringLiteral("Before ") + Moment::DateText(Moment::LocalDate(m_from_ms));
+        if (heading != m_heading)
         {
-            text = (m_events == 0 ? QString() : QStringLiteral("\n")) +
-                   Terminal::Coloured(Moment::DateText(today), Colour::BOLD) + u'\n';
-            m_date = today;
+            text =
+                (m_events == 0 ? QString() : QStringLiteral("\n")) + Terminal::Coloured(heading, Colour::BOLD) + u'\n';
+            m_heading = heading;
         }
         ++m_events;
         m_requests += event.requests.size();
@@ -152,7 +155,7 @@ public:
     }
 
 private:
-    QDate m_date; // whose heading has been written
+    QString m_heading; // the last one
     qint64 m_events = 0;
     qint64 m_requests = 0;
 };

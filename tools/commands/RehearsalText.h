@@ -25,7 +25,8 @@ public:
     };
 
     // One object: "schedule", "from", "until", "interrupted", "events", "idle" (lines that do not start), "loads" (what
-    // a load at another moment would start too early). Moments are ISO 8601, in local time with the offset.
+    // a load at another moment would start too early). Moments are ISO 8601, in local time with the offset; null, or
+    // empty in CSV, where an event's start is not known.
     [[nodiscard]] static std::unique_ptr<RehearsalText> Json(qint64 from_ms, Idle idle = Idle::IN_SPAN);
 
     // RFC 4180: a row of names, then a row for each request, or for each event that has none.

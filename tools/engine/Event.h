@@ -44,6 +44,8 @@ struct Event
     int delay_s = 0;           // how late it is started, 0 in time
     bool isForced = false;     // the light or radio state that should be in force when the schedule is loaded
     bool isRepeated = false;   // started before for the same day
+    bool isStartKnown = true;  // false: it began before all that was rehearsed, and all its moments but the end are one
+                               // at which that may have been
     QString reason;            // why it is marked, for people; empty where there is nothing to say
     QList<Request> requests;   // in order
     bool plays = false;        // has begun a playback, to which the rest belongs

@@ -10,6 +10,11 @@ constexpr int MINUTE_S = 60;
 constexpr int HOUR_S = 3600;
 constexpr qint64 SECONDS_OF_LUCK = Event::PHASES_MS / Moment::MS_PER_S;
 
+bool IsLateAtMidnight(const Action& action)
+{
+    return QTime(0, 0).secsTo(StartTime::ForLateness(action)) < SECONDS_OF_LUCK;
+}
+
 // Of the day, or beyond it.
 qint64 Second(const Action& action)
 {
@@ -53,7 +58,14 @@ QTime StartTime::ForLateness(const Action& action)
 
 bool StartTime::IsFoundAtMidnight(const Action& action)
 {
-    return QTime(0, 0).secsTo(ForLateness(action)) < SECONDS_OF_LUCK && !action.LateStart().IsEmpty();
+    return IsLateAtMidnight(action) && !action.LateStart().IsEmpty();
+}
+
+StartTime::Answer StartTime::FoundAtMidnight(const Action& action, bool areTracksKnown)
+{
+    if (!areTracksKnown && action.m_task->m_type == TASK_PLAY_PLAYLIST && IsLateAtMidnight(action))
+        return Answer::PERHAPS;
+    return IsFoundAtMidnight(action) ? Answer::YES : Answer::NO;
 }
 
 bool StartTime::IsForcedByEveryLoad(const Action& action)

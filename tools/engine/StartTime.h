@@ -38,6 +38,16 @@ enum class Fate : std::uint8_t
 // load, and joined by a load soon after.
 [[nodiscard]] bool IsFoundAtMidnight(const Action& action);
 
+enum class Answer : std::uint8_t
+{
+    NO,
+    PERHAPS,
+    YES,
+};
+
+// The same of an action whose tracks may not be known: whether a playlist may start late depends on them.
+[[nodiscard]] Answer FoundAtMidnight(const Action& action, bool areTracksKnown);
+
 // Whether that is midnight, and the action is one of those that a load starts when they should be in force.
 [[nodiscard]] bool IsForcedByEveryLoad(const Action& action);
 

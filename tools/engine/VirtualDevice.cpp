@@ -114,8 +114,11 @@ void VirtualDevice::PlayOpen(const Request& request, size_t event, const char* s
         const bool isReplaced = playback.source == QLatin1String(source);
         if (isReplaced)
         {
-            m_events[playback.event].end_ms = request.moment_ms;
-            m_events[playback.event].stoppedByLine = m_events[event].lineNumber;
+            Event& ended = m_events[playback.event];
+            ended.end_ms = request.moment_ms;
+            // Another line may have stopped it in the same pass.
+            if (ended.stoppedByLine == 0)
+                ended.stoppedByLine = m_events[event].lineNumber;
         }
         return isReplaced;
     });

@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cstdint>
 #include <numeric>
 
 namespace
@@ -24,8 +25,8 @@ constexpr int BLANK_WIDTH = 32;
 constexpr int ICON_WIDTH = 90;
 constexpr int MARK_WIDTH = 260; // around its word, with its sign
 
-// Of one of seven columns, where the page is as narrow as columns can be.
-constexpr int COLUMN_WIDTH = 970;
+// Of one of seven columns, where the page is as narrow as columns can be, and as a wide one can be.
+constexpr WeekLayout::PerWidth<int> COLUMN_WIDTHS{970, 1220};
 constexpr int WEEK_COLUMNS = 7;
 
 constexpr int MOST_CHARACTERS = 45;
@@ -44,11 +45,19 @@ int Width(const QString& word)
     });
 }
 
-// The widths of the parts of text behind which a line may be broken.
-void AppendWords(QList<int>& widths, const QString& text)
+// Some browsers break a line behind a "/", others do not.
+enum class Slash : std::uint8_t
 {
-    static const QRegularExpression WORD(QStringLiteral("[^ /\u2026-]*[/\u2026-]+|[^ /\u2026-]+"));
-    QRegularExpressionMatchIterator words = WORD.globalMatch(text);
+    HOLDS,
+    BREAKS,
+};
+
+// The widths of the parts of text behind which a line may be broken.
+void AppendWords(QList<int>& widths, const QString& text, Slash slash)
+{
+    static const QRegularExpression HELD(QStringLiteral("[^ \u2026-]*[\u2026-]+|[^ \u2026-]+"));
+    static const QRegularExpression BROKEN(QStringLiteral("[^ /\u2026-]*[/\u2026-]+|[^ /\u2026-]+"));
+    QRegularExpressionMatchIterator words = (slash == Slash::HOLDS ? HELD : BROKEN).globalMatch(text);
     while (words.hasNext())
         widths.append(Width(words.next().captured()));
 }
@@ -100,20 +109,29 @@ WeekLayout::Room EntryText::RoomFor(const Event& event, const QString& time, con
     const int share = std::clamp(columns, 1, WEEK_COLUMNS);
     const QString subject = Subject(event, notes);
     const Kind& kind = Kinds::Of(event.type);
-    QList<int> widths;
-    AppendWords(widths, time);
-    if (kind.hasIcon && !subject.isEmpty())
-        widths.append(ICON_WIDTH);
-    else
-        AppendWords(widths, QString::fromLatin1(kind.label));
-    AppendWords(widths, Shortened(subject));
+    const auto widthsOf = [&](Slash slash) {
+        QList<int> widths;
+        AppendWords(widths, time, slash);
+        if (kind.hasIcon && !subject.isEmpty())
+            widths.append(ICON_WIDTH);
+        else
+            AppendWords(widths, QString::fromLatin1(kind.label), slash);
+        AppendWords(widths, Shortened(subject), slash);
+        return widths;
+    };
+    const QList<int> held = widthsOf(Slash::HOLDS);
+    const QList<int> broken = widthsOf(Slash::BREAKS);
     QList<int> markWidths;
     for (const QString& mark : marks)
         markWidths.append(Width(mark) + MARK_WIDTH);
-    const int room = COLUMN_WIDTH * WEEK_COLUMNS / share;
-    const int lines = Lines(widths, room) + Lines(markWidths, room);
-    QList<int> all = widths + markWidths;
-    AppendWords(all, until);
+    WeekLayout::PerWidth<int> rows{};
+    std::ranges::transform(COLUMN_WIDTHS, rows.begin(), [&](int width) {
+        const int room = width * WEEK_COLUMNS / share;
+        const int lines = std::max(Lines(held, room), Lines(broken, room)) + Lines(markWidths, room);
+        return (lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT;
+    });
+    QList<int> all = broken + markWidths;
+    AppendWords(all, until, Slash::BREAKS);
     const int paperWidth = std::accumulate(all.begin(), all.end(), static_cast<int>(all.size()) * BLANK_WIDTH);
-    return {(lines * LINE_HEIGHT + FRAME_HEIGHT + ROW_HEIGHT - 1) / ROW_HEIGHT, paperWidth};
+    return {rows, paperWidth};
 }

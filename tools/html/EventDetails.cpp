@@ -24,6 +24,13 @@ QString DayAndTime(qint64 moment_ms, qint64 beside_ms)
     return date == Moment::LocalDate(beside_ms) ? time : EventHtml::DateText(date) + u' ' + time;
 }
 
+// When what goes on at the end of the rehearsal has played its last track; Event::OPEN where nobody knows.
+qint64 LastEnd_ms(const RehearsalResult& run, const Event& event)
+{
+    const qint64 end_ms = event.tracks.isEmpty() ? Event::OPEN : event.tracks.last().end_ms;
+    return end_ms > run.end_ms ? end_ms : Event::OPEN;
+}
+
 QString Why(const RehearsalResult& run, const Event& event)
 {
     QString text;
@@ -68,7 +75,8 @@ QString Requests(const Event& event)
     QString items;
     for (const Request& request : event.requests)
         items += Html::Element("li", {},
-                               Time(request.moment_ms) + u' ' + Html::Element("code", {}, Html::Text(request.Text())));
+                               (event.isStartKnown ? Time(request.moment_ms) + u' ' : QString()) +
+                                   Html::Element("code", {}, Html::Text(request.Text())));
     return items.isEmpty() ? Html::Element("p", QStringLiteral("requests"), QStringLiteral("Nothing is asked for."))
                            : Html::Element("ul", QStringLiteral("requests"), items);
 }
@@ -86,19 +94,24 @@ QString EventDetails::SpanText(const RehearsalResult& run, const Event& event)
     if (!WeekLayout::IsBar(event))
         return {};
     const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
-    const QString begin = DayAndTime(event.begin_ms, shown_ms);
+    const QString begin =
+        event.isStartKnown ? DayAndTime(event.begin_ms, shown_ms) : QStringLiteral("before this rehearsal");
     const QString end = EndText(run, event);
-    return (event.end_ms == Event::OPEN ? QStringLiteral("from %1 on, %2") : QStringLiteral("from %1 to %2"))
-        .arg(begin, end);
+    if (event.end_ms != Event::OPEN)
+        return QStringLiteral("from %1 to %2").arg(begin, end);
+    return LastEnd_ms(run, event) != Event::OPEN
+               ? QStringLiteral("from %1 to %2, unless it is stopped behind the end of this rehearsal").arg(begin, end)
+               : QStringLiteral("from %1 on: it goes on behind the end of this rehearsal").arg(begin);
 }
 
 QString EventDetails::EndText(const RehearsalResult& run, const Event& event)
 {
     if (!WeekLayout::IsBar(event))
         return {};
-    if (event.end_ms == Event::OPEN)
-        return QStringLiteral("open end");
-    return DayAndTime(event.end_ms, WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms));
+    const qint64 end_ms = event.end_ms == Event::OPEN ? LastEnd_ms(run, event) : event.end_ms;
+    if (end_ms == Event::OPEN)
+        return QStringLiteral("goes on");
+    return DayAndTime(end_ms, WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms));
 }
 
 QString EventDetails::Markup(const RehearsalResult& run, const Event& event, const QString& title)

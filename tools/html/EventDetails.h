@@ -13,10 +13,11 @@ namespace EventDetails
 
 [[nodiscard]] QString Markup(const RehearsalResult& run, const Event& event, const QString& title);
 
-// "10:00 to 10:12", "since Sun 24 March 22:00, open end", "from 22:00 to Tue 26 March 01:00". Empty for what is no bar.
+// "from 10:00 to 10:12", "from 22:00 to Tue 26 March 01:00"; of what goes on at the end of the rehearsal, that it does.
+// Empty for what is no bar.
 [[nodiscard]] QString SpanText(const RehearsalResult& run, const Event& event);
 
-// When that ends: "10:12", "Tue 26 March 01:00", "open end". Empty for what is no bar.
+// When that ends: "10:12", "Tue 26 March 01:00", "goes on". Empty for what is no bar.
 [[nodiscard]] QString EndText(const RehearsalResult& run, const Event& event);
 
 } // namespace EventDetails

@@ -11,6 +11,9 @@
 
 #include <QLocale>
 
+using WeekLayout::NARROW;
+using WeekLayout::WIDE;
+
 namespace
 {
 
@@ -103,16 +106,19 @@ QString EventHtml::Entry(const RehearsalResult& run, const PageNotes& notes, con
     const qint64 shown_ms = WeekLayout::Shown_ms(event, run.begin_ms, run.end_ms);
     const QString subject = EntryText::Subject(event, notes);
     const QString label = Label(event, EntryText::Shortened(subject));
+    const WeekLayout::PerWidth<int>& rows = entry.room.rows;
     const QString place =
-        QStringLiteral("data-s=\"%1\" data-line=\"%2\" data-kind=\"%3\" style=\"--top:%4;--height:%5\"")
+        QStringLiteral("data-s=\"%1\" data-line=\"%2\" data-kind=\"%3\" style=\"%4;%5\"")
             .arg(entry.time_s)
             .arg(event.lineNumber)
-            .arg(KindGroup::Of(event.type).name, Html::Rows(entry.top))
-            .arg(entry.room.rows);
+            .arg(KindGroup::Of(event.type).name, Html::PerWidth("top", entry.top[NARROW], entry.top[WIDE]),
+                 Html::PerWidth("height", rows[NARROW], rows[WIDE]));
     const QDate date = Moment::LocalDate(shown_ms);
     QStringList classes{QLatin1String(Kinds::Of(event.type).style)};
-    if (entry.room.rows == 1)
+    if (rows[NARROW] == 1)
         classes.append(QStringLiteral("single"));
+    if (rows[WIDE] == 1)
+        classes.append(QStringLiteral("wide-single"));
     if (entry.isCarried)
         return QStringLiteral("<li class=\"entry carried %1\" data-of=\"%2\" %3>%4</li>\n")
             .arg(classes.join(u' '), QString::number(entry.event), place,
@@ -145,8 +151,8 @@ QString EventHtml::Bar(const RehearsalResult& run, const WeekLayout::Bar& bar)
         classes.append(QStringLiteral("open"));
     else if (bar.goesOn)
         classes.append(QStringLiteral("goes-on"));
-    return QStringLiteral(
-               "<i class=\"%1\" data-of=\"%2\" data-kind=\"%3\" style=\"--top:%4;--length:%5;--lane-number:%6\"></i>\n")
+    return QStringLiteral("<i class=\"%1\" data-of=\"%2\" data-kind=\"%3\" style=\"%4;%5;--lane-number:%6\"></i>\n")
         .arg(classes.join(u' '), QString::number(bar.event), KindGroup::Of(run.events[bar.event].type).name,
-             Html::Rows(bar.top), Html::Rows(bar.length), QString::number(bar.lane));
+             Html::PerWidth("top", bar.top[NARROW], bar.top[WIDE]),
+             Html::PerWidth("length", bar.length[NARROW], bar.length[WIDE]), QString::number(bar.lane));
 }

@@ -2,6 +2,8 @@
 
 #include "base/Terminal.h"
 
+#include <cmath>
+
 QString Html::Text(const QString& text)
 {
     return QStringLiteral("<bdi>%1</bdi>").arg(Attribute(text));
@@ -26,5 +28,14 @@ QString Html::Counted(qsizetype number, const char* noun)
 
 QString Html::Rows(double rows)
 {
-    return QString::number(rows, 'f', 2);
+    constexpr double PARTS = 100;
+    constexpr int MOST_DIGITS = 10;
+    return QString::number(std::round(rows * PARTS) / PARTS, 'g', MOST_DIGITS);
+}
+
+QString Html::PerWidth(const char* name, double narrow, double wide)
+{
+    const QString property = QLatin1String(name) + u':';
+    const QString text = QStringLiteral("--") + property + Rows(narrow);
+    return Rows(wide) == Rows(narrow) ? text : text + QStringLiteral(";--wide-") + property + Rows(wide);
 }

@@ -19,7 +19,10 @@ namespace Html
 // "1 error", "2 errors".
 [[nodiscard]] QString Counted(qsizetype number, const char* noun);
 
-// A length for a style: rows with two decimals and a point, whatever the locale.
+// A length for a style: rows with up to two decimals and a point, whatever the locale.
 [[nodiscard]] QString Rows(double rows);
+
+// A property of a style, as "--top:2.5", and where the wide columns have another one, "--top:2.5;--wide-top:1.5".
+[[nodiscard]] QString PerWidth(const char* name, double narrow, double wide);
 
 } // namespace Html

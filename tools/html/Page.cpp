@@ -64,8 +64,8 @@ QString Notes(const QString& title, const QString& items)
 {
     if (items.isEmpty())
         return {};
-    return QStringLiteral("<details class=\"notes\"><summary>%1</summary>").arg(title) +
-           Html::Element("ul", {}, items) + QStringLiteral("</details>\n");
+    return QStringLiteral("<section class=\"notes\">\n<h2>%1</h2>\n").arg(title) + Html::Element("ul", {}, items) +
+           QStringLiteral("\n</section>\n");
 }
 
 // What the columns do not show.

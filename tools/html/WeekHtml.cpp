@@ -9,6 +9,9 @@
 
 #include <QLocale>
 
+using WeekLayout::NARROW;
+using WeekLayout::WIDE;
+
 namespace
 {
 
@@ -29,13 +32,16 @@ QString LengthNote(const WeekLayout::Day& day)
     return u' ' + Html::Element("span", QStringLiteral("note"), hours + QStringLiteral(" hours"));
 }
 
-QString Hours(const HourScale& scale)
+QString Hours(const WeekLayout::PerWidth<HourScale>& scale)
 {
     QString text;
     for (int hour = 0; hour < HourScale::HOURS; ++hour)
-        text += QStringLiteral("<i style=\"--top:%1\">%2</i>")
-                    .arg(Html::Rows(scale.Place(hour * HourScale::HOUR_S)))
+    {
+        const int time_s = hour * HourScale::HOUR_S;
+        text += QStringLiteral("<i style=\"%1\">%2</i>")
+                    .arg(Html::PerWidth("top", scale[NARROW].Place(time_s), scale[WIDE].Place(time_s)))
                     .arg(hour, 2, 10, QLatin1Char('0'));
+    }
     return QStringLiteral("<div class=\"hours\" aria-hidden=\"true\">%1</div>\n").arg(text);
 }
 
@@ -89,12 +95,12 @@ QString WeekHtml::Title(const WeekLayout::Week& week)
 QString WeekHtml::Section(const RehearsalResult& run, const PageNotes& notes, const InForce& inForce,
                           const WeekLayout::Week& week, size_t number)
 {
-    QString text =
-        QStringLiteral(
-            "<section class=\"week\" id=\"%1\" data-scale=\"%2\" style=\"--rows:%3;--lines:%4;--days:%5\">\n<h2>")
-            .arg(Id(number), Knots(week.scale), Html::Rows(week.scale.Rows()))
-            .arg(PaperSheet::Lines(week))
-            .arg(week.days.size());
+    QString text = QStringLiteral("<section class=\"week\" id=\"%1\" data-narrow=\"%2\" data-wide=\"%3\" "
+                                  "style=\"%4;--lines:%5;--days:%6\">\n<h2>")
+                       .arg(Id(number), Knots(week.scale[NARROW]), Knots(week.scale[WIDE]),
+                            Html::PerWidth("rows", week.scale[NARROW].Rows(), week.scale[WIDE].Rows()))
+                       .arg(PaperSheet::Lines(week))
+                       .arg(week.days.size());
     text += Title(week) + QStringLiteral("</h2>\n<div class=\"days\">\n") + Hours(week.scale);
     for (const WeekLayout::Day& day : week.days)
         text += Column(run, notes, inForce, day);

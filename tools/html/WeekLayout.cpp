@@ -14,8 +14,12 @@ using WeekLayout::Bar;
 using WeekLayout::Day;
 using WeekLayout::Entry;
 using WeekLayout::Week;
+using WeekLayout::Width;
+using WeekLayout::WIDTHS;
 
 const QTime MIDNIGHT(0, 0);
+
+static_assert(Lanes::LAYOUTS == WIDTHS, "a bar has the same lane in each layout");
 
 int SecondOfDay(qint64 moment_ms)
 {
@@ -55,46 +59,69 @@ void AddBars(std::vector<Day>& days, const Event& event, size_t index, qint64 fr
         const bool isCut = !isOpen && event.end_ms > until_ms;
         const int begin_s = begin_ms <= day.begin_ms ? 0 : SecondOfDay(begin_ms);
         const int end_s = end_ms >= day.end_ms ? HourScale::DAY_S : std::max(begin_s, SecondOfDay(end_ms));
-        day.bars.push_back({index, begin_s, end_s, isBegun, !isLast || isOpen || isCut, isLast && isOpen, 0, 0, 0});
+        day.bars.push_back({index, begin_s, end_s, isBegun, !isLast || isOpen || isCut, isLast && isOpen, {}, {}, 0});
         if (i != own)
-            day.entries.push_back({index, begin_s, true, {}, 0});
+            day.entries.push_back({index, begin_s, true, {}, {}});
+    }
+}
+
+void Place(Week& week, Width width)
+{
+    std::vector<HourScale::Items> items;
+    for (const Day& day : week.days)
+    {
+        HourScale::Items needed(day.entries.size());
+        std::ranges::transform(day.entries, needed.begin(), [&](const Entry& entry) {
+            return HourScale::Item{entry.time_s, entry.room.rows.at(width)};
+        });
+        items.push_back(std::move(needed));
+    }
+    HourScale& scale = week.scale.at(width);
+    scale = HourScale(items);
+    for (size_t i = 0; i < week.days.size(); ++i)
+    {
+        Day& day = week.days[i];
+        const std::vector<double> places = scale.Places(items[i]);
+        for (size_t j = 0; j < places.size(); ++j)
+            day.entries[j].top.at(width) = places[j];
+        for (Bar& bar : day.bars)
+        {
+            const double top = scale.Place(bar.begin_s);
+            bar.top.at(width) = top;
+            bar.length.at(width) = std::max(scale.Place(bar.end_s) - top, Lanes::LEAST_LENGTH);
+        }
+    }
+}
+
+// Lanes in which no bars cover one another, whatever the width.
+void AssignLanes(Day& day)
+{
+    std::vector<Lanes::Bar> bars;
+    for (const Bar& bar : day.bars)
+    {
+        Lanes::Bar each{};
+        for (size_t width = 0; width < WIDTHS; ++width)
+            each.at(width) = {bar.top.at(width), bar.top.at(width) + bar.length.at(width)};
+        bars.push_back(each);
+    }
+    const std::vector<int> lanes = Lanes::Assign(bars);
+    for (size_t i = 0; i < lanes.size(); ++i)
+    {
+        day.bars[i].lane = lanes[i];
+        day.lanes = std::max(day.lanes, lanes[i] + 1);
     }
 }
 
 void Place(Week& week)
 {
-    std::vector<HourScale::Items> items;
     for (Day& day : week.days)
     {
         std::ranges::stable_sort(day.entries, {}, &Entry::time_s);
         std::ranges::stable_sort(day.bars, {}, &Bar::begin_s);
-        HourScale::Items needed(day.entries.size());
-        std::ranges::transform(day.entries, needed.begin(), [](const Entry& entry) {
-            return HourScale::Item{entry.time_s, entry.room.rows};
-        });
-        items.push_back(std::move(needed));
     }
-    week.scale = HourScale(items);
-    for (size_t i = 0; i < week.days.size(); ++i)
-    {
-        Day& day = week.days[i];
-        const std::vector<double> places = week.scale.Places(items[i]);
-        for (size_t j = 0; j < places.size(); ++j)
-            day.entries[j].top = places[j];
-        std::vector<Lanes::Bar> bars;
-        for (Bar& bar : day.bars)
-        {
-            bar.top = week.scale.Place(bar.begin_s);
-            bar.length = std::max(week.scale.Place(bar.end_s) - bar.top, Lanes::LEAST_LENGTH);
-            bars.push_back({bar.top, bar.top + bar.length});
-        }
-        const std::vector<int> lanes = Lanes::Assign(bars);
-        for (size_t j = 0; j < lanes.size(); ++j)
-        {
-            day.bars[j].lane = lanes[j];
-            day.lanes = std::max(day.lanes, lanes[j] + 1);
-        }
-    }
+    for (const Width width : {WeekLayout::NARROW, WeekLayout::WIDE})
+        Place(week, width);
+    std::ranges::for_each(week.days, AssignLanes);
 }
 
 } // namespace
@@ -119,7 +146,7 @@ std::vector<Week> WeekLayout::Weeks(const std::vector<Event>& events, qint64 fro
     for (size_t i = 0; i < events.size(); ++i)
     {
         const qint64 shown_ms = Shown_ms(events[i], from_ms, until_ms);
-        days[IndexOf(days, shown_ms)].entries.push_back({i, SecondOfDay(shown_ms), false, {}, 0});
+        days[IndexOf(days, shown_ms)].entries.push_back({i, SecondOfDay(shown_ms), false, {}, {}});
         if (IsBar(events[i]))
             AddBars(days, events[i], i, from_ms, until_ms);
     }
@@ -128,7 +155,7 @@ std::vector<Week> WeekLayout::Weeks(const std::vector<Event>& events, qint64 fro
     for (size_t i = 0; i < days.size(); ++i)
     {
         if (i % WEEK_DAYS == 0)
-            weeks.push_back({{}, HourScale({})});
+            weeks.push_back({{}, {HourScale({}), HourScale({})}});
         for (Entry& entry : days[i].entries)
             entry.room = roomOf(events[entry.event], entry.isCarried, columns);
         weeks.back().days.push_back(std::move(days[i]));

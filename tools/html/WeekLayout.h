@@ -5,20 +5,32 @@
 
 #include <QDate>
 
+#include <array>
+#include <cstdint>
 #include <functional>
 #include <vector>
 
 // Where the events of a rehearsal stand on a page that has a column for each day: by the local date and the local time
-// of day, so that a day of 23 or 25 hours is as high as any other. Places and lengths in rows, see HourScale.
+// of day, so that a day of 23 or 25 hours is as high as any other. Places and lengths in rows, see HourScale. There are
+// two layouts, as an entry may need fewer rows where the columns are wide.
 namespace WeekLayout
 {
 
 inline constexpr int WEEK_DAYS = 7;
 
+enum Width : std::uint8_t
+{
+    NARROW, // as narrow as columns can be
+    WIDE,
+    WIDTHS,
+};
+
+template <typename Value> using PerWidth = std::array<Value, WIDTHS>;
+
 // What an entry needs of its own.
 struct Room
 {
-    int rows;
+    PerWidth<int> rows;
     int paperWidth; // of all its text on a printed sheet, in hundredths of the text's height
 };
 
@@ -28,7 +40,7 @@ struct Entry
     int time_s;     // of the local day
     bool isCarried; // a bar that goes on from the day before: the event's own entry stands there
     Room room;
-    double top;
+    PerWidth<double> top;
 };
 
 // The part of a playback that falls on the day.
@@ -40,8 +52,8 @@ struct Bar
     bool isBegun; // goes on from before
     bool goesOn;  // on the next day, or beyond the rehearsal
     bool isOpen;  // nothing in the rehearsal ends it, and this is its last part
-    double top;
-    double length;
+    PerWidth<double> top;
+    PerWidth<double> length;
     int lane;
 };
 
@@ -59,7 +71,7 @@ struct Day
 struct Week
 {
     std::vector<Day> days;
-    HourScale scale;
+    PerWidth<HourScale> scale;
 };
 
 // Whether it is drawn as a bar: a playback that lasts, as opposed to a message.

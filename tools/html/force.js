@@ -7,22 +7,22 @@
     const states = JSON.parse(document.getElementById("states").textContent);
     const panel = document.querySelector("#details .force");
     const hint = panel.cloneNode(true);
-    const lists = new WeakMap();
+    const lists = new Map();
 
     // "a,b c,d" as pairs of numbers, each text read once.
-    const pairs = (part, text, separator) => {
-        if (!lists.has(part))
-            lists.set(part, text.split(" ").map((pair) => pair.split(separator).map(Number)));
-        return lists.get(part);
+    const pairs = (text, separator) => {
+        if (!lists.has(text))
+            lists.set(text, text.split(" ").map((pair) => pair.split(separator).map(Number)));
+        return lists.get(text);
     };
 
     // The texts that hold at that second of the day. Where an hour comes twice, those of the later one.
     const stateAt = (day, second) =>
-        states[pairs(day, day.dataset.force, ":").findLast(([from]) => from <= second)[1]];
+        states[pairs(day.dataset.force, ":").findLast(([from]) => from <= second)[1]];
 
     // The second of the day that lies rows below the day's beginning.
     const secondAt = (week, rows) => {
-        const knots = pairs(week, week.dataset.scale, ",");
+        const knots = pairs(week.dataset[getComputedStyle(week).getPropertyValue("--scale").trim()], ",");
         const found = knots.findIndex(([, top]) => top > rows);
         const next = found < 0 ? knots.length - 1 : Math.max(1, found);
         const [[from, above], [until, below]] = [knots[next - 1], knots[next]];
@@ -72,7 +72,7 @@
         const box = day.querySelector(".column").getBoundingClientRect();
         if (event.clientY < box.top)
             return;
-        const rows = (event.clientY - box.top) / box.height * getComputedStyle(week).getPropertyValue("--rows");
+        const rows = (event.clientY - box.top) / box.height * getComputedStyle(week).getPropertyValue("--all");
         show(day, Math.min(LAST_S, Math.floor(secondAt(week, rows) / MINUTE_S) * MINUTE_S), false);
     };
 

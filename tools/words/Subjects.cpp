@@ -49,11 +49,15 @@ uint Subjects::Track(const Requests& requests)
     return Argument(requests, PLAYLIST_TRACK).toUInt();
 }
 
-QString Subjects::PlaylistAndTrack(const Requests& requests)
+QString Subjects::FromTrack(const Requests& requests)
 {
     const uint track = Track(requests);
-    return track > 1 ? QStringLiteral("%1 from track %2").arg(Source(requests), QString::number(track))
-                     : Source(requests);
+    return track > 1 ? QStringLiteral("from track %1").arg(track) : QString();
+}
+
+QString Subjects::PlaylistAndTrack(const Requests& requests)
+{
+    return (Source(requests) + u' ' + FromTrack(requests)).trimmed();
 }
 
 QString Subjects::RadioFrequency(const Requests& requests)

@@ -29,6 +29,9 @@ using Requests = QList<Request>;
 // From which track of a playlist, counted from 1; 0 where there is none.
 [[nodiscard]] uint Track(const Requests& requests);
 
+// "from track 3"; empty where it plays from the first one, or is no playlist.
+[[nodiscard]] QString FromTrack(const Requests& requests);
+
 [[nodiscard]] QString PlaylistAndTrack(const Requests& requests);
 [[nodiscard]] QString RadioFrequency(const Requests& requests);
 [[nodiscard]] QString LanSwitch(const Requests& requests);

@@ -58,6 +58,7 @@ void SoundTest::Begin(SoundSettings settings)
     connect(m_maker.get(), &SoundMaker::Ended, this, [this](SoundMaker::Id id, const QString& reason) {
         m_told[id].ended = reason;
         ++m_told[id].ends;
+        m_told[id].ended_ms = Now_ms();
     });
 }
 

@@ -23,6 +23,7 @@ protected:
         QStringList skipped; // "source: reason", without the folder
         std::optional<QString> ended;
         int ends = 0;
+        qint64 ended_ms = 0;
     };
 
     // A steady tone of that level, 0 to 1, in a file of the test's folder. It begins and ends with its full level, so

@@ -204,6 +204,20 @@ private:
     std::vector<std::array<std::optional<FieldFit>, FIELD_COUNT>> m_known; // of each part and field
 };
 
+// parts with a date of which each number is a part. A line without days of the week has one behind its time.
+QStringList WithDateApart(QStringList parts)
+{
+    const bool hasNoDay = !parts.isEmpty() && parts.first().contains(u'0') && !Meant::Days(parts.first()).isEmpty() &&
+                          !Meant::Days(parts.first()).contains(u'1');
+    const QStringList date = hasNoDay ? Meant::SpotDate(parts.value(FIELD_DAY)) : QStringList();
+    if (date.isEmpty())
+        return parts;
+    parts.removeAt(FIELD_DAY);
+    for (qsizetype i = 0; i < date.size(); ++i)
+        parts.insert(FIELD_DAY + i, date[i]);
+    return parts;
+}
+
 } // namespace
 
 bool FieldFit::LacksTimeOrTask() const
@@ -228,7 +242,9 @@ FieldFit FieldFit::Of(const QStringList& parts)
     fit.cost = NEVER;
     if (parts.size() > MOST_PARTS)
         return fit;
-    fit = Search(parts).From(0, 0);
+    const QStringList apart = WithDateApart(parts);
+    fit = Search(apart).From(0, 0);
+    fit.hasWholeDate = apart.size() > parts.size();
     fit.hasParametersApart = fit.fields.size() > FIELD_COUNT;
     return fit;
 }

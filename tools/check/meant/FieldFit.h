@@ -12,6 +12,7 @@ struct FieldFit
     QStringList fields;                         // as many as the line needs; those that are missing as they are without
     std::vector<ScheduleFields::Field> missing; // in their order; the parameters never are
     std::vector<qsizetype> surplus;             // places of empty parts that are no field
+    bool hasWholeDate = false;                  // day, month and year are one part
     bool hasParametersApart = false;            // parameters are parts of their own
     int cost = 0;                               // how far the parts are from a line; 0: they are one
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 // What people mean who write a field in another form than the daemon's. Each gives the form that the daemon reads, and
 // nothing where the text does not say it for certain. Text in the right form comes back as it is.
@@ -19,10 +19,14 @@ namespace Meant
 // "1st", "25.", "dec", "any": the number of a day or a month, or *.
 [[nodiscard]] QString SpotNumber(const QString& text);
 
+// "25.12.2026", "2026-12-25": 25, 12, 2026; "25.12.", "25/12", "25 Dec": 25, 12, *. Empty where it is no such date, or
+// could be either of two.
+[[nodiscard]] QStringList SpotDate(const QString& text);
+
 // "24", "'24": 2024.
 [[nodiscard]] QString Year(const QString& text);
 
-// "playmessage", "PlayMesage", "Play Message": the task's name, or its number where it has no name.
+// "playmessage", "PlayMesage", "Play Message", "Radio": the task's name, or its number where it has no name.
 [[nodiscard]] QString Task(const QString& text);
 
 // "Volume 50", "Volume=50", "Volume(50)": Volume|50.

@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -98,6 +100,30 @@ QString Meant::Date(const QString& text)
     const QString digits = LookAlikes::Digits(plain);
     const QString parts = FromParts(digits);
     return parts.isEmpty() ? FromDigits(digits) : parts;
+}
+
+QStringList Meant::SpotDate(const QString& text)
+{
+    const QDate date = QDate::fromString(Date(text), FORMAT);
+    if (date.isValid())
+        return {QString::number(date.day()), QString::number(date.month()), QString::number(date.year())};
+    // Two numbers between other signs may be days, or a step of them.
+    static const QRegularExpression WITHOUT_YEAR(
+        QStringLiteral(
+            R"(^(\d{1,2}\. ?\d{1,2}\.?|(?:1[3-9]|2\d|3[01])/\d{1,2}|\d{1,2}\.?[- ][a-z]{3,9}\.?|[a-z]{3,9}\.?[- ]\d{1,2}\D{0,2})$)"),
+        QRegularExpression::CaseInsensitiveOption);
+    const auto match = WITHOUT_YEAR.match(LookAlikes::Plain(text).simplified());
+    if (!match.hasMatch())
+        return {};
+    QString part = match.captured();
+    const bool isNamed = std::ranges::any_of(part, [](QChar sign) { return sign.isLetter(); });
+    while (part.endsWith(u'.'))
+        part.chop(1);
+    // A year that has all days.
+    QStringList spot = SpotDate(part + (isNamed ? u' ' : part.contains(u'/') ? u'/' : u'.') + QString::number(CENTURY));
+    if (!spot.isEmpty())
+        spot.last() = QStringLiteral("*");
+    return spot;
 }
 
 QString Meant::SpotNumber(const QString& text)

@@ -27,7 +27,6 @@ constexpr std::array WORDS{
     Word{"daily", "1111111"},    Word{"every day", "1111111"}, Word{"everyday", "1111111"}, Word{"all", "1111111"},
     Word{"all days", "1111111"}, Word{"always", "1111111"},    Word{"*", "1111111"},        Word{"weekday", "1111100"},
     Word{"weekdays", "1111100"}, Word{"workdays", "1111100"},  Word{"weekend", "0000011"},  Word{"weekends", "0000011"},
-    Word{"0", "0000000"},
 };
 
 // Counted from 0; -1 where it is no day. A number counts from 1, as the calendar does.
@@ -106,6 +105,13 @@ QString Meant::Days(const QString& text)
         if (plain.compare(QLatin1String(word.text), Qt::CaseInsensitive) == 0)
             return QLatin1String(word.days);
     }
+    // A spreadsheet makes one 0 of seven.
+    static const QRegularExpression NONE(QStringLiteral("^0+$"));
+    if (NONE.match(plain).hasMatch())
+        return NO_DAY;
+    static const QRegularExpression EVERY(QStringLiteral("^1{8,}$"));
+    if (EVERY.match(plain).hasMatch())
+        return QLatin1String(WORDS.front().days);
     const QString days = FromSigns(plain);
     // A row of digits alone is not a list of days.
     static const QRegularExpression LIST(QStringLiteral("[^01]"));

@@ -8,6 +8,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 
 namespace
 {
@@ -15,6 +16,26 @@ namespace
 // Of short names most are a few strokes away from each other.
 constexpr qsizetype LETTERS_A_STROKE = 4;
 constexpr int MOST_STROKES = 3;
+
+// Words that say what is played, or which input is heard. Those of settings are near enough to their names.
+struct Word
+{
+    const char* text;
+    TaskType type;
+};
+
+constexpr std::array WORDS{
+    Word{"message", TASK_PLAY_MESSAGE}, Word{"playlist", TASK_PLAY_PLAYLIST}, Word{"radio", TASK_PLAY_RADIO_FM},
+    Word{"fm", TASK_PLAY_RADIO_FM},     Word{"fmradio", TASK_PLAY_RADIO_FM},  Word{"radiofm", TASK_PLAY_RADIO_FM},
+    Word{"stream", TASK_PLAY_STREAM},   Word{"aux", TASK_ENABLE_AUX},         Word{"auxin", TASK_ENABLE_AUX},
+    Word{"playaux", TASK_ENABLE_AUX},   Word{"photo", TASK_RECORD_PHOTO},
+};
+
+QString NameOf(TaskType type)
+{
+    const TaskKind* const kind = TaskTable::Find(type);
+    return kind->scheduleName != nullptr ? QString::fromLatin1(kind->scheduleName) : QString::number(type);
+}
 
 } // namespace
 
@@ -24,14 +45,16 @@ QString Meant::Task(const QString& text)
     const QString name = LookAlikes::Plain(text).remove(BETWEEN).toLower();
     if (name.isEmpty() || std::ranges::all_of(name, [](QChar sign) { return sign.isDigit(); }))
         return {};
+    const auto* const word = std::ranges::find(WORDS, name, [](const Word& each) { return QLatin1String(each.text); });
+    if (word != WORDS.end())
+        return NameOf(word->type);
     QString nearest;
     int least = static_cast<int>(std::min<qsizetype>(MOST_STROKES, name.size() / LETTERS_A_STROKE)) + 1;
     bool isOne = true;
     const TaskKind* kind = TaskTable::Find(TASK_LIGHT);
     for (int type = 0; kind != nullptr; kind = TaskTable::Find(static_cast<TaskType>(++type)))
     {
-        const QString meant =
-            kind->scheduleName != nullptr ? QString::fromLatin1(kind->scheduleName) : QString::number(type);
+        const QString meant = NameOf(static_cast<TaskType>(type));
         for (const char* const each : {kind->scheduleName, kind->logName})
         {
             if (each == nullptr || kind->create == nullptr)

@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QJsonDocument>
-#include <QJsonObject>
 
 namespace
 {
@@ -43,11 +42,13 @@ QString ControlOptions::SchedulePath(const CommandLine& line, const QString& fil
     return DataFolder(line) + SCHEDULES + fileName;
 }
 
-QString ControlOptions::StateText(const CommandLine& line, const SchedulerLink::State& state)
+QString ControlOptions::StateText(const CommandLine& line, const SchedulerLink::State& state, const QJsonObject& file)
 {
     if (!WantsJson(line))
         return StateWords(state) + u'\n';
-    const QJsonObject object{{QStringLiteral("enabled"), state.isEnabled}, {QStringLiteral("file"), state.fileName}};
+    QJsonObject object = file;
+    object.insert(QStringLiteral("enabled"), state.isEnabled);
+    object.insert(QStringLiteral("file"), state.fileName);
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Indented));
 }
 

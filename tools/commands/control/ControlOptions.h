@@ -3,6 +3,7 @@
 #include "base/CommandLine.h"
 #include "control/SchedulerLink.h"
 
+#include <QJsonObject>
 #include <QString>
 
 // What the commands that steer the daemon have in common.
@@ -23,8 +24,9 @@ void AddData(CommandLine& line);
 // The path of a schedule file of that name in it.
 [[nodiscard]] QString SchedulePath(const CommandLine& line, const QString& fileName);
 
-// The state, in words, or as an object where line asks for it.
-[[nodiscard]] QString StateText(const CommandLine& line, const SchedulerLink::State& state);
+// The state, in words, or as an object where line asks for it. file: more members of the object.
+[[nodiscard]] QString StateText(const CommandLine& line, const SchedulerLink::State& state,
+                                const QJsonObject& file = {});
 
 // "enabled, schedule.csv"
 [[nodiscard]] QString StateWords(const SchedulerLink::State& state);

@@ -1,5 +1,6 @@
 #include "DeployPlan.h"
 
+#include "HeldLines.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "base/ToolError.h"
@@ -25,19 +26,18 @@ const QString UPWARDS = QStringLiteral("..");
 // The playlists that a schedule names, and that are there.
 struct Named
 {
-    std::set<QString> inside;
-    QString outside; // the first that lies outside their folder, with its line; empty: none does
-    int taken = 0;   // how many lines the daemon takes
+    std::set<QString> inside = {};
+    QString outside = {}; // the first that lies outside their folder, with its line; empty: none does
+    HeldLines held = {};
 };
 
 Named NamedIn(const QString& file, const QString& folder)
 {
     const Workspace workspace(file, folder);
     std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, file);
-    Named named;
+    Named named{.held = HeldLines::Of(lines)};
     for (const Entry& entry : Entry::Of(lines))
     {
-        named.taken += entry.GetAction() != nullptr ? 1 : 0;
         if (!entry.Is(TASK_PLAY_PLAYLIST))
             continue;
         // The daemon puts the name behind its folder and a "/".
@@ -100,7 +100,7 @@ DeployPlan DeployPlan::Of(const CommandLine& line, const Deployment& deployment)
     const Named named = NamedIn(plan.file, plan.playlists);
     if (!named.outside.isEmpty())
         throw ToolError(named.outside);
-    if (named.taken == 0)
+    if (named.held.taken == 0)
         throw ToolError(
             QStringLiteral("%1: the daemon takes no line of it; disable switches the daemon off").arg(file));
     plan.files.emplace(deployment.ScheduleKey(), WholeFile::Read(file));

@@ -41,9 +41,7 @@ void LookAhead(const CommandLine& line, StatusReport& report)
                  report.next = std::move(event);
          },
          [&](qint64 reached_ms) { return first_ms < reached_ms; }});
-    for (const ScheduleLine& scheduleLine : run.Result().lines)
-        report.taken += scheduleLine.action != nullptr ? 1 : 0;
-    report.rejected = run.Result().Rejected();
+    report.held = HeldLines::Of(run.Result().lines);
 }
 
 void LookAtFile(const CommandLine& line, StatusReport& report)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HeldLines.h"
 #include "control/LogRecords.h"
 #include "control/PeerPresence.h"
 #include "control/SchedulerLink.h"
@@ -21,8 +22,7 @@ struct StatusReport
     QString path;                          // of the schedule
     QString unreadable = {};               // why it cannot be read; empty: it can
     std::optional<qint64> changed_ms = {}; // when the file was changed
-    int taken = 0;
-    int rejected = 0;
+    HeldLines held = {};
 
     std::vector<Event> playing = {}; // what plays now, by the schedule
     std::optional<Event> next = {};  // none within the time that was looked at

@@ -47,11 +47,9 @@ QString StateRow(const StatusReport& report)
 
 QString FileRows(const StatusReport& report)
 {
-    const QString path = Terminal::Harmless(report.path);
     if (!report.unreadable.isEmpty())
         return Row("file", Terminal::Coloured(Terminal::Harmless(report.unreadable), Colour::RED));
-    QString text =
-        Row("file", QStringLiteral("%1: %2 taken, %3 rejected").arg(path).arg(report.taken).arg(report.rejected));
+    QString text = Row("file", report.held.Words(report.path));
     if (report.MayBeOutdated())
         text += Row("", Terminal::Coloured(QStringLiteral("changed %1: if nobody has had it loaded since, as deploy "
                                                           "does, what stood there before runs")
@@ -156,8 +154,8 @@ QString StatusText::Json(const StatusReport& report)
                        {QStringLiteral("file"), report.state.fileName},
                        {QStringLiteral("path"), report.path},
                        {QStringLiteral("process"), report.processId},
-                       {QStringLiteral("taken"), report.taken},
-                       {QStringLiteral("rejected"), report.rejected},
+                       {QStringLiteral("taken"), report.held.taken},
+                       {QStringLiteral("rejected"), report.held.rejected},
                        {QStringLiteral("mayBeOutdated"), report.MayBeOutdated()}};
     if (report.since_ms)
         object.insert(QStringLiteral("since"), Moment::IsoText(*report.since_ms));

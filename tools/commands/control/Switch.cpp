@@ -1,13 +1,16 @@
 #include "ControlOptions.h"
+#include "HeldLines.h"
 #include "base/ExitStatus.h"
 #include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/Commands.h"
+#include "engine/Workspace.h"
 
 #include <QDir>
 #include <QFileInfo>
 
 #include <functional>
+#include <optional>
 
 namespace
 {
@@ -34,6 +37,21 @@ void CheckName(const CommandLine& line)
                             .arg(Terminal::Harmless(name), ControlOptions::SchedulePath(line, {})));
     if (!file.isFile())
         throw ToolError(QStringLiteral("%1: there is no such file").arg(Terminal::Harmless(file.filePath())));
+}
+
+// None where the file cannot be read, which is told: the daemon runs nothing then.
+std::optional<HeldLines> HeldBy(const QString& path)
+{
+    try
+    {
+        const Workspace workspace(path, {});
+        return HeldLines::Of(ScheduleLine::ReadFile(workspace, path));
+    }
+    catch (const ToolError& error)
+    {
+        Terminal::PrintError(QStringLiteral("ozna-schedule: %1\n").arg(QString::fromStdString(error.what())));
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -71,11 +89,23 @@ int Commands::Use(const QStringList& arguments)
 {
     CommandLine line(QStringLiteral("use"),
                      QStringLiteral("Points the daemon at another file of its schedule folder, until it is started\n"
-                                    "anew: it then runs schedule.csv. Shows the state then."),
+                                    "anew: it then runs schedule.csv. Shows the state then, and how many lines of\n"
+                                    "the file the daemon takes."),
                      {QStringLiteral("FILE")});
+    ControlOptions::AddJson(line);
     ControlOptions::AddData(line);
-    return Run(line, arguments, [&](SchedulerLink& link) {
-        CheckName(line);
-        link.SetScheduleFile(line.Operand(0));
-    });
+    if (!line.Parse(arguments))
+        return ExitStatus::CLEAN;
+    SchedulerLink link;
+    CheckName(line);
+    link.SetScheduleFile(line.Operand(0));
+    const QString path = ControlOptions::SchedulePath(line, line.Operand(0));
+    const std::optional<HeldLines> held = HeldBy(path);
+    const QJsonObject lines =
+        held ? QJsonObject{{QStringLiteral("taken"), held->taken}, {QStringLiteral("rejected"), held->rejected}}
+             : QJsonObject();
+    Terminal::Print(ControlOptions::StateText(line, link.GetState(), lines));
+    if (held && !ControlOptions::WantsJson(line))
+        Terminal::Print(held->Words(path) + u'\n');
+    return ExitStatus::CLEAN;
 }

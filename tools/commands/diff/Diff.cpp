@@ -51,7 +51,7 @@ int Commands::Diff(const QStringList& arguments)
         line, line.Operand(0), std::nullopt, from_ms, until_ms,
         {.requested = [&](const Request& request, bool isByChance) { oldInForce.Take(request, isByChance); },
          .read = [&](const Workspace& workspace) { oldPhrases = TaskPhrases::Of(workspace, line.Operand(0)); }},
-        line.Value(OLD_PLAYLISTS));
+        line.Value(OLD_PLAYLISTS), QStringLiteral("in the old schedule "));
     if (before.Status() == ExitStatus::INTERRUPTED)
         return TellCut();
     EndState newInForce;

@@ -114,7 +114,7 @@ int Commands::Dst(const QStringList& arguments)
     const qint64 until_ms = Moment::FromLocal_ms(last, QTime(0, 0));
 
     const Workspace workspace(line.Operand(0), line.Value(PLAYLISTS));
-    const std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, line.Operand(0));
+    std::vector<ScheduleLine> lines = ScheduleLine::ReadFile(workspace, line.Operand(0));
     const int rejected = RehearsalRun::TellRejected(line.Operand(0), lines);
     const std::vector<ClockChange> changes = ClockChange::Between(from_ms, until_ms);
     const std::vector<Span> spans = SpotDates::Spans(lines, first, last.addDays(-1));

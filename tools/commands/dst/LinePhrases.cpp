@@ -24,3 +24,8 @@ QString LinePhrases::Of(int number)
                                          Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(m_workspace, action))));
     return phrase;
 }
+
+QTime LinePhrases::StartTime(int number) const
+{
+    return m_lines.at(static_cast<size_t>(number) - 1).action->m_startTime;
+}

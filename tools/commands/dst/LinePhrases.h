@@ -3,6 +3,7 @@
 #include "engine/ScheduleLine.h"
 
 #include <QString>
+#include <QTime>
 
 #include <map>
 #include <vector>
@@ -16,6 +17,9 @@ public:
 
     // "line 3, 02:30:00, switch the lights off". number: of a line that has an action.
     [[nodiscard]] QString Of(int number);
+
+    // Of such a line: when it is to start.
+    [[nodiscard]] QTime StartTime(int number) const;
 
 private:
     const Workspace& m_workspace;

@@ -4,6 +4,7 @@
 #include "base/ExitStatus.h"
 #include "base/Terminal.h"
 #include "base/ToolError.h"
+#include "check/RejectedText.h"
 #include "commands/Commands.h"
 #include "engine/ScheduleStream.h"
 #include "text/TextFile.h"
@@ -66,16 +67,16 @@ int Commands::Explain(const QStringList& arguments)
     int status = ExitStatus::CLEAN;
     for (const QString& text : Texts(line.Operands()))
     {
-        const ScheduleLine read = playlists.Read(text, ++number);
+        ScheduleLine read = playlists.Read(text, ++number);
         if (!read.IsRejected())
         {
             Terminal::Print(LineText::Of(playlists.GetWorkspace(), read, playlists.AreTracksKnown()) + u'\n');
             continue;
         }
         status = ExitStatus::ERRORS;
-        Terminal::PrintError(QStringLiteral("line %1: error: %2: the daemon leaves the line out\n")
-                                 .arg(number)
-                                 .arg(Terminal::Harmless(read.rejected->reason)));
+        Terminal::PrintError(
+            QStringLiteral("line %1: error: %2\n")
+                .arg(QString::number(number), Terminal::Harmless(playlists.Readable(RejectedText::Of(read)))));
     }
     return status;
 }

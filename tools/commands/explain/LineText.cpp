@@ -51,21 +51,6 @@ QString Tracks(const Action& action, bool areTracksKnown)
     return count == 1 ? QStringLiteral(" (1 track)") : QStringLiteral(" (%1 tracks)").arg(count);
 }
 
-// Without the tracks nobody knows whether a playlist of that time may start late.
-bool MayBeFoundAtMidnight(const Action& action, bool areTracksKnown)
-{
-    return !areTracksKnown && qobject_cast<const PlayPlaylist*>(action.m_task.get()) != nullptr &&
-           StartTime::ForLateness(action) == QTime(0, 0) && StartTime::FateOf(action) == StartTime::Fate::NEVER;
-}
-
-QString FateOf(const Action& action, bool areTracksKnown)
-{
-    return MayBeFoundAtMidnight(action, areTracksKnown)
-               ? QStringLiteral("may start at midnight once after a load, if the playlist has more than one track, and "
-                                "otherwise never starts")
-               : StartText::Fate(action);
-}
-
 QStringList Notes(const ScheduleLine& line, const QList<Request>& requests, bool areTracksKnown)
 {
     const Action& action = *line.action;
@@ -77,12 +62,13 @@ QStringList Notes(const ScheduleLine& line, const QList<Request>& requests, bool
     if (action.m_hasFrom && action.m_hasTo && action.m_to < action.m_from)
         notes.append(QStringLiteral("Its last date comes before its first: it is never valid."));
     const bool isTime = StartTime::Of(action).isValid();
-    if (const QString fate = FateOf(action, areTracksKnown); !fate.isEmpty())
+    if (const QString fate = StartText::Fate(action, areTracksKnown); !fate.isEmpty())
         notes.append((isTime ? QStringLiteral("At %1 it %2.") : QStringLiteral("%1 is no time of day: it %2."))
                          .arg(StartText::Time(action), fate));
     // What is written is none, and counts as one all the same.
-    if (isTime && !action.m_startTime.isValid() && StartTime::IsFoundAtMidnight(action))
-        notes.append(QStringLiteral("The time does not exist: it may start at midnight, once after a load."));
+    const QString found = StartText::FoundAtMidnight(action, areTracksKnown);
+    if (isTime && !action.m_startTime.isValid() && !found.isEmpty())
+        notes.append(QStringLiteral("The time does not exist: %1.").arg(found));
     if (isTime && !action.m_startTime.isValid() && StartTime::IsForcedByEveryLoad(action))
         notes.append(QStringLiteral("The time does not exist: a load starts it, as one of midnight."));
     const bool sendsNoTime = action.IsPrepared() && std::ranges::none_of(requests, [&](const Request& request) {

@@ -37,13 +37,14 @@ ScheduleLine StandInPlaylists::Read(const QString& text, int number)
     ScheduleLine line = ScheduleLine::Read(*m_workspace, text, number);
     if (line.IsRejected() && !m_areTracksKnown && MakeMissing(line.rejected->file))
         line = ScheduleLine::Read(*m_workspace, text, number);
-    // Nobody knows the folder that stands in.
-    const QString folder = m_folder.path() + u'/';
-    if (line.IsRejected())
-        line.rejected->reason.remove(folder);
     for (TaskWarning& warning : line.warnings)
-        warning.text.remove(folder);
+        warning.text = Readable(warning.text);
     return line;
+}
+
+QString StandInPlaylists::Readable(QString text) const
+{
+    return text.remove(m_folder.path() + u'/');
 }
 
 bool StandInPlaylists::MakeMissing(const QString& path) const

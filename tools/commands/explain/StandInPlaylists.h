@@ -17,6 +17,9 @@ public:
     // Reads a line as the daemon does. Without a folder of playlists, makes the playlist that the line names.
     [[nodiscard]] ScheduleLine Read(const QString& text, int number);
 
+    // text without the folder that stands in, which nobody knows.
+    [[nodiscard]] QString Readable(QString text) const;
+
     [[nodiscard]] const Workspace& GetWorkspace() const { return *m_workspace; }
 
     // Whether the tracks are those of the playlists that were given.

@@ -8,6 +8,7 @@
 #include "words/CutText.h"
 #include "words/EventText.h"
 #include "words/LineNotes.h"
+#include "words/Subjects.h"
 
 #include <algorithm>
 #include <functional>
@@ -77,8 +78,14 @@ QString Row(const Event& event, qint64 from_ms)
     text += Column(event.taskName, TASK_WIDTH);
     const qsizetype end = std::min<qsizetype>(LINE_COLUMN, MOST_COLUMNS - line.size());
     const qsizetype width = std::max<qsizetype>(end - text.size(), 1);
-    text += Column(Shortened(Terminal::Harmless(EventText::Subject(event)), width - 1), width) + line + u'\n';
-    const QString notes = Notes(event, from_ms);
+    const QString subject = Terminal::Harmless(EventText::Subject(event));
+    // Of what is too long the name is cut.
+    const QString track =
+        event.type == TASK_PLAY_PLAYLIST && subject.size() >= width ? Subjects::FromTrack(event.requests) : QString();
+    text += Column(Shortened(subject.chopped(track.isEmpty() ? 0 : track.size() + 1), width - 1), width) + line + u'\n';
+    QStringList parts{track, Notes(event, from_ms)};
+    parts.removeAll(QString());
+    const QString notes = parts.join(QStringLiteral(", "));
     return notes.isEmpty() ? text : text + INDENT + Terminal::Coloured(notes, Terminal::Colour::YELLOW) + u'\n';
 }
 

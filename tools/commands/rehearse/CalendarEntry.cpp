@@ -18,15 +18,6 @@ namespace
 
 constexpr qsizetype NAME_DIGITS = 12;
 
-// When it is heard or done. What does not take place was to be then.
-qint64 BeginOf(const Event& event)
-{
-    const qint64 begin_ms = event.kind != EventKind::START ? event.due_ms
-                            : event.plays                  ? event.begin_ms
-                                                           : event.Start_ms();
-    return begin_ms / Moment::MS_PER_S * Moment::MS_PER_S;
-}
-
 // Where the rehearsal ends, nobody knows for how long. A playlist's tracks tell it.
 bool GoesOn(const Event& event)
 {
@@ -41,8 +32,9 @@ QString DigestOf(const QString& name)
 
 } // namespace
 
-CalendarEntries::CalendarEntries(const QString& file, qint64 until_ms)
+CalendarEntries::CalendarEntries(const QString& file, qint64 from_ms, qint64 until_ms)
     : m_name(QFileInfo(file).fileName())
+    , m_from_ms(from_ms)
     , m_until_ms(until_ms)
 {
 }
@@ -53,7 +45,7 @@ std::optional<CalendarEntry> CalendarEntries::Of(const Event& event)
         return {};
     CalendarEntry entry;
     entry.identifier = Identifier(event);
-    entry.begin_ms = BeginOf(event);
+    entry.begin_ms = Begin_ms(event);
     entry.end_ms = End_ms(event, entry.begin_ms);
     entry.takesPlace = event.kind == EventKind::START;
     // What began before the span is an entry like any other.
@@ -77,12 +69,23 @@ CalendarEntry CalendarEntries::OfCut(const RehearsalResult& run) const
     return entry;
 }
 
+// When it is heard or done. What does not take place was to be then.
+qint64 CalendarEntries::Begin_ms(const Event& event) const
+{
+    const qint64 begin_ms = !event.isStartKnown              ? m_from_ms
+                            : event.kind != EventKind::START ? event.due_ms
+                            : event.plays                    ? event.begin_ms
+                                                             : event.Start_ms();
+    return begin_ms / Moment::MS_PER_S * Moment::MS_PER_S;
+}
+
 // Neither the line's number nor its parameters: a changed line takes the place of what it was. What a load forces comes
 // besides the start itself.
 QString CalendarEntries::Identifier(const Event& event)
 {
     const QString start = QStringLiteral("%1-%2%3").arg(
-        QString::number(event.due_ms / Moment::MS_PER_S), QString::number(event.type),
+        event.isStartKnown ? QString::number(event.due_ms / Moment::MS_PER_S) : QStringLiteral("before"),
+        QString::number(event.type),
         event.isForced ? QStringLiteral("-forced-%1").arg(event.moment_ms / Moment::MS_PER_S) : QString());
     return QStringLiteral("%1-%2-%3@ozna-schedule").arg(start, QString::number(++m_numbers[start]), DigestOf(m_name));
 }

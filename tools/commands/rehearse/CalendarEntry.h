@@ -26,8 +26,9 @@ struct CalendarEntry
 class CalendarEntries final
 {
 public:
-    // file: the schedule. until_ms: the end of the rehearsal, where what goes on is cut.
-    CalendarEntries(const QString& file, qint64 until_ms);
+    // file: the schedule. from_ms: the begin of the rehearsal, where what began at an unknown time is cut. until_ms:
+    // its end, where what goes on is cut.
+    CalendarEntries(const QString& file, qint64 from_ms, qint64 until_ms);
 
     // event: the next, in order. None for what is no start.
     [[nodiscard]] std::optional<CalendarEntry> Of(const Event& event);
@@ -36,11 +37,13 @@ public:
     [[nodiscard]] CalendarEntry OfCut(const RehearsalResult& run) const;
 
 private:
+    [[nodiscard]] qint64 Begin_ms(const Event& event) const;
     [[nodiscard]] QString Identifier(const Event& event);
     [[nodiscard]] std::optional<qint64> End_ms(const Event& event, qint64 begin_ms) const;
     [[nodiscard]] QString Description(const Event& event) const;
 
     const QString m_name; // of the file alone
+    const qint64 m_from_ms;
     const qint64 m_until_ms;
     QHash<QString, int> m_numbers; // how many there are of an identifier's beginning
 };

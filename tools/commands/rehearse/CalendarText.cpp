@@ -91,7 +91,7 @@ public:
     CalendarText(qint64 from_ms, qint64 until_ms, const QString& file)
         : RehearsalText(from_ms)
         , m_name(file)
-        , m_entries(file, until_ms)
+        , m_entries(file, from_ms, until_ms)
     {
     }
 

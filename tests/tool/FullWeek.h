@@ -1,0 +1,32 @@
+#pragma once
+
+// A week with dense hours, long names, playlists at once, and everything that can be marked.
+inline constexpr const char* FULL_WEEK =
+    "1111100|07:00:00|*|*|*|||Light|80\n"
+    "1111100|07:00:00|*|*|*|||8|15\n"
+    "1111100|07:00:00|*|*|*|||Volume|45\n"
+    "1111100|07:00:00|*|*|*|||Lan|1\n"
+    "1111100|07:15:00|*|*|*|||PlayRadioFm|98.5\n"
+    "1111100|07:45:00|*|*|*|||StopRadioFm\n"
+    "1111100|08:00:00|*|*|*|||PlayMessage|lesson-begins-with-a-long-name.mp3,70\n"
+    "1111100|08:45:00|*|*|*|||PlayMessage|gong.mp3,70\n"
+    "0100000|08:10:00|*|*|*|||Volume|50\n"
+    "0100000|08:11:00|*|*|*|||Volume|60\n"
+    "0100000|08:12:00|*|*|*|||PlayMessage|a message of the headmistress to all parents.mp3\n"
+    "1111100|09:00:00|*|*|*|||PlayPlaylist|two & <three>,50,break\n"
+    "1111100|09:00:05|*|*|*|||StopPlaylist|break\n"
+    "1111100|09:05:00|*|*|*|||PlayPlaylist|two & <three>,50,second\n"
+    "0000111|09:05:00|*|*|*|||PlayPlaylist|two & <three>,50,third\n"
+    "0000111|09:06:00|*|*|*|||PlayPlaylist|two & <three>,50,fourth\n"
+    "0000111|09:07:00|*|*|*|||PlayStream|8554/live,60\n"
+    "0000111|09:40:00|*|*|*|||StopStream\n"
+    "1111100|09:30:00|*|*|*|||StopPlaylist|second\n"
+    "0010000|11:00:00|*|*|*|||PlayStream|8554/a/very/long/path/of/the/stream/of/the/assembly.ogg,60\n"
+    "0010000|11:40:00|*|*|*|||StopStream\n"
+    "0010000|12:00:00|*|*|*|||RecordPhoto|5,3\n"
+    "1111111|00:00:00|*|*|*|||Volume|10\n"
+    "1111111|02:30:00|*|*|*|||Volume|15\n"
+    "1111111|10:00:05|*|*|*|||PlayPlaylist|two & <three>,50,cut\n"
+    "1111111|10:00:06|*|*|*|||StopPlaylist|cut\n"
+    "1111111|18:30:00|*|*|*|||enableAux|1\n"
+    "1111111|19:30:00|*|*|*|||enableAux|0\n";
