@@ -110,11 +110,13 @@ void Ear::Take(const char* bytes, size_t size, qint64 came_us)
 std::vector<Ear::Heard> Ear::Sounds() const
 {
     const std::lock_guard lock(m_mutex);
-    std::vector<Heard> heard;
-    for (const Onsets::Sound& sound : m_onsets.All())
-        heard.push_back({sound.begin, sound.end,
-                         static_cast<double>(m_arrivals.LineAt_us(sound.begin).value_or(0)) / US_PER_MS,
-                         static_cast<double>(m_arrivals.ArrivalAt_us(sound.begin).value_or(0)) / US_PER_MS});
+    const std::vector<Onsets::Sound> sounds = m_onsets.All();
+    std::vector<Heard> heard(sounds.size());
+    std::ranges::transform(sounds, heard.begin(), [this](const Onsets::Sound& sound) {
+        return Heard{sound.begin, sound.end,
+                     static_cast<double>(m_arrivals.LineAt_us(sound.begin).value_or(0)) / US_PER_MS,
+                     static_cast<double>(m_arrivals.ArrivalAt_us(sound.begin).value_or(0)) / US_PER_MS};
+    });
     return heard;
 }
 

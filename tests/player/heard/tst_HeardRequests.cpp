@@ -45,8 +45,8 @@ namespace
 {
 
 const QString STREAM_ENDED = u"StreamEnabled false"_s;
-constexpr int WARM_UP = 200; // requests until all that is made once has been made
-constexpr long GROWTH_KB = 6000;
+// Far less than what thousands of sources hold. A sanitizer keeps what is given back for a while.
+constexpr long GROWTH_KB = OZNA_SANITIZED ? 300'000 : 20'000;
 
 int Length_s()
 {
@@ -120,19 +120,21 @@ void HeardRequests::AThousandOneAfterTheOther()
 {
     WriteSound(u"gong.wav"_s, Gong::Samples(300));
     QVERIFY(StartPlayer());
-    long before_kb = 0;
-    for (int i = 0; i < 1000; ++i)
+    // They come faster than the threads that play them end: how many there are at a time differs from run to run.
+    QList<long> held_kb;
+    for (int round = 0; round < 3; ++round)
     {
-        const QString name = NewFile();
-        Accept(Client().PlayFile(name), u"PlayFileCompleted "_s + name);
-        if (i == WARM_UP)
-            before_kb = MemoryKilobytes(Player().Pid(), "VmRSS");
+        for (int i = 0; i < 1000; ++i)
+        {
+            const QString name = NewFile();
+            Accept(Client().PlayFile(name), u"PlayFileCompleted "_s + name);
+        }
+        QCOMPARE(m_refused, 0);
+        QVERIFY2(WaitUntil([&] { return AllHaveEnded(); }), qPrintable(WhatIsWrong()));
+        held_kb.append(MemoryKilobytes(Player().Pid(), "VmRSS"));
+        qInfo("%ld KB", held_kb.last());
     }
-    QCOMPARE(m_refused, 0);
-    QVERIFY2(WaitUntil([&] { return AllHaveEnded(); }), qPrintable(WhatIsWrong()));
-    const long after_kb = MemoryKilobytes(Player().Pid(), "VmRSS");
-    qInfo("%ld KB after %d requests, %ld KB after 1000", before_kb, WARM_UP, after_kb);
-    QVERIFY(after_kb - before_kb < GROWTH_KB);
+    QVERIFY(held_kb[2] - held_kb[0] < GROWTH_KB);
     Pause(1000);
     QVERIFY2(AllHaveEnded(), qPrintable(WhatIsWrong()));
     QCOMPARE(StopPlayer(), 0);
@@ -196,7 +198,7 @@ void HeardRequests::AnyInAnyOrder()
     qInfo("%d accepted, %d refused; %ld KB after a third of the time, %ld KB at its end", m_accepted, m_refused,
           warm_kb, end_kb);
     QVERIFY(m_accepted > 0 && m_refused > 0);
-    QVERIFY(end_kb - warm_kb < 2 * GROWTH_KB);
+    QVERIFY(end_kb - warm_kb < GROWTH_KB);
     QCOMPARE(StopPlayer(), 0);
     static_cast<void>(Player().Take());
 }
