@@ -26,6 +26,13 @@ Volumes::Volumes(QString file)
     m_timer.setInterval(WRITTEN_AFTER_MS);
     m_timer.callOnTimeout(this, &Volumes::Write);
     Read();
+    QStringList names = m_volumes.keys();
+    names.sort();
+    for (const QString& name : std::as_const(names))
+    {
+        if (Of(name) != FULL)
+            PLAYER_LOG(LEVEL_NORMAL, "KEPT VOLUME | %s: %g", qPrintable(name), Of(name));
+    }
 }
 
 Volumes::~Volumes()

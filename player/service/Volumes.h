@@ -15,7 +15,7 @@ public:
     // A change is written when this has passed, together with those that came meanwhile.
     static constexpr int WRITTEN_AFTER_MS = 1000;
 
-    // Reads the file, if there is one. What is wrong with it is logged.
+    // Reads the file, if there is one. What is wrong with it is logged, and so is each volume that is not full.
     explicit Volumes(QString file);
     // Writes what is not written yet.
     ~Volumes() override;
