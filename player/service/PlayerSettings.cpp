@@ -63,11 +63,10 @@ bool TakeFolder(const QString& text, QString& folder)
 
 bool TakeOutput(const Value& value, PlayerSettings& settings)
 {
-    const bool isKnown =
-        value.text == QLatin1String("pulse") || IsDevice(value.text, {QStringLiteral("alsa"), QStringLiteral("file")});
-    if (isKnown)
-        settings.sound.output = value.text;
-    return isKnown;
+    // Also what is of no use: sound that goes elsewhere, or another output's failure, would hide the mistake.
+    settings.sound.output = value.text;
+    return value.text == QLatin1String("pulse") ||
+           IsDevice(value.text, {QStringLiteral("pulse"), QStringLiteral("alsa"), QStringLiteral("file")});
 }
 
 bool TakeMedia(const Value& value, PlayerSettings& settings)
@@ -147,19 +146,20 @@ struct Key
     const char* name;
     bool isBeginning; // of the keys that are meant
     Take take;
+    const char* form; // of a value that is of use
 };
 
 constexpr std::array KEYS{
-    Key{"Output", false, TakeOutput},
-    Key{"Media", false, TakeMedia},
-    Key{"Playlists", false, TakePlaylists},
-    Key{"Gap", false, TakeGap},
-    Key{"Duck", false, TakeDuck},
-    Key{"Offset_ms", false, TakeOffset},
-    Key{"Aux", false, TakeAux},
-    Key{"Light", false, TakeLights},
-    Key{"Radio", true, TakeStation},
-    Key{"Amplifier", true, TakeAmplifier},
+    Key{"Output", false, TakeOutput, "pulse, pulse:SINK, alsa:DEVICE or file:PATH; nothing is played"},
+    Key{"Media", false, TakeMedia, "an absolute path"},
+    Key{"Playlists", false, TakePlaylists, "an absolute path"},
+    Key{"Gap", false, TakeGap, "seconds from 0 to 3600, as 1.5"},
+    Key{"Duck", false, TakeDuck, "percent from 0 to 100"},
+    Key{"Offset_ms", false, TakeOffset, "milliseconds from -10000 to 10000"},
+    Key{"Aux", false, TakeAux, "alsa:DEVICE or pulse:DEVICE"},
+    Key{"Light", false, TakeLights, "names of outputs with commas in between"},
+    Key{"Radio", true, TakeStation, "a frequency once, as Radio98.5, and the address of a stream"},
+    Key{"Amplifier", true, TakeAmplifier, "a number from 1 to 8, as Amplifier1, and the name of an output"},
 };
 
 bool IsOf(const Key& key, const QString& name)
@@ -175,8 +175,8 @@ void TakeValue(const Value& value, const QString& file, PlayerSettings& settings
         PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s is no setting of the player", qPrintable(file),
                    qPrintable(value.key));
     else if (!key->take(value, settings))
-        PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s=%s is of no use, and does not count", qPrintable(file),
-                   qPrintable(value.key), qPrintable(value.text));
+        PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s=%s is of no use, and does not count: it takes %s", qPrintable(file),
+                   qPrintable(value.key), qPrintable(value.text), key->form);
 }
 
 } // namespace

@@ -28,7 +28,8 @@ struct PlayerSettings
     [[nodiscard]] static QStringList Names();
 
     // Reads the file that FILE_VARIABLE names in the environment, or DEFAULT_FILE. Without such a file all is as it
-    // stands here. A value that is of no use is logged, with the file and its key, and does not count.
+    // stands here. A value that is of no use is logged, with the file, its key and the form it takes, and
+    // does not count; but an output of no use is kept, so that each request fails with its name.
     [[nodiscard]] static PlayerSettings Read();
 
     QString media = QStringLiteral("/opt/ozna/data/media");

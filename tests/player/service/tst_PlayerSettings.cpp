@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 // The section [PLAYER].
@@ -111,11 +113,37 @@ void tst_PlayerSettings::EverySettingCounts()
     QCOMPARE(settings.lights, QStringList({u"lamp"_s, u"acpi_video0"_s}));
 }
 
+// What the record says that a line should have been.
+static QByteArray FormOf(const QByteArray& line)
+{
+    static const QList<std::pair<QByteArray, QByteArray>> forms{
+        {"Output", "pulse, pulse:SINK, alsa:DEVICE or file:PATH; nothing is played"},
+        {"Media", "an absolute path"},
+        {"Playlists", "an absolute path"},
+        {"Gap", "seconds from 0 to 3600, as 1.5"},
+        {"Duck", "percent from 0 to 100"},
+        {"Offset_ms", "milliseconds from -10000 to 10000"},
+        {"Aux", "alsa:DEVICE or pulse:DEVICE"},
+        {"Light", "names of outputs with commas in between"},
+        {"Radio", "a frequency once, as Radio98.5, and the address of a stream"},
+        {"Amplifier", "a number from 1 to 8, as Amplifier1, and the name of an output"}};
+    for (const auto& [key, form] : forms)
+    {
+        if (line.startsWith(key))
+            return form;
+    }
+    return {};
+}
+
 void tst_PlayerSettings::WhatIsOfNoUseDoesNotCount_data()
 {
     QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QByteArray>("form");
     for (const char* line : {"Output=",
                              "Output=auto",
+                             "Output=hw:0,0",
+                             "Output=pulse:",
+                             "Gap=1,5",
                              "Output=alsa:",
                              "Output=file:",
                              "Media=media",
@@ -146,15 +174,20 @@ void tst_PlayerSettings::WhatIsOfNoUseDoesNotCount_data()
                              "Light=",
                              "Light=lamp,,panel",
                              "Light=../lamp"})
-        QTest::newRow(line) << QByteArray(line);
+        QTest::newRow(line) << QByteArray(line) << FormOf(line);
 }
 
 void tst_PlayerSettings::WhatIsOfNoUseDoesNotCount()
 {
     QFETCH(const QByteArray, line);
-    CompareWithDefaults(Read("[PLAYER]\n" + line + "\n"));
+    QFETCH(const QByteArray, form);
+    PlayerSettings settings = Read("[PLAYER]\n" + line + "\n");
+    // An output of no use is not replaced by another.
+    if (line.startsWith("Output="))
+        QCOMPARE(std::exchange(settings.sound.output, u"pulse"_s).toUtf8(), line.mid(7));
+    CompareWithDefaults(settings);
     EXPECT_LOG(LEVEL_WARNING, {{"2 [service/PlayerSettings.cpp] " + m_file.toUtf8() + ": [PLAYER] " + line +
-                                    " is of no use, and does not count",
+                                    " is of no use, and does not count: it takes " + form,
                                 SoundManager::PATH}});
 }
 
@@ -164,7 +197,8 @@ void tst_PlayerSettings::ABadValueLeavesTheOthers()
     QCOMPARE(settings.gap_ms, 1000);
     QCOMPARE(settings.sound.duck_percent, 20);
     const QByteArray begin = "2 [service/PlayerSettings.cpp] " + m_file.toUtf8() + ": [PLAYER] ";
-    EXPECT_LOG(LEVEL_WARNING, {{begin + "Duck=much is of no use, and does not count", SoundManager::PATH},
+    EXPECT_LOG(LEVEL_WARNING, {{begin + "Duck=much is of no use, and does not count: it takes percent from 0 to 100",
+                                SoundManager::PATH},
                                {begin + "Volume is no setting of the player", SoundManager::PATH}});
 }
 
