@@ -2,6 +2,9 @@
 
 #include <gst/gst.h>
 
+#include <QFile>
+#include <QRegularExpression>
+
 #include <memory>
 
 namespace
@@ -68,6 +71,18 @@ QString ElementDevice(GstDevice* device)
 
 } // namespace
 
+QString Outputs::LastingName(const QString& device, const QString& folder)
+{
+    static const QRegularExpression numbered(QStringLiteral("^hw:([0-9]+),([0-9]+)$"));
+    const QRegularExpressionMatch match = numbered.match(device);
+    if (!match.hasMatch())
+        return device;
+    QFile file(QStringLiteral("%1/card%2/id").arg(folder, match.captured(1)));
+    const QString card = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
+    return card.isEmpty() ? QStringLiteral("plug") + device
+                          : QStringLiteral("plughw:CARD=%1,DEV=%2").arg(card, match.captured(2));
+}
+
 QList<Outputs::Output> Outputs::All()
 {
     QList<Output> outputs;
@@ -80,7 +95,8 @@ QList<Outputs::Output> Outputs::All()
     for (const Ref<GstDevice>& device : Sinks("alsadeviceprovider"))
     {
         if (const QString name = ElementDevice(device.get()); !name.isEmpty())
-            outputs.append({QStringLiteral("alsa:") + name, Taken(gst_device_get_display_name(device.get()))});
+            outputs.append(
+                {QStringLiteral("alsa:") + LastingName(name), Taken(gst_device_get_display_name(device.get()))});
     }
     return outputs;
 }
