@@ -20,7 +20,7 @@ constexpr qint64 TEST_STEP_MS = 5000;
 constexpr qint64 MEASURE_STEP_MS = 4000; // a gong, and the time to prepare the next
 constexpr qint64 MEASURED_GONG_MS = 400;
 constexpr int MEASURED_GONGS = 10;
-constexpr double NEAR_MS = 1000; // what is heard farther from its moment is another sound
+constexpr double NEAR_MS = 200; // what is heard farther from its moment is another sound
 
 // To standard output, at once: who waits for a gong wants to see what is going on.
 void Print(const QString& line)
@@ -36,6 +36,19 @@ QString TimeOfDay(double moment_ms)
 QString Signed(double error_ms)
 {
     return (error_ms < 0 ? QString() : QStringLiteral("+")) + QString::number(error_ms, 'f', 1);
+}
+
+// Of sorted values, at least one: the middle one, or the mean of the middle two.
+double Median(const std::vector<double>& sorted)
+{
+    const size_t half = sorted.size() / 2;
+    return sorted.size() % 2 == 1 ? sorted[half] : (sorted[half - 1] + sorted[half]) / 2;
+}
+
+// What the settings add to a moment, in words.
+QString MovedBy(const SoundSettings& settings)
+{
+    return settings.offset_ms == 0 ? QString() : QStringLiteral(", moved by Offset_ms=%1").arg(settings.offset_ms);
 }
 
 // The sound nearest to its moment.
@@ -65,16 +78,17 @@ int EarCommands::Test(SoundMaker& sound, const SoundSettings& settings)
 {
     GongCall gong(sound, Gong::LENGTH_MS);
     const qint64 due_ms = GongCall::NextMoment_ms(TEST_STEP_MS);
-    Print(QStringLiteral("A gong at %1 on %2 ...").arg(TimeOfDay(static_cast<double>(due_ms)), settings.output));
+    Print(QStringLiteral("A gong at %1%2 on %3, at full volume: volumes that are kept do not count ...")
+              .arg(TimeOfDay(static_cast<double>(due_ms)), MovedBy(settings), settings.output));
     const GongCall::Outcome outcome = gong.Play(due_ms);
     if (!outcome.reason.isEmpty())
     {
         Print(QStringLiteral("Not heard on %1: %2").arg(settings.output, outcome.reason));
         return EXIT_FAILURE;
     }
-    Print(QStringLiteral("Heard on %1 at %2 by the output's clock, %3 ms from its moment.")
+    Print(QStringLiteral("Given to %1, to be heard at %2 by the output's clock, %3 ms from its moment%4.")
               .arg(settings.output, TimeOfDay(static_cast<double>(*outcome.heard_ms)),
-                   Signed(static_cast<double>(*outcome.heard_ms - due_ms))));
+                   Signed(static_cast<double>(*outcome.heard_ms - due_ms - settings.offset_ms)), MovedBy(settings)));
     return EXIT_SUCCESS;
 }
 
@@ -92,6 +106,7 @@ int EarCommands::Measure(SoundMaker& sound, const SoundSettings& settings)
         Print(QStringLiteral("Can't listen to what the sound server plays: %1").arg(error));
         return EXIT_FAILURE;
     }
+    Print(QStringLiteral("Ten gongs%1: nothing else should play.").arg(MovedBy(settings)));
     GongCall gong(sound, MEASURED_GONG_MS);
     std::vector<double> errors_ms;
     for (int i = 0; i < MEASURED_GONGS; ++i)
@@ -104,13 +119,13 @@ int EarCommands::Measure(SoundMaker& sound, const SoundSettings& settings)
             Print(QStringLiteral("due %1  can't be played: %2").arg(due, outcome.reason));
             return EXIT_FAILURE;
         }
-        const std::optional<double> begin_ms = Nearest(ear.Begins_ms(), due_ms);
+        const std::optional<double> begin_ms = Nearest(ear.Begins_ms(), due_ms + settings.offset_ms);
         if (!begin_ms)
         {
             Print(QStringLiteral("due %1  not heard").arg(due));
             continue;
         }
-        errors_ms.push_back(*begin_ms - static_cast<double>(due_ms));
+        errors_ms.push_back(*begin_ms - static_cast<double>(due_ms + settings.offset_ms));
         Print(QStringLiteral("due %1  heard %2  error %3 ms").arg(due, TimeOfDay(*begin_ms), Signed(errors_ms.back())));
     }
     if (errors_ms.empty())
@@ -120,6 +135,6 @@ int EarCommands::Measure(SoundMaker& sound, const SoundSettings& settings)
         QStringLiteral("%1 of %2 heard; error median %3, from %4 to %5 ms, where the server hands them to its output.")
             .arg(errors_ms.size())
             .arg(MEASURED_GONGS)
-            .arg(Signed(errors_ms[errors_ms.size() / 2]), Signed(errors_ms.front()), Signed(errors_ms.back())));
+            .arg(Signed(Median(errors_ms)), Signed(errors_ms.front()), Signed(errors_ms.back())));
     return errors_ms.size() == MEASURED_GONGS ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -11,7 +11,8 @@ namespace EarCommands
 // The outputs that sound can go to, each as the settings name it. EXIT_FAILURE when there is none.
 [[nodiscard]] int ListOutputs();
 
-// Plays the gong at the next full five seconds, and tells where it was heard, when by the output's clock, or why not.
+// Plays the gong at the next full five seconds, and tells to which output it was given and when that has it heard by
+// its own clock, or why not. At full volume. An error counts from the moment moved by offset_ms, here and below.
 [[nodiscard]] int Test(SoundMaker& sound, const SoundSettings& settings);
 
 // Plays ten gongs and listens to what the sound server hands to its output: the error of each. EXIT_FAILURE when one

@@ -68,7 +68,8 @@ void HeardCommands::ATestIsHeardAtItsFiveSeconds()
     const qint64 due_ms = std::llround(sounds[0].at_ms / 5000) * 5000;
     QVERIFY2(qAbs(sounds[0].at_ms - static_cast<double>(due_ms)) < EXACT_MS, qPrintable(Printed()));
     QVERIFY(Printed().startsWith(u"A gong at %1.000 on file:"_s.arg(TimeText(due_ms))));
-    static const QRegularExpression heard(u"Heard on file:\\S+ at (\\S+) by the output's clock, [+-][0-9.]+ ms from"_s);
+    static const QRegularExpression heard(
+        u"Given to file:\\S+, to be heard at (\\S+) by the output's clock, [+-][0-9.]+ ms from"_s);
     const QRegularExpressionMatch match = heard.match(Printed());
     QVERIFY(match.hasMatch());
     const QTime told = QTime::fromString(match.captured(1), u"hh:mm:ss.zzz");
