@@ -20,12 +20,14 @@ struct Piece
     };
 
     Place place = Place::MESSAGE;
-    // Absolute paths of files, one after the other, or one address of a stream, or one capture device.
+    // Absolute paths of files, one after the other, for a message and a playlist. The other places have one, and use no
+    // other: the address of a stream, or a capture device.
     QStringList sources;
     // The moment on the wall clock at which the first sample is heard, in ms since 1970; at once without it, or when it
     // has passed. The clock may be set between the request and that moment: what it shows then counts.
     std::optional<qint64> due_ms;
-    // Silence between two tracks.
+    // Silence between two tracks, 0 to LONGEST_GAP_MS; what is beyond is taken for that.
+    static constexpr qint64 LONGEST_GAP_MS = 3'600'000;
     qint64 gap_ms = 0;
     double volume = 100; // percent of full scale, 0 to 100
 };
@@ -52,7 +54,7 @@ Q_SIGNALS:
     // The piece can be heard at its moment: its beginning is decoded and held. Streams are ready with their first
     // sound. Comes once, or never when the piece ends before.
     void Ready(SoundMaker::Id id);
-    // It begins to sound; heard_ms on the wall clock.
+    // It begins to sound; heard_ms on the wall clock, rounded. Comes once, or never when it ends before it is heard.
     void Started(SoundMaker::Id id, qint64 heard_ms);
     // A part of the piece was left out: a track that cannot be played.
     void Skipped(SoundMaker::Id id, const QString& source, const QString& reason);

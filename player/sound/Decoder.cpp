@@ -9,6 +9,7 @@
 #include <gst/app/gstappsink.h>
 #include <gst/audio/audio.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace
@@ -174,14 +175,21 @@ bool Decoder::Take(GstSample* sample)
     GstMapInfo map;
     GstBuffer* buffer = gst_sample_get_buffer(sample);
     if (buffer == nullptr || !gst_buffer_map(buffer, &map, GST_MAP_READ))
+    {
+        Fail(QStringLiteral("a part of it cannot be read"));
         return false;
+    }
+    const auto* const frames = reinterpret_cast<const float*>(map.data);
     const auto count = static_cast<qint64>(map.size / sizeof(float) / Frames::CHANNELS);
-    const bool isPrimed = m_queue.Pushed() + count >= PRIMED;
-    // Told ahead: a queue that one buffer fills would not tell it before it is asked for frames.
-    const bool isWanted = m_queue.Push(reinterpret_cast<const float*>(map.data), count);
+    bool isWanted = true;
+    // In parts: a block that does not fit waits for the mixer, which waits to be told.
+    for (qint64 done = 0; isWanted && done < count; done += PRIMED)
+    {
+        isWanted = m_queue.Push(frames + Frames::ToSamples(done), std::min(PRIMED, count - done));
+        if (isWanted && m_queue.Pushed() >= PRIMED && !m_isPrimed.exchange(true))
+            m_events.primed();
+    }
     gst_buffer_unmap(buffer, &map);
-    if (isPrimed && isWanted && !m_isPrimed.exchange(true))
-        m_events.primed();
     return isWanted;
 }
 

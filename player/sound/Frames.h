@@ -2,6 +2,9 @@
 
 #include <QtGlobal>
 
+#include <algorithm>
+#include <limits>
+
 // The one form that sound has inside the player: 32-bit floats, interleaved. A frame is one sample of each channel.
 namespace Frames
 {
@@ -26,9 +29,11 @@ constexpr qint64 ToNs(qint64 frames)
     return frames * NS_PER_MS / (RATE / 1000);
 }
 
-// To the nearest frame. Good for some years, either side of zero.
+// To the nearest frame. What is longer than MOST_NS, either side of zero, is taken for that.
+inline constexpr qint64 MOST_NS = std::numeric_limits<qint64>::max() / (2 * RATE / 1000);
 constexpr qint64 FromNs(qint64 time_ns)
 {
+    time_ns = std::clamp(time_ns, -MOST_NS, MOST_NS);
     const qint64 half = time_ns < 0 ? -NS_PER_MS / 2 : NS_PER_MS / 2;
     return (time_ns * (RATE / 1000) + half) / NS_PER_MS;
 }

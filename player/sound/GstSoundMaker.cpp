@@ -6,25 +6,21 @@
 
 #include <algorithm>
 #include <chrono>
+#include <functional>
 
 namespace
 {
 
 using namespace std::chrono_literals;
 
-// Sources that hang at the same time, on a lost disk for example, before the others wait.
-constexpr int WORKERS = 16;
-constexpr auto READY_PATIENCE = 2s;
+// Below the time within which the service answers: so its answer has the words of what is wrong.
+constexpr auto READY_PATIENCE = 1700ms;
+// What waits holds two seconds of sound and the threads of a pipeline: so much a small machine has.
+constexpr int MOST_WAITING = 64;
 // A fade and what is under way to the output, with room to spare.
 constexpr auto STOP_PATIENCE = 1s;
-// An output that comes back is still of use to a message so late, and to what went on when it left.
-constexpr qint64 LATE_MS = 2'000;
-constexpr int ABSENCE_S = 60;
-
-QString WithoutOutput(const QString& reason)
-{
-    return QStringLiteral("no output: ") + reason;
-}
+// What a device has under way is less.
+constexpr qint64 UNDER_WAY_MS = 2'000;
 
 bool IsOfTracks(Piece::Place place)
 {
@@ -34,14 +30,13 @@ bool IsOfTracks(Piece::Place place)
 std::chrono::milliseconds UntilHeard(qint64 heard_ns)
 {
     const qint64 left_ms = (heard_ns - WallClock::Now_ns()) / Frames::NS_PER_MS;
-    return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, LATE_MS));
+    return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, UNDER_WAY_MS));
 }
 
 } // namespace
 
 GstSoundMaker::GstSoundMaker(const SoundSettings& settings)
     : m_mailbox(std::make_shared<Mailbox>(this))
-    , m_workers(WORKERS)
     , m_mixer(std::make_shared<Mixer>(Mixer::Settings{settings.duck_percent, settings.offset_ms * Frames::NS_PER_MS},
                                       [this, mailbox = m_mailbox](std::vector<Mixer::Event> events) {
                                           mailbox->Post([this, told = std::move(events)] { OnMixed(told); });
@@ -66,20 +61,34 @@ GstSoundMaker::~GstSoundMaker()
 SoundMaker::Id GstSoundMaker::Play(const Piece& piece)
 {
     const Id id = ++m_last;
+    const auto waiting = std::count_if(m_items.begin(), m_items.end(),
+                                       [](const auto& i) { return i.second.piece.due_ms && !i.second.hasBegun; });
     Item& item = m_items[id];
-    item.place = piece.place;
-    item.due_ms = piece.due_ms;
-    item.preparation = Preparation::Of(piece, m_workers);
+    item.piece = piece;
     item.hadOutput = m_output.IsOpen();
-    Follow(id, *item.preparation);
+    m_output.SetWanted(true);
+    if (piece.due_ms && waiting >= MOST_WAITING)
+    {
+        m_mailbox->Post([this, id] { End(id, QStringLiteral("%1 others wait already").arg(MOST_WAITING)); });
+        return id;
+    }
+    m_sources.TellBehind();
+    Prepare(id, item);
+    if (IsOfTracks(piece.place))
+        QTimer::singleShot(READY_PATIENCE, this, [this, id] { EndUnlessReady(id); });
+    m_output.Open();
+    return id;
+}
 
+void GstSoundMaker::Prepare(Id id, Item& item)
+{
+    const Piece& piece = item.piece;
+    item.preparation = Preparation::Of(piece, m_sources.Of(piece.place));
+    Follow(id, *item.preparation);
     Voice::Setup setup{id, piece.place, item.preparation->Frames(), std::nullopt, piece.volume};
     if (piece.due_ms)
         setup.due_ns = *piece.due_ms * Frames::NS_PER_MS;
     m_mixer->Add(std::move(setup));
-    m_output.SetWanted(true);
-    m_output.Open();
-    return id;
 }
 
 void GstSoundMaker::Follow(Id id, const Preparation& preparation)
@@ -89,16 +98,18 @@ void GstSoundMaker::Follow(Id id, const Preparation& preparation)
         TellReady(id);
     });
     connect(&preparation, &Preparation::Failed, this, [this, id](const QString& reason) { End(id, reason); });
-    const Piece::Place place = m_items.at(id).place;
-    if (place == Piece::Place::PLAYLIST)
+    if (m_items.at(id).piece.place == Piece::Place::PLAYLIST)
         connect(&preparation, &Preparation::Skipped, this,
                 [this, id](const QString& source, const QString& reason) { Q_EMIT Skipped(id, source, reason); });
-    if (IsOfTracks(place))
-        QTimer::singleShot(READY_PATIENCE, this, [this, id] {
-            const auto found = m_items.find(id);
-            if (found != m_items.end() && !found->second.isReadyTold)
-                End(id, QStringLiteral("it was not ready in time"));
-        });
+}
+
+void GstSoundMaker::EndUnlessReady(Id id)
+{
+    const auto found = m_items.find(id);
+    if (found == m_items.end() || found->second.isReadyTold)
+        return;
+    m_sources.TellBehind();
+    End(id, QStringLiteral("it was not ready in time"));
 }
 
 void GstSoundMaker::TellReady(Id id)
@@ -122,6 +133,9 @@ void GstSoundMaker::Stop(Id id)
 
 void GstSoundMaker::SetVolume(Id id, double volume)
 {
+    const auto found = m_items.find(id);
+    if (found != m_items.end())
+        found->second.piece.volume = volume;
     m_mixer->SetVolume(id, volume);
 }
 
@@ -134,7 +148,8 @@ void GstSoundMaker::OnMixed(const std::vector<Mixer::Event>& events)
 {
     for (const Mixer::Event& event : events)
     {
-        if (!m_items.contains(event.id))
+        const auto found = m_items.find(event.id);
+        if (found == m_items.end() || found->second.preparation == nullptr)
             continue;
         if (event.kind == Mixer::Event::Kind::BEGUN)
             OnBegun(event.id, event.heard_ns);
@@ -150,19 +165,29 @@ void GstSoundMaker::OnBegun(Id id, qint64 heard_ns)
     item.hasBegun = true;
     item.hadOutput = true;
     TellReady(id);
-    QTimer::singleShot(UntilHeard(heard_ns), Qt::PreciseTimer, this, [this, id, heard_ns] {
-        if (m_items.contains(id))
-            Q_EMIT Started(id, heard_ns / Frames::NS_PER_MS);
+    AtMoment(id, heard_ns, [this, id, heard_ns] {
+        m_items.at(id).isHeard = true;
+        Q_EMIT Started(id, (heard_ns + Frames::NS_PER_MS / 2) / Frames::NS_PER_MS);
     });
 }
 
 void GstSoundMaker::OnEnded(Id id, qint64 heard_ns)
 {
     const Item& item = m_items.at(id);
-    const bool isWhole = item.isStopped || item.place == Piece::Place::PLAYLIST;
+    const bool isWhole = item.isStopped || item.piece.place == Piece::Place::PLAYLIST;
     const QString reason = isWhole ? QString() : item.preparation->Reason();
-    QTimer::singleShot(item.hasBegun ? UntilHeard(heard_ns) : 0ms, Qt::PreciseTimer, this,
-                       [this, id, reason] { End(id, reason); });
+    AtMoment(id, item.hasBegun ? heard_ns : 0, [this, id, reason] { End(id, reason); });
+}
+
+// Unless the output took with it what was on its way.
+void GstSoundMaker::AtMoment(Id id, qint64 heard_ns, std::function<void()> work)
+{
+    QTimer::singleShot(UntilHeard(heard_ns), Qt::PreciseTimer, this,
+                       [this, id, losses = m_items.at(id).losses, work = std::move(work)] {
+                           const auto found = m_items.find(id);
+                           if (found != m_items.end() && found->second.losses == losses)
+                               work();
+                       });
 }
 
 void GstSoundMaker::End(Id id, const QString& reason)
@@ -171,12 +196,19 @@ void GstSoundMaker::End(Id id, const QString& reason)
     if (found == m_items.end())
         return;
     m_mixer->Remove(id);
-    // It may be the one that tells.
-    found->second.preparation->disconnect(this);
-    found->second.preparation.release()->deleteLater();
+    LeavePreparation(found->second);
     m_items.erase(found);
     m_output.SetWanted(!m_items.empty());
     Q_EMIT Ended(id, reason);
+}
+
+void GstSoundMaker::LeavePreparation(Item& item)
+{
+    if (item.preparation == nullptr)
+        return;
+    // It may be the one that tells.
+    item.preparation->disconnect(this);
+    item.preparation.release()->deleteLater();
 }
 
 void GstSoundMaker::EndAll(const std::function<bool(const Item&)>& condition, const QString& reason)
@@ -189,48 +221,4 @@ void GstSoundMaker::EndAll(const std::function<bool(const Item&)>& condition, co
     }
     for (const Id id : ids)
         End(id, reason);
-}
-
-void GstSoundMaker::OnOpened()
-{
-    m_absence.stop();
-    std::vector<Id> ids;
-    for (auto& [id, item] : m_items)
-    {
-        item.hadOutput = true;
-        ids.push_back(id);
-    }
-    for (const Id id : ids)
-    {
-        if (m_items.contains(id))
-            TellReady(id);
-    }
-}
-
-// What waits keeps waiting for an output that it had; who asks now is told at once.
-void GstSoundMaker::OnOutputFailed(const QString& reason)
-{
-    EndAll([](const Item& item) { return !item.hadOutput; }, WithoutOutput(reason));
-}
-
-// A message of which a part was heard has had its moment. The others go on where they were.
-void GstSoundMaker::OnOutputLost(const QString& reason)
-{
-    m_absent_s = 0;
-    m_absence.start(1s);
-    EndAll([](const Item& item) { return item.hasBegun && item.place == Piece::Place::MESSAGE; },
-           WithoutOutput(reason));
-}
-
-void GstSoundMaker::EndWithoutOutput()
-{
-    ++m_absent_s;
-    const qint64 now_ms = WallClock::Now_ns() / Frames::NS_PER_MS;
-    const auto isTooLate = [this, now_ms](const Item& item) {
-        const bool isWaiting = !item.hasBegun && item.due_ms;
-        return isWaiting ? *item.due_ms + LATE_MS < now_ms : m_absent_s >= ABSENCE_S;
-    };
-    EndAll(isTooLate, WithoutOutput(QStringLiteral("it has not come back")));
-    if (m_items.empty())
-        m_absence.stop();
 }

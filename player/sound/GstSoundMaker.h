@@ -6,10 +6,11 @@
 #include "sound/Mixer.h"
 #include "sound/Output.h"
 #include "sound/Preparation.h"
-#include "sound/Workers.h"
+#include "sound/SourceWorkers.h"
 
 #include <QTimer>
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -41,33 +42,40 @@ private:
     // A piece from its request to its end.
     struct Item
     {
-        Piece::Place place;
-        std::optional<qint64> due_ms;
-        std::unique_ptr<Preparation> preparation;
+        Piece piece;
+        std::unique_ptr<Preparation> preparation; // none while what was mixed of it is lost
         bool isPrepared = false;
         bool isReadyTold = false;
         bool hadOutput = false;
-        bool hasBegun = false;
+        bool hasBegun = false; // is mixed
+        bool isHeard = false;
         bool isStopped = false;
+        int losses = 0; // of what was on its way to the output
     };
     using Items = std::map<Id, Item>;
 
+    void Prepare(Id id, Item& item);
     void Follow(Id id, const Preparation& preparation);
+    void EndUnlessReady(Id id);
     void OnMixed(const std::vector<Mixer::Event>& events);
     void OnBegun(Id id, qint64 heard_ns);
     void OnEnded(Id id, qint64 heard_ns);
     void TellReady(Id id);
+    void AtMoment(Id id, qint64 heard_ns, std::function<void()> work);
+    void LeavePreparation(Item& item);
     void End(Id id, const QString& reason);
 
     void OnOpened();
     void OnOutputFailed(const QString& reason);
     void OnOutputLost(const QString& reason);
+    void TakeBack(Id id, Item& item);
+    void WatchAbsence();
     void EndWithoutOutput();
     // Ends those that the condition holds for.
     void EndAll(const std::function<bool(const Item&)>& condition, const QString& reason);
 
     const std::shared_ptr<Mailbox> m_mailbox;
-    Workers m_workers;
+    SourceWorkers m_sources;
     const std::shared_ptr<Mixer> m_mixer;
     Output m_output;
     Items m_items;

@@ -12,10 +12,28 @@ void LiveFeed::Use(std::shared_ptr<Decoder> source)
     m_isFilling = true;
 }
 
-void LiveFeed::End()
+void LiveFeed::Leave()
 {
     const std::lock_guard lock(m_mutex);
+    if (m_source != nullptr)
+        m_source->Queue().Close();
+    LetGoOfWhatIsOver();
+}
+
+void LiveFeed::End()
+{
+    Leave();
+    const std::lock_guard lock(m_mutex);
     m_isOver = true;
+}
+
+// A device that is still held could not be opened again.
+void LiveFeed::LetGoOfWhatIsOver()
+{
+    if (m_source == nullptr || !m_source->Queue().IsOver())
+        return;
+    m_source = nullptr;
+    m_isFilling = true;
 }
 
 bool LiveFeed::HasReserve() const
@@ -34,6 +52,7 @@ qint64 LiveFeed::Read(float* frames, qint64 count)
         queue.DropTo(m_limits.reserve);
     const qint64 given = queue.Pop(frames, count);
     m_isFilling = given < count;
+    LetGoOfWhatIsOver();
     return given;
 }
 
@@ -46,5 +65,5 @@ bool LiveFeed::IsReady() const
 bool LiveFeed::IsOver() const
 {
     const std::lock_guard lock(m_mutex);
-    return m_isOver && (m_source == nullptr || m_source->Queue().IsOver());
+    return m_isOver && m_source == nullptr;
 }

@@ -21,6 +21,9 @@ public:
 
     // By the thread of the owner. What was left of the source before is dropped.
     void Use(std::shared_ptr<Decoder> source);
+    // The source has broken, even if it does not know: what it has given is still heard, and nothing else of it.
+    void Leave();
+    // The same, and no other comes.
     void End();
 
     qint64 Read(float* frames, qint64 count) override;
@@ -29,6 +32,7 @@ public:
 
 private:
     [[nodiscard]] bool HasReserve() const;
+    void LetGoOfWhatIsOver();
 
     const Limits m_limits;
     mutable std::mutex m_mutex;

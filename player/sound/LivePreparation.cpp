@@ -82,6 +82,7 @@ void LivePreparation::OnBroken(quint64 attempt, const QString& reason)
     ++m_attempt;
     m_watch.stop();
     m_decoder = nullptr;
+    m_feed->Leave();
     m_reason = reason;
     if (m_tries == 0 || (m_heard.isValid() && m_heard.hasExpired(HEARD_AGAIN_MS)))
     {

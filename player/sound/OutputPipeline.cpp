@@ -50,8 +50,12 @@ OutputPipeline::OutputPipeline(const QString& output, OutputFile::Begin file, st
 OutputPipeline::~OutputPipeline()
 {
     gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
-    if (m_file >= 0)
-        close(m_file);
+}
+
+OutputPipeline::Descriptor::~Descriptor()
+{
+    if (number >= 0)
+        close(number);
 }
 
 GstElement* OutputPipeline::Add(const char* factory)
@@ -87,12 +91,12 @@ GstElement* OutputPipeline::AddSink(const QString& output, OutputFile::Begin fil
     const QString name = output.section(QLatin1Char(':'), 1);
     if (kind == QLatin1String("file"))
     {
-        m_file = OutputFile::Open(name, file);
+        m_file.number = OutputFile::Open(name, file);
         // What is silent is to be silent in the file, too.
         gst_util_set_object_arg(G_OBJECT(convert), "dithering", "none");
         gst_util_set_object_arg(G_OBJECT(form), "caps", "audio/x-raw,format=S16LE,rate=48000,channels=2");
         GstElement* sink = Add("fdsink");
-        g_object_set(sink, "fd", m_file, "sync", TRUE, nullptr);
+        g_object_set(sink, "fd", m_file.number, "sync", TRUE, nullptr);
         return sink;
     }
     if (kind != QLatin1String("pulse") && kind != QLatin1String("alsa"))

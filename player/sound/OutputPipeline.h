@@ -27,6 +27,14 @@ public:
     void Start();
 
 private:
+    struct Descriptor
+    {
+        Descriptor() = default;
+        ~Descriptor();
+        Q_DISABLE_COPY_MOVE(Descriptor)
+        int number = -1;
+    };
+
     GstElement* Add(const char* factory);
     GstElement* AddSilence();
     GstElement* AddSink(const QString& output, OutputFile::Begin file, GstElement* convert, GstElement* form);
@@ -39,9 +47,9 @@ private:
 
     const std::shared_ptr<Mixer> m_mixer;
     const std::function<void(const QString&)> m_onLost;
+    Descriptor m_file; // closed behind the pipeline, also where this object could not be made
     GstHandle<GstElement> m_pipeline;
     GstElement* m_sink = nullptr; // the pipeline's
-    int m_file = -1;
     std::mutex m_lostMutex;
     QString m_lost;
     bool m_isStarted = false;

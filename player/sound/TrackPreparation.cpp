@@ -59,8 +59,11 @@ void TrackPreparation::OpenAhead()
         OpenNext();
 }
 
-void TrackPreparation::OnPrimed(qsizetype /*track*/)
+void TrackPreparation::OnPrimed(qsizetype track)
 {
+    // It has failed meanwhile, and another is being opened in its place.
+    if (track + 1 != m_next || m_opening == nullptr)
+        return;
     m_feed->Add(std::move(m_opening));
     m_opening = nullptr;
     if (m_next == m_tracks.size())

@@ -29,7 +29,9 @@ std::optional<qint64> Voice::BeginsIn(qint64 heard_ns) const
 {
     if (m_state != State::WAITING || !m_setup.feed->IsReady())
         return std::nullopt;
-    return m_setup.due_ns ? std::max<qint64>(0, Frames::FromNs(*m_setup.due_ns - heard_ns)) : 0;
+    if (!m_setup.due_ns || *m_setup.due_ns <= heard_ns)
+        return 0;
+    return Frames::FromNs(*m_setup.due_ns - heard_ns);
 }
 
 void Voice::Begin()

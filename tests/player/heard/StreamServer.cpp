@@ -2,6 +2,8 @@
 
 #include "Wait.h"
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 StreamServer::StreamServer(const QString& kind, int length_s, int port)
@@ -27,4 +29,16 @@ void StreamServer::Kill()
 {
     m_process.kill();
     m_process.waitForFinished();
+}
+
+void StreamServer::Hang() const
+{
+    if (::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP) != 0)
+        qFatal("the server cannot be held");
+}
+
+void StreamServer::GoOn() const
+{
+    if (::kill(static_cast<pid_t>(m_process.processId()), SIGCONT) != 0)
+        qFatal("the server cannot go on");
 }

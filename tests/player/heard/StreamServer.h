@@ -19,6 +19,9 @@ public:
 
     // As when its machine is switched off.
     void Kill();
+    // As when it is stuck: its connections stay.
+    void Hang() const;
+    void GoOn() const;
 
 private:
     QProcess m_process;

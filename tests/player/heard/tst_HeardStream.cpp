@@ -17,6 +17,7 @@ private Q_SLOTS:
     void ItIsToldWithItsFirstSound();
     void ItEndsByItself();
     void AKilledServerEndsIt();
+    void AServerThatHangsEndsIt();
     void AServerThatComesBackGoesOn();
     void NobodyServes();
     void AMessageSoundsOverIt();
@@ -95,6 +96,26 @@ void HeardStream::AKilledServerEndsIt()
     QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
     QVERIFY(WaitForSounds(before + 1));
     QVERIFY(qAbs(Hearing().Sounds().back().at_ms - static_cast<double>(due_ms)) < EXACT_MS);
+    ExpectWordsOf(server.Address());
+}
+
+// Nothing tells this break but silence: connections stay, and nothing comes any more.
+void HeardStream::AServerThatHangsEndsIt()
+{
+    StreamServer server(u"rtsp"_s);
+    QVERIFY(StartPlayer());
+    QCOMPARE(PlayStream(server.Address()), 0);
+    QVERIFY(Client().WaitForSignal(BEGUN));
+    QVERIFY(WaitUntil([&] { return !Hearing().Sounds().empty(); }));
+    server.Hang();
+    // Silence for 5 s is a break, three tries take up to 10 s.
+    QVERIFY(Client().WaitForSignal(ENDED, 1, 25'000));
+    // What recovers now has ended.
+    server.GoOn();
+    const size_t before = Hearing().EndedCount();
+    Pause(2000);
+    QCOMPARE(Hearing().EndedCount(), before);
+    QCOMPARE(Client().Signals(), (QStringList{BEGUN, ENDED}));
     ExpectWordsOf(server.Address());
 }
 

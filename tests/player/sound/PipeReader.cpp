@@ -68,3 +68,12 @@ bool PipeReader::HasHeard()
     m_looked = m_read.size();
     return fresh.size() > std::count(fresh.begin(), fresh.end(), '\0');
 }
+
+qint64 PipeReader::Heard() const
+{
+    constexpr qsizetype FRAME_SIZE = 4;
+    qint64 heard = 0;
+    for (qsizetype at = 0; at + FRAME_SIZE <= m_read.size(); at += FRAME_SIZE)
+        heard += QByteArrayView(m_read).sliced(at, FRAME_SIZE) == QByteArrayView("\0\0\0\0", FRAME_SIZE) ? 0 : 1;
+    return heard;
+}

@@ -23,6 +23,8 @@ public:
     [[nodiscard]] const QByteArray& Read() const { return m_read; }
     // Whether anything but silence was read since the last call.
     bool HasHeard();
+    // The frames so far in which something sounds: of a steady tone, its length.
+    [[nodiscard]] qint64 Heard() const;
 
 private:
     void Take();

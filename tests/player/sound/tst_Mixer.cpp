@@ -8,6 +8,7 @@ namespace
 constexpr qint64 BLOCK = 480;
 constexpr qint64 BLOCK_NS = 10'000'000;
 constexpr qint64 SECOND_NS = 1'000'000'000;
+constexpr qint64 YEAR_NS = 31'556'952 * SECOND_NS;
 
 // A constant level, which cannot be mistaken for silence.
 class LevelFeed final : public Feed
@@ -46,6 +47,8 @@ private Q_SLOTS:
     void AVoiceBeginsAtItsFrame();
     void AClockThatIsSetCounts_data();
     void AClockThatIsSetCounts();
+    void AClockMayBeYearsOff_data();
+    void AClockMayBeYearsOff();
     void WhatIsNotReadyBeginsLate();
     void EverythingIsToldOnce();
     void TheSumIsClipped();
@@ -134,6 +137,35 @@ void MixerTest::AClockThatIsSetCounts()
     const qint64 set_ns = m_now_ns;
     MixUntil(std::max(due_ns, set_ns) + SECOND_NS);
     QCOMPARE(m_heard_ns, std::max(due_ns, set_ns));
+}
+
+// A device without a battery begins in 1970, and the network tells it the time.
+void MixerTest::AClockMayBeYearsOff_data()
+{
+    QTest::addColumn<int>("years");
+    for (const int years : {1, 7, 20, 56, 200})
+    {
+        QTest::addRow("%d years on", years) << years;
+        QTest::addRow("%d years back", years) << -years;
+    }
+}
+
+void MixerTest::AClockMayBeYearsOff()
+{
+    QFETCH(int, years);
+    m_now_ns = years < 0 ? -years * YEAR_NS : 0;
+    const qint64 due_ns = m_now_ns + 8 * SECOND_NS;
+    Add(std::make_shared<LevelFeed>(BLOCK), due_ns);
+    MixUntil(m_now_ns + SECOND_NS);
+    QVERIFY(!m_heard_ns);
+    m_now_ns += years * YEAR_NS;
+    const qint64 set_ns = m_now_ns;
+    MixUntil(set_ns + SECOND_NS);
+    // What is past begins at once; what is years ahead waits.
+    QCOMPARE(m_heard_ns, years > 0 ? std::optional(set_ns) : std::nullopt);
+    m_now_ns = due_ns - SECOND_NS;
+    MixUntil(due_ns + SECOND_NS);
+    QCOMPARE(m_heard_ns, years > 0 ? set_ns : due_ns);
 }
 
 void MixerTest::WhatIsNotReadyBeginsLate()

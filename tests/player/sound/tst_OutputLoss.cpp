@@ -24,7 +24,10 @@ private Q_SLOTS:
     void APipeThatNobodyReadsIsNoOutput();
     void WhatWaitsIsHeardWhenTheOutputIsBack();
     void AMessageThatSoundsEndsWithTheOutput();
+    void WhatIsOnItsWayWaitsForTheOutput_data();
+    void WhatIsOnItsWayWaitsForTheOutput();
     void APlaylistGoesOnWhenTheOutputIsBack();
+    void AMessageEndsWhenTheOutputIsNotBackInTime_data();
     void AMessageEndsWhenTheOutputIsNotBackInTime();
     void AnOutputThatTakesNothingIsLost();
     void AFullDiskIsALostOutput();
@@ -117,6 +120,40 @@ void OutputLossTest::WhatWaitsIsHeardWhenTheOutputIsBack()
     ExpectLost("Broken pipe)");
 }
 
+void OutputLossTest::WhatIsOnItsWayWaitsForTheOutput_data()
+{
+    QTest::addColumn<qint64>("length");
+    QTest::newRow("all of it is on its way") << SECOND / 10;
+    QTest::newRow("a part of it is on its way") << SECOND;
+}
+
+// An output that leaves in the last moment before a message is heard takes with it what was mixed. Nothing of the
+// message was heard: it is told so, and sounds as a whole when the output is back.
+void OutputLossTest::WhatIsOnItsWayWaitsForTheOutput()
+{
+    QFETCH(qint64, length);
+    PipeReader pipe(PipePath());
+    QVERIFY(pipe.Open());
+    BeginWithPipe();
+    const QString tone = Tone(QStringLiteral("a.wav"), length);
+    const qint64 due_ms = Now_ms() + 1500;
+    const auto id = PlayMessage(tone, due_ms);
+    QTRY_VERIFY(Of(id).isReady);
+    QTRY_VERIFY(Now_ms() >= due_ms - 150);
+    pipe.Close();
+    QVERIFY(!pipe.HasHeard());
+    QTest::qWait(500);
+    QVERIFY(!Of(id).heard_ms);
+    QVERIFY(!HasEnded(id));
+    QVERIFY(pipe.Open());
+    QTRY_VERIFY(HasEnded(id));
+    QCOMPARE(*Of(id).ended, QString());
+    QVERIFY(*Of(id).heard_ms > due_ms);
+    // The tone crosses nothing at every 24th of its frames.
+    QTRY_COMPARE(pipe.Heard(), length - length / 24);
+    ExpectLost("Broken pipe)");
+}
+
 void OutputLossTest::AMessageThatSoundsEndsWithTheOutput()
 {
     PipeReader pipe(PipePath());
@@ -148,12 +185,21 @@ void OutputLossTest::APlaylistGoesOnWhenTheOutputIsBack()
     ExpectLost("Broken pipe)");
 }
 
+void OutputLossTest::AMessageEndsWhenTheOutputIsNotBackInTime_data()
+{
+    QTest::addColumn<bool>("hasMoment");
+    QTest::newRow("at its moment") << true;
+    QTest::newRow("at once") << false;
+}
+
 void OutputLossTest::AMessageEndsWhenTheOutputIsNotBackInTime()
 {
+    QFETCH(bool, hasMoment);
     PipeReader pipe(PipePath());
     QVERIFY(pipe.Open());
     BeginWithPipe();
-    const auto id = PlayMessage(Tone(QStringLiteral("a.wav"), SECOND), Now_ms() + 1500);
+    const QString tone = Tone(QStringLiteral("a.wav"), SECOND);
+    const auto id = PlayMessage(tone, hasMoment ? std::optional(Now_ms() + 1500) : std::nullopt);
     QTRY_VERIFY(Of(id).isReady);
     pipe.Close();
     QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 6000);
