@@ -16,10 +16,6 @@ private Q_SLOTS:
     void AMessageSoundsAtOnceAndWhole();
     void MessagesBeginAtTheirMoments();
     void AMessageThatWaitsHasNoHoles();
-    void AMessageMayComeInLongBlocks();
-    void AnotherRateIsAsLong_data();
-    void AnotherRateIsAsLong();
-    void TooManyThatWaitAreRefused();
     void APastMomentIsNow();
     void WhatIsNoSoundEndsWithWords_data();
     void WhatIsNoSoundEndsWithWords();
@@ -82,68 +78,6 @@ void MessageSoundTest::AMessageThatWaitsHasNoHoles()
 }
 
 // A file of a low rate is read in blocks of four seconds, longer than what is held.
-void MessageSoundTest::AMessageMayComeInLongBlocks()
-{
-    constexpr int RATE = 500;
-    const auto id = PlayMessage(Tone(QStringLiteral("slow.wav"), 10 * RATE, 0.5, RATE));
-    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 15'000);
-    QCOMPARE(*Of(id).ended, QString());
-    QVERIFY(Of(id).isReady);
-    const auto sounds = End().Sounds(APART);
-    QCOMPARE(sounds.size(), 1);
-    // A filter for such a rate rings for some of its samples, of 96 frames each.
-    const qint64 error = sounds[0].end - sounds[0].begin - 10 * SECOND;
-    QVERIFY2(std::abs(error) < SECOND / 4, qPrintable(QString::number(error)));
-}
-
-void MessageSoundTest::AnotherRateIsAsLong_data()
-{
-    QTest::addColumn<int>("rate");
-    for (const int rate : {8'000, 22'050, 44'100, 96'000})
-        QTest::addRow("%d Hz", rate) << rate;
-}
-
-void MessageSoundTest::AnotherRateIsAsLong()
-{
-    QFETCH(int, rate);
-    const QString tone = Tone(QStringLiteral("a.wav"), rate, 0.5, rate);
-    const auto id = PlayList({tone, tone}, 500);
-    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 10'000);
-    const auto sounds = End().Sounds(SECOND / 4);
-    QCOMPARE(sounds.size(), 2);
-    // The filter rings for a moment before and behind what it filters; what begins there begins as far ahead.
-    const qint64 error = sounds[0].end - sounds[0].begin - SECOND;
-    QVERIFY2(std::abs(error) <= 2 * APART, qPrintable(QString::number(error)));
-    // Less than one sample of the lowest rate is lost where the filter ends.
-    const qint64 period = sounds[1].begin - sounds[0].begin - SECOND - SECOND / 2;
-    QVERIFY2(std::abs(period) <= 6, qPrintable(QString::number(period)));
-    QCOMPARE(sounds[1].end - sounds[1].begin, sounds[0].end - sounds[0].begin);
-}
-
-void MessageSoundTest::TooManyThatWaitAreRefused()
-{
-    constexpr int MOST = 64;
-    const QString tone = Tone(QStringLiteral("a.wav"), SECOND / 10);
-    QList<SoundMaker::Id> ids;
-    for (int number = 0; number < MOST; ++number)
-        ids.append(PlayMessage(tone, Now_ms() + 60'000));
-    const auto refused = PlayMessage(tone, Now_ms() + 60'000);
-    QVERIFY(!HasEnded(refused));
-    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(refused), 1000);
-    QCOMPARE(*Of(refused).ended, QStringLiteral("64 others wait already"));
-    for (const auto id : ids)
-    {
-        QTRY_VERIFY(Of(id).isReady);
-        QVERIFY(!HasEnded(id));
-    }
-    // One that has ended makes room.
-    Maker().Stop(ids[0]);
-    QTRY_VERIFY(HasEnded(ids[0]));
-    const auto next = PlayMessage(tone);
-    QTRY_VERIFY(HasEnded(next));
-    QCOMPARE(*Of(next).ended, QString());
-}
-
 void MessageSoundTest::APastMomentIsNow()
 {
     const qint64 begin_ms = Now_ms();
