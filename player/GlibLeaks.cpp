@@ -1,4 +1,5 @@
 // Linked with what plays where a sanitizer looks for leaks.
+// The names are the run time's. NOLINTBEGIN(readability-identifier-naming)
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_options();
 extern "C" const char* __asan_default_options();
@@ -21,3 +22,4 @@ extern "C" const char* __asan_default_options()
 {
     return "fast_unwind_on_malloc=0";
 }
+// NOLINTEND(readability-identifier-naming)

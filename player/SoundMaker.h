@@ -61,4 +61,7 @@ Q_SIGNALS:
     // The last of each piece, exactly once, whatever happens. reason is empty when it played to its end or was stopped
     // or replaced, else it says in words what is wrong.
     void Ended(SoundMaker::Id id, const QString& reason);
+    // The output lets nothing through any more for this process; another one may have it. What is asked for ends as
+    // ever, with a reason.
+    void Stuck(const QString& reason);
 };

@@ -58,6 +58,13 @@ void OnBusLost()
     QCoreApplication::exit(EXIT_FAILURE);
 }
 
+// One whose output holds on to it ends as well: another process may play.
+void OnStuck(const QString& reason)
+{
+    PLAYER_LOG(LEVEL_ERROR, "OUTPUT HANGS | %s: the player ends, to be started anew", qUtf8Printable(reason));
+    QCoreApplication::exit(EXIT_FAILURE);
+}
+
 // The sign comes from the event loop: one that hangs gives none.
 void GiveLifesigns(QTimer& timer)
 {
@@ -105,6 +112,7 @@ int ServeBus(SoundMaker& maker, const PlayerSettings& settings)
     }
     if (!BusReading::NeverPause(bus))
         PLAYER_LOG(LEVEL_WARNING, "DBUS: Can't lift the limit on waiting messages");
+    QObject::connect(&maker, &SoundMaker::Stuck, &watcher, OnStuck);
     return Serve(bus, maker, settings);
 }
 

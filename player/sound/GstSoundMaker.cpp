@@ -47,6 +47,7 @@ GstSoundMaker::GstSoundMaker(const SoundSettings& settings)
     connect(&m_output, &Output::Opened, this, &GstSoundMaker::OnOpened);
     connect(&m_output, &Output::Failed, this, &GstSoundMaker::OnOutputFailed);
     connect(&m_output, &Output::Lost, this, &GstSoundMaker::OnOutputLost);
+    connect(&m_output, &Output::Stuck, this, &GstSoundMaker::Stuck);
     connect(&m_absence, &QTimer::timeout, this, &GstSoundMaker::EndWithoutOutput);
 }
 

@@ -19,6 +19,8 @@ constexpr auto STALLED = 3s;
 constexpr auto IDLE = 10min;
 constexpr QLatin1String HANGS("it does not answer");
 constexpr qint64 HANGS_MS = 1'000;
+// A sound server that ends as the output begins to play leaves the library's sink waiting for itself.
+constexpr qint64 STUCK_MS = 10'000;
 constexpr int FIRST_DELAY_MS = 500;
 constexpr int LONGEST_DELAY_MS = 30'000;
 
@@ -57,8 +59,13 @@ void Output::Open()
     m_patience.start();
     const quint64 attempt = ++*m_attempt;
     // The device still holds the worker: another attempt would only wait behind.
-    if (m_worker.Behind_ms() > HANGS_MS)
-        return m_mailbox->Post([this, attempt] { Finish(attempt, nullptr, QString(HANGS)); });
+    const qint64 behind_ms = m_worker.Behind_ms();
+    if (behind_ms > HANGS_MS)
+        return m_mailbox->Post([this, attempt, behind_ms] {
+            Finish(attempt, nullptr, QString(HANGS));
+            if (behind_ms > STUCK_MS)
+                Q_EMIT Stuck(QString(HANGS));
+        });
     const auto file = m_wasOpen ? OutputFile::Begin::AT_THE_END : OutputFile::Begin::ANEW;
     m_worker.Run([output = m_output, file, mixer = m_mixer, mailbox = m_mailbox, attempt, current = m_attempt, this] {
         if (attempt != *current)

@@ -36,6 +36,8 @@ Q_SIGNALS:
     void Failed(const QString& reason);
     // It was open, and is not any more.
     void Lost(const QString& reason);
+    // Behind a Failed: the device has held on to its thread for so long that this process will not get it back.
+    void Stuck(const QString& reason);
 
 private:
     enum class State

@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+#include <csignal>
+
 using namespace Qt::StringLiterals;
 
 PulseServer::PulseServer()
@@ -27,6 +29,12 @@ void PulseServer::Kill()
     m_process.kill();
     m_process.waitForFinished();
     QFile::remove(Socket());
+}
+
+void PulseServer::Halt()
+{
+    if (::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP) != 0)
+        qFatal("cannot halt the sound server");
 }
 
 void PulseServer::Start()

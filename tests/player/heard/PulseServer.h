@@ -21,6 +21,8 @@ public:
     // As when it crashes, and as when it is started anew.
     void Kill();
     void Start();
+    // Lets it stand still, with its clients waiting; it goes on no more.
+    void Halt();
 
 private:
     [[nodiscard]] QString Socket() const { return m_folder.filePath(QStringLiteral("native")); }

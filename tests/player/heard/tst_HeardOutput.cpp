@@ -1,6 +1,9 @@
 #include "HeardTest.h"
+#include "PulseServer.h"
 #include "Suite.h"
 #include "ear/Gong.h"
+
+#include <QElapsedTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +15,7 @@ private Q_SLOTS:
     void AnOutputComesBackWhileAMessageWaits();
     void AnOutputThatLeavesEndsWhatPlays();
     void WithoutAnOutputNothingIsAccepted();
+    void AnOutputThatHangsForGoodEndsThePlayer();
     void AFileThatIsReplacedWhileItWaits_data();
     void AFileThatIsReplacedWhileItWaits();
 };
@@ -78,6 +82,30 @@ void HeardOutput::WithoutAnOutputNothingIsAccepted()
     QCOMPARE(Client().Signals(), QStringList());
     QVERIFY(!Player().Log(2).isEmpty());
     Expect({u"utput"_s, u"gong.wav"_s});
+}
+
+void HeardOutput::AnOutputThatHangsForGoodEndsThePlayer()
+{
+    PulseServer server;
+    server.Apply(Player().Environment());
+    WriteFile(Path(u"ozna.ini"_s), u"[PLAYER]\nMedia=%1\n"_s.arg(MediaPath(QString())).toUtf8());
+    WriteSound(u"gong.wav"_s, Gong::Samples(300));
+    QVERIFY(StartPlayer());
+    server.Halt();
+    // Refused with words each time, and after a while the process ends as one that failed.
+    QElapsedTimer since;
+    since.start();
+    while (Player().IsRunning() && !since.hasExpired(30'000))
+    {
+        QVERIFY(Client().PlayFile(u"gong.wav"_s) != 0);
+        Pause(500);
+    }
+    QCOMPARE(Player().WaitForExit(), EXIT_FAILURE);
+    QVERIFY2(since.elapsed() > 10'000, QByteArray::number(since.elapsed()).constData());
+    QCOMPARE(Client().Signals(), QStringList());
+    QVERIFY(
+        !Player().Log(1).filter(u"OUTPUT HANGS | it does not answer: the player ends, to be started anew"_s).isEmpty());
+    Expect({u"utput"_s, u"OUTPUT"_s, u"not ready in time"_s});
 }
 
 void HeardOutput::AFileThatIsReplacedWhileItWaits_data()
