@@ -174,7 +174,8 @@ void OutputLossTest::APlaylistGoesOnWhenTheOutputIsBack()
     BeginWithPipe();
     const auto id = PlayList({Tone(QStringLiteral("a.wav"), 4 * SECOND)}, 0);
     // Told when it is given to the output, which may be before it is read.
-    QTRY_VERIFY(pipe.HasHeard());
+    bool isHeard = false;
+    QTRY_VERIFY(isHeard || (isHeard = pipe.HasHeard()));
     pipe.Close();
     QTest::qWait(1000);
     QVERIFY(!HasEnded(id));
