@@ -110,7 +110,7 @@ constexpr std::array SWITCHED{
 // What was meant by a parameter that the task cannot read; empty where nobody knows.
 QString MeantBy(const QString& text, ParameterRole role)
 {
-    const QString number = Meant::Number(text);
+    QString number = Meant::Number(text);
     if (!number.isEmpty() && (role == ParameterRole::FREQUENCY || IsWhole(number)))
         return number;
     const auto* const row = std::ranges::find(SWITCHED, role, &Switched::role);
