@@ -17,6 +17,16 @@ const QString OUR_FOLDER = QStringLiteral("ozna-player");
 const QString FILE_NAME = QStringLiteral("volumes.ini");
 const QString SECTION = QStringLiteral("volumes");
 
+// What is wrong; empty when it is written. By any thread.
+QString Save(const QString& path, const QByteArray& text)
+{
+    if (!QDir().mkpath(QFileInfo(path).path()))
+        return QStringLiteral("there is no such folder");
+    QSaveFile file(path);
+    const bool isWritten = file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit();
+    return isWritten ? QString() : file.errorString();
+}
+
 } // namespace
 
 Volumes::Volumes(QString file)
@@ -24,7 +34,8 @@ Volumes::Volumes(QString file)
 {
     m_timer.setSingleShot(true);
     m_timer.setInterval(WRITTEN_AFTER_MS);
-    m_timer.callOnTimeout(this, &Volumes::Write);
+    m_timer.callOnTimeout(this, &Volumes::WriteBeside);
+    m_writer.setMaxThreadCount(1);
     Read();
     QStringList names = m_volumes.keys();
     names.sort();
@@ -84,8 +95,24 @@ void Volumes::Read()
 void Volumes::Write()
 {
     m_timer.stop();
-    if (m_isWritten)
-        return;
+    // What was written beside is older.
+    m_writer.waitForDone();
+    if (!m_isWritten)
+        Report(Save(m_file, TakeText()));
+}
+
+void Volumes::WriteBeside()
+{
+    m_writer.start([this, file = m_file, text = TakeText()] {
+        const QString error = Save(file, text);
+        if (!error.isEmpty())
+            QMetaObject::invokeMethod(
+                this, [this, error] { Report(error); }, Qt::QueuedConnection);
+    });
+}
+
+QByteArray Volumes::TakeText()
+{
     // Tried again with the next change alone: a full disk is not told of every second.
     m_isWritten = true;
     QByteArray text = '[' + SECTION.toLatin1() + "]\n";
@@ -93,9 +120,11 @@ void Volumes::Write()
     names.sort();
     for (const QString& name : std::as_const(names))
         text += name.toLatin1() + '=' + QByteArray::number(Of(name)) + '\n';
-    QSaveFile file(m_file);
-    const bool hasFolder = QDir().mkpath(QFileInfo(m_file).path());
-    if (!hasFolder || !file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        PLAYER_LOG(LEVEL_WARNING, "%s cannot be written: %s", qPrintable(m_file),
-                   hasFolder ? qPrintable(file.errorString()) : "there is no such folder");
+    return text;
+}
+
+void Volumes::Report(const QString& error) const
+{
+    if (!error.isEmpty())
+        PLAYER_LOG(LEVEL_WARNING, "%s cannot be written: %s", qPrintable(m_file), qPrintable(error));
 }

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QObject>
 #include <QString>
+#include <QThreadPool>
 #include <QTimer>
 
 // The volumes that were set, 0 to 100 percent, kept over a restart of the process. What was never set is 100.
@@ -12,7 +13,8 @@ class Volumes final : public QObject
 public:
     static constexpr double FULL = 100;
     static constexpr const char* MASTER = "master";
-    // A change is written when this has passed, together with those that came meanwhile.
+    // A change is written when this has passed, together with those that came meanwhile, by a thread of its own: a card
+    // may take seconds, in which requests would not be answered.
     static constexpr int WRITTEN_AFTER_MS = 1000;
 
     // Reads the file, if there is one. What is wrong with it is logged, and so is each volume that is not full.
@@ -35,9 +37,14 @@ public:
 
 private:
     void Read();
+    void WriteBeside();
+    // What is to be written; nothing is, from then on.
+    [[nodiscard]] QByteArray TakeText();
+    void Report(const QString& error) const;
 
     const QString m_file;
     QHash<QString, double> m_volumes;
     QTimer m_timer;
+    QThreadPool m_writer;
     bool m_isWritten = true;
 };

@@ -11,7 +11,7 @@ namespace
 
 const QString PATH = u"/com/kestrelix/ozna/soundmanager/soundobj"_s;
 const QString INTERFACE = u"com.kestrelix.ozna.soundinterface"_s;
-constexpr int PATIENCE_MS = 5000; // of the daemon, for a playlist
+constexpr int PATIENCE_MS = 20000; // longer than the daemon's: an end is owed for what is accepted late, too
 
 } // namespace
 

@@ -113,7 +113,12 @@ QString HeardRequests::WhatIsWrong() const
         if (come.value(owed.key()) != owed.value())
             return u"%1: %2 times instead of %3"_s.arg(owed.key()).arg(come.value(owed.key())).arg(owed.value());
     }
-    return u"an end that nothing is owed"_s;
+    for (auto signal = come.begin(); signal != come.end(); ++signal)
+    {
+        if (!m_owed.contains(signal.key()))
+            return u"%1: %2 times, and none was owed"_s.arg(signal.key()).arg(signal.value());
+    }
+    return u"a difference that nobody expects"_s;
 }
 
 void HeardRequests::AThousandOneAfterTheOther()
