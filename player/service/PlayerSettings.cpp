@@ -175,7 +175,7 @@ void TakeValue(const Value& value, const QString& file, PlayerSettings& settings
         PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s is no setting of the player", qPrintable(file),
                    qPrintable(value.key));
     else if (!key->take(value, settings))
-        PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s=%s is of no use, and does not count: it takes %s", qPrintable(file),
+        PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s=%s is of no use: it takes %s", qPrintable(file),
                    qPrintable(value.key), qPrintable(value.text), key->form);
 }
 
