@@ -75,8 +75,7 @@ void Decoder::Start()
     }
     catch (const std::exception& error)
     {
-        Fail(QString::fromLocal8Bit(error.what()));
-        return;
+        return Fail(QString::fromLocal8Bit(error.what()));
     }
     if (gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING) == GST_STATE_CHANGE_FAILURE)
         Fail(QStringLiteral("it cannot be opened"));
@@ -102,9 +101,9 @@ void Decoder::Build()
     m_pipeline.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     const GstHandle<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
     gst_bus_set_sync_handler(bus.get(), OnMessage, this, nullptr);
-
     m_first = Add("audioconvert");
     GstElement* resample = Add("audioresample");
+    m_length.Watch(resample);
     GstElement* sink = Add("appsink");
     SetUpSink(sink);
     if (!gst_element_link_many(m_first, resample, sink, nullptr))
@@ -180,7 +179,8 @@ bool Decoder::Take(GstSample* sample)
         return false;
     }
     const auto* const frames = reinterpret_cast<const float*>(map.data);
-    const auto count = static_cast<qint64>(map.size / sizeof(float) / Frames::CHANNELS);
+    const auto given = static_cast<qint64>(map.size / sizeof(float) / Frames::CHANNELS);
+    const qint64 count = std::min(given, m_length.Frames() - m_queue.Pushed());
     bool isWanted = true;
     // In parts: a block that does not fit waits for the mixer, which waits to be told.
     for (qint64 done = 0; isWanted && done < count; done += PRIMED)

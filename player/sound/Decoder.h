@@ -1,6 +1,7 @@
 #pragma once
 
 #include "sound/FrameQueue.h"
+#include "sound/FullLength.h"
 #include "sound/GstHandle.h"
 #include "sound/Workers.h"
 
@@ -65,6 +66,7 @@ private:
     const QString m_source;
     const Events m_events;
     FrameQueue m_queue;
+    FullLength m_length;
     GstHandle<GstElement> m_pipeline;
     GstElement* m_first = nullptr; // behind the source, the pipeline's
     std::atomic<bool> m_isPrimed = false;
