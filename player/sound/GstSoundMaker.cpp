@@ -4,7 +4,9 @@
 #include "sound/GstLibrary.h"
 #include "sound/WallClock.h"
 
+#include <QTimer>
 #include <algorithm>
+
 #include <chrono>
 #include <functional>
 
@@ -42,13 +44,14 @@ GstSoundMaker::GstSoundMaker(const SoundSettings& settings)
                                           mailbox->Post([this, told = std::move(events)] { OnMixed(told); });
                                       }))
     , m_output(settings.output, m_mixer)
+    , m_absence([mixer = m_mixer] { return mixer->Mixed(); })
 {
     GstLibrary::Init();
     connect(&m_output, &Output::Opened, this, &GstSoundMaker::OnOpened);
     connect(&m_output, &Output::Failed, this, &GstSoundMaker::OnOutputFailed);
     connect(&m_output, &Output::Lost, this, &GstSoundMaker::OnOutputLost);
     connect(&m_output, &Output::Stuck, this, &GstSoundMaker::Stuck);
-    connect(&m_absence, &QTimer::timeout, this, &GstSoundMaker::EndWithoutOutput);
+    connect(&m_absence, &OutputAbsence::Lasts, this, &GstSoundMaker::EndWithoutOutput);
 }
 
 GstSoundMaker::~GstSoundMaker()
@@ -165,11 +168,16 @@ void GstSoundMaker::OnBegun(Id id, qint64 heard_ns)
     Item& item = m_items.at(id);
     item.hasBegun = true;
     item.hadOutput = true;
+    item.begun_ns = heard_ns;
     TellReady(id);
-    AtMoment(id, heard_ns, [this, id, heard_ns] {
-        m_items.at(id).isHeard = true;
-        Q_EMIT Started(id, (heard_ns + Frames::NS_PER_MS / 2) / Frames::NS_PER_MS);
-    });
+    AtMoment(id, heard_ns, [this, id] { TellStarted(id); });
+}
+
+void GstSoundMaker::TellStarted(Id id)
+{
+    Item& item = m_items.at(id);
+    if (!std::exchange(item.isHeard, true))
+        Q_EMIT Started(id, (item.begun_ns + Frames::NS_PER_MS / 2) / Frames::NS_PER_MS);
 }
 
 void GstSoundMaker::OnEnded(Id id, qint64 heard_ns)
@@ -177,7 +185,12 @@ void GstSoundMaker::OnEnded(Id id, qint64 heard_ns)
     const Item& item = m_items.at(id);
     const bool isWhole = item.isStopped || item.piece.place == Piece::Place::PLAYLIST;
     const QString reason = isWhole ? QString() : item.preparation->Reason();
-    AtMoment(id, item.hasBegun ? heard_ns : 0, [this, id, reason] { End(id, reason); });
+    AtMoment(id, item.hasBegun ? heard_ns : 0, [this, id, reason] {
+        // A device whose clock runs unevenly may be past the end before the begin.
+        if (m_items.at(id).hasBegun)
+            TellStarted(id);
+        End(id, reason);
+    });
 }
 
 // Unless the output took with it what was on its way.

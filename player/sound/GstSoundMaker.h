@@ -5,10 +5,9 @@
 #include "sound/Mailbox.h"
 #include "sound/Mixer.h"
 #include "sound/Output.h"
+#include "sound/OutputAbsence.h"
 #include "sound/Preparation.h"
 #include "sound/SourceWorkers.h"
-
-#include <QTimer>
 
 #include <functional>
 #include <map>
@@ -48,6 +47,7 @@ private:
         bool isReadyTold = false;
         bool hadOutput = false;
         bool hasBegun = false; // is mixed
+        qint64 begun_ns = 0;   // when its first frame is heard
         bool isHeard = false;
         bool isStopped = false;
         int losses = 0; // of what was on its way to the output
@@ -61,6 +61,7 @@ private:
     void OnBegun(Id id, qint64 heard_ns);
     void OnEnded(Id id, qint64 heard_ns);
     void TellReady(Id id);
+    void TellStarted(Id id);
     void AtMoment(Id id, qint64 heard_ns, std::function<void()> work);
     void LeavePreparation(Item& item);
     void End(Id id, const QString& reason);
@@ -69,7 +70,6 @@ private:
     void OnOutputFailed(const QString& reason);
     void OnOutputLost(const QString& reason);
     void TakeBack(Id id, Item& item);
-    void WatchAbsence();
     void EndWithoutOutput();
     // Ends those that the condition holds for.
     void EndAll(const std::function<bool(const Item&)>& condition, const QString& reason);
@@ -80,6 +80,5 @@ private:
     Output m_output;
     Items m_items;
     Id m_last = 0;
-    QTimer m_absence; // while there is no output
-    int m_absent_s = 0;
+    OutputAbsence m_absence;
 };

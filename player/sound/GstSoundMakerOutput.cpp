@@ -3,16 +3,8 @@
 #include "sound/GstSoundMaker.h"
 #include "sound/WallClock.h"
 
-#include <chrono>
-
 namespace
 {
-
-using namespace std::chrono_literals;
-
-// An output that comes back is still of use to a message so late, and to what went on when it left.
-constexpr qint64 LATE_MS = 2'000;
-constexpr int ABSENCE_S = 60;
 
 QString WithoutOutput(const QString& reason)
 {
@@ -23,7 +15,7 @@ QString WithoutOutput(const QString& reason)
 
 void GstSoundMaker::OnOpened()
 {
-    m_absence.stop();
+    m_absence.Return();
     std::vector<Id> ids;
     for (auto& [id, item] : m_items)
     {
@@ -44,7 +36,7 @@ void GstSoundMaker::OnOutputFailed(const QString& reason)
 {
     EndAll([](const Item& item) { return !item.hadOutput; }, WithoutOutput(reason));
     if (!m_items.empty())
-        WatchAbsence();
+        m_absence.Begin();
 }
 
 // A message of which a part was heard has had its moment. The others go on where they were.
@@ -57,7 +49,7 @@ void GstSoundMaker::OnOutputLost(const QString& reason)
         if (item.hasBegun && item.piece.place == Piece::Place::MESSAGE)
             TakeBack(id, item);
     }
-    WatchAbsence();
+    m_absence.Begin();
 }
 
 // What was mixed of it has not been heard: it waits again, as a whole.
@@ -69,26 +61,11 @@ void GstSoundMaker::TakeBack(Id id, Item& item)
     ++item.losses;
 }
 
-void GstSoundMaker::WatchAbsence()
-{
-    if (m_absence.isActive())
-        return;
-    m_absent_s = 0;
-    m_absence.start(1s);
-}
-
 void GstSoundMaker::EndWithoutOutput()
 {
-    ++m_absent_s;
     const qint64 now_ms = WallClock::Now_ns() / Frames::NS_PER_MS;
-    const auto isTooLate = [this, now_ms](const Item& item) {
-        if (item.hasBegun)
-            return m_absent_s >= ABSENCE_S;
-        if (item.piece.due_ms)
-            return *item.piece.due_ms + LATE_MS < now_ms;
-        return m_absent_s >= (item.piece.place == Piece::Place::MESSAGE ? LATE_MS / 1000 : ABSENCE_S);
-    };
-    EndAll(isTooLate, WithoutOutput(QStringLiteral("it has not come back")));
+    EndAll([this, now_ms](const Item& item) { return m_absence.IsTooLong(item.piece, item.hasBegun, now_ms); },
+           WithoutOutput(QStringLiteral("it has not come back")));
     if (m_items.empty())
-        m_absence.stop();
+        m_absence.End();
 }

@@ -10,6 +10,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace
@@ -27,6 +28,8 @@ constexpr GstClockTime PATIENCE = GST_SECOND;
 // Two clocks are read as one moment when both readings fit into this.
 constexpr GstClockTime ONE_MOMENT = 20 * GST_USECOND;
 constexpr int READINGS = 5;
+// No frame is farther from the moment at which it is heard.
+constexpr qint64 MOST_UNDER_WAY_NS = 2'000 * Frames::NS_PER_MS;
 
 } // namespace
 
@@ -148,7 +151,8 @@ void OutputPipeline::Fill(GstBuffer* buffer)
 }
 
 // The time at which the frame of that running time is heard, on the wall clock. While this thread is held up between
-// two readings they are not one moment: then it reads again.
+// two readings they are not one moment: then it reads again. The clock of a device that takes sound without a pace runs
+// away: what is due would never come.
 qint64 OutputPipeline::HeardAt_ns(GstClockTime running) const
 {
     const GstHandle<GstClock> clock(gst_element_get_clock(m_pipeline.get()));
@@ -167,7 +171,8 @@ qint64 OutputPipeline::HeardAt_ns(GstClockTime running) const
     }
     const GstClockTime heard =
         gst_element_get_base_time(m_pipeline.get()) + running + gst_base_sink_get_latency(GST_BASE_SINK(m_sink));
-    return wall_ns + static_cast<qint64>(heard) - static_cast<qint64>(before + (after - before) / 2);
+    const auto ahead_ns = static_cast<qint64>(heard) - static_cast<qint64>(before + (after - before) / 2);
+    return wall_ns + std::clamp(ahead_ns, -MOST_UNDER_WAY_NS, MOST_UNDER_WAY_NS);
 }
 
 GstBusSyncReply OutputPipeline::OnMessage(GstBus* /*bus*/, GstMessage* message, gpointer output)
