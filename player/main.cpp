@@ -2,8 +2,8 @@
 #include "ear/EarCommands.h"
 #include "process/BusReading.h"
 #include "process/BusWatcher.h"
+#include "process/EndSignals.h"
 #include "process/Lifesign.h"
-#include "process/SignalPipe.h"
 #include "process/StandardDescriptors.h"
 #include "service/Exports.h"
 #include "service/LightObject.h"
@@ -18,38 +18,14 @@
 #include <QDBusConnection>
 #include <QTimer>
 
-#include <csignal>
 #include <cstdlib>
 #include <optional>
-
-// The process-wide objects that the daemon's library expects.
-QCoreApplication* m_app = nullptr;
-LogInterface* _logInterface = nullptr; // NOLINT(readability-identifier-naming)
-Scheduler* m_scheduler = nullptr;
-SchedulerAdaptor* m_schedulerAdaptor = nullptr;
 
 namespace
 {
 
 constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/soundmanager/logobj";
 constexpr int LIFESIGN_EVERY_MS = 5000;
-
-// Runs in a signal context.
-void OnSignal(int /*sig*/)
-{
-    SignalPipe::Wake();
-}
-
-bool InstallHandlers()
-{
-    struct sigaction action
-    {
-    };
-    action.sa_handler = OnSignal;
-    action.sa_flags = SA_RESTART;
-    return SignalPipe::Open([] { QCoreApplication::exit(EXIT_SUCCESS); }) && sigemptyset(&action.sa_mask) == 0 &&
-           sigaction(SIGINT, &action, nullptr) == 0 && sigaction(SIGTERM, &action, nullptr) == 0;
-}
 
 // A player that nobody can reach any more ends, so that its supervisor starts it again.
 void OnBusLost()
@@ -145,7 +121,7 @@ int main(int argc, char* argv[])
     const PlayerOptions::Command command = PlayerOptions::Read(app);
     m_app = &app;
     _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
-    if (!InstallHandlers())
+    if (!EndSignals::Catch([] { QCoreApplication::exit(EXIT_SUCCESS); }).empty())
         PLAYER_LOG(LEVEL_WARNING, "Can't catch SIGINT and SIGTERM");
     return Run(command);
 }

@@ -5,13 +5,12 @@
 #include "Simulator.h"
 #include "Transcript.h"
 #include "process/BusWatcher.h"
-#include "process/SignalPipe.h"
+#include "process/EndSignals.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusError>
 
-#include <csignal>
 #include <cstdlib>
 #include <optional>
 #include <stdexcept>
@@ -20,23 +19,6 @@ namespace
 {
 
 constexpr const char* BUS_VARIABLE = "DBUS_SESSION_BUS_ADDRESS";
-
-void OnSignal(int /*sig*/)
-{
-    SignalPipe::Wake();
-}
-
-void InstallHandlers()
-{
-    struct sigaction action
-    {
-    };
-    action.sa_handler = OnSignal;
-    action.sa_flags = SA_RESTART;
-    if (!SignalPipe::Open([] { QCoreApplication::exit(EXIT_SUCCESS); }) || sigemptyset(&action.sa_mask) != 0 ||
-        sigaction(SIGINT, &action, nullptr) != 0 || sigaction(SIGTERM, &action, nullptr) != 0)
-        throw std::runtime_error("can't catch SIGINT and SIGTERM");
-}
 
 QDBusConnection ConnectToBus()
 {
@@ -57,7 +39,8 @@ void OnBusLost()
 
 int Run(const Options& options)
 {
-    InstallHandlers();
+    if (!EndSignals::Catch([] { QCoreApplication::exit(EXIT_SUCCESS); }).empty())
+        throw std::runtime_error("can't catch SIGINT and SIGTERM");
     std::optional<Expectations> expectations;
     if (!options.expectFile.isEmpty())
         expectations.emplace(options.expectFile);

@@ -5,6 +5,7 @@
 #include "SchedulerNames.h"
 #include "process/BusReading.h"
 #include "process/BusWatcher.h"
+#include "process/EndSignals.h"
 #include "process/Lifesign.h"
 #include "process/SignalPipe.h"
 #include "process/StandardDescriptors.h"
@@ -50,23 +51,10 @@ void ChooseEventLoop()
     static_cast<void>(::qputenv("QT_NO_GLIB", "1"));
 }
 
-bool InstallHandler(int sig)
-{
-    struct sigaction action
-    {
-    };
-    action.sa_handler = signals_handler;
-    action.sa_flags = SA_RESTART;
-    return sigemptyset(&action.sa_mask) == 0 && sigaction(sig, &action, nullptr) == 0;
-}
-
 void InstallHandlers()
 {
-    const bool canWake = SignalPipe::Open([] { QCoreApplication::exit(EXIT_NORMAL); });
-    if (!canWake || !InstallHandler(SIGINT))
-        OZNA_LOG(LEVEL_WARNING, "Can't catch SIGINT");
-    if (!canWake || !InstallHandler(SIGTERM))
-        OZNA_LOG(LEVEL_WARNING, "Can't catch SIGTERM");
+    for (const char* const name : EndSignals::Catch([] { QCoreApplication::exit(EXIT_NORMAL); }, signals_handler))
+        OZNA_LOG(LEVEL_WARNING, "Can't catch %s", name);
 }
 
 bool Register(QDBusConnection& bus)

@@ -14,8 +14,6 @@
 // A text of any origin on its way to standard error: cut by the daemon, written by the stand-in for the device's log
 // client. Input: the text.
 
-LogInterface* _logInterface = nullptr; // NOLINT(readability-identifier-naming)
-
 ssize_t RealWrite(int descriptor, const void* bytes, size_t size) __asm__("__real_write");
 ssize_t Write(int descriptor, const void* bytes, size_t size) __asm__("__wrap_write");
 
