@@ -18,6 +18,7 @@
 #include <QDBusConnection>
 #include <QTimer>
 
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 
@@ -25,7 +26,14 @@ namespace
 {
 
 constexpr const char* LOG_CLIENT_PATH = "/com/kestrelix/ozna/soundmanager/logobj";
+constexpr const char* LOG_LEVEL_VARIABLE = "OZNA_LOG_LEVEL";
 constexpr int LIFESIGN_EVERY_MS = 5000;
+
+void CatchSignals()
+{
+    if (!EndSignals::Catch([] { QCoreApplication::exit(EXIT_SUCCESS); }).empty())
+        PLAYER_LOG(LEVEL_WARNING, "Can't catch SIGINT and SIGTERM");
+}
 
 // A player that nobody can reach any more ends, so that its supervisor starts it again.
 void OnBusLost()
@@ -92,18 +100,34 @@ int ServeBus(SoundMaker& maker, const PlayerSettings& settings)
     return Serve(bus, maker, settings);
 }
 
+// What a person asks for on a terminal, and reads there.
+int RunOnTerminal(PlayerOptions::Command command, const PlayerSettings& settings)
+{
+    for (const QString& complaint : settings.complaints)
+        std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()),
+                     qUtf8Printable(complaint));
+    // It has no event loop that a signal could end.
+    if (command == PlayerOptions::Command::LIST_OUTPUTS)
+        return EarCommands::ListOutputs(settings.sound, PlayerSettings::File());
+    CatchSignals();
+    GstSoundMaker maker(settings.sound);
+    return command == PlayerOptions::Command::TEST ? EarCommands::Test(maker, settings.sound)
+                                                   : EarCommands::Measure(maker, settings.sound);
+}
+
 int Run(PlayerOptions::Command command)
 {
-    if (command == PlayerOptions::Command::LIST_OUTPUTS)
-        return EarCommands::ListOutputs();
+    const bool isService = command == PlayerOptions::Command::SERVE;
+    // Records would stand among the lines of a command, unless somebody wants them.
+    if (isService || ::qEnvironmentVariableIsSet(LOG_LEVEL_VARIABLE))
+        _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
+    if (isService)
+        CatchSignals();
     const PlayerSettings settings = PlayerSettings::Read();
+    if (!isService)
+        return RunOnTerminal(command, settings);
     GstSoundMaker maker(settings.sound);
-    switch (command)
-    {
-    case PlayerOptions::Command::TEST: return EarCommands::Test(maker, settings.sound);
-    case PlayerOptions::Command::MEASURE: return EarCommands::Measure(maker, settings.sound);
-    default: return ServeBus(maker, settings);
-    }
+    return ServeBus(maker, settings);
 }
 
 } // namespace
@@ -120,8 +144,5 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationVersion(QStringLiteral(OZNA_VERSION));
     const PlayerOptions::Command command = PlayerOptions::Read(app);
     m_app = &app;
-    _logInterface = new LogInterface(QString::fromLatin1(LOG_CLIENT_PATH));
-    if (!EndSignals::Catch([] { QCoreApplication::exit(EXIT_SUCCESS); }).empty())
-        PLAYER_LOG(LEVEL_WARNING, "Can't catch SIGINT and SIGTERM");
     return Run(command);
 }

@@ -51,6 +51,19 @@ QString MovedBy(const SoundSettings& settings)
     return settings.offset_ms == 0 ? QString() : QStringLiteral(", moved by Offset_ms=%1").arg(settings.offset_ms);
 }
 
+// Of the gongs that were heard, if any were.
+void PrintSum(std::vector<double> errors_ms)
+{
+    if (errors_ms.empty())
+        return;
+    std::ranges::sort(errors_ms);
+    Print(
+        QStringLiteral("%1 of %2 heard; error median %3, from %4 to %5 ms, where the server hands them to its output.")
+            .arg(errors_ms.size())
+            .arg(MEASURED_GONGS)
+            .arg(Signed(Median(errors_ms)), Signed(errors_ms.front()), Signed(errors_ms.back())));
+}
+
 // The sound nearest to its moment.
 std::optional<double> Nearest(const std::vector<double>& begins_ms, qint64 due_ms)
 {
@@ -63,15 +76,17 @@ std::optional<double> Nearest(const std::vector<double>& begins_ms, qint64 due_m
 
 } // namespace
 
-int EarCommands::ListOutputs()
+int EarCommands::ListOutputs(const SoundSettings& settings, const QString& file)
 {
     const QList<Outputs::Output> outputs = Outputs::All();
     for (const Outputs::Output& output : outputs)
         Print(QStringLiteral("Output=%1  %2").arg(output.setting, -20).arg(output.name));
-    if (!outputs.isEmpty())
-        return EXIT_SUCCESS;
-    Print(QStringLiteral("There is no output: no sound server answers, and there is no sound card."));
-    return EXIT_FAILURE;
+    if (outputs.isEmpty())
+        Print(QStringLiteral("There is no output: no sound server answers, and there is no sound card."));
+    const Outputs::Presence presence = Outputs::PresenceOf(settings.output, outputs);
+    Print(QStringLiteral("By the settings in %1 sound goes to Output=%2, which %3.")
+              .arg(file, settings.output, QLatin1String(Outputs::WordsOf(presence))));
+    return outputs.isEmpty() || presence == Outputs::Presence::MISSING ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
 int EarCommands::Test(SoundMaker& sound, const SoundSettings& settings)
@@ -84,7 +99,7 @@ int EarCommands::Test(SoundMaker& sound, const SoundSettings& settings)
     if (!outcome.reason.isEmpty())
     {
         Print(QStringLiteral("Not heard on %1: %2").arg(settings.output, outcome.reason));
-        return EXIT_FAILURE;
+        return outcome.isInterrupted ? INTERRUPTED : EXIT_FAILURE;
     }
     Print(QStringLiteral("Given to %1, to be heard at %2 by the output's clock, %3 ms from its moment%4.")
               .arg(settings.output, TimeOfDay(static_cast<double>(*outcome.heard_ms)),
@@ -94,26 +109,33 @@ int EarCommands::Test(SoundMaker& sound, const SoundSettings& settings)
 
 int EarCommands::Measure(SoundMaker& sound, const SoundSettings& settings)
 {
-    if (settings.output != QStringLiteral("pulse"))
+    if (settings.output.section(u':', 0, 0) != QStringLiteral("pulse"))
     {
         Print(QStringLiteral("Nothing can listen to %1: only a sound server lets others hear what it plays.")
                   .arg(settings.output));
         return EXIT_FAILURE;
     }
     MonitorEar ear;
-    if (const QString error = ear.Start(); !error.isEmpty())
+    if (const QString error = ear.Start(settings.output.section(u':', 1)); !error.isEmpty())
     {
         Print(QStringLiteral("Can't listen to what the sound server plays: %1").arg(error));
         return EXIT_FAILURE;
     }
-    Print(QStringLiteral("Ten gongs%1: nothing else should play.").arg(MovedBy(settings)));
+    Print(QStringLiteral("Ten gongs on %1%2: nothing else should play.").arg(settings.output, MovedBy(settings)));
     GongCall gong(sound, MEASURED_GONG_MS);
     std::vector<double> errors_ms;
-    for (int i = 0; i < MEASURED_GONGS; ++i)
+    bool isInterrupted = false;
+    for (int i = 0; i < MEASURED_GONGS && !isInterrupted; ++i)
     {
         const qint64 due_ms = GongCall::NextMoment_ms(MEASURE_STEP_MS);
         const GongCall::Outcome outcome = gong.Play(due_ms);
         const QString due = TimeOfDay(static_cast<double>(due_ms));
+        isInterrupted = outcome.isInterrupted;
+        if (isInterrupted)
+        {
+            Print(QStringLiteral("due %1  %2").arg(due, outcome.reason));
+            continue;
+        }
         if (!outcome.reason.isEmpty())
         {
             Print(QStringLiteral("due %1  can't be played: %2").arg(due, outcome.reason));
@@ -128,13 +150,8 @@ int EarCommands::Measure(SoundMaker& sound, const SoundSettings& settings)
         errors_ms.push_back(*begin_ms - static_cast<double>(due_ms + settings.offset_ms));
         Print(QStringLiteral("due %1  heard %2  error %3 ms").arg(due, TimeOfDay(*begin_ms), Signed(errors_ms.back())));
     }
-    if (errors_ms.empty())
-        return EXIT_FAILURE;
-    std::ranges::sort(errors_ms);
-    Print(
-        QStringLiteral("%1 of %2 heard; error median %3, from %4 to %5 ms, where the server hands them to its output.")
-            .arg(errors_ms.size())
-            .arg(MEASURED_GONGS)
-            .arg(Signed(Median(errors_ms)), Signed(errors_ms.front()), Signed(errors_ms.back())));
+    PrintSum(errors_ms);
+    if (isInterrupted)
+        return INTERRUPTED;
     return errors_ms.size() == MEASURED_GONGS ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -36,6 +36,7 @@ GongCall::Outcome GongCall::Play(qint64 due_ms)
         return outcome;
     }
     SoundMaker::Id own = 0;
+    bool isOver = false;
     QEventLoop loop;
     const QObject context;
     QObject::connect(&m_sound, &SoundMaker::Started, &context, [&](SoundMaker::Id id, qint64 heard_ms) {
@@ -46,11 +47,13 @@ GongCall::Outcome GongCall::Play(qint64 due_ms)
         if (id != own)
             return;
         outcome.reason = reason;
+        isOver = true;
         loop.quit();
     });
     QTimer::singleShot(static_cast<int>(due_ms - Clock::Read().calendar_ms) + PATIENCE_MS, &context, [&] {
         outcome.reason = QStringLiteral("it did not end within %1 s").arg(PATIENCE_MS / 1000);
         m_sound.Stop(own);
+        isOver = true;
         loop.quit();
     });
     Piece piece;
@@ -59,7 +62,11 @@ GongCall::Outcome GongCall::Play(qint64 due_ms)
     piece.due_ms = due_ms;
     own = m_sound.Play(piece);
     loop.exec();
-    if (outcome.reason.isEmpty() && !outcome.heard_ms)
+    // A signal ends the process, and with it every loop that runs.
+    outcome.isInterrupted = !isOver;
+    if (outcome.isInterrupted)
+        outcome.reason = QStringLiteral("interrupted");
+    else if (outcome.reason.isEmpty() && !outcome.heard_ms)
         outcome.reason = QStringLiteral("it ended without a sound");
     return outcome;
 }

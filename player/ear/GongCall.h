@@ -18,9 +18,10 @@ public:
     {
         std::optional<qint64> heard_ms; // when it began by the output's clock, since 1970
         QString reason;                 // in words, when it was not heard to its end
+        bool isInterrupted = false;     // the process was asked to end before that; reason says so too
     };
 
-    // Waits in the event loop until it has ended.
+    // Waits in the event loop until it has ended, or until the process is told to leave the loop.
     [[nodiscard]] Outcome Play(qint64 due_ms);
 
     // The next moment that is a whole multiple of step_ms, and far enough ahead to prepare a gong.

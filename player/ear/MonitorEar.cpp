@@ -9,10 +9,12 @@ namespace
 
 // Small blocks, because the server hands a block to its output when the output needs its first sample; and room for
 // many, because a block that is lost on a busy machine moves all that follow.
-constexpr const char* PIPELINE =
-    "pulsesrc device=@DEFAULT_MONITOR@ buffer-time=1000000 latency-time=2000 provide-clock=false "
-    "! audio/x-raw,format=S16LE,rate=48000,channels=2,layout=interleaved "
-    "! fakesink name=ear sync=false signal-handoffs=true";
+constexpr const char* PIPELINE = "pulsesrc name=source buffer-time=1000000 latency-time=2000 provide-clock=false "
+                                 "! audio/x-raw,format=S16LE,rate=48000,channels=2,layout=interleaved "
+                                 "! fakesink name=ear sync=false signal-handoffs=true";
+// As the server calls what comes out of its default output, and of one that has a name.
+const QString DEFAULT_MONITOR = QStringLiteral("@DEFAULT_MONITOR@");
+const QString MONITOR_OF = QStringLiteral("%1.monitor");
 constexpr GstClockTime PATIENCE = 3 * GST_SECOND;
 constexpr double US_PER_MS = 1000;
 
@@ -42,7 +44,7 @@ MonitorEar::~MonitorEar()
     gst_object_unref(m_pipeline);
 }
 
-QString MonitorEar::Start()
+QString MonitorEar::Start(const QString& sink)
 {
     gst_init(nullptr, nullptr);
     GError* error = nullptr;
@@ -55,9 +57,13 @@ QString MonitorEar::Start()
         g_error_free(error);
         return text;
     }
-    GstElement* const sink = gst_bin_get_by_name(GST_BIN_CAST(m_pipeline), "ear");
-    g_signal_connect(sink, "handoff", G_CALLBACK(&MonitorEar::OnSamples), this);
-    gst_object_unref(sink);
+    const QString monitor = sink.isEmpty() ? DEFAULT_MONITOR : MONITOR_OF.arg(sink);
+    GstElement* const source = gst_bin_get_by_name(GST_BIN_CAST(m_pipeline), "source");
+    g_object_set(source, "device", qUtf8Printable(monitor), nullptr);
+    gst_object_unref(source);
+    GstElement* const ear = gst_bin_get_by_name(GST_BIN_CAST(m_pipeline), "ear");
+    g_signal_connect(ear, "handoff", G_CALLBACK(&MonitorEar::OnSamples), this);
+    gst_object_unref(ear);
     gst_element_set_state(m_pipeline, GST_STATE_PLAYING);
     // A live source is there without a first sample.
     const GstStateChangeReturn change = gst_element_get_state(m_pipeline, nullptr, nullptr, PATIENCE);

@@ -11,7 +11,7 @@
 struct _GstBuffer;
 struct _GstElement;
 
-// Listens to what the sound server hands to its default output.
+// Listens to what the sound server hands to one of its outputs.
 class MonitorEar final
 {
 public:
@@ -21,8 +21,9 @@ public:
     MonitorEar(const MonitorEar&) = delete;
     MonitorEar& operator=(const MonitorEar&) = delete;
 
-    // Begins to listen. Empty when it does, else what is wrong. Waits for the server for up to 3 s.
-    [[nodiscard]] QString Start();
+    // Begins to listen. sink: the output as the server names it, empty for its default. Empty when it does, else what
+    // is wrong. Waits for the server for up to 3 s.
+    [[nodiscard]] QString Start(const QString& sink);
 
     // When each sound so far began, in milliseconds since 1970.
     [[nodiscard]] std::vector<double> Begins_ms() const;

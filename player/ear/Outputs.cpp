@@ -3,8 +3,10 @@
 #include <gst/gst.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <memory>
 
 namespace
@@ -69,6 +71,22 @@ QString ElementDevice(GstDevice* device)
     return Taken(name);
 }
 
+// A card by its lasting name, whichever of its names is given: "plughw:0,0", "hw:PCH" and "hw:CARD=PCH,DEV=0" are one.
+// Empty for what is no card's.
+QString CardName(const QString& device, const QString& folder)
+{
+    static const QRegularExpression form(QStringLiteral("^(?:plug)?hw:(?:CARD=)?([^,=]+)(?:,(?:DEV=)?([0-9]+))?$"));
+    const QRegularExpressionMatch match = form.match(device);
+    if (!match.hasMatch())
+        return {};
+    const QString card = match.captured(1);
+    const QString number = match.captured(2).isEmpty() ? QStringLiteral("0") : match.captured(2);
+    bool isNumber = false;
+    static_cast<void>(card.toUInt(&isNumber));
+    return isNumber ? Outputs::LastingName(QStringLiteral("hw:%1,%2").arg(card, number), folder)
+                    : QStringLiteral("plughw:CARD=%1,DEV=%2").arg(card, number);
+}
+
 } // namespace
 
 QString Outputs::LastingName(const QString& device, const QString& folder)
@@ -87,10 +105,16 @@ QList<Outputs::Output> Outputs::All()
 {
     QList<Output> outputs;
     gst_init(nullptr, nullptr);
-    for (const Ref<GstDevice>& device : Sinks("pulsedeviceprovider"))
+    const std::vector<Ref<GstDevice>> sinks = Sinks("pulsedeviceprovider");
+    for (const Ref<GstDevice>& device : sinks)
     {
         if (IsDefault(device.get()))
             outputs.append({QStringLiteral("pulse"), Taken(gst_device_get_display_name(device.get()))});
+    }
+    for (const Ref<GstDevice>& device : sinks)
+    {
+        if (const QString name = ElementDevice(device.get()); !name.isEmpty())
+            outputs.append({QStringLiteral("pulse:") + name, Taken(gst_device_get_display_name(device.get()))});
     }
     for (const Ref<GstDevice>& device : Sinks("alsadeviceprovider"))
     {
@@ -99,4 +123,29 @@ QList<Outputs::Output> Outputs::All()
                 {QStringLiteral("alsa:") + LastingName(name), Taken(gst_device_get_display_name(device.get()))});
     }
     return outputs;
+}
+
+Outputs::Presence Outputs::PresenceOf(const QString& setting, const QList<Output>& outputs, const QString& folder)
+{
+    const QString kind = setting.section(u':', 0, 0);
+    const QString name = setting.section(u':', 1);
+    const auto presence = [](bool isThere) { return isThere ? Presence::THERE : Presence::MISSING; };
+    if (kind == QLatin1String("file"))
+        return presence(!name.isEmpty() && QFileInfo(QFileInfo(name).path()).isDir());
+    const QString card = kind == QLatin1String("alsa") ? CardName(name, folder) : QString();
+    const QString wanted = card.isEmpty() ? setting : QStringLiteral("alsa:") + card;
+    const bool isListed = std::ranges::find(outputs, wanted, &Output::setting) != outputs.end();
+    if (!isListed && kind == QLatin1String("alsa") && card.isEmpty() && !name.isEmpty())
+        return Presence::UNKNOWN;
+    return presence(isListed);
+}
+
+const char* Outputs::WordsOf(Presence presence)
+{
+    switch (presence)
+    {
+    case Presence::THERE: return "is there";
+    case Presence::MISSING: return "is not there";
+    default: return "is no card of the list: ozna-player --test tells whether it plays";
+    }
 }

@@ -18,7 +18,24 @@ struct Output
 // folder says PCH, "plughw:1,0" where there is no such file. What is of another form stays as it is.
 [[nodiscard]] QString LastingName(const QString& device, const QString& folder = QStringLiteral("/proc/asound"));
 
-// The sound server's default output first, then the cards. Empty when there are none.
+// The sound server's default output first, then each of its outputs by its name, then the cards. Empty when there are
+// none.
 [[nodiscard]] QList<Output> All();
+
+// What is known of an output without playing on it.
+enum class Presence
+{
+    THERE,
+    MISSING,
+    UNKNOWN, // a device of ALSA's own configuration
+};
+
+// Of the output of that setting, where those are all that the machine has. A card counts by whatever name it is called,
+// a file by its folder. folder: as that of LastingName.
+[[nodiscard]] Presence PresenceOf(const QString& setting, const QList<Output>& outputs,
+                                  const QString& folder = QStringLiteral("/proc/asound"));
+
+// "is there"
+[[nodiscard]] const char* WordsOf(Presence presence);
 
 } // namespace Outputs

@@ -1,5 +1,7 @@
 #include "PlayerOptions.h"
 
+#include "PlayerSettings.h"
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -22,7 +24,8 @@ constexpr std::array COMMANDS{
         "Play a gong at the next full five seconds, and tell where it was heard and when, or why not."},
     Row{PlayerOptions::Command::MEASURE, "measure",
         "Play ten gongs, listen to what comes out, and tell by how much each missed its moment."},
-    Row{PlayerOptions::Command::LIST_OUTPUTS, "list-outputs", "List the outputs as the setting Output names them."},
+    Row{PlayerOptions::Command::LIST_OUTPUTS, "list-outputs",
+        "List the outputs as the setting Output names them, and tell which one is set and whether it is there."},
 };
 
 [[noreturn]] void Refuse(const QString& complaint)
@@ -37,7 +40,9 @@ PlayerOptions::Command PlayerOptions::Read(const QCoreApplication& app)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Plays what ozna-scheduler asks for: messages, playlists, streams and radio."));
+        QStringLiteral("Plays what ozna-scheduler asks for: messages, playlists, streams and radio.\n"
+                       "Settings: the section [PLAYER] of %1. Manual page: ozna-player(8).")
+            .arg(PlayerSettings::File()));
     parser.addHelpOption();
     parser.addVersionOption();
     for (const Row& row : COMMANDS)

@@ -63,6 +63,8 @@ bool TakeFolder(const QString& text, QString& folder)
 
 bool TakeOutput(const Value& value, PlayerSettings& settings)
 {
+    if (value.text.isEmpty())
+        return true;
     // Also what is of no use: sound that goes elsewhere, or another output's failure, would hide the mistake.
     settings.sound.output = value.text;
     return value.text == QLatin1String("pulse") ||
@@ -172,11 +174,12 @@ void TakeValue(const Value& value, const QString& file, PlayerSettings& settings
 {
     const auto* const key = std::ranges::find_if(KEYS, [&](const Key& row) { return IsOf(row, value.key); });
     if (key == KEYS.end())
-        PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s is no setting of the player", qPrintable(file),
-                   qPrintable(value.key));
+        settings.complaints.append(PLAYER_TELL(LEVEL_WARNING, "%s: [PLAYER] %s is no setting of the player",
+                                               qPrintable(file), qPrintable(value.key)));
     else if (!key->take(value, settings))
-        PLAYER_LOG(LEVEL_WARNING, "%s: [PLAYER] %s=%s is of no use: it takes %s", qPrintable(file),
-                   qPrintable(value.key), qPrintable(value.text), key->form);
+        settings.complaints.append(PLAYER_TELL(LEVEL_WARNING, "%s: [PLAYER] %s=%s is of no use: it takes %s",
+                                               qPrintable(file), qPrintable(value.key), qPrintable(value.text),
+                                               key->form));
 }
 
 } // namespace
@@ -197,11 +200,16 @@ QStringList PlayerSettings::Names()
     return names;
 }
 
+QString PlayerSettings::File()
+{
+    const QByteArray named = qgetenv(FILE_VARIABLE);
+    return QFile::decodeName(named.isEmpty() ? QByteArray(DEFAULT_FILE) : named);
+}
+
 PlayerSettings PlayerSettings::Read()
 {
     PlayerSettings settings;
-    const QByteArray named = qgetenv(FILE_VARIABLE);
-    const QString file = QFile::decodeName(named.isEmpty() ? QByteArray(DEFAULT_FILE) : named);
+    const QString file = File();
     const QFileInfo info(file);
     if (!info.exists())
         return settings;
@@ -210,7 +218,8 @@ PlayerSettings PlayerSettings::Read()
     const QStringList keys = ini.childKeys();
     if (!info.isFile() || !info.isReadable() || ini.status() != QSettings::NoError)
     {
-        PLAYER_LOG(LEVEL_WARNING, "%s cannot be read, and does not count", qPrintable(file));
+        settings.complaints.append(
+            PLAYER_TELL(LEVEL_WARNING, "%s cannot be read, and does not count", qPrintable(file)));
         return settings;
     }
     for (const QString& key : keys)

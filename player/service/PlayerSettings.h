@@ -27,9 +27,12 @@ struct PlayerSettings
     // The keys of the section; where several keys begin alike, as Radio98.5 does, what they begin with.
     [[nodiscard]] static QStringList Names();
 
-    // Reads the file that FILE_VARIABLE names in the environment, or DEFAULT_FILE. Without such a file all is as it
-    // stands here. A value that is of no use is logged, with the file, its key and the form it takes, and
-    // does not count; but an output of no use is kept, so that each request fails with its name.
+    // The file that FILE_VARIABLE names in the environment, or DEFAULT_FILE.
+    [[nodiscard]] static QString File();
+
+    // Reads that file. Without it all is as it stands here. A value that is of no use is logged, with the file, its key
+    // and the form it takes, and does not count; but an output of no use is kept, so that each request fails with its
+    // name. An empty output is none, and the default counts.
     [[nodiscard]] static PlayerSettings Read();
 
     QString media = QStringLiteral("/opt/ozna/data/media");
@@ -40,4 +43,5 @@ struct PlayerSettings
     QList<Station> stations;
     QHash<int, QString> amplifiers; // by their numbers, counted from 1: names of outputs
     QStringList lights;             // names of outputs or backlights
+    QStringList complaints;         // what was logged when it was read
 };

@@ -82,6 +82,8 @@ void tst_PlayerSettings::NothingIsNeeded_data()
     QTest::newRow("no file") << QByteArray();
     QTest::newRow("other sections") << QByteArray("[GENERAL]\nServerIp=10.0.0.5\nGap=9\n");
     QTest::newRow("an empty section") << QByteArray("[PLAYER]\n");
+    QTest::newRow("an empty output") << QByteArray("[PLAYER]\nOutput=\n");
+    QTest::newRow("an empty output in quotes") << QByteArray("[PLAYER]\nOutput=\"\"\n");
 }
 
 void tst_PlayerSettings::NothingIsNeeded()
@@ -139,8 +141,7 @@ void tst_PlayerSettings::WhatIsOfNoUseDoesNotCount_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::addColumn<QByteArray>("form");
-    for (const char* line : {"Output=",
-                             "Output=auto",
+    for (const char* line : {"Output=auto",
                              "Output=hw:0,0",
                              "Output=pulse:",
                              "Gap=1,5",
@@ -196,6 +197,9 @@ void tst_PlayerSettings::ABadValueLeavesTheOthers()
     const PlayerSettings settings = Read("[PLAYER]\nDuck=much\nGap=1\nVolume=3\n");
     QCOMPARE(settings.gap_ms, 1000);
     QCOMPARE(settings.sound.duck_percent, 20);
+    QCOMPARE(settings.complaints,
+             QStringList({m_file + u": [PLAYER] Duck=much is of no use: it takes percent from 0 to 100"_s,
+                          m_file + u": [PLAYER] Volume is no setting of the player"_s}));
     const QByteArray begin = "2 [service/PlayerSettings.cpp] " + m_file.toUtf8() + ": [PLAYER] ";
     EXPECT_LOG(LEVEL_WARNING, {{begin + "Duck=much is of no use: it takes percent from 0 to 100", SoundManager::PATH},
                                {begin + "Volume is no setting of the player", SoundManager::PATH}});
