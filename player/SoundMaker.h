@@ -52,7 +52,7 @@ public:
 
 Q_SIGNALS:
     // The piece can be heard at its moment: its beginning is decoded and held. Streams are ready with their first
-    // sound. Comes once, or never when the piece ends before.
+    // sound. Comes once, or never when the piece ends before. It may take any time: who asks stops what takes too long.
     void Ready(SoundMaker::Id id);
     // It begins to sound; heard_ms on the wall clock, rounded. Comes once, or never when it ends before it is heard.
     void Started(SoundMaker::Id id, qint64 heard_ms);

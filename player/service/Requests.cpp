@@ -43,7 +43,7 @@ void Requests::Play(const Request& request, const Piece& piece, Answer answer)
     {
         PLAYER_LOG(LEVEL_NORMAL, "ASKED FOR | %s: %s @ %s", SourceAt(piece.place).name, Printable(request.name).Text(),
                    piece.due_ms ? TimeOf(*piece.due_ms).constData() : "once");
-        QTimer::singleShot(ANSWERED_WITHIN_MS, this, [this, id] { OnPatienceEnded(id); });
+        QTimer::singleShot(ANSWERED_WITHIN_MS, Qt::PreciseTimer, this, [this, id] { OnPatienceEnded(id); });
         return;
     }
     PLAYER_LOG(LEVEL_NORMAL, "ASKED FOR AGAIN | %s: %s", SourceAt(piece.place).name, Printable(request.name).Text());
@@ -158,6 +158,6 @@ void Requests::OnPatienceEnded(SoundMaker::Id id)
     const auto entry = Find(id);
     if (entry == m_entries.end() || entry->isAccepted)
         return;
-    PLAYER_LOG(LEVEL_WARNING, "%s is not ready after %d ms", Printable(entry->request.name).Text(), ANSWERED_WITHIN_MS);
-    AnswerAll(*entry, Status::ACCEPTED);
+    m_maker.Stop(id);
+    OnEnded(id, QStringLiteral("it was not ready in time"));
 }

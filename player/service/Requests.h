@@ -15,8 +15,10 @@ class Requests final : public QObject
 {
     Q_OBJECT
 public:
-    // Whoever asks has its answer by then, also when the sound is not ready yet: it would give up soon.
-    static constexpr int ANSWERED_WITHIN_MS = 2000;
+    // What is not ready by then is refused, and stopped: whoever asks has a clear answer within 2 s, whatever hangs.
+    // This is the only limit for an answer. It is the service's, because the promise is, and holds for whatever makes
+    // the sound. An output gets 1.8 s to open, and tells in words why it did not: so this is a little more.
+    static constexpr int ANSWERED_WITHIN_MS = 1900;
 
     struct Request
     {

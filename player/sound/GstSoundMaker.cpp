@@ -15,19 +15,12 @@ namespace
 
 using namespace std::chrono_literals;
 
-// Below the time within which the service answers: so its answer has the words of what is wrong.
-constexpr auto READY_PATIENCE = 1700ms;
 // What waits holds two seconds of sound and the threads of a pipeline: so much a small machine has.
 constexpr int MOST_WAITING = 64;
 // A fade and what is under way to the output, with room to spare.
 constexpr auto STOP_PATIENCE = 1s;
 // What a device has under way is less.
 constexpr qint64 UNDER_WAY_MS = 2'000;
-
-bool IsOfTracks(Piece::Place place)
-{
-    return place == Piece::Place::MESSAGE || place == Piece::Place::PLAYLIST;
-}
 
 std::chrono::milliseconds UntilHeard(qint64 heard_ns)
 {
@@ -78,8 +71,6 @@ SoundMaker::Id GstSoundMaker::Play(const Piece& piece)
     }
     m_sources.TellBehind();
     Prepare(id, item);
-    if (IsOfTracks(piece.place))
-        QTimer::singleShot(READY_PATIENCE, this, [this, id] { EndUnlessReady(id); });
     m_output.Open();
     return id;
 }
@@ -107,15 +98,6 @@ void GstSoundMaker::Follow(Id id, const Preparation& preparation)
                 [this, id](const QString& source, const QString& reason) { Q_EMIT Skipped(id, source, reason); });
 }
 
-void GstSoundMaker::EndUnlessReady(Id id)
-{
-    const auto found = m_items.find(id);
-    if (found == m_items.end() || found->second.isReadyTold)
-        return;
-    m_sources.TellBehind();
-    End(id, QStringLiteral("it was not ready in time"));
-}
-
 void GstSoundMaker::TellReady(Id id)
 {
     Item& item = m_items.at(id);
@@ -130,6 +112,9 @@ void GstSoundMaker::Stop(Id id)
     if (found == m_items.end())
         return;
     found->second.isStopped = true;
+    // It may be stopped because its source hangs.
+    if (!found->second.isReadyTold)
+        m_sources.TellBehind();
     m_mixer->Stop(id);
     // The mixer tells the end; without an output it does not run.
     QTimer::singleShot(m_output.IsOpen() ? STOP_PATIENCE : 0s, this, [this, id] { End(id, {}); });

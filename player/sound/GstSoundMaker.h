@@ -56,7 +56,6 @@ private:
 
     void Prepare(Id id, Item& item);
     void Follow(Id id, const Preparation& preparation);
-    void EndUnlessReady(Id id);
     void OnMixed(const std::vector<Mixer::Event>& events);
     void OnBegun(Id id, qint64 heard_ns);
     void OnEnded(Id id, qint64 heard_ns);

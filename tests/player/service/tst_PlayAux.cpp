@@ -10,6 +10,7 @@ class tst_PlayAux final : public PlayerTest
 private Q_SLOTS:
     void PlaysTheDeviceOfTheSettings();
     void ADeviceThatCannotBeOpenedIsRefused();
+    void ADeviceThatHangsIsRefused();
     void WithoutADeviceItIsNotSetUp();
 };
 
@@ -38,6 +39,17 @@ void tst_PlayAux::ADeviceThatCannotBeOpenedIsRefused()
     QCOMPARE(Seen(1), QStringList(u"PlayAux: 5"_s));
     EXPECT_LOG(LEVEL_WARNING,
                {{"1 [service/Requests.cpp] ENDED | aux: alsa:hw:1: no such device", SoundManager::PATH}});
+}
+
+void tst_PlayAux::ADeviceThatHangsIsRefused()
+{
+    Settings().aux = u"alsa:hw:1"_s;
+    StartService();
+    Ask("PlayAux");
+    QCOMPARE(Seen(1), QStringList(u"PlayAux: 5"_s));
+    QCOMPARE(Sound().TakeCalls(), QStringList(u"stop 1"_s));
+    EXPECT_LOG(LEVEL_WARNING,
+               {{"1 [service/Requests.cpp] ENDED | aux: alsa:hw:1: it was not ready in time", SoundManager::PATH}});
 }
 
 void tst_PlayAux::WithoutADeviceItIsNotSetUp()
