@@ -63,7 +63,10 @@ int LightObject::Switch(bool on)
 int LightObject::Show() const
 {
     if (m_outputs.isEmpty())
+    {
+        PLAYER_LOG(LEVEL_ERROR, "No light is there to be switched");
         return static_cast<int>(Status::NOT_SET_UP);
+    }
     bool isShown = true;
     for (const SystemOutput& output : m_outputs)
         isShown = output.Set(m_isOn ? m_intensity : 0) && isShown;

@@ -26,7 +26,7 @@ inline constexpr std::array STATUS_TABLE{
     StatusWords{Status::ACCEPTED, "accepted"},
     StatusWords{Status::BAD_ARGUMENT, "an argument is out of its range or its form"},
     StatusWords{Status::BAD_NAME, "the name is empty or leads out of its folder"},
-    StatusWords{Status::NOT_FOUND, "there is no such file, or it cannot be read"},
+    StatusWords{Status::NOT_FOUND, "there is no such file, or it cannot be read; or no track of the playlist is there"},
     StatusWords{Status::NOT_SET_UP, "the settings name nothing for it"},
     StatusWords{Status::CANNOT_PLAY, "there is no sound in it, or no output"},
     StatusWords{Status::STOPPED, "it was stopped before it was ready"},

@@ -136,6 +136,7 @@ void tst_Lights::ALightThatIsNotThereIsLeftOut()
     const auto none = Make({u"panel"_s});
     EXPECT_LOG(LEVEL_WARNING, {{record, SoundManager::PATH}});
     QCOMPARE(none->Switch(true), 4);
+    EXPECT_LOG(LEVEL_WARNING, {{"1 [service/LightObject.cpp] No light is there to be switched", SoundManager::PATH}});
 }
 
 void tst_Lights::TheBusCallsIt()
