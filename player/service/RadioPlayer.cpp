@@ -2,13 +2,12 @@
 
 #include "PlayerLog.h"
 #include "PlayerSettings.h"
-#include "text/Printable.h"
+#include "Volumes.h"
 
 RadioPlayer::RadioPlayer(const Means& means)
     : m_means(means)
+    , m_live(means.maker, Piece::Place::RADIO)
 {
-    connect(&means.maker, &SoundMaker::Started, this, &RadioPlayer::OnStarted);
-    connect(&means.maker, &SoundMaker::Ended, this, &RadioPlayer::OnEnded);
 }
 
 RadioPlayer::~RadioPlayer() = default;
@@ -32,7 +31,7 @@ Status RadioPlayer::Tune(double frequency_MHz)
     {
         PLAYER_LOG(LEVEL_ERROR, "No radio station is set up at %.2f MHz", frequency_MHz);
         m_address.clear();
-        Silence();
+        m_live.Stop();
         return Status::NOT_SET_UP;
     }
     m_address = station->address;
@@ -44,43 +43,12 @@ void RadioPlayer::SwitchOff()
 {
     m_isOn = false;
     m_address.clear();
-    Silence();
+    m_live.Stop();
 }
 
 void RadioPlayer::Play()
 {
-    if (!m_isOn || m_address.isEmpty() || (m_id != NONE && m_playing == m_address))
-        return;
-    // Also where the new one cannot be had: nobody wants to hear the old one any more.
-    Silence();
-    Piece piece;
-    piece.place = Piece::Place::RADIO;
-    piece.sources = QStringList(m_address);
-    m_id = m_means.maker.Play(piece);
-    m_playing = m_address;
-    PLAYER_LOG(LEVEL_NORMAL, "ASKED FOR | radiofm: %s", Printable(m_address).Text());
-}
-
-void RadioPlayer::Silence()
-{
-    if (m_id == NONE)
-        return;
-    PLAYER_LOG(LEVEL_NORMAL, "STOPPED | radiofm: %s", Printable(m_playing).Text());
-    m_means.maker.Stop(m_id);
-    m_id = NONE;
-}
-
-void RadioPlayer::OnStarted(SoundMaker::Id id)
-{
-    if (id == m_id)
-        PLAYER_LOG(LEVEL_NORMAL, "STARTED | radiofm: %s", Printable(m_playing).Text());
-}
-
-void RadioPlayer::OnEnded(SoundMaker::Id id, const QString& reason)
-{
-    if (id != m_id)
-        return;
-    PLAYER_LOG(reason.isEmpty() ? LEVEL_NORMAL : LEVEL_ERROR, "ENDED | radiofm: %s%s%s", Printable(m_playing).Text(),
-               reason.isEmpty() ? "" : ": ", Printable(reason).Text());
-    m_id = NONE;
+    // The one that plays is stopped also where the new one cannot be had: nobody wants to hear it any more.
+    if (m_isOn && !m_address.isEmpty() && !m_live.Plays(m_address))
+        m_live.Play(m_address, Volumes::FULL);
 }

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "LivePiece.h"
 #include "Means.h"
-#include "SoundMaker.h"
 #include "Status.h"
 
 #include <QObject>
-
-#include <optional>
+#include <QString>
 
 // A radio whose stations are streams: it is switched on and tuned in either order.
 class RadioPlayer final : public QObject
@@ -26,15 +25,9 @@ public:
 
 private:
     void Play();
-    void Silence();
-    void OnStarted(SoundMaker::Id id);
-    void OnEnded(SoundMaker::Id id, const QString& reason);
-
-    static constexpr SoundMaker::Id NONE = 0;
 
     const Means m_means;
+    LivePiece m_live;
     bool m_isOn = false;
     QString m_address; // of the station that it is tuned to, or empty
-    QString m_playing; // of the one that plays
-    SoundMaker::Id m_id = NONE;
 };

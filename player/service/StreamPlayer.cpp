@@ -7,13 +7,13 @@
 
 StreamPlayer::StreamPlayer(const Means& means)
     : m_means(means)
+    , m_live(means.maker, Piece::Place::STREAM)
 {
-    connect(&means.maker, &SoundMaker::Ready, this, &StreamPlayer::OnSound);
-    connect(&means.maker, &SoundMaker::Started, this, &StreamPlayer::OnSound);
-    connect(&means.maker, &SoundMaker::Ended, this, &StreamPlayer::OnEnded);
+    connect(&m_live, &LivePiece::Heard, this, [this] { Q_EMIT Enabled(true); });
+    connect(&m_live, &LivePiece::Ended, this, [this] { Q_EMIT Enabled(false); });
     connect(&means.volumes, &RequestVolumes::Changed, this, [this](Piece::Place changed, double volume) {
-        if (changed == Piece::Place::STREAM && m_id != NONE)
-            m_means.maker.SetVolume(m_id, volume);
+        if (changed == Piece::Place::STREAM)
+            m_live.SetVolume(volume);
     });
 }
 
@@ -28,49 +28,19 @@ void StreamPlayer::Play(const QString& address, const Answer& answer)
                    Printable(QStringView(address).left(Log::RECORD_SIZE)).Text());
         return answer(Status::BAD_ARGUMENT);
     }
-    Stop();
-    Piece piece;
-    piece.place = Piece::Place::STREAM;
-    piece.sources = QStringList(address);
-    piece.volume = volume.value_or(m_means.volumes.Of(Piece::Place::STREAM));
-    m_id = m_means.maker.Play(piece);
-    m_address = address;
-    m_isHeard = false;
-    PLAYER_LOG(LEVEL_NORMAL, "ASKED FOR | stream: %s", Printable(address).Text());
+    if (m_live.Plays(address))
+        return GoOn(address, volume, answer);
+    m_live.Play(address, volume.value_or(m_means.volumes.Of(Piece::Place::STREAM)));
     answer(Status::ACCEPTED);
 }
 
-void StreamPlayer::Stop()
+void StreamPlayer::GoOn(const QString& address, std::optional<double> volume, const Answer& answer)
 {
-    if (m_id == NONE)
-        return;
-    PLAYER_LOG(LEVEL_NORMAL, "STOPPED | stream: %s", Printable(m_address).Text());
-    m_means.maker.Stop(m_id);
-    Finish();
-}
-
-void StreamPlayer::OnSound(SoundMaker::Id id)
-{
-    if (id != m_id || m_isHeard)
-        return;
-    m_isHeard = true;
-    PLAYER_LOG(LEVEL_NORMAL, "STARTED | stream: %s", Printable(m_address).Text());
-    Q_EMIT Enabled(true);
-}
-
-void StreamPlayer::OnEnded(SoundMaker::Id id, const QString& reason)
-{
-    if (id != m_id)
-        return;
-    if (reason.isEmpty())
-        PLAYER_LOG(LEVEL_NORMAL, "ENDED | stream: %s", Printable(m_address).Text());
-    else
-        PLAYER_LOG(LEVEL_ERROR, "ENDED | stream: %s: %s", Printable(m_address).Text(), Printable(reason).Text());
-    Finish();
-}
-
-void StreamPlayer::Finish()
-{
-    m_id = NONE;
-    Q_EMIT Enabled(false);
+    PLAYER_LOG(LEVEL_NORMAL, "ASKED FOR AGAIN | stream: %s", Printable(address).Text());
+    if (volume)
+        m_live.SetVolume(*volume);
+    answer(Status::ACCEPTED);
+    // Whoever asks now may wait for it, and has not heard of it yet.
+    if (m_live.IsHeard())
+        Q_EMIT Enabled(true);
 }

@@ -1,13 +1,15 @@
 #pragma once
 
 #include "Answer.h"
+#include "LivePiece.h"
 #include "Means.h"
-#include "SoundMaker.h"
 
 #include <QObject>
 #include <QString>
 
-// Plays one stream at a time. Each one that is accepted ends with one Enabled(false).
+#include <optional>
+
+// Plays one stream at a time. Each that plays ends with one Enabled(false), however often it was asked for.
 class StreamPlayer final : public QObject
 {
     Q_OBJECT
@@ -17,24 +19,20 @@ public:
     Q_DISABLE_COPY_MOVE(StreamPlayer)
 
     // Answers at once: whether the server can be reached shows later. The one that plays ends first, before the answer,
-    // so that nobody takes its end for that of the new one.
+    // so that nobody takes its end for that of the new one. Where it is the same address it goes on, without a gap in
+    // the sound: a schedule names one stream in many lines, and people would hear each of them.
     void Play(const QString& address, const Answer& answer);
 
-    void Stop();
+    void Stop() { m_live.Stop(); }
 
 Q_SIGNALS:
-    // With its first sound, and at its end.
+    // True with its first sound, and again behind the answer to whoever asks for it while it is heard. False at its
+    // end.
     void Enabled(bool enabled);
 
 private:
-    void OnSound(SoundMaker::Id id);
-    void OnEnded(SoundMaker::Id id, const QString& reason);
-    void Finish();
-
-    static constexpr SoundMaker::Id NONE = 0;
+    void GoOn(const QString& address, std::optional<double> volume, const Answer& answer);
 
     const Means m_means;
-    SoundMaker::Id m_id = NONE;
-    QString m_address;
-    bool m_isHeard = false;
+    LivePiece m_live;
 };

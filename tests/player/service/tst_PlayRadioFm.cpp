@@ -103,7 +103,7 @@ void tst_PlayRadioFm::ABrokenStationIsPlayedAgainWhenAskedFor()
     QCOMPARE(Call("PlayRadioFm"), 0);
     QCOMPARE(Call("RadioFmSetFrequency", {98.5}), 0);
     Q_EMIT Sound().Ended(1, u"nobody answers"_s);
-    EXPECT_LOG(LEVEL_WARNING, {{"1 [service/RadioPlayer.cpp] ENDED | radiofm: https://one.example/live: nobody answers",
+    EXPECT_LOG(LEVEL_WARNING, {{"1 [service/LivePiece.cpp] ENDED | radiofm: https://one.example/live: nobody answers",
                                 SoundManager::PATH}});
     QCOMPARE(Call("PlayRadioFm"), 0);
     QCOMPARE(Sound().Pieces().size(), 2);

@@ -11,6 +11,10 @@ private Q_SLOTS:
     void IsAnsweredAtOnceAndToldWhenItIsHeard();
     void AServerThatCannotBeReachedIsAnEnd();
     void TheEndOfTheEarlierOneComesAheadOfTheAnswer();
+    void TheSameOneGoesOn();
+    void TheSameOneThatConnectsGoesOn();
+    void TheSameOneTakesTheVolumeOver();
+    void AfterItsEndItBeginsAnew();
     void AStopEndsIt();
     void TheEndOfTheProcessEndsIt();
     void WhatIsNoAddressIsRefused_data();
@@ -32,9 +36,9 @@ void tst_PlayStream::IsAnsweredAtOnceAndToldWhenItIsHeard()
     Q_EMIT Sound().Ended(1, {});
     QCOMPARE(Seen(1), QStringList(u"StreamEnabled(false)"_s));
     EXPECT_LOG(LEVEL_DETAIL,
-               {{"4 [service/StreamPlayer.cpp] ASKED FOR | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
-                {"4 [service/StreamPlayer.cpp] STARTED | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
-                {"4 [service/StreamPlayer.cpp] ENDED | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH}});
+               {{"4 [service/LivePiece.cpp] ASKED FOR | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
+                {"4 [service/LivePiece.cpp] STARTED | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
+                {"4 [service/LivePiece.cpp] ENDED | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH}});
 }
 
 void tst_PlayStream::AServerThatCannotBeReachedIsAnEnd()
@@ -42,9 +46,8 @@ void tst_PlayStream::AServerThatCannotBeReachedIsAnEnd()
     Ask("PlayStream", LIVE);
     Q_EMIT Sound().Ended(1, u"nobody answers"_s);
     QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"StreamEnabled(false)"_s}));
-    EXPECT_LOG(LEVEL_WARNING,
-               {{"1 [service/StreamPlayer.cpp] ENDED | stream: rtsp://10.0.0.5:8554/live: nobody answers",
-                 SoundManager::PATH}});
+    EXPECT_LOG(LEVEL_WARNING, {{"1 [service/LivePiece.cpp] ENDED | stream: rtsp://10.0.0.5:8554/live: nobody answers",
+                                SoundManager::PATH}});
 }
 
 void tst_PlayStream::TheEndOfTheEarlierOneComesAheadOfTheAnswer()
@@ -58,6 +61,59 @@ void tst_PlayStream::TheEndOfTheEarlierOneComesAheadOfTheAnswer()
     Q_EMIT Sound().Started(2, Time().Utc_ms());
     Q_EMIT Sound().Ended(2, {});
     QCOMPARE(Seen(2), QStringList({u"StreamEnabled(true)"_s, u"StreamEnabled(false)"_s}));
+}
+
+void tst_PlayStream::TheSameOneGoesOn()
+{
+    Ask("PlayStream", LIVE);
+    Q_EMIT Sound().Started(1, Time().Utc_ms());
+    QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"StreamEnabled(true)"_s}));
+    Ask("PlayStream", LIVE);
+    // Whoever asks is told, and the sound has no gap.
+    QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"StreamEnabled(true)"_s}));
+    QCOMPARE(Sound().Pieces().size(), 1);
+    QCOMPARE(Sound().TakeCalls(), QStringList());
+    Q_EMIT Sound().Ended(1, {});
+    QCOMPARE(Seen(1), QStringList(u"StreamEnabled(false)"_s));
+    EXPECT_LOG(
+        LEVEL_DETAIL,
+        {{"4 [service/LivePiece.cpp] ASKED FOR | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
+         {"4 [service/LivePiece.cpp] STARTED | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
+         {"4 [service/StreamPlayer.cpp] ASKED FOR AGAIN | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH},
+         {"4 [service/LivePiece.cpp] ENDED | stream: rtsp://10.0.0.5:8554/live", SoundManager::PATH}});
+}
+
+void tst_PlayStream::TheSameOneThatConnectsGoesOn()
+{
+    Ask("PlayStream", LIVE);
+    Ask("PlayStream", LIVE);
+    QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"PlayStream: 0"_s}));
+    QCOMPARE(Sound().Pieces().size(), 1);
+    QCOMPARE(Sound().TakeCalls(), QStringList());
+    Q_EMIT Sound().Started(1, Time().Utc_ms());
+    Q_EMIT Sound().Ended(1, {});
+    QCOMPARE(Seen(2), QStringList({u"StreamEnabled(true)"_s, u"StreamEnabled(false)"_s}));
+}
+
+void tst_PlayStream::TheSameOneTakesTheVolumeOver()
+{
+    QCOMPARE(Call("PlayStream", LIVE), 0);
+    QCOMPARE(Call("SetPlayerVolume", {u"stream"_s, 40.0}), 0);
+    QCOMPARE(Call("PlayStream", LIVE), 0);
+    QCOMPARE(Sound().TakeCalls(), QStringList(u"volume 1 40"_s));
+    QCOMPARE(Call("PlayStream", LIVE), 0);
+    QCOMPARE(Sound().TakeCalls(), QStringList());
+}
+
+void tst_PlayStream::AfterItsEndItBeginsAnew()
+{
+    QCOMPARE(Call("PlayStream", LIVE), 0);
+    Q_EMIT Sound().Ended(1, {});
+    QCOMPARE(Call("PlayStream", LIVE), 0);
+    QCOMPARE(Call("StopPlay", {u"stream"_s, QString()}), 0);
+    QCOMPARE(Call("PlayStream", LIVE), 0);
+    QCOMPARE(Sound().Pieces().size(), 3);
+    QCOMPARE(Seen(2), QStringList({u"StreamEnabled(false)"_s, u"StreamEnabled(false)"_s}));
 }
 
 void tst_PlayStream::AStopEndsIt()

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void WhatEndsAtOnceIsHeardOfByTheDaemon();
     void AMessagesVolumeIsItsOwn();
     void ALateStartIsInTheRightTrack();
+    void AStreamOfTwoLinesHasNoGapAndEndsForBoth();
 
 private:
     inline static const QDate MONDAY{2024, 1, 15};
@@ -181,6 +182,20 @@ void tst_PlayerWithDaemon::ALateStartIsInTheRightTrack()
     QCOMPARE(warnings.size(), 1);
     QVERIFY2(warnings[0].startsWith(u"2 [Action.cpp] Task PlayPlaylist IsDelayed but still valid"_s),
              qPrintable(warnings[0]));
+}
+
+void tst_PlayerWithDaemon::AStreamOfTwoLinesHasNoGapAndEndsForBoth()
+{
+    Write(u"ozna.ini"_s, "[GENERAL]\nServerIp=10.0.0.5\n");
+    Start(5, {u"08:30:00 PlayStream|8554/live"_s, u"08:30:02 PlayStream|8554/live,40"_s});
+    QVERIFY(WaitUntil([&] { return Count(u"TASK START REQUESTED | PlayStream"_s) == 2; }));
+    QCOMPARE(Sound().Pieces().size(), 1);
+    // The second line's volume.
+    QCOMPARE(Sound().TakeCalls(), QStringList(u"volume 1 40"_s));
+    QCOMPARE(Count(u"TASK COMPLETED | PlayStream"_s), 0);
+    Q_EMIT Sound().Ended(1, {});
+    QVERIFY(WaitUntil([&] { return Count(u"TASK COMPLETED | PlayStream"_s) == 2; }));
+    QCOMPARE(Seen(3), QStringList({u"StreamEnabled(true)"_s, u"StreamEnabled(true)"_s, u"StreamEnabled(false)"_s}));
 }
 
 OZNA_CASE(PlayerWithDaemon, tst_PlayerWithDaemon)
