@@ -48,7 +48,8 @@ void PulseServer::Start()
     m_process.start(u"pulseaudio"_s,
                     {u"-n"_s, u"--daemonize=no"_s, u"--system=no"_s, u"--exit-idle-time=-1"_s, u"--use-pid-file=no"_s,
                      u"-L"_s, u"module-native-protocol-unix auth-anonymous=1 socket="_s + Socket(), u"-L"_s,
-                     u"module-null-sink sink_name=ear rate=48000 channels=2"_s});
+                     u"module-null-sink sink_name=ear rate=48000 channels=2"_s, u"-L"_s,
+                     u"module-null-sink sink_name=yard rate=48000 channels=2"_s});
     if (!WaitUntil([this] { return QFile::exists(Socket()); }))
         qFatal("no sound server: %s", qPrintable(m_process.errorString()));
 }

@@ -4,7 +4,8 @@
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
-// A sound server of a test's own, whose output is heard by nobody but at its monitor.
+// A sound server of a test's own, whose outputs are heard by nobody but at their monitors: ear, the default one, and
+// yard.
 class PulseServer final
 {
 public:

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void ATestIsHeardAtItsFiveSeconds();
     void ATestTellsWhyNothingIsHeard();
     void WhatNobodyCanListenToIsNotMeasured();
+    void AServersOutputIsMeasured_data();
     void AServersOutputIsMeasured();
     void TheOutputsAreListed();
     void AServerThatIsStartedAnewIsUsedAgain();
@@ -95,11 +96,16 @@ void HeardCommands::WhatNobodyCanListenToIsNotMeasured()
     QCOMPARE(Hearing().Frames(), qint64{0});
 }
 
+void HeardCommands::AServersOutputIsMeasured_data()
+{
+    Rows<QByteArray>::Add({{"the default one", QByteArray()}, {"one by its name", QByteArray("Output=pulse:yard\n")}});
+}
+
 void HeardCommands::AServersOutputIsMeasured()
 {
     const PulseServer server;
     server.Apply(m_environment);
-    WriteFile(Path(u"ozna.ini"_s), {});
+    WriteFile(Path(u"ozna.ini"_s), "[PLAYER]\n" + Rows<QByteArray>::Current());
     const int status = Run(u"--measure"_s);
     QCOMPARE(Printed().count(u"\ndue "_s), 10);
     static const QRegularExpression sum(u"([0-9]+) of 10 heard; error median ([+-][0-9.]+), from"_s);
@@ -118,6 +124,13 @@ void HeardCommands::TheOutputsAreListed()
     QCOMPARE(Run(u"--list-outputs"_s), 0);
     QVERIFY(Printed().startsWith(u"Output=pulse "_s));
     QVERIFY(Printed().contains(u"Null Output"_s));
+    QVERIFY(Printed().contains(u"\nOutput=pulse:yard "_s));
+    WriteFile(Path(u"ozna.ini"_s), "[PLAYER]\nOutput=pulse:yard\n");
+    QCOMPARE(Run(u"--list-outputs"_s), 0);
+    QVERIFY(Printed().endsWith(u"sound goes to Output=pulse:yard, which is there."_s));
+    WriteFile(Path(u"ozna.ini"_s), "[PLAYER]\nOutput=pulse:attic\n");
+    QVERIFY(Run(u"--list-outputs"_s) > 0);
+    QVERIFY(Printed().endsWith(u"sound goes to Output=pulse:attic, which is not there."_s));
 }
 
 void HeardCommands::AServerThatIsStartedAnewIsUsedAgain()
