@@ -15,6 +15,7 @@ class HeardStream : public HeardTest
 private Q_SLOTS:
     void ItIsToldWithItsFirstSound_data();
     void ItIsToldWithItsFirstSound();
+    void AskedForAgainItHasNoGap();
     void ItEndsByItself();
     void AKilledServerEndsIt();
     void AServerThatHangsEndsIt();
@@ -61,6 +62,23 @@ void HeardStream::ItIsToldWithItsFirstSound()
     QVERIFY(Client().WaitForSignal(ENDED));
     QVERIFY(WaitForSounds(1));
     QCOMPARE(Client().Signals(), (QStringList{BEGUN, ENDED}));
+}
+
+void HeardStream::AskedForAgainItHasNoGap()
+{
+    const StreamServer server(u"rtsp"_s);
+    QVERIFY(StartPlayer());
+    QCOMPARE(PlayStream(server.Address()), 0);
+    QVERIFY(Client().WaitForSignal(BEGUN));
+    QVERIFY(WaitUntil([&] { return !Hearing().Sounds().empty(); }));
+    const qint64 begin = Hearing().Sounds()[0].begin;
+    QVERIFY(WaitUntil([&] { return Hearing().Frames() > begin + SECOND; }));
+    QCOMPARE(PlayStream(server.Address()), 0);
+    QVERIFY(Client().WaitForSignal(BEGUN, 2));
+    QVERIFY(WaitUntil([&] { return Hearing().Frames() > begin + 4 * SECOND; }));
+    QCOMPARE(Hearing().Sounds().size(), size_t{1});
+    QVERIFY(qAbs(Hearing().Level(begin + SECOND, begin + 3 * SECOND) - 0.25) < 0.01);
+    QCOMPARE(Client().Signals(), (QStringList{BEGUN, BEGUN}));
 }
 
 void HeardStream::ItEndsByItself()
