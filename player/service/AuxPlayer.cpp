@@ -18,7 +18,6 @@ void AuxPlayer::Play(const Answer& answer)
         PLAYER_LOG(LEVEL_ERROR, "No auxiliary input is set up: [PLAYER] has no key Aux");
         return answer(Status::NOT_SET_UP);
     }
-    if (!m_requests.IsEmpty())
-        return answer(Status::ACCEPTED);
-    TimedPlayer::Play(Begin(device, {}, {}), {device}, answer);
+    if (!m_requests.Join(answer))
+        TimedPlayer::Play(Begin(device, {}, {}), {device}, answer);
 }

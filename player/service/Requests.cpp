@@ -56,6 +56,17 @@ void Requests::Play(const Request& request, const Piece& piece, Answer answer)
         AnswerAll(*entry, Status::ACCEPTED);
 }
 
+bool Requests::Join(const Answer& answer)
+{
+    if (m_entries.empty())
+        return false;
+    Entry& entry = m_entries.front();
+    entry.answers.push_back(answer);
+    if (entry.isAccepted)
+        AnswerAll(entry, Status::ACCEPTED);
+    return true;
+}
+
 void Requests::Stop(const std::optional<QString>& identifier)
 {
     FinishWhere(Status::STOPPED,

@@ -39,11 +39,13 @@ public:
     ~Requests() override;
     Q_DISABLE_COPY_MOVE(Requests)
 
-    [[nodiscard]] bool IsEmpty() const { return m_entries.empty(); }
-
     // Where the same request waits or plays, it is that one, which takes the volume over. Otherwise the piece is
     // prepared.
     void Play(const Request& request, const Piece& piece, Answer answer);
+
+    // Has the first of those that play or wait answer for this request as well, as soon as it is answered itself. False
+    // where there is none.
+    [[nodiscard]] bool Join(const Answer& answer);
 
     // Ends what plays or waits, or what of it has that identifier. Its Completed comes at once; what is not answered
     // yet is refused.

@@ -11,6 +11,8 @@ private Q_SLOTS:
     void PlaysTheDeviceOfTheSettings();
     void ADeviceThatCannotBeOpenedIsRefused();
     void ADeviceThatHangsIsRefused();
+    void WhoAsksWhileItIsOpenedIsAnsweredLikeTheFirst_data();
+    void WhoAsksWhileItIsOpenedIsAnsweredLikeTheFirst();
     void WithoutADeviceItIsNotSetUp();
 };
 
@@ -50,6 +52,35 @@ void tst_PlayAux::ADeviceThatHangsIsRefused()
     QCOMPARE(Sound().TakeCalls(), QStringList(u"stop 1"_s));
     EXPECT_LOG(LEVEL_WARNING,
                {{"1 [service/Requests.cpp] ENDED | aux: alsa:hw:1: it was not ready in time", SoundManager::PATH}});
+}
+
+void tst_PlayAux::WhoAsksWhileItIsOpenedIsAnsweredLikeTheFirst_data()
+{
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("answer");
+    QTest::newRow("opened") << QString() << u"PlayAux: 0"_s;
+    QTest::newRow("not opened") << u"no such device"_s << u"PlayAux: 5"_s;
+}
+
+void tst_PlayAux::WhoAsksWhileItIsOpenedIsAnsweredLikeTheFirst()
+{
+    QFETCH(const QString, reason);
+    QFETCH(const QString, answer);
+    Settings().aux = u"alsa:hw:1"_s;
+    StartService();
+    Ask("PlayAux");
+    Ask("PlayAux");
+    QCOMPARE(Seen(0), QStringList());
+    if (reason.isEmpty())
+        Q_EMIT Sound().Ready(1);
+    else
+        Q_EMIT Sound().Ended(1, reason);
+    QCOMPARE(Seen(2), QStringList({answer, answer}));
+    QCOMPARE(Sound().Pieces().size(), 1);
+    EXPECT_LOG(LEVEL_WARNING, (reason.isEmpty() ? LogLines()
+                                                : LogLines{{"1 [service/Requests.cpp] ENDED | aux: alsa:hw:1: no such "
+                                                            "device",
+                                                            SoundManager::PATH}}));
 }
 
 void tst_PlayAux::WithoutADeviceItIsNotSetUp()
