@@ -86,7 +86,7 @@ int EarCommands::ListOutputs(const SoundSettings& settings, const QString& file)
     const Outputs::Presence presence = Outputs::PresenceOf(settings.output, outputs);
     Print(QStringLiteral("By the settings in %1 sound goes to Output=%2, which %3.")
               .arg(file, settings.output, QLatin1String(Outputs::WordsOf(presence))));
-    return outputs.isEmpty() || presence == Outputs::Presence::MISSING ? EXIT_FAILURE : EXIT_SUCCESS;
+    return outputs.isEmpty() ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 
 int EarCommands::Test(SoundMaker& sound, const SoundSettings& settings)

