@@ -20,6 +20,7 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
     FindTwoInASecond(entries, today, findings);
     FindOddPlaylistTimes(entries, today, findings);
     FindStopsAtStart(entries, today, findings);
+    FindCloseRestarts(entries, today, findings);
     if (options.isZoneKnown)
         FindChangedHours(entries, today, findings);
     FindEarlyLoads(lines, entries, today, findings);

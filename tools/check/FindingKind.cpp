@@ -61,6 +61,7 @@ constexpr std::array TABLE{
     FindingKindRow{FindingKind::NEVER_STOPPED, "never-stopped", false},
     FindingKindRow{FindingKind::EARLY_STOP, "early-stop", false},
     FindingKindRow{FindingKind::STOPPED_AT_START, "stopped-at-start", false},
+    FindingKindRow{FindingKind::CLOSE_RESTART, "close-restart", false},
     FindingKindRow{FindingKind::TWO_PLAYLISTS, "two-playlists", false},
     FindingKindRow{FindingKind::TWO_MESSAGES, "two-messages", false},
     FindingKindRow{FindingKind::TWO_VALUES, "two-values", false},

@@ -60,6 +60,7 @@ enum class FindingKind : std::uint8_t
     NEVER_STOPPED,
     EARLY_STOP,
     STOPPED_AT_START,
+    CLOSE_RESTART,
     TWO_PLAYLISTS,
     TWO_MESSAGES,
     TWO_VALUES,

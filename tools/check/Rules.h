@@ -66,6 +66,10 @@ void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today,
 // Stops that end a message or a playlist as it begins, or when it has been asked for ahead of its start.
 void FindStopsAtStart(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
+// Streams and playlists that still play from their last start until so shortly before the next one that only some of
+// the far passes find it.
+void FindCloseRestarts(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+
 // Starts in hours that the process's time zone leaves out or has twice.
 void FindChangedHours(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 

@@ -20,7 +20,7 @@ const QString ZONE = QStringLiteral("tz");
 const QString FROM = QStringLiteral("from");
 const QString DAYS = QStringLiteral("days");
 const QString OLDER_STREAM =
-    QStringLiteral("nothing ever stops a stream: which one plays, and since when, depends on the load");
+    QStringLiteral("nothing stops the streams for certain: which one plays, and since when, depends on the load");
 constexpr int MOST_DAYS = 36600;
 
 } // namespace

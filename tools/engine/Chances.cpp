@@ -53,8 +53,11 @@ int Chances::OfMissed(int lineNumber, qint64 due_ms) const
     if (line >= m_actions.size() || m_actions[line] == nullptr || std::ranges::count(m_busy, m_actions[line]) > 0)
         return 0;
     const int phases_ms = Of(*m_actions[line], due_ms, due_ms);
-    // Found in every phase, it was kept from its start by something else.
-    return phases_ms == Event::PHASES_MS ? 0 : phases_ms;
+    if (phases_ms < Event::PHASES_MS)
+        return phases_ms;
+    // A far pass that came in the moment in which it was freed was too early for it, and the next one too late. Found
+    // in every phase, it was kept from its start by something else.
+    return due_ms - m_free_ms.value(lineNumber, ALWAYS) == Event::PHASES_MS ? phases_ms - 1 : 0;
 }
 
 void Chances::NoteEnds()

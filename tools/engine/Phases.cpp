@@ -52,9 +52,10 @@ int Phases::Of(const Action& action, RehearsalClock& clock, const Search& search
 QString Phases::Text(int phases_ms)
 {
     constexpr int TENTH_MS = 100;
-    const bool areSeconds = phases_ms % MS_PER_S == 0;
+    const int tenths = std::clamp((phases_ms + TENTH_MS / 2) / TENTH_MS, 1, Event::PHASES_MS / TENTH_MS - 1);
+    const bool areSeconds = tenths * TENTH_MS % MS_PER_S == 0;
     const int part_ms = areSeconds ? static_cast<int>(MS_PER_S) : TENTH_MS;
     return QStringLiteral("in %1 of %2 cases, depending on when the daemon was started")
-        .arg(std::clamp(phases_ms / part_ms, 1, Event::PHASES_MS / part_ms - 1))
+        .arg(tenths * TENTH_MS / part_ms)
         .arg(Event::PHASES_MS / part_ms);
 }
