@@ -97,7 +97,12 @@ QString Moment::DateText(const QDate& date)
 
 QString Moment::TimeText(qint64 moment_ms)
 {
-    return LocalTime(moment_ms).toString(TIME_FORMAT);
+    return TimeText(LocalTime(moment_ms));
+}
+
+QString Moment::TimeText(const QTime& time)
+{
+    return time.toString(TIME_FORMAT);
 }
 
 QString Moment::IsoText(qint64 moment_ms)

@@ -29,6 +29,7 @@ inline constexpr qint64 DAY_MS = DAY_S * MS_PER_S;
 // "Wed 2024-05-15" and "08:30:00".
 [[nodiscard]] QString DateText(const QDate& date);
 [[nodiscard]] QString TimeText(qint64 moment_ms);
+[[nodiscard]] QString TimeText(const QTime& time);
 
 // "2024-05-15T08:30:00+02:00".
 [[nodiscard]] QString IsoText(qint64 moment_ms);

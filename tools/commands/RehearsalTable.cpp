@@ -76,7 +76,7 @@ QString Subject(const Event& event)
     QString subject = EventText::Subject(event);
     if (event.moment_ms >= event.due_ms)
         return subject;
-    return (subject + QStringLiteral(" for ") + Moment::TimeText(event.due_ms)).trimmed();
+    return (subject + QStringLiteral(" for ") + Moment::TimeText(event.DueTime())).trimmed();
 }
 
 QString Row(const Event& event, qint64 from_ms)

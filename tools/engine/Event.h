@@ -2,9 +2,11 @@
 
 #include "Request.h"
 #include "Task.h"
+#include "base/Moment.h"
 
 #include <QList>
 #include <QString>
+#include <QTime>
 
 #include <algorithm>
 #include <cstdint>
@@ -38,6 +40,7 @@ struct Event
     EventKind kind = EventKind::START;
     qint64 moment_ms = 0; // when the daemon acts; of what it misses, when it was due
     qint64 due_ms = 0;    // the entry's own time
+    QTime leftOut;        // the same where the clocks leave it out, and due_ms is another; invalid elsewhere
     int lineNumber = 0;
     TaskType type = TASK_UNKNOWN;
     QString taskName;          // as a schedule has it
@@ -62,6 +65,9 @@ struct Event
 
     // When what it is about begins: a message is asked for ahead of its time, a late playlist behind it.
     [[nodiscard]] qint64 Start_ms() const { return std::max(moment_ms, due_ms); }
+
+    // What the schedule has for due_ms.
+    [[nodiscard]] QTime DueTime() const { return leftOut.isValid() ? leftOut : Moment::LocalTime(due_ms); }
 
     // Whether the daemon sends requests there.
     [[nodiscard]] bool Acts() const { return kind == EventKind::START || kind == EventKind::FOLLOWUP; }

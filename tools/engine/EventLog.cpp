@@ -1,7 +1,7 @@
 #include "EventLog.h"
 
 #include "Clock.h"
-#include "ClockChange.h"
+#include "PastStart.h"
 #include "Phases.h"
 #include "ShownName.h"
 #include "StartTime.h"
@@ -25,11 +25,15 @@ qint64 FloorToSecond(qint64 moment_ms)
     return moment_ms / MS_PER_S * MS_PER_S;
 }
 
-// Whole seconds since the wall clock last showed time, today or yesterday.
-qint64 SecondsSince(const QTime& time)
+// When the wall clock last showed time, today or yesterday.
+std::int64_t LatestOf(const QTime& time)
 {
-    const std::int64_t now_s = StartIndex::MomentOf(Clock::Read());
-    return now_s - StartIndex::Latest(QTime(0, 0).secsTo(time), now_s);
+    return StartIndex::Latest(QTime(0, 0).secsTo(time), StartIndex::MomentOf(Clock::Read()));
+}
+
+QString LeftOutText(const Event& event)
+{
+    return QStringLiteral("the clocks are put forward over %1").arg(event.leftOut.toString(QStringLiteral("HH:mm:ss")));
 }
 
 } // namespace
@@ -84,24 +88,17 @@ std::optional<EventLog::Outcome> EventLog::Latest(const Event& event) const
 
 void EventLog::OnMissed(const MissedStart& start)
 {
-    const qint64 now_s = m_now_ms / MS_PER_S;
-    const QDate date = StartIndex::DateOf(start.due_s);
-    const QTime time = StartIndex::TimeOf(start.due_s);
+    const PastStart passed = PastStart::At(start.due_s, m_now_ms);
     Event event;
     event.kind = EventKind::MISSED;
-    // Of a time that comes twice, the one that has just passed.
-    const qint64 straight_ms = (now_s - Clock::Read().local_ms / MS_PER_S + start.due_s) * MS_PER_S;
-    const bool isPlain = Moment::LocalDate(straight_ms) == date && Moment::LocalTime(straight_ms) == time;
-    event.moment_ms = isPlain ? straight_ms : Moment::FromLocal_ms(date, time);
+    event.moment_ms = passed.moment_ms;
     event.reason = start.cause;
     event.lineNumber = start.lineNumber;
     // A time that the clocks leave out is missed when they do.
-    const std::vector<ClockChange> changes = ClockChange::Between(event.moment_ms - DAY_AND_HOUR_MS, m_now_ms + 1);
-    if (Moment::LocalTime(event.moment_ms) != time && !changes.empty())
+    if (passed.isLeftOut)
     {
-        event.moment_ms = changes.back().moment_ms;
-        event.reason =
-            QStringLiteral("the clocks are put forward over %1").arg(time.toString(QStringLiteral("HH:mm:ss")));
+        event.leftOut = StartIndex::TimeOf(start.due_s);
+        event.reason = LeftOutText(event);
     }
     else
         event.phases_ms = m_chances.OfMissed(event.lineNumber, event.moment_ms);
@@ -145,8 +142,11 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     const bool isBehind = !action.IsAhead();
     const bool isLate =
         kind == EventKind::START ? action.m_forced || (!action.InTime().Has(left_s) && isBehind) : isBehind;
-    const qint64 away_s = isLate ? -SecondsSince(StartTime::ForLateness(action)) : left_s;
-    event.due_ms = FloorToSecond(m_now_ms) + away_s * MS_PER_S;
+    const QTime own = isLate ? StartTime::ForLateness(action) : StartTime::Of(action);
+    event.due_ms =
+        isLate ? PastStart::At(LatestOf(own), m_now_ms).moment_ms : FloorToSecond(m_now_ms) + left_s * MS_PER_S;
+    if (own.isValid() && Moment::LocalTime(event.due_ms) != own)
+        event.leftOut = own;
     return event;
 }
 
@@ -166,6 +166,7 @@ void EventLog::MarkStart(Event& event, const Action& action) const
     if (isEarly && event.isForced)
     {
         event.due_ms = FloorToSecond(m_now_ms);
+        event.leftOut = {};
         event.delay_s = 0;
         event.reason = QStringLiteral("too early: the load took it for the latest by its time of day, %1, and its day "
                                       "begins")
@@ -188,6 +189,8 @@ void EventLog::MarkStart(Event& event, const Action& action) const
         event.reason += QStringLiteral(": its day begins, and counts from %1 of the day before, which is none of its "
                                        "days")
                             .arg(time);
+    if (event.leftOut.isValid())
+        event.reason += (event.reason.isEmpty() ? QString() : QStringLiteral(": ")) + LeftOutText(event);
     // What is asked for again before its time comes anyway.
     if (!event.isForced && !(event.isRepeated && earlier->due_ms == event.due_ms))
         event.phases_ms = m_chances.OfStart(action, event.due_ms, event.delay_s > 0);

@@ -50,7 +50,7 @@ RequestedStart RequestedStart::Of(const Event& event, const RehearsalResult& run
     {
         start.requests.append(request.Text());
         start.exact += QString::number(request.moment_ms) + u' ' + request.Text() + u'\n';
-        std::ranges::replace(request.arguments, QVariant(Moment::TimeText(event.due_ms)), QVariant(OWN_TIME));
+        std::ranges::replace(request.arguments, QVariant(Moment::TimeText(event.DueTime())), QVariant(OWN_TIME));
         start.content += request.Text() + u'\n';
     }
     if (event.kind == EventKind::MISSED)

@@ -61,7 +61,10 @@ QString MomentText(qint64 moment_ms)
 QString Notes(const Event& event, qint64 from_ms)
 {
     QStringList notes;
-    if (event.Start_ms() / Moment::MS_PER_S != event.due_ms / Moment::MS_PER_S)
+    const bool isPlain = event.Start_ms() / Moment::MS_PER_S == event.due_ms / Moment::MS_PER_S;
+    if (isPlain && event.leftOut.isValid() && event.delay_s == 0)
+        notes.append(QStringLiteral("a time that the clocks leave out"));
+    else if (!isPlain || event.leftOut.isValid())
         notes.append(QStringLiteral("starts ") + MomentText(event.Start_ms()));
     const QString mark = event.moment_ms < from_ms ? QString() : EventText::Mark(event, from_ms);
     if (!mark.isEmpty())
@@ -72,7 +75,8 @@ QString Notes(const Event& event, qint64 from_ms)
 QString Row(const Event& event, qint64 from_ms)
 {
     const QString line = QStringLiteral("line %1").arg(event.lineNumber);
-    QString text = MomentText(event.due_ms) + QStringLiteral("  ");
+    QString text = Moment::DateText(Moment::LocalDate(event.due_ms)) + u' ' + Moment::TimeText(event.DueTime()) +
+                   QStringLiteral("  ");
     text +=
         Column(QStringLiteral("in ") + Moment::SpanText((event.Start_ms() - from_ms) / Moment::MS_PER_S), SPAN_WIDTH);
     text += Column(event.taskName, TASK_WIDTH);
