@@ -18,6 +18,8 @@ private Q_SLOTS:
     void AFindingNamesItsColumn();
     void JsonHasTheSameFindings();
     void NothingThatATerminalObeysIsShown();
+    void ALoneDateHasALineForEachMeaning_data();
+    void ALoneDateHasALineForEachMeaning();
 
 private:
     // Writes a schedule, and gives its path.
@@ -96,6 +98,30 @@ void CheckOutputTest::NothingThatATerminalObeysIsShown()
     QVERIFY(run.output.contains("\\x1b[2Jloud"));
     for (const char byte : run.output)
         QVERIFY2(byte == '\n' || static_cast<unsigned char>(byte) >= ' ', run.output.constData());
+}
+
+void CheckOutputTest::ALoneDateHasALineForEachMeaning_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("between the right signs") << "1111100|08:30:00|25.12.2026|Volume|30\n"_ba;
+    QTest::newRow("as a spreadsheet has it") << "Mon-Fri;8:30;25.12.2026;Volume;30\n"_ba;
+}
+
+void CheckOutputTest::ALoneDateHasALineForEachMeaning()
+{
+    QFETCH(const QByteArray, line);
+    const QString path = Write(line);
+    const QString finding = m_call.Run({u"check"_s, path}).output;
+    static const QRegularExpression ADVICE(
+        u"; write (\\S+) for that day alone, or (\\S+) for the marked days from then on "_s);
+    const auto advice = ADVICE.match(finding);
+    QVERIFY2(advice.hasMatch(), qPrintable(finding));
+    QCOMPARE(m_call.Run({u"explain"_s, advice.captured(1), advice.captured(2)}).output,
+             u"On 25 December 2026 (the date in UTC) at 08:30:00, set the master volume to 30.\n"
+             "On Mondays to Fridays at 08:30:00, from 25 December 2026 on, set the master volume to 30.\n"_s);
+    // Nobody can tell which of the two is meant.
+    const QJsonDocument json = QJsonDocument::fromJson(m_call.Run({u"check"_s, path, u"--json"_s}).output.toUtf8());
+    QVERIFY(json[u"findings"][0].isObject() && !json[u"findings"][0][u"suggestion"].isString());
 }
 
 OZNA_CASE(CheckOutput, CheckOutputTest)

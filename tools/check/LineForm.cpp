@@ -4,6 +4,7 @@
 #include "engine/Workspace.h"
 #include "meant/Cells.h"
 #include "meant/FieldFit.h"
+#include "meant/LoneDate.h"
 #include "meant/LookAlikes.h"
 #include "text/StringUtils.h"
 
@@ -83,7 +84,9 @@ std::optional<LineForm> WithSeparator(const QString& text)
     LineForm form = Form(FindingKind::SEPARATORS, FIELD_COUNT, text.indexOf(best->sign),
                          QString::fromLatin1(best->name) + QStringLiteral(" the fields"),
                          QStringLiteral("write \"|\" between the fields"));
-    if (!bestFit.LacksTimeOrTask())
+    if (const QString advice = LoneDate::Advice(bestFit); !advice.isEmpty())
+        form.advice = advice;
+    else if (!bestFit.LacksTimeOrTask())
         form.meant = LineOf(bestFit);
     return form;
 }
@@ -127,6 +130,9 @@ std::optional<LineForm> WithFit(const ScheduleLine& line)
     if (parts.size() < 2 || !fit.IsLine())
         return std::nullopt;
     std::optional<LineForm> form;
+    if (const QString advice = LoneDate::Advice(fit); !advice.isEmpty())
+        return Form(KindOf(line), FIELD_DAY, BeginOf(line.text, FIELD_DAY),
+                    QStringLiteral("has a date in the place of day, month and year, beside marked days"), advice);
     if (fit.hasWholeDate)
         form = Form(KindOf(line), FIELD_DAY, BeginOf(line.text, FIELD_DAY),
                     QStringLiteral("has a whole date in the place of day, month and year"),
