@@ -18,7 +18,7 @@ Findings Rules::FindAll(const Workspace& workspace, std::vector<ScheduleLine>& l
     FindOddNames(entries, findings);
     FindOddPairs(lines, entries, findings);
     FindTwoInASecond(entries, today, findings);
-    FindOddPlaylistTimes(entries, today, findings);
+    FindOddPlaylistTimes(lines, entries, today, findings);
     FindStopsAtStart(entries, today, findings);
     FindCloseRestarts(entries, today, findings);
     if (options.isZoneKnown)

@@ -1,3 +1,4 @@
+#include "LeftOut.h"
 #include "PlaylistLength.h"
 #include "Rules.h"
 #include "Span.h"
@@ -31,14 +32,21 @@ QString Name(const Startable& playlist)
 class Playlists final
 {
 public:
-    Playlists(const std::vector<Entry>& entries, const QDate& today)
+    Playlists(const std::vector<Entry>& entries, const LeftOut& leftOut, const QDate& today)
         : m_today(today)
+        , m_leftOut(leftOut)
+        , m_isAStopUnmatched(HasUnmatchedStop(entries))
     {
         YearDays days(today);
         for (const Entry& entry : entries)
         {
-            if (!Startable::Is(entry) || (!entry.Is(TASK_PLAY_PLAYLIST) && !entry.Is(TASK_STOP_PLAYLIST)))
+            if (!entry.Is(TASK_PLAY_PLAYLIST) && !entry.Is(TASK_STOP_PLAYLIST))
                 continue;
+            if (!Startable::Is(entry))
+            {
+                m_oddStops.insert(entry.Is(TASK_STOP_PLAYLIST) ? entry.GetAction()->m_task->m_identifier : QString());
+                continue;
+            }
             const Startable start{&entry, Startable::Second(entry), days.Of(*entry.GetAction())};
             // What never comes is told elsewhere.
             if (start.days.none())
@@ -70,8 +78,8 @@ public:
     {
         Span::ForMeetings(m_spans, [&](const Span::Meeting& meeting) {
             const YearDays::Bits days = meeting.days & ~Stopped(meeting);
-            const bool isMistaken = days.any() && !IsStopMissing(meeting.first) &&
-                                    meeting.first.entry->fields != meeting.second.entry->fields;
+            const bool isMistaken =
+                days.any() && !IsStopTold(meeting.first) && meeting.first.entry->fields != meeting.second.entry->fields;
             if (isMistaken)
                 Tell(meeting, days, findings);
             return isMistaken;
@@ -113,15 +121,30 @@ private:
         return isPlaying && ((stop.days >> 1) & play.days).any();
     }
 
-    // Whether its stop is told to come too early, or not at all.
-    [[nodiscard]] bool IsStopMissing(const Span& play) const
+    // Whether there is a stop for something that no playlist is called.
+    static bool HasUnmatchedStop(const std::vector<Entry>& entries)
+    {
+        QSet<QString> played{{}};
+        for (const Entry& entry : entries)
+        {
+            if (entry.Is(TASK_PLAY_PLAYLIST))
+                played.insert(entry.GetAction()->m_task->m_identifier);
+        }
+        return std::ranges::any_of(entries, [&](const Entry& entry) {
+            return entry.Is(TASK_STOP_PLAYLIST) && !played.contains(entry.GetAction()->m_task->m_identifier);
+        });
+    }
+
+    // Whether its stop is told to come too early, not to be done, or to be for another one.
+    [[nodiscard]] bool IsStopTold(const Span& play) const
     {
         const QString& identifier = Identifier(play);
         if (identifier.isEmpty())
             return false;
         const auto stop = m_stops.lower_bound({identifier, 0});
-        return stop == m_stops.end() || stop->first.first != identifier ||
-               m_stoppedTooEarly.contains(play.entry->line.number);
+        const bool hasStop = stop != m_stops.end() && stop->first.first == identifier;
+        return hasStop ? m_stoppedTooEarly.contains(play.entry->line.number)
+                       : m_isAStopUnmatched || m_oddStops.contains(identifier) || m_leftOut.Names(identifier);
     }
 
     // The days on which something has stopped the first of the two, be it before it was heard, before the second
@@ -164,17 +187,22 @@ private:
     }
 
     const QDate m_today;
+    const LeftOut& m_leftOut;
+    const bool m_isAStopUnmatched;
     std::vector<Span> m_spans;
     std::multimap<StopKey, Startable> m_stops;
     std::map<StopKey, YearDays::Bits> m_stopDays; // on which any stop comes: looked at for each pair of playlists
+    QSet<QString> m_oddStops;                     // the identifiers of those whose time is told to be none
     QSet<int> m_stoppedTooEarly;                  // the lines of playlists
 };
 
 } // namespace
 
-void Rules::FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today, Findings& findings)
+void Rules::FindOddPlaylistTimes(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries,
+                                 const QDate& today, Findings& findings)
 {
-    Playlists playlists(entries, today);
+    const LeftOut leftOut(lines, entries);
+    Playlists playlists(entries, leftOut, today);
     playlists.FindEarlyStops(findings);
     playlists.FindMeetings(findings);
 }

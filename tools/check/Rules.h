@@ -61,7 +61,8 @@ void FindOddPairs(const std::vector<ScheduleLine>& lines, const std::vector<Entr
 void FindTwoInASecond(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
 
 // Playlists that begin while another one plays, and stops that never come behind their playlist's start.
-void FindOddPlaylistTimes(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
+void FindOddPlaylistTimes(const std::vector<ScheduleLine>& lines, const std::vector<Entry>& entries, const QDate& today,
+                          Findings& findings);
 
 // Stops that end a message or a playlist as it begins, or when it has been asked for ahead of its start.
 void FindStopsAtStart(const std::vector<Entry>& entries, const QDate& today, Findings& findings);
