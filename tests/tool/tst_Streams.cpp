@@ -18,6 +18,7 @@ private Q_SLOTS:
     void TwoPipesAreCompared();
     void StandardInputIsThereOnce();
     void ExplainReadsTheLinesOfAPipe();
+    void ExplainTellsHowAFileIsGiven();
     void AnEmptyStreamIsAnEmptySchedule();
     void NoStreamIsLeftBehind();
 
@@ -106,6 +107,15 @@ void StreamsTest::ExplainReadsTheLinesOfAPipe()
     const CommandCall::Result expected = m_call.Run({u"explain"_s, u"-"_s}, OTHER + "# a comment\n");
     QCOMPARE(expected.output.count(u'\n'), 2);
     QCOMPARE(Shell(u"TOOL explain <(cat other.csv; echo '# a comment')"_s), expected);
+}
+
+void StreamsTest::ExplainTellsHowAFileIsGiven()
+{
+    QCOMPARE(m_call.Run({u"explain"_s, u"s.csv"_s}),
+             (CommandCall::Result{3,
+                                  {},
+                                  u"ozna-schedule: s.csv: is a file, and no line; ozna-schedule explain - < FILE "
+                                  "explains its lines\n"_s}));
 }
 
 void StreamsTest::AnEmptyStreamIsAnEmptySchedule()

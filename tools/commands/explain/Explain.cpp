@@ -7,8 +7,10 @@
 #include "check/RejectedText.h"
 #include "commands/Commands.h"
 #include "engine/ScheduleStream.h"
+#include "text/ScheduleFields.h"
 #include "text/TextFile.h"
 
+#include <QFileInfo>
 #include <QTemporaryFile>
 
 namespace
@@ -40,9 +42,19 @@ QStringList ReadLines(const QString& name)
     return lines;
 }
 
+// Who gives a schedule means its lines.
+void CheckIsLine(const QString& operand)
+{
+    if (!operand.contains(QLatin1Char(ScheduleFields::FIELD_SEPARATOR)) && QFileInfo(operand).isFile())
+        FailToRead(operand,
+                   QStringLiteral("is a file, and no line; ozna-schedule explain - < FILE explains its lines"));
+}
+
 QStringList Texts(const QStringList& operands)
 {
     QStringList texts;
+    for (const QString& operand : operands)
+        CheckIsLine(operand);
     for (const QString& operand : operands)
         texts += ScheduleStream::Is(operand) ? ReadLines(operand) : QStringList(operand);
     return texts;
