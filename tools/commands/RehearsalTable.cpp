@@ -74,7 +74,7 @@ QString Risk(const Event& event)
 QString Subject(const Event& event)
 {
     QString subject = EventText::Subject(event);
-    if (event.moment_ms >= event.due_ms)
+    if (event.moment_ms >= event.due_ms || event.IsUntimed())
         return subject;
     return (subject + QStringLiteral(" for ") + Moment::TimeText(event.DueTime())).trimmed();
 }
@@ -84,9 +84,9 @@ QString Row(const Event& event, qint64 from_ms)
     QString text = QStringLiteral("  %1  ").arg(event.isStartKnown ? Moment::TimeText(event.moment_ms) : UNKNOWN_TIME);
     text += QString::number(event.lineNumber).rightJustified(LINE_WIDTH) + QStringLiteral("  ");
     text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(Subject(event)), SUBJECT_WIDTH);
-    QString mark = EventText::Mark(event, from_ms);
-    if (!event.reason.isEmpty())
-        mark += (mark.isEmpty() ? QString() : QStringLiteral(": ")) + event.reason;
+    QStringList marks{EventText::Mark(event, from_ms), event.reason, EventText::Untimed(event)};
+    marks.removeAll(QString());
+    const QString mark = marks.join(QStringLiteral(": "));
     text = mark.isEmpty() ? text.trimmed() : text + Terminal::Coloured(mark, ColourOf(event));
     if (mark.isEmpty())
         text.prepend(QStringLiteral("  "));

@@ -71,6 +71,11 @@ QString EventText::Risk(const Event& event)
         .arg(Moment::TimeText(event.riskUntil_ms));
 }
 
+QString EventText::Untimed(const Event& event)
+{
+    return event.IsUntimed() ? QStringLiteral("told no start time, it may play at once") : QString();
+}
+
 QString EventText::Subject(const Event& event)
 {
     return Kinds::Of(event.type).subject(event.requests);

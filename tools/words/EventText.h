@@ -15,6 +15,9 @@ namespace EventText
 // That a start may be missed, and behind which line; empty where it is not at risk.
 [[nodiscard]] QString Risk(const Event& event);
 
+// That the player is told no start time; empty where it is, and where none is needed.
+[[nodiscard]] QString Untimed(const Event& event);
+
 // What is played or set, from the first request that tells: `gong.mp3 at 08:30:00`, `christmas from track 3`, `98.5
 // MHz`. Empty where there is no more to say than the kind of task.
 [[nodiscard]] QString Subject(const Event& event);

@@ -66,9 +66,9 @@ QString Notes(const Event& event, qint64 from_ms)
         notes.append(QStringLiteral("a time that the clocks leave out"));
     else if (!isPlain || event.leftOut.isValid())
         notes.append(QStringLiteral("starts ") + MomentText(event.Start_ms()));
-    const QString mark = event.moment_ms < from_ms ? QString() : EventText::Mark(event, from_ms);
-    if (!mark.isEmpty())
-        notes.append(mark);
+    notes.append(event.moment_ms < from_ms ? QString() : EventText::Mark(event, from_ms));
+    notes.append(EventText::Untimed(event));
+    notes.removeAll(QString());
     return notes.join(QStringLiteral(", "));
 }
 
