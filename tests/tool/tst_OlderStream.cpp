@@ -57,7 +57,8 @@ void tst_OlderStream::JsonHasNoStart()
 void tst_OlderStream::CsvHasNoTime()
 {
     const QStringList rows = Rehearse(u"--csv"_s).split(u"\r\n"_s);
-    QVERIFY2(rows[1].startsWith(u",,1,PlayStream,playing,\"nothing stops the streams for certain: "_s), qPrintable(rows[1]));
+    QVERIFY2(rows[1].startsWith(u",,1,PlayStream,playing,\"nothing stops the streams for certain: "_s),
+             qPrintable(rows[1]));
     QVERIFY2(rows[2].startsWith(u"2024-05-15T09:00:00+02:00,2024-05-15T09:00:00+02:00,2,Volume,"_s),
              qPrintable(rows[2]));
 }
