@@ -17,8 +17,8 @@
 namespace
 {
 
-constexpr int PATIENCE_MS = 20;    // in which a request to end is seen
-constexpr size_t READ_SIZE = 4096; // less than a pipe holds: what comes together is stamped together
+constexpr int PATIENCE_MS = 20; // in which a request to end is seen
+constexpr size_t READ_SIZE = 4096;
 constexpr size_t KEPT = size_t{120} * Pcm::RATE * Pcm::CHANNELS;
 constexpr size_t FRAME_SIZE = Pcm::CHANNELS * sizeof(Pcm::Sample);
 constexpr double US_PER_MS = 1000;
@@ -63,7 +63,8 @@ void Ear::Run()
     const int file = ::open(m_path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (file < 0)
         qFatal("cannot listen to %s: %s", m_path.constData(), std::strerror(errno));
-    bool isOpen = false; // whether somebody writes
+    bool isOpen = false;      // whether somebody writes
+    bool isWithinOne = false; // what comes now may be the rest of a block, which tells nothing of time
     std::array<char, READ_SIZE> bytes{};
     while (!m_isEnding)
     {
@@ -71,7 +72,7 @@ void Ear::Run()
         ::poll(&waiting, 1, PATIENCE_MS);
         const ssize_t size = ::read(file, bytes.data(), bytes.size());
         if (size > 0)
-            Take(bytes.data(), static_cast<size_t>(size), Now_us());
+            Take(bytes.data(), static_cast<size_t>(size), isWithinOne ? std::nullopt : std::optional(Now_us()));
         else if (size == 0 && isOpen)
         {
             const std::lock_guard lock(m_mutex);
@@ -81,6 +82,7 @@ void Ear::Run()
         else if (size == 0)
             std::this_thread::sleep_for(std::chrono::milliseconds(1)); // a poll does not wait while nobody writes
         isOpen = size != 0;
+        isWithinOne = size == static_cast<ssize_t>(bytes.size());
     }
     ::close(file);
     const std::lock_guard lock(m_mutex);
@@ -88,7 +90,7 @@ void Ear::Run()
     m_torn.clear();
 }
 
-void Ear::Take(const char* bytes, size_t size, qint64 came_us)
+void Ear::Take(const char* bytes, size_t size, std::optional<qint64> came_us)
 {
     const std::lock_guard lock(m_mutex);
     m_torn.insert(m_torn.end(), bytes, bytes + size);
@@ -96,7 +98,8 @@ void Ear::Take(const char* bytes, size_t size, qint64 came_us)
     std::vector<Pcm::Sample> samples(whole / sizeof(Pcm::Sample));
     std::memcpy(samples.data(), m_torn.data(), whole);
     m_torn.erase(m_torn.begin(), m_torn.begin() + static_cast<std::ptrdiff_t>(whole));
-    m_arrivals.Add(m_onsets.Frames(), came_us);
+    if (came_us)
+        m_arrivals.Add(m_onsets.Frames(), *came_us);
     m_onsets.Feed(samples);
     m_samples.insert(m_samples.end(), samples.begin(), samples.end());
     // Dropped in large pieces, so that little is moved.

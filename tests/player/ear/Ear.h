@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -52,7 +53,8 @@ public:
 
 private:
     void Run();
-    void Take(const char* bytes, size_t size, qint64 came_us);
+    // came_us: nothing for the rest of a block that has come before.
+    void Take(const char* bytes, size_t size, std::optional<qint64> came_us);
 
     const QByteArray m_path;
     std::thread m_thread;

@@ -21,6 +21,7 @@ class EarTest : public QObject
 private Q_SLOTS:
     void init();
     void ASoundIsHeardWhenItIsWritten();
+    void ABlockThatIsReadInPartsCameAtOnce();
     void TornFramesAreJoined();
     void WhoWritesLosesAnEarThatIsTakenAway();
     void AWavFileHasItsSamples();
@@ -84,6 +85,32 @@ void EarTest::ASoundIsHeardWhenItIsWritten()
     QVERIFY2(sounds[0].at_ms - due_ms > -0.1 && sounds[0].at_ms - due_ms < 10, error.constData());
     QVERIFY(sounds[0].arrived_ms >= sounds[0].at_ms - 0.001);
     QVERIFY(qAbs(ear.Level(30000, 40000) - 9000 / Pcm::FULL_SCALE) < 1e-6);
+}
+
+void EarTest::ABlockThatIsReadInPartsCameAtOnce()
+{
+    const Ear ear(Path());
+    const int file = OpenWriter();
+    QVERIFY(file >= 0);
+    // Blocks of 30 ms, which are more than is read at once.
+    constexpr int FRAMES = 1440;
+    std::vector<Pcm::Sample> block(size_t{FRAMES} * Pcm::CHANNELS);
+    const auto begin = std::chrono::system_clock::now() + std::chrono::milliseconds(20);
+    for (int i = 0; i < 20; ++i)
+    {
+        if (i == 10)
+            std::ranges::fill(block, 9000);
+        std::this_thread::sleep_until(begin + std::chrono::milliseconds(30 * i));
+        const size_t size = block.size() * sizeof(Pcm::Sample);
+        QCOMPARE(::write(file, block.data(), size), static_cast<ssize_t>(size));
+    }
+    QVERIFY(WaitUntil([&] { return ear.Frames() == 20 * FRAMES; }));
+    ::close(file);
+    const std::vector<Ear::Heard> sounds = ear.Sounds();
+    QCOMPARE(sounds.size(), size_t{1});
+    const double due_ms = std::chrono::duration<double, std::milli>(begin.time_since_epoch()).count() + 300;
+    const QByteArray error = QByteArray::number(sounds[0].at_ms - due_ms);
+    QVERIFY2(sounds[0].at_ms - due_ms > -0.1 && sounds[0].at_ms - due_ms < 20, error.constData());
 }
 
 void EarTest::TornFramesAreJoined()
