@@ -88,17 +88,18 @@ end_sound() {
 
 # A row for each sound: when it was due, when it was heard, and the difference. What is missing or late is a failure.
 show_heard() {
-    local due_s due_us at_us best_us wrong=0
+    local due_s due_us at_us best_us error_us least_us wrong=0
     local -a heard_us
     # The ear's first column: milliseconds with three decimals.
     mapfile -t heard_us < <(cut -f 1 "$TEMP/heard" | tr -d .)
     say "What was heard:"
     echo "         due       heard            error, us"
     for due_s in "${SOUNDS[@]}"; do
-        due_us=$(((START + due_s) * 1000000)) best_us=''
-        # The sounds lie farther apart than that.
+        # The sounds lie farther apart than that; the nearest is meant.
+        due_us=$(((START + due_s) * 1000000)) best_us='' least_us=1000000
         for at_us in "${heard_us[@]}"; do
-            if ((at_us > due_us - 1000000 && at_us < due_us + 1000000)); then best_us=$at_us; fi
+            error_us=$((at_us > due_us ? at_us - due_us : due_us - at_us))
+            if ((error_us < least_us)); then best_us=$at_us least_us=$error_us; fi
         done
         if [[ -z $best_us ]]; then
             echo "         $(time_at "$due_s")  not heard"
@@ -107,7 +108,7 @@ show_heard() {
         fi
         printf '         %s  %(%H:%M:%S)T.%06d  %+9d\n' "$(time_at "$due_s")" $((best_us / 1000000)) \
             $((best_us % 1000000)) $((best_us - due_us))
-        ((best_us - due_us <= MOST_MS * 1000 && due_us - best_us <= MOST_MS * 1000)) || wrong=1
+        ((least_us <= MOST_MS * 1000)) || wrong=1
     done
     return "$wrong"
 }
