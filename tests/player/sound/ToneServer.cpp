@@ -118,7 +118,7 @@ void ToneServer::ServeAll()
 
 bool ToneServer::Serve(int socket, Client& client) const
 {
-    const qint64 due = (client.since.elapsed() + AHEAD_MS) * BYTES_PER_MS;
+    const qint64 due = std::min(client.since.elapsed() + AHEAD_MS, m_most_ms) * BYTES_PER_MS;
     while (client.sent < due)
     {
         const qint64 at = client.sent % m_tone.size();

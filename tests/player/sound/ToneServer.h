@@ -5,6 +5,7 @@
 #include <QString>
 #include <QTimer>
 
+#include <limits>
 #include <map>
 #include <memory>
 
@@ -23,6 +24,8 @@ public:
     void Stop();
     // Connections stay, and nothing more is sent.
     void FallSilent() { m_isSilent = true; }
+    // Each connection gets so much of the tone, then stays, and nothing more is sent.
+    void FallSilentAfter(qint64 time_ms) { m_most_ms = time_ms; }
 
     [[nodiscard]] QString Address() const;
     [[nodiscard]] int Asked() const { return m_asked; }
@@ -47,5 +50,6 @@ private:
     QTimer m_timer;
     std::map<int, Client> m_clients;
     bool m_isSilent = false;
+    qint64 m_most_ms = std::numeric_limits<int>::max();
     int m_asked = 0;
 };

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void AStreamGoesOnWhenItsServerIsBack();
     void AStreamThatBreaksEndsWithinTenSeconds();
     void AServerThatFallsSilentIsABrokenStream();
+    void AServerThatStallsEachTimeEndsIt();
     void AStreamThatJoinsMovesNothing();
     void AStoppedStreamIsNotTriedAgain();
     void ACaptureDeviceThatIsNotThereEndsItWithWords();
@@ -41,7 +42,10 @@ void StreamSoundTest::AStreamIsReadyWithItsFirstSound()
     QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 900);
     QCOMPARE(*Of(id).ended, QString());
     const Recording heard = End();
-    QCOMPARE(heard.Sounds(APART).size(), 1);
+    const auto sounds = heard.Sounds(APART);
+    QCOMPARE(sounds.size(), 1);
+    QVERIFY(sounds[0].end - sounds[0].begin > SECOND / 2);
+    QVERIFY(heard.LongestSilence(sounds[0].begin, sounds[0].end) < 5);
     QCOMPARE(qRound(100 * heard.Peak()), 25);
 }
 
@@ -69,7 +73,11 @@ void StreamSoundTest::AStreamGoesOnWhenItsServerIsBack()
     QTRY_COMPARE(server.Asked(), 2);
     QTest::qWait(1500);
     QVERIFY(!HasEnded(id));
-    QCOMPARE(End().Sounds(SECOND / 4).size(), 2);
+    const Recording heard = End();
+    const auto sounds = heard.Sounds(SECOND / 4);
+    QCOMPARE(sounds.size(), 2);
+    QVERIFY(sounds[1].end - sounds[1].begin > SECOND / 2);
+    QCOMPARE(qRound(100 * heard.Peak(sounds[1].begin, sounds[1].end)), 25);
 }
 
 void StreamSoundTest::AStreamThatBreaksEndsWithinTenSeconds()
@@ -96,6 +104,24 @@ void StreamSoundTest::AServerThatFallsSilentIsABrokenStream()
     QTRY_VERIFY_WITH_TIMEOUT(server.Asked() >= 2, 12'000);
     QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 12'000);
     QVERIFY(!Of(id).ended->isEmpty());
+}
+
+// All that it sends is heard; its silence is a break after five seconds, and after three in each of three tries.
+void StreamSoundTest::AServerThatStallsEachTimeEndsIt()
+{
+    ToneServer server(0.25);
+    server.FallSilentAfter(1000);
+    QVERIFY(server.Start());
+    const auto id = PlayStream(server.Address());
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 25'000);
+    QVERIFY(!Of(id).ended->isEmpty());
+    QCOMPARE(Of(id).ends, 1);
+    // The library may ask once more by itself.
+    QVERIFY2(server.Asked() >= 4, qPrintable(QString::number(server.Asked())));
+    const auto sounds = End().Sounds(SECOND);
+    QCOMPARE(sounds.size(), 4);
+    for (const Recording::Sound& sound : sounds)
+        QVERIFY2(sound.end - sound.begin > SECOND - 48, qPrintable(QString::number(sound.end - sound.begin)));
 }
 
 void StreamSoundTest::AStreamThatJoinsMovesNothing()
