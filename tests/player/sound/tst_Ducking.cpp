@@ -104,6 +104,11 @@ void DuckingTest::APausedPlaylistCanBeStopped()
     Maker().Stop(list);
     QTRY_VERIFY_WITH_TIMEOUT(HasEnded(list), 900);
     QVERIFY(!HasEnded(message));
+    QTRY_VERIFY(HasEnded(message));
+    // Nothing of it comes when the message has ended.
+    const auto sounds = End().Sounds(APART);
+    QCOMPARE(sounds.size(), 1);
+    QVERIFY(sounds[0].end - sounds[0].begin < 3 * SECOND / 2);
 }
 
 void DuckingTest::AMessageThatIsStoppedGivesTheRestBack()

@@ -57,6 +57,7 @@ void MessageSoundTest::MessagesBeginAtTheirMoments()
     }
     const auto sounds = End().Sounds(APART);
     QCOMPARE(sounds.size(), 5);
+    QCOMPARE(sounds[0].end - sounds[0].begin, SECOND / 10);
     for (int number = 1; number < 5; ++number)
     {
         const qint64 error = sounds[number].begin - sounds[0].begin - number * 321 * 48;
@@ -77,7 +78,6 @@ void MessageSoundTest::AMessageThatWaitsHasNoHoles()
     QVERIFY(heard.LongestSilence(sounds[0].begin, sounds[0].end) < 5);
 }
 
-// A file of a low rate is read in blocks of four seconds, longer than what is held.
 void MessageSoundTest::APastMomentIsNow()
 {
     const qint64 begin_ms = Now_ms();
@@ -86,6 +86,9 @@ void MessageSoundTest::APastMomentIsNow()
     QVERIFY2(Of(id).heard_ms, qPrintable(*Of(id).ended));
     QVERIFY(*Of(id).heard_ms >= begin_ms);
     QVERIFY(*Of(id).heard_ms < begin_ms + 2000);
+    const auto sounds = End().Sounds(APART);
+    QCOMPARE(sounds.size(), 1);
+    QCOMPARE(sounds[0].end - sounds[0].begin, SECOND / 10);
 }
 
 void MessageSoundTest::WhatIsNoSoundEndsWithWords_data()

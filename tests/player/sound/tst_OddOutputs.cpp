@@ -1,3 +1,4 @@
+#include "Log.h"
 #include "SoundTest.h"
 #include "Suite.h"
 #include "sound/OutputAbsence.h"
@@ -8,19 +9,51 @@ namespace
 {
 
 constexpr qint64 SECOND = 48'000;
+constexpr const char* ORIGIN = "/com/kestrelix/ozna/soundmanager/soundobj";
 
 } // namespace
 
-// Outputs that open, and do not take sound as they should.
+// Outputs that cannot be opened, or open and do not take sound as they should.
 class OddOutputsTest final : public SoundTest
 {
     Q_OBJECT
 private Q_SLOTS:
+    void WithoutAnOutputARequestEndsAtOnce_data();
+    void WithoutAnOutputARequestEndsAtOnce();
     void ADeviceWithoutAPacePlaysAMessage();
     void AnOutputThatOpensAndTakesNothingIsAbsent();
     void AnOutputThatTakesSoundIsBack();
     void AnAbsenceIsTooLongForSome();
 };
+
+void OddOutputsTest::WithoutAnOutputARequestEndsAtOnce_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("no folder") << QStringLiteral("file:/nonexistent/a.raw")
+                               << QStringLiteral("/nonexistent/a.raw: No such file or directory");
+    QTest::newRow("a folder") << QStringLiteral("file:/") << QStringLiteral("/: Is a directory");
+    QTest::newRow("a device") << QStringLiteral("file:/dev/null")
+                              << QStringLiteral("/dev/null: it is neither a file nor a pipe");
+    QTest::newRow("an unknown kind") << QStringLiteral("drum")
+                                     << QStringLiteral("there is no such kind of output: drum");
+}
+
+void OddOutputsTest::WithoutAnOutputARequestEndsAtOnce()
+{
+    QFETCH(QString, output);
+    QFETCH(QString, reason);
+    SoundSettings settings;
+    settings.output = output;
+    Begin(settings);
+    const auto id = PlayMessage(Tone(QStringLiteral("a.wav"), SECOND), Now_ms() + 5000);
+    QVERIFY(!HasEnded(id));
+    QTRY_VERIFY_WITH_TIMEOUT(HasEnded(id), 2000);
+    QCOMPARE(*Of(id).ended, QStringLiteral("no output: ") + reason);
+    QVERIFY(!Of(id).isReady);
+    const QString record = QStringLiteral("1 [sound/Output.cpp] OUTPUT NOT OPENED | %1: %2").arg(output, reason);
+    EXPECT_LOG(LEVEL_WARNING, {LogLine(record.toUtf8(), ORIGIN)});
+}
 
 // It takes everything at once, and in every other run its clock runs ahead of any other.
 void OddOutputsTest::ADeviceWithoutAPacePlaysAMessage()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void TooManyThatWaitAreRefused();
 };
 
+// A file of a low rate is read in blocks of four seconds, longer than what is held.
 void OddSoundsTest::AMessageMayComeInLongBlocks()
 {
     constexpr int RATE = 500;

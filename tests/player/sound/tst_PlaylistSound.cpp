@@ -89,7 +89,9 @@ void PlaylistSoundTest::ABadTrackIsSkipped()
 
     const auto sounds = End().Sounds(APART);
     QCOMPARE(sounds.size(), 2);
+    QCOMPARE(sounds[0].end - sounds[0].begin, SECOND / 4);
     QCOMPARE(sounds[1].begin - sounds[0].end, SECOND / 2);
+    QCOMPARE(sounds[1].end - sounds[1].begin, SECOND / 4);
 }
 
 void PlaylistSoundTest::NothingButBadTracksEndsWithWords()
@@ -115,6 +117,9 @@ void PlaylistSoundTest::AListBeginsAtItsMoment()
     const auto id = PlayList({Tone(QStringLiteral("a.wav"), SECOND / 4)}, 0, due_ms);
     QTRY_VERIFY(HasEnded(id));
     QVERIFY(std::abs(*Of(id).heard_ms - due_ms) <= 1);
+    const auto sounds = End().Sounds(APART);
+    QCOMPARE(sounds.size(), 1);
+    QCOMPARE(sounds[0].end - sounds[0].begin, SECOND / 4);
 }
 
 void PlaylistSoundTest::ANewListTakesTheOldOnesPlace()
@@ -125,7 +130,13 @@ void PlaylistSoundTest::ANewListTakesTheOldOnesPlace()
     QTRY_VERIFY_WITH_TIMEOUT(HasEnded(first), 1500);
     QCOMPARE(*Of(first).ended, QString());
     QTRY_VERIFY(HasEnded(second));
-    QCOMPARE(End().Sounds(APART).size(), 1);
+    const Recording heard = End();
+    const auto sounds = heard.Sounds(APART);
+    QCOMPARE(sounds.size(), 1);
+    QVERIFY(sounds[0].end - sounds[0].begin < 3 * SECOND);
+    QCOMPARE(qRound(100 * heard.Peak(sounds[0].begin, sounds[0].begin + 480)), 25);
+    // The second one is whole, and alone once the first has faded.
+    QCOMPARE(qRound(100 * heard.Peak(sounds[0].end - SECOND / 2 + 2400, sounds[0].end)), 50);
 }
 
 OZNA_CASE(PlaylistSound, PlaylistSoundTest)
