@@ -26,7 +26,8 @@ QString LoneDate::Advice(const FieldFit& fit)
     spot.fields[FIELD_DAYS] = QStringLiteral("0000000");
     spot.fields[FIELD_FROM].clear();
     const QStringList date = Meant::SpotDate(from);
-    std::ranges::copy(date, spot.fields.begin() + FIELD_DAY);
+    for (qsizetype i = 0; i < date.size(); ++i)
+        spot.fields[FIELD_DAY + i] = date[i];
     return QStringLiteral("write %1 for that day alone, or %2 for the marked days from then on")
         .arg(spot.Line(), since.Line());
 }
