@@ -52,9 +52,9 @@ int Phases::Of(const Action& action, RehearsalClock& clock, const Search& search
 QString Phases::Text(int phases_ms)
 {
     constexpr int TENTH_MS = 100;
+    constexpr int SECOND_MS = static_cast<int>(MS_PER_S);
     const int tenths = std::clamp((phases_ms + TENTH_MS / 2) / TENTH_MS, 1, Event::PHASES_MS / TENTH_MS - 1);
-    const bool areSeconds = tenths * TENTH_MS % MS_PER_S == 0;
-    const int part_ms = areSeconds ? static_cast<int>(MS_PER_S) : TENTH_MS;
+    const int part_ms = tenths * TENTH_MS % SECOND_MS == 0 ? SECOND_MS : TENTH_MS;
     return QStringLiteral("in %1 of %2 cases, depending on when the daemon was started")
         .arg(tenths * TENTH_MS / part_ms)
         .arg(Event::PHASES_MS / part_ms);
