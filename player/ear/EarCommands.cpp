@@ -84,8 +84,10 @@ int EarCommands::ListOutputs(const SoundSettings& settings, const QString& file)
     if (outputs.isEmpty())
         Print(QStringLiteral("There is no output: no sound server answers, and there is no sound card."));
     const Outputs::Presence presence = Outputs::PresenceOf(settings.output, outputs);
-    Print(QStringLiteral("By the settings in %1 sound goes to Output=%2, which %3.")
-              .arg(file, settings.output, QLatin1String(Outputs::WordsOf(presence))));
+    Print(QStringLiteral("By %1 sound goes to Output=%2, which %3.")
+              .arg(QFileInfo::exists(file) ? QStringLiteral("the settings in ") + file
+                                           : QStringLiteral("default, as there is no ") + file + u',',
+                   settings.output, QLatin1String(Outputs::WordsOf(presence))));
     return outputs.isEmpty() ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 

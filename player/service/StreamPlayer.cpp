@@ -39,6 +39,8 @@ void StreamPlayer::GoOn(const QString& address, std::optional<double> volume, co
     PLAYER_LOG(LEVEL_NORMAL, "ASKED FOR AGAIN | stream: %s", Printable(address).Text());
     if (volume)
         m_live.SetVolume(*volume);
+    // What was asked for before ends with this, or its line in the schedule would not be due again.
+    Q_EMIT Enabled(false);
     answer(Status::ACCEPTED);
     // Whoever asks now may wait for it, and has not heard of it yet.
     if (m_live.IsHeard())
