@@ -19,6 +19,7 @@ public:
 
 private Q_SLOTS:
     void AThousandOneAfterTheOther();
+    void AsManyAsMayWait();
     void AnyInAnyOrder();
 
 protected:
@@ -29,6 +30,7 @@ private:
     [[nodiscard]] QString NewFile();
     [[nodiscard]] QString NewPlaylist();
     void AskAtRandom(const QString& address);
+    [[nodiscard]] long Held(const char* what) { return MemoryKilobytes(Player().Pid(), what); }
     void Accept(int status, const QString& end);
     void AskForStream(const QString& address);
     [[nodiscard]] bool AllHaveEnded() const;
@@ -149,6 +151,38 @@ void HeardRequests::AThousandOneAfterTheOther()
     QVERIFY(held_kb[2] - held_kb[0] < GROWTH_KB);
     Pause(1000);
     QVERIFY2(AllHaveEnded(), qPrintable(WhatIsWrong()));
+    QCOMPARE(StopPlayer(), 0);
+}
+
+// What waits holds two seconds of sound and the threads of a pipeline; all of it is given back.
+void HeardRequests::AsManyAsMayWait()
+{
+    constexpr int MOST = 64;
+    constexpr long WORKERS = 16;
+    WriteSound(u"gong.wav"_s, Gong::Samples());
+    QVERIFY(StartPlayer());
+    QList<long> held_kb;
+    QList<long> threads;
+    for (int round = 0; round < 3; ++round)
+    {
+        const QString time = TimeText(MomentAhead_ms(100'000));
+        for (int i = 0; i < MOST; ++i)
+        {
+            const QString name = NewFile();
+            Accept(Client().PlayFile(name, time), u"PlayFileCompleted "_s + name);
+        }
+        QCOMPARE(m_refused, 0);
+        qInfo("%d wait: %ld KB, %ld threads", MOST, Held("VmRSS"), Held("Threads"));
+        QCOMPARE(Client().Call("StopPlay", {u"file"_s, QString()}), 0);
+        QVERIFY2(WaitUntil([&] { return AllHaveEnded(); }), qPrintable(WhatIsWrong()));
+        Pause(1000);
+        held_kb.append(Held("VmRSS"));
+        threads.append(Held("Threads"));
+        qInfo("none waits: %ld KB, %ld threads", held_kb.last(), threads.last());
+    }
+    QVERIFY(held_kb[2] - held_kb[0] < GROWTH_KB);
+    // Those that open sources are made as they are needed.
+    QVERIFY(threads[2] <= threads[0] + WORKERS);
     QCOMPARE(StopPlayer(), 0);
 }
 
