@@ -41,7 +41,7 @@ std::vector<Pcm::Sample> MediaFiles::Block(qint64 frames, double peak)
     return samples;
 }
 
-void MediaFiles::Write(const QString& path, const std::vector<Pcm::Sample>& samples)
+void MediaFiles::Write(const QString& path, const std::vector<Pcm::Sample>& samples, int rate)
 {
     const QString suffix = QFileInfo(path).suffix();
     if (suffix == u"wav")
@@ -51,7 +51,7 @@ void MediaFiles::Write(const QString& path, const std::vector<Pcm::Sample>& samp
         return;
     }
     SF_INFO info{};
-    info.samplerate = Pcm::RATE;
+    info.samplerate = rate;
     info.channels = Pcm::CHANNELS;
     info.format = Forms().value(suffix);
     SNDFILE* const file = sf_open(QFile::encodeName(path).constData(), SFM_WRITE, &info);
