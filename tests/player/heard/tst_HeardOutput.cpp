@@ -14,10 +14,14 @@ class HeardOutput : public HeardTest
 private Q_SLOTS:
     void AnOutputComesBackWhileAMessageWaits();
     void AnOutputThatLeavesEndsWhatPlays();
+    void AServerThatDiesJustBeforeAMessage();
     void WithoutAnOutputNothingIsAccepted();
     void AnOutputThatHangsForGoodEndsThePlayer();
     void AFileThatIsReplacedWhileItWaits_data();
     void AFileThatIsReplacedWhileItWaits();
+
+private:
+    void UseServer(const PulseServer& server);
 };
 
 namespace
@@ -27,9 +31,15 @@ const QString ENDED = u"PlayFileCompleted gong.wav"_s;
 
 } // namespace
 
+void HeardOutput::UseServer(const PulseServer& server)
+{
+    server.Apply(Player().Environment());
+    WriteFile(Path(u"ozna.ini"_s), u"[PLAYER]\nMedia=%1\n"_s.arg(MediaPath(QString())).toUtf8());
+}
+
 void HeardOutput::AnOutputComesBackWhileAMessageWaits()
 {
-    WriteSound(u"gong.wav"_s, Gong::Samples(500));
+    WriteSound(u"gong.wav"_s, MediaFiles::Block(Pcm::RATE / 2));
     QVERIFY(StartPlayer());
     const qint64 due_ms = MomentAhead_ms(8000);
     QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
@@ -41,6 +51,7 @@ void HeardOutput::AnOutputComesBackWhileAMessageWaits()
     QVERIFY(Client().WaitForSignal(ENDED));
     const double error_ms = Hearing().Sounds()[0].at_ms - static_cast<double>(due_ms);
     QVERIFY2(qAbs(error_ms) < EXACT_MS, qPrintable(QString::number(error_ms)));
+    QCOMPARE(Hearing().Sounds()[0].end - Hearing().Sounds()[0].begin, Pcm::RATE / 2);
     QCOMPARE(Client().Signals(), QStringList{ENDED});
     QVERIFY(!Player().Log(2).isEmpty());
     Expect({u"utput"_s});
@@ -53,8 +64,8 @@ void HeardOutput::AnOutputThatLeavesEndsWhatPlays()
     QCOMPARE(Client().PlayFile(u"gong.wav"_s), 0);
     QVERIFY(WaitUntil([&] { return !Hearing().Sounds().empty(); }));
     Hearing().TakeAway();
-    // With the output gone, or at its end by the clock: once.
-    QVERIFY(Client().WaitForSignal(ENDED));
+    // With the output, not at its end by the clock, which is four seconds later.
+    QVERIFY(Client().WaitForSignal(ENDED, 1, 2500));
     Hearing().Listen();
     const size_t before = Hearing().Sounds().size();
     WriteSound(u"gong.wav"_s, Gong::Samples(300));
@@ -66,6 +77,37 @@ void HeardOutput::AnOutputThatLeavesEndsWhatPlays()
     QVERIFY(qAbs(Hearing().Sounds().back().at_ms - static_cast<double>(due_ms)) < EXACT_MS);
     QCOMPARE(Client().Signals().size(), 2);
     Expect({u"utput"_s, u"gong.wav"_s});
+}
+
+// What was on its way dies with the server: nothing was heard, so nothing is ended, and the message sounds as a whole
+// when there is a server again.
+void HeardOutput::AServerThatDiesJustBeforeAMessage()
+{
+    constexpr int LENGTH_MS = 150; // all of it is on its way
+    PulseServer server;
+    UseServer(server);
+    WriteSound(u"gong.wav"_s, MediaFiles::Block(LENGTH_MS * Pcm::RATE / 1000));
+    QVERIFY(StartPlayer());
+    const qint64 due_ms = MomentAhead_ms(3000);
+    const auto until = [due_ms](qint64 behind_ms) {
+        Pause(static_cast<int>(due_ms + behind_ms - QDateTime::currentMSecsSinceEpoch()));
+    };
+    QCOMPARE(Client().PlayFile(u"gong.wav"_s, TimeText(due_ms)), 0);
+    until(-60);
+    server.Kill();
+    until(300);
+    server.Start();
+    until(LENGTH_MS + 700);
+    QCOMPARE(Client().Signals(), QStringList());
+    // The player tries again half a second and a second and a half after the loss.
+    QVERIFY(Client().WaitForSignal(ENDED));
+    const qint64 late_ms = QDateTime::currentMSecsSinceEpoch() - due_ms - LENGTH_MS;
+    QVERIFY2(late_ms < 2500, qPrintable(QString::number(late_ms)));
+    QCOMPARE(Player().Log(2).filter(u"it has not come back"_s), QStringList());
+    Pause(500);
+    QCOMPARE(Client().Signals(), QStringList{ENDED});
+    QCOMPARE(StopPlayer(), 0);
+    Expect({u"OUTPUT"_s});
 }
 
 void HeardOutput::WithoutAnOutputNothingIsAccepted()
@@ -87,8 +129,7 @@ void HeardOutput::WithoutAnOutputNothingIsAccepted()
 void HeardOutput::AnOutputThatHangsForGoodEndsThePlayer()
 {
     PulseServer server;
-    server.Apply(Player().Environment());
-    WriteFile(Path(u"ozna.ini"_s), u"[PLAYER]\nMedia=%1\n"_s.arg(MediaPath(QString())).toUtf8());
+    UseServer(server);
     WriteSound(u"gong.wav"_s, Gong::Samples(300));
     QVERIFY(StartPlayer());
     server.Halt();
@@ -136,7 +177,11 @@ void HeardOutput::AFileThatIsReplacedWhileItWaits()
     QVERIFY(Client().WaitForSignal(ENDED));
     QCOMPARE(Client().Signals(), QStringList{ENDED});
     QVERIFY(WaitForSounds(1));
-    QVERIFY(qAbs(Hearing().Sounds()[0].at_ms - static_cast<double>(due_ms)) < EXACT_MS);
+    const Ear::Heard sound = Hearing().Sounds()[0];
+    QVERIFY(qAbs(sound.at_ms - static_cast<double>(due_ms)) < EXACT_MS);
+    // A file that has another in its place is read to its end.
+    const qint64 length = sound.end - sound.begin;
+    QVERIFY2(renamed ? length == 6 * Pcm::RATE : length >= 2 * Pcm::RATE, qPrintable(QString::number(length)));
     // Now the name is refused.
     QVERIFY(Client().PlayFile(u"gong.wav"_s) > 0);
     Expect({u"gong.wav"_s});
