@@ -24,6 +24,7 @@ private Q_SLOTS:
     void UseRefusesWhatIsNotThere();
     void WatchFollowsTheDaemon();
     void WatchForMachines();
+    void WatchTellsAnActionThatHasNoNameByItsNumber();
     void WatchEndsWithTheBus();
     void NobodyToTalkTo_data();
     void NobodyToTalkTo();
@@ -136,6 +137,22 @@ void Control::WatchForMachines()
     QJsonObject object = QJsonDocument::fromJson(watch->readLine()).object();
     QVERIFY(object.take("time"_L1).toString().startsWith(u"2024-01-15T08:"_s));
     QCOMPARE(object, (QJsonObject{{u"what"_s, u"state"_s}, {u"enabled"_s, true}, {u"file"_s, u"schedule.csv"_s}}));
+}
+
+void Control::WatchTellsAnActionThatHasNoNameByItsNumber()
+{
+    const ScriptedScheduler scheduler(Bus().Connection());
+    const Process watch = Launch(u"watch"_s, Environment());
+    QVERIFY(WaitUntil([&] { return watch->canReadLine(); }));
+    QDBusMessage signal =
+        QDBusMessage::createSignal(SchedulerClient::PATH, SchedulerClient::INTERFACE, u"ExpectedPddAction"_s);
+    signal.setArguments({7U, false});
+    QVERIFY(Bus().Connection().send(signal));
+    QByteArray output;
+    QVERIFY(WaitUntil([&] {
+        output += watch->readAllStandardOutput();
+        return output.contains("  PDD action expected: 7 off\n");
+    }));
 }
 
 void Control::WatchEndsWithTheBus()

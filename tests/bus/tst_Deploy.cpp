@@ -161,8 +161,10 @@ void DeployCommand::WhatNeverEndsIsCutOnlyWhenTold()
 void DeployCommand::ADisabledDaemonLoadsItLater()
 {
     Prepare();
+    WriteSchedule(OLD + "1111111|08:30:00|*|*|*|||Volume|30\n");
     QVERIFY(StartDaemon());
     QCOMPARE(Client().Call("SetEnabled", {false}), u"0"_s);
+    Time().Set(MONDAY, {8, 29, 50}); // when a daemon that is enabled would be waited for
     const Result result = RunDeploy(NewFile().trimmed());
     QCOMPARE(result.status, 0);
     QVERIFY(result.output.contains(u"the daemon is disabled, and loads it when it is enabled\n"_s));

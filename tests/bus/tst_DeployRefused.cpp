@@ -1,5 +1,8 @@
 #include "DeployTest.h"
+#include "ScriptedScheduler.h"
 #include "Suite.h"
+
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -19,6 +22,7 @@ private Q_SLOTS:
     void WhileAnotherDeploymentIsUnderWay();
     void OverWhatHasBeenChangedByHand();
     void OverAnotherFileThanTheDaemonRuns();
+    void OverWhatAnotherDaemonRuns();
 
 private:
     // Runs a deployment that waits for a start of the running schedule, does that meanwhile, and gives its errors.
@@ -125,6 +129,21 @@ void DeployRefused::OverAnotherFileThanTheDaemonRuns()
     WriteSchedule(OLD, u"summer.csv"_s);
     QVERIFY(StartDaemon());
     QCOMPARE(DuringTheWait([&] { static_cast<void>(Client().Call("SetScheduleFile", {u"summer.csv"_s})); }),
+             u"ozna-schedule: the daemon was started anew or runs another file now: nothing was deployed"_s);
+    QCOMPARE(Schedule(), running);
+}
+
+void DeployRefused::OverWhatAnotherDaemonRuns()
+{
+    Prepare();
+    const QByteArray running = OLD + "1111111|08:30:00|*|*|*|||Volume|30\n";
+    WriteSchedule(running);
+    QVERIFY(StartDaemon());
+    std::optional<ScriptedScheduler> other;
+    QCOMPARE(DuringTheWait([&] {
+                 QCOMPARE(StopDaemon(), 0);
+                 other.emplace(Bus().Connection());
+             }),
              u"ozna-schedule: the daemon was started anew or runs another file now: nothing was deployed"_s);
     QCOMPARE(Schedule(), running);
 }

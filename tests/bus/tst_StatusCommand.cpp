@@ -5,6 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
@@ -17,6 +18,9 @@ private Q_SLOTS:
     void StatusTellsWhatRunsAndWhatComesNext();
     void StatusForMachines();
     void StatusOfADisabledDaemonHasNothingToCome();
+    void WhatPlaysIsTold_data();
+    void WhatPlaysIsTold();
+    void WhatPlaysWithoutAnEndIsTold();
     void AFileThatCannotBeReadIsTold();
     void TheLastErrorsAndWarningsOfALogFile();
     void TheLastErrorsAndWarningsOfTheJournal();
@@ -100,6 +104,46 @@ void StatusCommand::StatusOfADisabledDaemonHasNothingToCome()
     QVERIFY(!QJsonDocument::fromJson(json.toUtf8()).object().contains("next"_L1));
 }
 
+void StatusCommand::WhatPlaysIsTold_data()
+{
+    QTest::addColumn<QTime>("now");
+    QTest::addColumn<QStringList>("plays");
+    QTest::newRow("while it plays")
+        << QTime(8, 30)
+        << QStringList{u"plays     PlayStream rtsp://<ServerIp>:8000/radio  (line 2), since %1 08:00:00"_s};
+    QTest::newRow("when it was stopped") << QTime(9, 30) << QStringList();
+    QTest::newRow("before it") << QTime(7, 30) << QStringList();
+    QTest::newRow("while a playlist plays")
+        << QTime(12, 0, 30) << QStringList{u"plays     PlayPlaylist day  (line 1), since %1 12:00:00"_s};
+    QTest::newRow("when it has ended") << QTime(12, 1, 30) << QStringList();
+}
+
+// By a rehearsal from the start of the daemon's process, which is none of the clock that is set.
+void StatusCommand::WhatPlaysIsTold()
+{
+    QFETCH(const QTime, now);
+    QFETCH(QStringList, plays);
+    const QDate day = QDate::currentDate().addDays(3);
+    WriteSchedule("1111111|12:00:00|*|*|*|||PlayPlaylist|day\n1111111|08:00:00|*|*|*|||PlayStream|8000/radio\n"
+                  "1111111|09:00:00|*|*|*|||StopStream\n");
+    WritePlaylist("one.mp3;60\n", u"day"_s);
+    Time().Set(day, now);
+    QVERIFY(StartDaemon());
+    plays.replaceInStrings(u"%1"_s, QLocale::c().toString(day, u"ddd yyyy-MM-dd"_s));
+    COMPARE_LINES(Shown(Run(u"status"_s + Data(), WithJournal({})).output).filter(u"plays  "_s), plays);
+}
+
+void StatusCommand::WhatPlaysWithoutAnEndIsTold()
+{
+    const QDate day = QDate::currentDate().addDays(3);
+    WriteSchedule("1111111|07:00:00|*|*|*|||PlayRadioFm|98.5\n1111111|09:00:00|*|*|*|||Volume|10\n");
+    Time().Set(day, {8, 30});
+    QVERIFY(StartDaemon());
+    const QString since = QLocale::c().toString(day, u"ddd yyyy-MM-dd"_s);
+    COMPARE_LINES(Shown(Run(u"status"_s + Data(), WithJournal({})).output).filter(u"plays  "_s),
+                  {u"plays     PlayRadioFm 98.5 MHz  (line 1), since %1 07:00:00"_s.arg(since)});
+}
+
 void StatusCommand::AFileThatCannotBeReadIsTold()
 {
     QVERIFY(StartDaemon());
@@ -113,7 +157,8 @@ void StatusCommand::TheLastErrorsAndWarningsOfALogFile()
     QVERIFY(StartDaemon());
     QByteArray log = "noise\n1 /com/obj [Action.cpp:1] the first\n";
     for (const char* text : {"4 /com/obj [a.cpp:1] none", "2 /com/obj [b.cpp:2] two", "1 /com/obj [c.cpp:3] one\\x1b",
-                             "2 /com/obj [d.cpp:4] three", "2 /com/obj [e.cpp:5] four", "2 /com/obj [f.cpp:6] five"})
+                             "2 /com/obj [d.cpp:4] three", "3 /com/obj [a.cpp:2] noted", "2 /com/obj [e.cpp:5] four",
+                             "2 /com/obj [f.cpp:6] five", "more noise"})
         log += QByteArray(text) + '\n';
     WriteFile(DataPath(u"log"_s), log);
     const Result result = Run(u"status --log "_s + DataPath(u"log"_s) + Data());

@@ -14,6 +14,9 @@ private Q_SLOTS:
     void IsFreeOfStartsAndOfWhatPlays_data();
     void IsFreeOfStartsAndOfWhatPlays();
     void WhatComesOnlyWithTheNewOneCutsNothing();
+    void WhatASeriesOfPhotosAsksForIsNotDisturbed();
+    void AMessageThatIsAskedForComesYet();
+    void AMessageIsTakenToPlayForAMinute();
 };
 
 namespace
@@ -85,6 +88,44 @@ void tst_QuietMoment::WhatComesOnlyWithTheNewOneCutsNothing()
 {
     const QuietMoment::Result result = QuietMoment::After(NOW_MS, UNTIL_MS, {}, EventsOf({{-600, 300}}));
     QVERIFY(result.moment_ms == NOW_MS);
+}
+
+namespace
+{
+
+// In seconds from now; NO_END: there is none.
+qint64 QuietAfter_s(const Event& event)
+{
+    const std::optional<qint64> moment_ms = QuietMoment::After(NOW_MS, UNTIL_MS, {event}, {}).moment_ms;
+    return moment_ms ? (*moment_ms - NOW_MS) / 1000 : NO_END;
+}
+
+} // namespace
+
+void tst_QuietMoment::WhatASeriesOfPhotosAsksForIsNotDisturbed()
+{
+    Event event = EventsOf({{5, NO_END}}).front();
+    event.kind = EventKind::FOLLOWUP;
+    QCOMPARE(QuietAfter_s(event), 20);
+    event.kind = EventKind::MISSED;
+    QCOMPARE(QuietAfter_s(event), 0);
+}
+
+void tst_QuietMoment::AMessageThatIsAskedForComesYet()
+{
+    Event event = EventsOf({{-1, NO_END}}).front();
+    event.due_ms = NOW_MS + 7000;
+    QCOMPARE(QuietAfter_s(event), 22);
+}
+
+void tst_QuietMoment::AMessageIsTakenToPlayForAMinute()
+{
+    Event event = EventsOf({{-20, -10}}).front();
+    QCOMPARE(QuietAfter_s(event), 0);
+    event.type = TASK_PLAY_MESSAGE;
+    QCOMPARE(QuietAfter_s(event), 40);
+    event.end_ms = NOW_MS + 50000;
+    QCOMPARE(QuietAfter_s(event), 50);
 }
 
 OZNA_CASE(QuietMoment, tst_QuietMoment)
