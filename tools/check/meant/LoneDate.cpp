@@ -15,12 +15,13 @@ QString LoneDate::Advice(const FieldFit& fit)
         SPOT, [&](Field field) { return std::ranges::find(fit.missing, field) != fit.missing.end(); });
     const QString from = Meant::Date(fit.fields.value(FIELD_FROM));
     const QString days = Meant::Days(fit.fields.value(FIELD_DAYS));
-    if (!hasNoSpot || from.isEmpty() || !Meant::Date(fit.fields.value(FIELD_TO)).isEmpty() || !days.contains(u'1'))
+    if (!hasNoSpot || from.isEmpty() || !Meant::Date(fit.fields.value(FIELD_TO)).isEmpty())
         return {};
     FieldFit since = fit;
     if (const QString time = Meant::Time(fit.fields[FIELD_START_TIME]); !time.isEmpty())
         since.fields[FIELD_START_TIME] = time;
-    since.fields[FIELD_DAYS] = days;
+    if (!days.isEmpty())
+        since.fields[FIELD_DAYS] = days;
     since.fields[FIELD_FROM] = from;
     FieldFit spot = since;
     spot.fields[FIELD_DAYS] = QStringLiteral("0000000");
