@@ -104,6 +104,7 @@ void CheckOutputTest::ALoneDateHasALineForEachMeaning_data()
 {
     QTest::addColumn<QByteArray>("line");
     QTest::newRow("between the right signs") << "1111100|08:30:00|25.12.2026|Volume|30\n"_ba;
+    QTest::newRow("beside days of which one is missing") << "111110|08:30:00|25.12.2026|Volume|30\n"_ba;
     QTest::newRow("as a spreadsheet has it") << "Mon-Fri;8:30;25.12.2026;Volume;30\n"_ba;
 }
 
