@@ -32,7 +32,6 @@ private:
     void AskAtRandom(const QString& address);
     [[nodiscard]] long Held(const char* what) { return MemoryKilobytes(Player().Pid(), what); }
     void Accept(int status, const QString& end);
-    void AskForStream(const QString& address);
     [[nodiscard]] bool AllHaveEnded() const;
     // What an accepted request is still owed, or has got too often; empty when all is well.
     [[nodiscard]] QString WhatIsWrong() const;
@@ -96,12 +95,6 @@ void HeardRequests::Accept(int status, const QString& end)
     ++(status == 0 ? m_accepted : m_refused);
     if (status == 0)
         ++m_owed[end];
-}
-
-// The stream that plays goes on, and ends once for all who asked.
-void HeardRequests::AskForStream(const QString& address)
-{
-    Accept(Client().Call("PlayStream", {address, 0U}), STREAM_ENDED);
 }
 
 bool HeardRequests::AllHaveEnded() const
@@ -206,7 +199,7 @@ void HeardRequests::AskAtRandom(const QString& address)
         const uint first = 1 + static_cast<uint>(m_random.bounded(4));
         return Accept(client.PlayPlaylist(name, u"p1"_s, first, time), u"PlayPlaylistCompleted "_s + name);
     }
-    case 4: return AskForStream(address);
+    case 4: return Accept(client.Call("PlayStream", {address, 0U}), STREAM_ENDED);
     case 5: static_cast<void>(client.Call("StopPlay", {source, m_random.bounded(2) ? QString() : u"p1"_s})); return;
     case 6:
         static_cast<void>(client.Call("SetPlayerVolume", {source, static_cast<double>(m_random.bounded(101))}));
