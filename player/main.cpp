@@ -11,6 +11,7 @@
 #include "service/PlayerOptions.h"
 #include "service/SoundObject.h"
 #include "sound/GstSoundMaker.h"
+#include "text/StringUtils.h"
 
 #include <LogInterface.h>
 
@@ -105,7 +106,7 @@ int RunOnTerminal(PlayerOptions::Command command, const PlayerSettings& settings
 {
     for (const QString& complaint : settings.complaints)
         std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()),
-                     qUtf8Printable(complaint));
+                     qUtf8Printable(StringUtils::Harmless(complaint)));
     // It has no event loop that a signal could end.
     if (command == PlayerOptions::Command::LIST_OUTPUTS)
         return EarCommands::ListOutputs(settings.sound, PlayerSettings::File());

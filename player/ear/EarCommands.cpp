@@ -5,8 +5,10 @@
 #include "MonitorEar.h"
 #include "Outputs.h"
 #include "SoundSettings.h"
+#include "text/StringUtils.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include <algorithm>
@@ -22,10 +24,11 @@ constexpr qint64 MEASURED_GONG_MS = 400;
 constexpr int MEASURED_GONGS = 10;
 constexpr double NEAR_MS = 200; // what is heard farther from its moment is another sound
 
-// To standard output, at once: who waits for a gong wants to see what is going on.
+// To standard output, at once: who waits for a gong wants to see what is going on. Outputs have the names that their
+// makers, or strangers, gave them.
 void Print(const QString& line)
 {
-    QTextStream(stdout) << line << Qt::endl;
+    QTextStream(stdout) << StringUtils::Harmless(line) << Qt::endl;
 }
 
 QString TimeOfDay(double moment_ms)

@@ -12,6 +12,8 @@ namespace Frames
 inline constexpr int RATE = 48000;
 inline constexpr int CHANNELS = 2;
 inline constexpr qint64 NS_PER_MS = 1'000'000;
+// No frame is farther from the moment at which it is heard, whatever a device says of itself.
+inline constexpr qint64 MOST_UNDER_WAY_MS = 2'000;
 
 // Index of a frame's first sample, and number of the samples of so many frames.
 constexpr qsizetype ToSamples(qint64 frames)

@@ -19,13 +19,11 @@ using namespace std::chrono_literals;
 constexpr int MOST_WAITING = 64;
 // A fade and what is under way to the output, with room to spare.
 constexpr auto STOP_PATIENCE = 1s;
-// What a device has under way is less.
-constexpr qint64 UNDER_WAY_MS = 2'000;
 
 std::chrono::milliseconds UntilHeard(qint64 heard_ns)
 {
     const qint64 left_ms = (heard_ns - WallClock::Now_ns()) / Frames::NS_PER_MS;
-    return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, UNDER_WAY_MS));
+    return std::chrono::milliseconds(std::clamp<qint64>(left_ms, 0, Frames::MOST_UNDER_WAY_MS));
 }
 
 } // namespace

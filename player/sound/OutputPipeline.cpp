@@ -28,8 +28,7 @@ constexpr GstClockTime PATIENCE = GST_SECOND;
 // Two clocks are read as one moment when both readings fit into this.
 constexpr GstClockTime ONE_MOMENT = 20 * GST_USECOND;
 constexpr int READINGS = 5;
-// No frame is farther from the moment at which it is heard.
-constexpr qint64 MOST_UNDER_WAY_NS = 2'000 * Frames::NS_PER_MS;
+constexpr qint64 MOST_UNDER_WAY_NS = Frames::MOST_UNDER_WAY_MS * Frames::NS_PER_MS;
 
 } // namespace
 

@@ -39,6 +39,19 @@ QStringList StringUtils::FirstTokens(const QString& line, char separator, qsizet
     return tokens;
 }
 
+QString StringUtils::Harmless(const QString& text)
+{
+    QString shown;
+    for (const QChar character : text)
+    {
+        if (character.category() == QChar::Other_Control)
+            shown += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+        else
+            shown += character;
+    }
+    return shown;
+}
+
 qsizetype StringUtils::CountTokens(const QString& line, char separator)
 {
     const QLatin1Char sign(separator);

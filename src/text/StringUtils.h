@@ -14,6 +14,9 @@ QStringList SplitLineIntoTokens(const QString& line, char separator);
 // The first of those tokens, count at most; a line of nothing but separators then costs no memory for each of them.
 QStringList FirstTokens(const QString& line, char separator, qsizetype count);
 
+// text without what a terminal would obey: control characters stand as "\xNN".
+[[nodiscard]] QString Harmless(const QString& text);
+
 // How many tokens there are, without making them.
 qsizetype CountTokens(const QString& line, char separator);
 

@@ -2,8 +2,8 @@
 
 #include "base/CommandLine.h"
 #include "base/Moment.h"
-#include "base/Terminal.h"
 #include "html/Page.h"
+#include "text/StringUtils.h"
 #include "words/EventText.h"
 
 #include <QFile>
@@ -63,7 +63,7 @@ QString PageTest::EventLine(size_t index) const
     QStringList requests;
     for (const Request& request : event.requests)
         requests.append((event.isStartKnown ? Moment::TimeText(request.moment_ms) + u' ' : QString()) +
-                        Terminal::Harmless(request.Text()));
+                        StringUtils::Harmless(request.Text()));
     QStringList tracks;
     for (const TrackTime& track : event.tracks)
     {

@@ -52,19 +52,6 @@ QString Terminal::Coloured(const QString& text, Colour colour)
     return QStringLiteral("\x1b[%1m%2\x1b[0m").arg(QLatin1String(CODES[static_cast<size_t>(colour)]), text);
 }
 
-QString Terminal::Harmless(const QString& text)
-{
-    QString shown;
-    for (const QChar character : text)
-    {
-        if (character.category() == QChar::Other_Control)
-            shown += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
-        else
-            shown += character;
-    }
-    return shown;
-}
-
 bool Terminal::IsOutputTerminal()
 {
     return ::isatty(STDOUT_FILENO) == 1;

@@ -26,9 +26,6 @@ void PrintError(const QString& text);
 // otherwise text as it stands.
 [[nodiscard]] QString Coloured(const QString& text, Colour colour);
 
-// text without what a terminal would obey: control characters stand as "\xNN".
-[[nodiscard]] QString Harmless(const QString& text);
-
 [[nodiscard]] bool IsOutputTerminal();
 [[nodiscard]] bool IsErrorTerminal();
 

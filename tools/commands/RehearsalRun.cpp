@@ -7,6 +7,7 @@
 #include "check/RejectedText.h"
 #include "engine/RunUp.h"
 #include "engine/Workspace.h"
+#include "text/StringUtils.h"
 #include "words/CutText.h"
 
 #include <algorithm>
@@ -128,7 +129,8 @@ void RehearsalRun::Rehearse(const Workspace& workspace, const Rehearsal::Plan& p
 void RehearsalRun::TellCut() const
 {
     if (m_result.isCut)
-        Terminal::PrintError(QStringLiteral("%1: %2\n").arg(Terminal::Harmless(m_result.file), CutText::Of(m_result)));
+        Terminal::PrintError(
+            QStringLiteral("%1: %2\n").arg(StringUtils::Harmless(m_result.file), CutText::Of(m_result)));
 }
 
 int RehearsalRun::TellRejected(const QString& file, std::vector<ScheduleLine>& lines, const QString& where)
@@ -140,8 +142,8 @@ int RehearsalRun::TellRejected(const QString& file, std::vector<ScheduleLine>& l
             continue;
         ++rejected;
         Terminal::PrintError(QStringLiteral("%1:%2: error: %3%4\n")
-                                 .arg(Terminal::Harmless(file), QString::number(line.number), where,
-                                      Terminal::Harmless(RejectedText::Of(line))));
+                                 .arg(StringUtils::Harmless(file), QString::number(line.number), where,
+                                      StringUtils::Harmless(RejectedText::Of(line))));
     }
     return rejected;
 }

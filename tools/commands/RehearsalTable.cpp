@@ -2,6 +2,7 @@
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
+#include "text/StringUtils.h"
 #include "words/CutText.h"
 #include "words/EarlyText.h"
 #include "words/EventText.h"
@@ -33,7 +34,7 @@ QString Requests(const Event& event)
 {
     QString text;
     for (const Request& request : event.requests)
-        text += INDENT + Terminal::Coloured(Terminal::Harmless(request.Text()), Colour::GREY) + u'\n';
+        text += INDENT + Terminal::Coloured(StringUtils::Harmless(request.Text()), Colour::GREY) + u'\n';
     return text;
 }
 
@@ -44,7 +45,7 @@ QString Tracks(const Event& event)
     {
         const bool isHeard = event.end_ms == Event::OPEN || track.begin_ms < event.end_ms;
         text += INDENT + QStringLiteral("  %1  %2%3\n")
-                             .arg(Moment::TimeText(track.begin_ms), Terminal::Harmless(track.file),
+                             .arg(Moment::TimeText(track.begin_ms), StringUtils::Harmless(track.file),
                                   isHeard ? QString() : QStringLiteral("  (not reached)"));
     }
     return text;
@@ -83,7 +84,7 @@ QString Row(const Event& event, qint64 from_ms)
 {
     QString text = QStringLiteral("  %1  ").arg(event.isStartKnown ? Moment::TimeText(event.moment_ms) : UNKNOWN_TIME);
     text += QString::number(event.lineNumber).rightJustified(LINE_WIDTH) + QStringLiteral("  ");
-    text += Column(event.taskName, TASK_WIDTH) + Column(Terminal::Harmless(Subject(event)), SUBJECT_WIDTH);
+    text += Column(event.taskName, TASK_WIDTH) + Column(StringUtils::Harmless(Subject(event)), SUBJECT_WIDTH);
     QStringList marks{EventText::Mark(event, from_ms), event.reason, EventText::Untimed(event)};
     marks.removeAll(QString());
     const QString mark = marks.join(QStringLiteral(": "));

@@ -1,6 +1,6 @@
 #include "Html.h"
 
-#include "base/Terminal.h"
+#include "text/StringUtils.h"
 
 #include <cmath>
 
@@ -11,7 +11,7 @@ QString Html::Text(const QString& text)
 
 QString Html::Attribute(const QString& text)
 {
-    return Terminal::Harmless(text).toHtmlEscaped();
+    return StringUtils::Harmless(text).toHtmlEscaped();
 }
 
 QString Html::Element(const char* name, const QString& classes, const QString& content)

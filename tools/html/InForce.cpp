@@ -3,8 +3,8 @@
 #include "EntryText.h"
 #include "PageNotes.h"
 #include "base/Moment.h"
-#include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
+#include "text/StringUtils.h"
 #include "words/Kinds.h"
 
 #include <QHash>
@@ -87,7 +87,7 @@ public:
         }
         QStringList texts{m_volume, m_light, radio.isEmpty() ? OFF : radio.join(QStringLiteral(", ")),
                           heard.join(QStringLiteral(", "))};
-        std::ranges::transform(texts, texts.begin(), Terminal::Harmless);
+        std::ranges::transform(texts, texts.begin(), StringUtils::Harmless);
         return texts;
     }
 

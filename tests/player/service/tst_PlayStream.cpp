@@ -69,8 +69,8 @@ void tst_PlayStream::TheSameOneGoesOn()
     Q_EMIT Sound().Started(1, Time().Utc_ms());
     QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"StreamEnabled(true)"_s}));
     Ask("PlayStream", LIVE);
-    // Whoever asks is told, and the sound has no gap.
-    QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"StreamEnabled(true)"_s}));
+    // What was asked for before has ended, whoever asks is told, and the sound has no gap.
+    QCOMPARE(Seen(3), QStringList({u"StreamEnabled(false)"_s, u"PlayStream: 0"_s, u"StreamEnabled(true)"_s}));
     QCOMPARE(Sound().Pieces().size(), 1);
     QCOMPARE(Sound().TakeCalls(), QStringList());
     Q_EMIT Sound().Ended(1, {});
@@ -87,7 +87,7 @@ void tst_PlayStream::TheSameOneThatConnectsGoesOn()
 {
     Ask("PlayStream", LIVE);
     Ask("PlayStream", LIVE);
-    QCOMPARE(Seen(2), QStringList({u"PlayStream: 0"_s, u"PlayStream: 0"_s}));
+    QCOMPARE(Seen(3), QStringList({u"PlayStream: 0"_s, u"StreamEnabled(false)"_s, u"PlayStream: 0"_s}));
     QCOMPARE(Sound().Pieces().size(), 1);
     QCOMPARE(Sound().TakeCalls(), QStringList());
     Q_EMIT Sound().Started(1, Time().Utc_ms());
@@ -103,6 +103,7 @@ void tst_PlayStream::TheSameOneTakesTheVolumeOver()
     QCOMPARE(Sound().TakeCalls(), QStringList(u"volume 1 40"_s));
     QCOMPARE(Call("PlayStream", LIVE), 0);
     QCOMPARE(Sound().TakeCalls(), QStringList());
+    QCOMPARE(Seen(2), QStringList({u"StreamEnabled(false)"_s, u"StreamEnabled(false)"_s}));
 }
 
 void tst_PlayStream::AfterItsEndItBeginsAnew()

@@ -142,6 +142,8 @@ void tst_PlayerCommands::TheListTellsWhetherTheChosenOutputIsThere_data()
     QTest::newRow("another device") << u"alsa:nosuchdevice"_s
                                     << u"is no card of the list: ozna-player --test tells whether it plays"_s;
     QTest::newRow("of no use") << u"auto"_s << u"is not there"_s;
+    // The settings' own way to write it is the one in which it is shown.
+    QTest::newRow("what a terminal would obey") << u"\\x1b[31mred"_s << u"is not there"_s;
 }
 
 void tst_PlayerCommands::TheListTellsWhetherTheChosenOutputIsThere()

@@ -1,6 +1,7 @@
 #include "CheckText.h"
 
 #include "base/Terminal.h"
+#include "text/StringUtils.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -54,8 +55,8 @@ QString CheckText::Lines(const Result& result)
         const QString severity =
             Terminal::Coloured(Severity(finding), isError ? Terminal::Colour::RED : Terminal::Colour::YELLOW);
         text += QStringLiteral("%1:%2:%3: %4: %5 %6\n")
-                    .arg(Terminal::Harmless(result.file), QString::number(finding.line),
-                         QString::number(finding.column), severity, Terminal::Harmless(finding.Sentence()),
+                    .arg(StringUtils::Harmless(result.file), QString::number(finding.line),
+                         QString::number(finding.column), severity, StringUtils::Harmless(finding.Sentence()),
                          Terminal::Coloured(u'[' + Name(finding) + u']', Terminal::Colour::GREY));
     }
     return text + QStringLiteral("%1, %2, %3\n")

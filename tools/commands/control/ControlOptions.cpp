@@ -1,7 +1,7 @@
 #include "ControlOptions.h"
 
 #include "DataRoot.h"
-#include "base/Terminal.h"
+#include "text/StringUtils.h"
 
 #include <QDir>
 #include <QJsonDocument>
@@ -55,5 +55,5 @@ QString ControlOptions::StateText(const CommandLine& line, const SchedulerLink::
 QString ControlOptions::StateWords(const SchedulerLink::State& state)
 {
     return QStringLiteral("%1, %2").arg(state.isEnabled ? QStringLiteral("enabled") : QStringLiteral("disabled"),
-                                        Terminal::Harmless(state.fileName));
+                                        StringUtils::Harmless(state.fileName));
 }

@@ -10,6 +10,7 @@
 #include "control/Deployment.h"
 #include "control/FolderLock.h"
 #include "control/ProcessStart.h"
+#include "text/StringUtils.h"
 
 #include <QFileInfo>
 #include <QThread>
@@ -40,7 +41,7 @@ int Judge(const CommandLine& line, const Deployment& deployment, const DeployPla
     const QStringList changed = plan.Changed();
     if (isFit && !changed.isEmpty())
         Terminal::Print(
-            QStringLiteral("to be written: %1\n").arg(Terminal::Harmless(changed.join(QStringLiteral(", ")))));
+            QStringLiteral("to be written: %1\n").arg(StringUtils::Harmless(changed.join(QStringLiteral(", ")))));
     return isFit ? int{ExitStatus::CLEAN} : status;
 }
 
@@ -121,7 +122,7 @@ void SwitchOver(SchedulerLink& link, const Deployment& deployment, const DeployP
 // What became of it, as far as the daemon tells.
 QString Told(const Deployment& deployment, const DeployPlan& plan, const SchedulerLink::State& state)
 {
-    QString text = QStringLiteral("deployed: %1\n").arg(Terminal::Harmless(deployment.SchedulePath()));
+    QString text = QStringLiteral("deployed: %1\n").arg(StringUtils::Harmless(deployment.SchedulePath()));
     if (!state.isEnabled)
         text += QStringLiteral("the daemon is disabled, and loads it when it is enabled\n");
     if (state.fileName != QLatin1String(SchedulerNames::START_FILE))

@@ -2,13 +2,13 @@
 
 #include "HeldLines.h"
 #include "base/Moment.h"
-#include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "check/Entry.h"
 #include "control/WholeFile.h"
 #include "engine/PlaylistFolder.h"
 #include "engine/Rehearsal.h"
 #include "engine/RunUp.h"
+#include "text/StringUtils.h"
 #include "words/EventText.h"
 
 #include <QDir>
@@ -46,7 +46,7 @@ Named NamedIn(const QString& file, const QString& folder)
             named.inside.insert(name);
         else if (named.outside.isEmpty())
             named.outside = QStringLiteral("%1:%2: the playlist %3 lies outside the folder of the playlists")
-                                .arg(file, QString::number(entry.line.number), Terminal::Harmless(name));
+                                .arg(file, QString::number(entry.line.number), StringUtils::Harmless(name));
     }
     return named;
 }
@@ -162,7 +162,7 @@ QuietMoment::Result DeployPlan::Quiet(const Deployment& deployment, qint64 since
 QString DeployPlan::Words(const QuietMoment::Reason& reason)
 {
     const Event& event = reason.event;
-    const QString subject = Terminal::Harmless(EventText::Subject(event));
+    const QString subject = StringUtils::Harmless(EventText::Subject(event));
     const QString what = QStringLiteral("%1%2 (line %3)")
                              .arg(event.taskName, subject.isEmpty() ? subject : u' ' + subject)
                              .arg(event.lineNumber);

@@ -1,6 +1,6 @@
 #include "HeldLines.h"
 
-#include "base/Terminal.h"
+#include "text/StringUtils.h"
 
 HeldLines HeldLines::Of(const std::vector<ScheduleLine>& lines)
 {
@@ -16,5 +16,5 @@ HeldLines HeldLines::Of(const std::vector<ScheduleLine>& lines)
 QString HeldLines::Words(const QString& path) const
 {
     return QStringLiteral("%1: %2 taken, %3 rejected")
-        .arg(Terminal::Harmless(path), QString::number(taken), QString::number(rejected));
+        .arg(StringUtils::Harmless(path), QString::number(taken), QString::number(rejected));
 }

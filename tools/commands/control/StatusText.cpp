@@ -4,6 +4,7 @@
 #include "Log.h"
 #include "base/Moment.h"
 #include "base/Terminal.h"
+#include "text/StringUtils.h"
 #include "words/EventText.h"
 
 #include <QJsonArray>
@@ -29,7 +30,7 @@ QString Row(const char* label, const QString& text)
 
 QString EventWords(const Event& event)
 {
-    const QString subject = Terminal::Harmless(EventText::Subject(event));
+    const QString subject = StringUtils::Harmless(EventText::Subject(event));
     const QString mark = EventText::Mark(event, event.moment_ms);
     return event.taskName + (subject.isEmpty() ? QString() : u' ' + subject) +
            QStringLiteral("  (line %1%2)")
@@ -48,7 +49,7 @@ QString StateRow(const StatusReport& report)
 QString FileRows(const StatusReport& report)
 {
     if (!report.unreadable.isEmpty())
-        return Row("file", Terminal::Coloured(Terminal::Harmless(report.unreadable), Colour::RED));
+        return Row("file", Terminal::Coloured(StringUtils::Harmless(report.unreadable), Colour::RED));
     QString text = Row("file", report.held.Words(report.path));
     if (report.MayBeOutdated())
         text += Row("", Terminal::Coloured(QStringLiteral("changed %1: if nobody has had it loaded since, as deploy "
@@ -113,7 +114,7 @@ QString RecordRows(const StatusReport& report)
                     when +
                         Terminal::Coloured(LevelWord(record.level),
                                            record.level == LEVEL_ERROR ? Colour::RED : Colour::YELLOW) +
-                        u' ' + Terminal::Harmless(record.text));
+                        u' ' + StringUtils::Harmless(record.text));
     }
     return text;
 }

@@ -5,6 +5,7 @@
 #include "base/ToolError.h"
 #include "commands/Commands.h"
 #include "engine/Workspace.h"
+#include "text/StringUtils.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -34,9 +35,9 @@ void CheckName(const CommandLine& line)
     const QFileInfo file(ControlOptions::SchedulePath(line, name));
     if (name.contains(u'/'))
         throw ToolError(QStringLiteral("%1: is a path; the daemon takes the name of a file in %2")
-                            .arg(Terminal::Harmless(name), ControlOptions::SchedulePath(line, {})));
+                            .arg(StringUtils::Harmless(name), ControlOptions::SchedulePath(line, {})));
     if (!file.isFile())
-        throw ToolError(QStringLiteral("%1: there is no such file").arg(Terminal::Harmless(file.filePath())));
+        throw ToolError(QStringLiteral("%1: there is no such file").arg(StringUtils::Harmless(file.filePath())));
 }
 
 // None where the file cannot be read, which is told: the daemon runs nothing then.

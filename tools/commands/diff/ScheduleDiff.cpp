@@ -4,6 +4,7 @@
 #include "base/Moment.h"
 #include "base/Terminal.h"
 #include "engine/RehearsalResult.h"
+#include "text/StringUtils.h"
 #include "words/DatesText.h"
 
 #include <algorithm>
@@ -56,7 +57,7 @@ QString Details(Sign sign, const QStringList& texts)
 {
     QString details;
     for (const QString& text : texts.first(std::min(texts.size(), MOST_DETAILS)))
-        details += INDENT + Coloured(sign, Terminal::Harmless(text));
+        details += INDENT + Coloured(sign, StringUtils::Harmless(text));
     if (texts.size() > MOST_DETAILS)
         details += INDENT + Coloured(sign, QStringLiteral("and %1 more").arg(texts.size() - MOST_DETAILS));
     return details;
@@ -69,7 +70,7 @@ QString Row(const StartChange& change, const QString& dates)
     if (change.IsMove())
         time += QStringLiteral(" -> ") + change.after.toString(format);
     return Coloured(SignOf(change), time.leftJustified(TIME_WIDTH - 2) + QStringLiteral("  ") +
-                                        Terminal::Harmless(change.phrase).leftJustified(PHRASE_WIDTH) +
+                                        StringUtils::Harmless(change.phrase).leftJustified(PHRASE_WIDTH) +
                                         QStringLiteral("  ") + dates + LineNumbers(change)) +
            Details(Sign::GOES, change.lost) + Details(Sign::COMES, change.gained);
 }
@@ -89,8 +90,8 @@ QString InForceText(const EndState::Values& before, const EndState::Values& afte
         const QString old = valueOf(before, name);
         const QString now = valueOf(after, name);
         if (old != now)
-            text +=
-                INDENT + Coloured(Sign::MOVES, Terminal::Harmless(QStringLiteral("%1: %2 -> %3").arg(name, old, now)));
+            text += INDENT +
+                    Coloured(Sign::MOVES, StringUtils::Harmless(QStringLiteral("%1: %2 -> %3").arg(name, old, now)));
     }
     return text.isEmpty() ? text
                           : QStringLiteral("In force at the end, %1 %2:\n")

@@ -1,7 +1,7 @@
 #include "LinePhrases.h"
 
-#include "base/Terminal.h"
 #include "engine/TaskRequests.h"
+#include "text/StringUtils.h"
 #include "words/Kinds.h"
 #include "words/StartText.h"
 
@@ -19,9 +19,10 @@ QString LinePhrases::Of(int number)
     Action& action = *m_lines.at(static_cast<size_t>(number) - 1).action;
     const Task& task = *action.m_task;
     // An action is started once.
-    phrase = Terminal::Harmless(QStringLiteral("line %1, %2, %3")
-                                    .arg(QString::number(number), StartText::Time(action),
-                                         Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(m_workspace, action))));
+    phrase =
+        StringUtils::Harmless(QStringLiteral("line %1, %2, %3")
+                                  .arg(QString::number(number), StartText::Time(action),
+                                       Kinds::Of(task.m_type).phrase(task, TaskRequests::Of(m_workspace, action))));
     return phrase;
 }
 

@@ -8,6 +8,7 @@
 #include "commands/Commands.h"
 #include "engine/ScheduleStream.h"
 #include "text/ScheduleFields.h"
+#include "text/StringUtils.h"
 #include "text/TextFile.h"
 
 #include <QFileInfo>
@@ -88,7 +89,7 @@ int Commands::Explain(const QStringList& arguments)
         status = ExitStatus::ERRORS;
         Terminal::PrintError(
             QStringLiteral("line %1: error: %2\n")
-                .arg(QString::number(number), Terminal::Harmless(playlists.Readable(RejectedText::Of(read)))));
+                .arg(QString::number(number), StringUtils::Harmless(playlists.Readable(RejectedText::Of(read)))));
     }
     return status;
 }

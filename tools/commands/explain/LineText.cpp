@@ -1,10 +1,10 @@
 #include "LineText.h"
 
-#include "base/Terminal.h"
 #include "engine/StartTime.h"
 #include "engine/TaskRequests.h"
 #include "peers/SoundManager.h"
 #include "tasks/PlayPlaylist.h"
+#include "text/StringUtils.h"
 #include "words/DaysText.h"
 #include "words/Kinds.h"
 #include "words/StartText.h"
@@ -101,5 +101,5 @@ QString LineText::Of(const Workspace& workspace, const ScheduleLine& line, bool 
                              Validity(action) + QStringLiteral(", ") +
                              Kinds::Of(action.m_task->m_type).phrase(*action.m_task, requests) +
                              Tracks(action, areTracksKnown) + u'.';
-    return Terminal::Harmless((QStringList(sentence) + Notes(line, requests, areTracksKnown)).join(u' '));
+    return StringUtils::Harmless((QStringList(sentence) + Notes(line, requests, areTracksKnown)).join(u' '));
 }

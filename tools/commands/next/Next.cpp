@@ -5,6 +5,7 @@
 #include "commands/Commands.h"
 #include "commands/RehearsalRun.h"
 #include "commands/RehearsalText.h"
+#include "text/StringUtils.h"
 #include "words/CutText.h"
 #include "words/EventText.h"
 #include "words/LineNotes.h"
@@ -82,7 +83,7 @@ QString Row(const Event& event, qint64 from_ms)
     text += Column(event.taskName, TASK_WIDTH);
     const qsizetype end = std::min<qsizetype>(LINE_COLUMN, MOST_COLUMNS - line.size());
     const qsizetype width = std::max<qsizetype>(end - text.size(), 1);
-    const QString subject = Terminal::Harmless(EventText::Subject(event));
+    const QString subject = StringUtils::Harmless(EventText::Subject(event));
     // Of what is too long the name is cut.
     const QString track =
         event.type == TASK_PLAY_PLAYLIST && subject.size() >= width ? Subjects::FromTrack(event.requests) : QString();

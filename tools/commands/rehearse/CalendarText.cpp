@@ -1,9 +1,9 @@
 #include "CalendarEntry.h"
 #include "base/Moment.h"
-#include "base/Terminal.h"
 #include "base/ToolError.h"
 #include "commands/RehearsalText.h"
 #include "engine/RehearsalResult.h"
+#include "text/StringUtils.h"
 
 #include <QDateTime>
 #include <QStringList>
@@ -81,7 +81,7 @@ QByteArray Harmless(const QString& text)
 {
     QStringList lines = text.split(u'\n');
     for (QString& line : lines)
-        line = Terminal::Harmless(line);
+        line = StringUtils::Harmless(line);
     return lines.join(u'\n').toUtf8();
 }
 

@@ -11,6 +11,7 @@
 #include "html/Html.h"
 #include "html/Page.h"
 #include "html/WeekLayout.h"
+#include "text/StringUtils.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
@@ -49,7 +50,7 @@ void WritePage(const RehearsalResult& run, const PageNotes& notes, const QString
         return;
     if (run.isCut && name != STANDARD_OUTPUT && QFileInfo::exists(name))
     {
-        Terminal::PrintError(QStringLiteral("%1: left as it was\n").arg(Terminal::Harmless(name)));
+        Terminal::PrintError(QStringLiteral("%1: left as it was\n").arg(StringUtils::Harmless(name)));
         return;
     }
     const QString page = Page::Markup(run, notes);
@@ -64,7 +65,7 @@ void WritePage(const RehearsalResult& run, const PageNotes& notes, const QString
     const QDate last = Moment::LocalDate(std::max(run.begin_ms, run.end_ms - 1));
     const auto days = static_cast<qsizetype>(Moment::LocalDate(run.begin_ms).daysTo(last)) + 1;
     Terminal::Print(QStringLiteral("%1: %2, %3\n")
-                        .arg(Terminal::Harmless(name), Html::Counted(days, "day"),
+                        .arg(StringUtils::Harmless(name), Html::Counted(days, "day"),
                              Html::Counted(static_cast<qsizetype>(run.events.size()), "event")));
 }
 
