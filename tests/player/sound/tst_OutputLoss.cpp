@@ -219,9 +219,10 @@ void OutputLossTest::AFullDiskIsALostOutput()
     QVERIFY(Of(id).ended->startsWith(QStringLiteral("no output: ")));
     ExpectLost("File too large)");
 
-    // When there is room again, it goes on behind what was written.
+    // When there is room again, it goes on behind what was written; with silence in between, so that they are told
+    // apart.
     const qint64 written = QFileInfo(OutputPath()).size();
-    const auto again = PlayMessage(Tone(QStringLiteral("b.wav"), SECOND / 4));
+    const auto again = PlayMessage(Tone(QStringLiteral("b.wav"), SECOND / 4), Now_ms() + 1000);
     QTRY_VERIFY(HasEnded(again));
     const auto sounds = End().Sounds(480);
     QVERIFY(sounds.last().begin * 4 >= written);
