@@ -4,6 +4,7 @@
 #include "base/ToolError.h"
 #include "commands/Commands.h"
 #include "engine/Workspace.h"
+#include "text/StringUtils.h"
 
 #include <QCoreApplication>
 
@@ -85,7 +86,10 @@ int main(int argc, char* argv[])
     }
     catch (const std::exception& error)
     {
-        Terminal::PrintError(QStringLiteral("ozna-schedule: %1\n").arg(QString::fromStdString(error.what())));
+        // What stands in it may be the name of a stranger's file.
+        QStringList lines = QString::fromStdString(error.what()).split(u'\n');
+        std::ranges::transform(lines, lines.begin(), StringUtils::Harmless);
+        Terminal::PrintError(QStringLiteral("ozna-schedule: %1\n").arg(lines.join(u'\n')));
         return ExitStatus::FAILED;
     }
 }

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void NextHasTheTimeOfTheLine_data();
     void NextHasTheTimeOfTheLine();
     void ARehearsalTellsThatTheClocksArePutForward();
+    void ARehearsalTellsNothingUntrueWhereTheyArePutBack();
     void ALateStartIsDueWhenTheWallClockShowedItsTime_data();
     void ALateStartIsDueWhenTheWallClockShowedItsTime();
 
@@ -45,6 +46,9 @@ void LeftOutStartsTest::NextHasTheTimeOfTheLine_data()
         << QByteArray("1111111|02:00:05|*|*|*|||PlayMessage|gong.mp3\n") << u"2024-03-31"_s
         << u"Sun 2024-03-31 02:00:05  in 2 h          PlayMessage   gong.mp3       line 1\n"
            "                         a time that the clocks leave out\n"_s;
+    QTest::newRow("a message behind the hour that comes twice, asked for before its first end")
+        << QByteArray("1111111|03:00:05|*|*|*|||PlayMessage|gong.mp3\n") << u"2024-10-27"_s
+        << u"Sun 2024-10-27 03:00:05  in 4 h          PlayMessage   gong.mp3       line 1\n"_s;
     QTest::newRow("a message behind it")
         << QByteArray("1111111|03:00:05|*|*|*|||PlayMessage|gong.mp3\n") << u"2024-03-31"_s
         << u"Sun 2024-03-31 03:00:05  in 2 h          PlayMessage   gong.mp3       line 1\n"_s;
@@ -71,6 +75,18 @@ void LeftOutStartsTest::ARehearsalTellsThatTheClocksArePutForward()
     QVERIFY(Run(u"rehearse"_s, u"--from 2024-03-31 --csv"_s)
                 .contains(u"\n2024-03-31T03:00:00+02:00,2024-03-31T03:00:00+02:00,1,PlayPlaylist,late"_s.replace(
                     u"\n"_s, u"\r\n"_s)));
+}
+
+void LeftOutStartsTest::ARehearsalTellsNothingUntrueWhereTheyArePutBack()
+{
+    m_call.Write(u"s.csv"_s, "1111111|03:00:05|*|*|*|||PlayMessage|gong.mp3\n");
+    const QString table = Run(u"rehearse"_s, u"--from 2024-10-27"_s);
+    QVERIFY2(table.startsWith(u"Sun 2024-10-27\n"
+                              "  02:59:57      1  PlayMessage     gong.mp3 for 03:00:05\n"_s),
+             qPrintable(table));
+    QVERIFY2(!table.contains(u"put forward"_s), qPrintable(table));
+    QVERIFY(Run(u"rehearse"_s, u"--from 2024-10-27 --csv"_s)
+                .contains(u"\r\n2024-10-27T02:59:57+02:00,2024-10-27T03:00:05+01:00,1,PlayMessage,"_s));
 }
 
 void LeftOutStartsTest::ALateStartIsDueWhenTheWallClockShowedItsTime_data()

@@ -116,6 +116,9 @@ void StreamsTest::ExplainTellsHowAFileIsGiven()
                                   {},
                                   u"ozna-schedule: s.csv: is a file, and no line; ozna-schedule explain - < FILE "
                                   "explains its lines\n"_s}));
+    // A stranger's file may have a name that a terminal obeys.
+    m_call.Write(u"s\x1b[31m.csv"_s, "");
+    QVERIFY(m_call.Run({u"explain"_s, u"s\x1b[31m.csv"_s}).errors.startsWith(u"ozna-schedule: s\\x1b[31m.csv: is"_s));
 }
 
 void StreamsTest::AnEmptyStreamIsAnEmptySchedule()

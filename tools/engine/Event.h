@@ -64,7 +64,7 @@ struct Event
     [[nodiscard]] bool IsByChance() const { return phases_ms > 0 && phases_ms < PHASES_MS; }
 
     // Whether its player was asked ahead of the time, but told none, so that it may begin at once.
-    [[nodiscard]] bool IsUntimed() const { return plays && moment_ms < due_ms && begin_ms < due_ms; }
+    [[nodiscard]] bool IsUntimed() const { return plays && moment_ms < due_ms && begin_ms <= moment_ms; }
 
     // When what it is about begins: a message is asked for ahead of its time, a late playlist behind it.
     [[nodiscard]] qint64 Start_ms() const { return std::max(moment_ms, due_ms); }

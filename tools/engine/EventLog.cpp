@@ -31,6 +31,17 @@ std::int64_t LatestOf(const QTime& time)
     return StartIndex::Latest(QTime(0, 0).secsTo(time), StartIndex::MomentOf(Clock::Read()));
 }
 
+// The clocks change between the request and the line's own time: that comes later or sooner than the seconds that are
+// left say, or not at all.
+void MoveToOwnTime(Event& event, const QTime& own)
+{
+    const qint64 own_ms = Moment::FromLocal_ms(Moment::LocalDate(event.due_ms), own);
+    if (Moment::LocalTime(own_ms) == own)
+        event.due_ms = own_ms;
+    else
+        event.leftOut = own;
+}
+
 QString LeftOutText(const Event& event)
 {
     return QStringLiteral("the clocks are put forward over %1").arg(event.leftOut.toString(QStringLiteral("HH:mm:ss")));
@@ -146,7 +157,7 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.due_ms =
         isLate ? PastStart::At(LatestOf(own), m_now_ms).moment_ms : FloorToSecond(m_now_ms) + left_s * MS_PER_S;
     if (own.isValid() && Moment::LocalTime(event.due_ms) != own)
-        event.leftOut = own;
+        MoveToOwnTime(event, own);
     return event;
 }
 

@@ -15,7 +15,8 @@ QString LoneDate::Advice(const FieldFit& fit)
         SPOT, [&](Field field) { return std::ranges::find(fit.missing, field) != fit.missing.end(); });
     const QString from = Meant::Date(fit.fields.value(FIELD_FROM));
     const QString days = Meant::Days(fit.fields.value(FIELD_DAYS));
-    if (!hasNoSpot || from.isEmpty() || !Meant::Date(fit.fields.value(FIELD_TO)).isEmpty())
+    const bool hasNoDays = std::ranges::find(fit.missing, FIELD_DAYS) != fit.missing.end();
+    if (!hasNoSpot || hasNoDays || from.isEmpty() || !Meant::Date(fit.fields.value(FIELD_TO)).isEmpty())
         return {};
     FieldFit since = fit;
     if (const QString time = Meant::Time(fit.fields[FIELD_START_TIME]); !time.isEmpty())
