@@ -1,6 +1,7 @@
 #include "EventLog.h"
 
 #include "Clock.h"
+#include "OwnTime.h"
 #include "PastStart.h"
 #include "Phases.h"
 #include "ShownName.h"
@@ -29,22 +30,6 @@ qint64 FloorToSecond(qint64 moment_ms)
 std::int64_t LatestOf(const QTime& time)
 {
     return StartIndex::Latest(QTime(0, 0).secsTo(time), StartIndex::MomentOf(Clock::Read()));
-}
-
-// The clocks change between the request and the line's own time: that comes later or sooner than the seconds that are
-// left say, or not at all.
-void MoveToOwnTime(Event& event, const QTime& own)
-{
-    const qint64 own_ms = Moment::FromLocal_ms(Moment::LocalDate(event.due_ms), own);
-    if (Moment::LocalTime(own_ms) == own)
-        event.due_ms = own_ms;
-    else
-        event.leftOut = own;
-}
-
-QString LeftOutText(const Event& event)
-{
-    return QStringLiteral("the clocks are put forward over %1").arg(event.leftOut.toString(QStringLiteral("HH:mm:ss")));
 }
 
 } // namespace
@@ -109,7 +94,7 @@ void EventLog::OnMissed(const MissedStart& start)
     if (passed.isLeftOut)
     {
         event.leftOut = StartIndex::TimeOf(start.due_s);
-        event.reason = LeftOutText(event);
+        event.reason = OwnTime::LeftOutText(event);
     }
     else
         event.phases_ms = m_chances.OfMissed(event.lineNumber, event.moment_ms);
@@ -157,7 +142,7 @@ Event EventLog::NewEvent(const Action& action, EventKind kind) const
     event.due_ms =
         isLate ? PastStart::At(LatestOf(own), m_now_ms).moment_ms : FloorToSecond(m_now_ms) + left_s * MS_PER_S;
     if (own.isValid() && Moment::LocalTime(event.due_ms) != own)
-        MoveToOwnTime(event, own);
+        OwnTime::Move(event, own);
     return event;
 }
 
@@ -201,7 +186,7 @@ void EventLog::MarkStart(Event& event, const Action& action) const
                                        "days")
                             .arg(time);
     if (event.leftOut.isValid())
-        event.reason += (event.reason.isEmpty() ? QString() : QStringLiteral(": ")) + LeftOutText(event);
+        event.reason += (event.reason.isEmpty() ? QString() : QStringLiteral(": ")) + OwnTime::LeftOutText(event);
     // What is asked for again before its time comes anyway.
     if (!event.isForced && !(event.isRepeated && earlier->due_ms == event.due_ms))
         event.phases_ms = m_chances.OfStart(action, event.due_ms, event.delay_s > 0);
