@@ -4,7 +4,6 @@
 #include "base/ToolError.h"
 #include "commands/Commands.h"
 #include "engine/Workspace.h"
-#include "text/StringUtils.h"
 
 #include <QCoreApplication>
 
@@ -86,10 +85,7 @@ int main(int argc, char* argv[])
     }
     catch (const std::exception& error)
     {
-        // What stands in it may be the name of a stranger's file.
-        QStringList lines = QString::fromStdString(error.what()).split(u'\n');
-        std::ranges::transform(lines, lines.begin(), StringUtils::Harmless);
-        Terminal::PrintError(QStringLiteral("ozna-schedule: %1\n").arg(lines.join(u'\n')));
+        Terminal::PrintError(QStringLiteral("ozna-schedule: %1\n").arg(QString::fromStdString(error.what())));
         return ExitStatus::FAILED;
     }
 }

@@ -39,6 +39,7 @@ private Q_SLOTS:
     void AStreamIsFoundWhereAPhaseMissesIt();
     void APlaylistThatAlmostLastsADayIsFoundWhereAPhaseMissesIt_data();
     void APlaylistThatAlmostLastsADayIsFoundWhereAPhaseMissesIt();
+    void AnotherPlaylistsEndFreesIt();
     void TheRehearsalSaysWhatTheCheckSays();
     void AStopBehindTheStartIsFound_data();
     void AStopBehindTheStartIsFound();
@@ -135,6 +136,25 @@ void CloseRestartsTest::APlaylistThatAlmostLastsADayIsFoundWhereAPhaseMissesIt()
     write(ahead + ADVICE.match(finding).captured(1).toInt());
     QCOMPARE(Check(), u"1 line, 0 errors, 0 warnings"_s);
     QVERIFY(!IsEverMissed(1));
+}
+
+// The daemon takes its end for that of each playlist that plays.
+void CloseRestartsTest::AnotherPlaylistsEndFreesIt()
+{
+    m_call.Write(u"day"_s, "one.mp3;" + QByteArray::number(Moment::DAY_S - 1) + '\n');
+    m_call.Write(u"jingle"_s, "jingle.mp3;5\n");
+    m_call.Write(SCHEDULE, "1111111|08:00:00|*|*|*|||PlayPlaylist|day\n"
+                           "1111111|18:00:00|*|*|*|||PlayPlaylist|jingle\n");
+    // In some phases it is asked for twice, as the end of its last run comes behind the first request.
+    QCOMPARE(Starts(1, 1) + Starts(1, 2), PHASES);
+    QString output = m_call.Run("check schedule.csv --today 2024-05-15 --tz UTC").output;
+    QVERIFY2(!output.contains(u"[close-restart]"_s), qPrintable(output));
+    // One that comes on another day does not.
+    m_call.Write(SCHEDULE, "1111111|08:00:00|*|*|*|||PlayPlaylist|day\n"
+                           "0000000|18:00:00|25|12|2024|||PlayPlaylist|jingle\n");
+    QVERIFY(IsEverMissed(1));
+    output = m_call.Run("check schedule.csv --today 2024-05-15 --tz UTC").output;
+    QVERIFY2(output.contains(u"schedule.csv:1:9: "_s) && output.contains(u"[close-restart]"_s), qPrintable(output));
 }
 
 void CloseRestartsTest::TheRehearsalSaysWhatTheCheckSays()

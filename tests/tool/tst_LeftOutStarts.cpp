@@ -15,6 +15,7 @@ private Q_SLOTS:
     void NextHasTheTimeOfTheLine();
     void ARehearsalTellsThatTheClocksArePutForward();
     void ARehearsalTellsNothingUntrueWhereTheyArePutBack();
+    void ADifferenceHasTheTimeOfTheLine();
     void ALateStartIsDueWhenTheWallClockShowedItsTime_data();
     void ALateStartIsDueWhenTheWallClockShowedItsTime();
 
@@ -87,6 +88,14 @@ void LeftOutStartsTest::ARehearsalTellsNothingUntrueWhereTheyArePutBack()
     QVERIFY2(!table.contains(u"put forward"_s), qPrintable(table));
     QVERIFY(Run(u"rehearse"_s, u"--from 2024-10-27 --csv"_s)
                 .contains(u"\r\n2024-10-27T02:59:57+02:00,2024-10-27T03:00:05+01:00,1,PlayMessage,"_s));
+}
+
+void LeftOutStartsTest::ADifferenceHasTheTimeOfTheLine()
+{
+    m_call.Write(u"s.csv"_s, "1111111|02:00:05|*|*|*|||PlayMessage|gong.mp3\n");
+    m_call.Write(u"new.csv"_s, "1111111|02:00:05|*|*|*|||PlayMessage|bell.mp3\n");
+    const QString changes = Run(u"diff"_s, u"new.csv --from 2024-03-31 --days 1"_s);
+    QVERIFY2(changes.startsWith(u"! 02:00:05 "_s), qPrintable(changes));
 }
 
 void LeftOutStartsTest::ALateStartIsDueWhenTheWallClockShowedItsTime_data()

@@ -89,8 +89,15 @@ StopDays StopsFor(const QString& identifier, const StopsByIdentifier& all)
     return stops;
 }
 
-// The first such day of an entry that lasts length_s.
-std::optional<Close> FirstClose(const Startable& play, qint64 length_s, const StopDays& stops)
+// An entry whose restart may be close.
+struct Play : Startable
+{
+    qint64 length_s;
+    YearDays::Bits freed; // days on which it is told to have ended before
+};
+
+// The first such day. byStop: also where it is a stop that ends it.
+std::optional<Close> FirstClose(const Play& play, const StopDays& stops, bool byStop)
 {
     qint64 end_s = 0; // of what plays, from the day's midnight on; negative or 0: nothing plays
     for (size_t day = 0; day < YearDays::DAYS; ++day, end_s -= end_s < ENDLESS / 2 ? DAY_S : 0)
@@ -100,10 +107,11 @@ std::optional<Close> FirstClose(const Startable& play, qint64 length_s, const St
         const bool playsOn = end_s > 0 && free_s >= play.second;
         const Close close{day, static_cast<int>(std::min<qint64>(free_s, play.second)),
                           free_s == stop.first ? stop.firstLine : 0};
-        if (play.days[day] && end_s > 0 && !playsOn && play.second - close.end < close.Needed_s())
+        const bool isTold = !play.freed[day] && (byStop || close.stopLine == 0);
+        if (play.days[day] && end_s > 0 && !playsOn && isTold && play.second - close.end < close.Needed_s())
             return close;
         if (play.days[day] && !playsOn)
-            end_s = std::min(play.second + length_s, ENDLESS);
+            end_s = std::min(play.second + play.length_s, ENDLESS);
         // What is stopped later on this day is over at its end.
         const bool isStopped = play.days[day] ? stop.last >= play.second : stop.last >= 0;
         if (isStopped)
@@ -139,26 +147,35 @@ void Tell(const Startable& play, const Close& close, const QDate& today, Finding
 // kind: of what plays, and may still do so a day later.
 void LookAt(TaskType kind, TaskType stop, const std::vector<Entry>& entries, const QDate& today, Findings& findings)
 {
-    std::vector<std::pair<const Entry*, qint64>> plays; // with their lengths
+    const bool isPlaylist = kind == TASK_PLAY_PLAYLIST;
+    YearDays days(today);
+    std::vector<Play> plays;
+    YearDays::Bits once;  // on which one of all those that start does so
+    YearDays::Bits twice; // and another one
     for (const Entry& entry : entries)
     {
         if (!Startable::Is(entry) || !entry.Is(kind))
             continue;
-        const bool isPlaylist = kind == TASK_PLAY_PLAYLIST;
+        const YearDays::Bits bits = days.Of(*entry.GetAction());
+        twice |= once & bits;
+        once |= bits;
         if (!isPlaylist || (PlaylistLength::IsKnown(entry) && PlaylistLength::Of_s(entry) > DAY_S - PERIOD_S))
-            plays.emplace_back(&entry, isPlaylist ? PlaylistLength::Of_s(entry) : ENDLESS);
+            plays.push_back({{&entry, Startable::Second(entry), bits},
+                             isPlaylist ? PlaylistLength::Of_s(entry) : ENDLESS,
+                             YearDays::Bits()});
     }
     if (plays.empty())
         return;
-    YearDays days(today);
     const StopsByIdentifier stops = StopsOf(stop, entries, days);
-    for (const auto& [entry, length_s] : plays)
+    for (Play& play : plays)
     {
-        const Action& action = *entry->GetAction();
-        const Startable play{entry, Startable::Second(*entry), days.Of(action)};
-        const std::optional<Close> close = FirstClose(play, length_s, StopsFor(action.m_task->m_identifier, stops));
+        // The daemon takes the end of any playlist for that of each one that plays.
+        const YearDays::Bits others = twice | (once & ~play.days);
+        if (isPlaylist)
+            play.freed = others | (others << 1);
         // A stop so close to a playlist's start has a finding of its own.
-        if (close && (kind == TASK_PLAY_STREAM || close->stopLine == 0))
+        const StopDays own = StopsFor(play.entry->GetAction()->m_task->m_identifier, stops);
+        if (const std::optional<Close> close = FirstClose(play, own, !isPlaylist))
             Tell(play, *close, today, findings);
     }
 }

@@ -39,6 +39,7 @@ RequestedStart RequestedStart::Of(const Event& event, const RehearsalResult& run
 {
     RequestedStart start{event.moment_ms,
                          event.due_ms,
+                         event.DueTime(),
                          event.lineNumber,
                          event.kind == EventKind::FOLLOWUP ? TASK_UNKNOWN : event.type,
                          PhraseOf(event, run, phrases),

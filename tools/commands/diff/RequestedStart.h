@@ -7,6 +7,7 @@
 #include <QDate>
 #include <QString>
 #include <QStringList>
+#include <QTime>
 
 #include <map>
 #include <vector>
@@ -19,6 +20,7 @@ struct RequestedStart
 {
     qint64 moment_ms;
     qint64 due_ms;
+    QTime time; // that its line has for due_ms
     int line;
     TaskType type; // TASK_UNKNOWN of what follows a start by itself
     QString phrase;

@@ -123,13 +123,7 @@ StartChange Differing(const RequestedStart& before, const RequestedStart& after)
         lost.prepend(format.arg(Moment::TimeText(before.moment_ms)));
         gained.prepend(format.arg(Moment::TimeText(after.moment_ms)));
     }
-    return {Moment::LocalTime(before.due_ms),
-            Moment::LocalTime(after.due_ms),
-            after.phrase,
-            lost,
-            gained,
-            before.line,
-            after.line};
+    return {before.time, after.time, after.phrase, lost, gained, before.line, after.line};
 }
 
 void CompareRests(const QDate& date, Rest& rest, StartChanges& changes)
@@ -145,14 +139,7 @@ void CompareRests(const QDate& date, Rest& rest, StartChanges& changes)
     Pair(
         rest.before, rest.after, [](const RequestedStart& start) { return start.content; },
         [&](const RequestedStart& before, const RequestedStart& after) {
-            changes[{Moment::LocalTime(before.due_ms),
-                     Moment::LocalTime(after.due_ms),
-                     after.phrase,
-                     {},
-                     {},
-                     before.line,
-                     after.line}]
-                .insert(date);
+            changes[{before.time, after.time, after.phrase, {}, {}, before.line, after.line}].insert(date);
         });
     Pair(
         rest.before, rest.after, [](const RequestedStart& start) { return std::pair(start.due_ms, start.phrase); },
@@ -164,9 +151,9 @@ void CompareRests(const QDate& date, Rest& rest, StartChanges& changes)
         rest.before, rest.after, [](const RequestedStart& start) { return std::pair(start.due_ms, start.type); },
         differ);
     for (const RequestedStart& start : rest.before)
-        changes[{Moment::LocalTime(start.due_ms), {}, start.phrase, {}, {}, start.line, 0}].insert(date);
+        changes[{start.time, {}, start.phrase, {}, {}, start.line, 0}].insert(date);
     for (const RequestedStart& start : rest.after)
-        changes[{{}, Moment::LocalTime(start.due_ms), start.phrase, {}, {}, 0, start.line}].insert(date);
+        changes[{{}, start.time, start.phrase, {}, {}, 0, start.line}].insert(date);
 }
 
 } // namespace
