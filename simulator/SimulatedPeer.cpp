@@ -144,7 +144,7 @@ void SimulatedPeer::Send(const QDBusMessage& request, const Call& call, const An
     case ANSWER_REPLY: Reply(request, request.createReply(answer.values)); break;
     case ANSWER_ERROR: Reply(request, ErrorFrom(request, answer.values)); break;
     case ANSWER_SILENCE: break;
-    case ANSWER_EXIT: std::_Exit(EXIT_SCRIPTED); // no farewell: as a service that crashes
+    case ANSWER_EXIT: Die();
     case ANSWER_LATE: m_late.insert(call.method, request.createReply(answer.values)); break;
     case ANSWER_LEAVE:
         Leave();
@@ -168,7 +168,8 @@ void SimulatedPeer::SendBeside(const SignalBeside& signal)
         Console::Error(QStringLiteral("can't send signal %1.%2").arg(m_description.Name(), signal.name));
 }
 
-// What was sent before a call that has been answered is on the bus.
+// No farewell: as a service that crashes. What was sent before a call that has been answered is on the bus: whoever
+// steers the device waits for the answer to what made it be called.
 void SimulatedPeer::Die()
 {
     if (!m_bus.interface()->isServiceRegistered(QString::fromLatin1(m_address.service)).isValid())
