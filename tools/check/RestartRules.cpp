@@ -3,7 +3,6 @@
 #include "Startable.h"
 
 #include "base/Moment.h"
-#include "engine/Event.h"
 #include "engine/Phases.h"
 
 #include <QHash>
@@ -11,7 +10,6 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
-#include <utility>
 #include <vector>
 
 using namespace ScheduleFields;
@@ -21,8 +19,9 @@ namespace
 
 using Moment::DAY_S;
 
-// What ends so long before its start is found by every far pass. A stop takes a moment besides.
-constexpr int PERIOD_S = Event::PHASES_MS / static_cast<int>(Moment::MS_PER_S);
+using Phases::PERIOD_S;
+
+// A stop takes a moment besides.
 constexpr int BEHIND_STOP_S = PERIOD_S + 1;
 
 constexpr qint64 ENDLESS = std::numeric_limits<qint64>::max() / 2;

@@ -3,7 +3,6 @@
 #include "Startable.h"
 
 #include "base/Moment.h"
-#include "engine/Event.h"
 #include "engine/Phases.h"
 
 #include <algorithm>
@@ -19,7 +18,7 @@ using Moment::DAY_S;
 // What is stopped that soon behind its start can hardly have been meant to play.
 constexpr int SHORTEST_S = 10;
 
-constexpr int PERIOD_S = Event::PHASES_MS / static_cast<int>(Moment::MS_PER_S);
+using Phases::PERIOD_S;
 
 struct Row
 {

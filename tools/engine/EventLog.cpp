@@ -17,8 +17,6 @@ namespace
 
 using Moment::MS_PER_S;
 
-constexpr qint64 DAY_AND_HOUR_MS = 25LL * 3600 * MS_PER_S; // a date on which the clocks are put back
-
 const QString TWICE = QStringLiteral("the clocks are put back: the time comes twice");
 
 qint64 FloorToSecond(qint64 moment_ms)
@@ -78,7 +76,7 @@ std::optional<EventLog::Outcome> EventLog::Latest(const Event& event) const
 {
     const auto& outcomes = m_latest[static_cast<size_t>(event.kind)];
     const auto latest = outcomes.constFind(event.lineNumber);
-    const bool isNew = latest != outcomes.constEnd() && latest->moment_ms >= m_now_ms - DAY_AND_HOUR_MS;
+    const bool isNew = latest != outcomes.constEnd() && latest->moment_ms >= m_now_ms - PastStart::LONGEST_DAY_MS;
     return isNew ? std::optional(*latest) : std::nullopt;
 }
 

@@ -7,13 +7,6 @@
 
 using Moment::MS_PER_S;
 
-namespace
-{
-
-constexpr qint64 DAY_AND_HOUR_MS = 25LL * 3600 * MS_PER_S; // a date on which the clocks are put back
-
-} // namespace
-
 PastStart PastStart::At(std::int64_t due_s, qint64 now_ms)
 {
     const QDate date = StartIndex::DateOf(due_s);
@@ -23,6 +16,6 @@ PastStart PastStart::At(std::int64_t due_s, qint64 now_ms)
     const qint64 moment_ms = isPlain ? straight_ms : Moment::FromLocal_ms(date, time);
     if (Moment::LocalTime(moment_ms) == time)
         return {moment_ms, false};
-    const std::vector<ClockChange> changes = ClockChange::Between(moment_ms - DAY_AND_HOUR_MS, now_ms + 1);
+    const std::vector<ClockChange> changes = ClockChange::Between(moment_ms - LONGEST_DAY_MS, now_ms + 1);
     return changes.empty() ? PastStart{moment_ms, false} : PastStart{changes.back().moment_ms, true};
 }

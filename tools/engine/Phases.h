@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Event.h"
+
+#include "base/Moment.h"
+
 #include <QString>
 
 class Action;
@@ -9,6 +13,9 @@ class RehearsalClock;
 // found only within less than such a period comes by chance.
 namespace Phases
 {
+
+// That period. What ends so long before its start is found by each of the passes.
+inline constexpr int PERIOD_S = Event::PHASES_MS / static_cast<int>(Moment::MS_PER_S);
 
 // Around when a start may be found, and since when its task has been free to be started.
 struct Search
